@@ -1,0 +1,19 @@
+# What holds for all code of our own: warnings are errors, sanitizers on request.
+# Link a target of ours with Kelo::Rules (privately) to have it.
+
+add_library(kelo_rules INTERFACE)
+add_library(Kelo::Rules ALIAS kelo_rules)
+target_compile_options(
+    kelo_rules INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+)
+target_compile_definitions(
+    kelo_rules
+    INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS
+              QT_DISABLE_DEPRECATED_BEFORE=0x060400
+)
+
+if(KELO_SANITIZE)
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
+                        -fno-omit-frame-pointer -O1)
+    add_link_options(-fsanitize=address,undefined)
+endif()

@@ -1,0 +1,54 @@
+#include "link/paths.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcessEnvironment>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+namespace kelo {
+
+QString dataDirectory(const QProcessEnvironment &environment)
+{
+    QString directory = environment.value(u"KELO_HOME"_s);
+    if (!environment.contains(u"KELO_HOME"_s)) {
+        directory =
+            QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/Kelo"_L1;
+    }
+    QDir().mkpath(directory);
+    return directory;
+}
+
+const QString &baseDir()
+{
+    static const QString directory = dataDirectory(QProcessEnvironment::systemEnvironment());
+    return directory;
+}
+
+QVariantMap savedProfile(const QString &directory)
+{
+    QFile file(directory + "/profile.json"_L1);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QJsonDocument::fromJson(file.readAll()).object().toVariantMap();
+}
+
+QString songsFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::MusicLocation) + "/Kelo Songs"_L1;
+}
+
+QString payloadDirectory(const QProcessEnvironment &environment)
+{
+    if (environment.contains(u"KELO_PAYLOAD"_s))
+        return environment.value(u"KELO_PAYLOAD"_s);
+    const QString beside = QCoreApplication::applicationDirPath();
+    const QString installed = QDir::cleanPath(beside + "/../libexec/kelo/payload"_L1);
+    return QDir(installed).exists() ? installed : beside + "/payload"_L1;
+}
+
+} // namespace kelo

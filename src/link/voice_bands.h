@@ -1,0 +1,50 @@
+#pragma once
+
+#include "link/records.h"
+
+#include <optional>
+#include <span>
+#include <vector>
+
+/// The numbers behind everything that moves with the assistant's voice. Times are seconds of
+/// uptime; steps are seconds since the caller's last call.
+namespace kelo {
+
+inline constexpr int barCount = 120;
+using Bars = std::array<double, barCount>;
+
+/// What the engine has told of the voice it is producing.
+struct VoiceStream {
+    bool speaking = false;
+    const std::vector<VoiceFrame> &frames; ///< the utterance's spectrum, 60 frames a second
+    std::optional<double> anchor; ///< when frame 0 sounds, known from the first word on
+    double start = 0; ///< when the engine announced the sound; 0 when it did not
+};
+
+/// The spectrum at `now`, interpolated between two frames; nothing while the assistant is silent,
+/// before its first frame and after its last.
+[[nodiscard]] std::optional<VoiceFrame> voiceBands(const VoiceStream &voice, double now);
+
+/// What moves the display while there is no spectrum.
+struct Liveliness {
+    bool offline = false;
+    bool speaking = false;
+    bool spectrumKnown = false; ///< frames have arrived for this utterance
+    double wordAt = 0; ///< when the last word began, or the sentence before its first word
+    double pulseAt = 0; ///< when the ring was last struck
+};
+
+/// One step of the loudness from `level` towards its target: fast up, slow down.
+[[nodiscard]] double easedLevel(double level, const Liveliness &life, double now, double dt);
+
+/// One step of the row of bars: mirrored about its middle, lowest band at both ends.
+void updateBars(Bars &bars, const std::optional<VoiceFrame> &bands, const Liveliness &life,
+    std::span<const Ripple> newestRipples, double now, double dt);
+
+/// Loudness of a row of bars, 0 to 1.
+[[nodiscard]] double levelOf(const Bars &bars);
+
+/// Radians that a ring turns in `dt` seconds beyond its steady drift.
+[[nodiscard]] double spinStep(double level, double dt);
+
+} // namespace kelo
