@@ -7,7 +7,6 @@
 #include "link/shell.h"
 
 #include <QLoggingCategory>
-#include <QTime>
 
 #include <algorithm>
 
@@ -505,7 +504,7 @@ void Inbound::window(QByteArrayView rest, double /*now*/)
 
 void Inbound::log(const QString &line, bool trim)
 {
-    Spoken spoken{++link_.counter_, QTime::currentTime().toString(u"HH:mm:ss"), line};
+    Spoken spoken{++link_.counter_, link_.setup_.time.timeOfDay(), line};
     const qsizetype most = trim ? mostSpoken : mostLogged;
     link_.transcript.change([&](QList<Spoken> &lines) {
         lines.append(std::move(spoken));

@@ -92,6 +92,8 @@ public:
     static Link &shared();
     /// Seconds of monotonic system uptime.
     static double clock() { return TimeSource::system().now(); }
+    /// The same by this instance's own clock: what everything drawn from it goes by.
+    [[nodiscard]] double uptime() const { return setup_.time.now(); }
     static constexpr int barCount = kelo::barCount;
 
     /// The rooms above; each may be absent, which skips the calls into it. None is owned.

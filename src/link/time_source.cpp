@@ -1,5 +1,6 @@
 #include "link/time_source.h"
 
+#include <QTime>
 #include <QTimer>
 
 #include <chrono>
@@ -26,6 +27,11 @@ public:
 };
 
 } // namespace
+
+QString TimeSource::timeOfDay() const
+{
+    return QTime::currentTime().toString(u"HH:mm:ss");
+}
 
 TimeSource &TimeSource::system()
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QString>
 
 #include <functional>
 
@@ -17,6 +18,9 @@ public:
 
     /// Runs `work` on the GUI thread `seconds` from now, unless `context` is gone by then.
     virtual void after(double seconds, QObject *context, std::function<void()> work) = 0;
+
+    /// The local time of day, "HH:mm:ss".
+    [[nodiscard]] virtual QString timeOfDay() const;
 
     /// The real one.
     static TimeSource &system();
