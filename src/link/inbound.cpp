@@ -25,7 +25,7 @@ constexpr double anchorLead = 0.03; // seconds by which the first word's report 
 
 // Lists that only an engine gone wild fills; a real one stays far below.
 constexpr qsizetype mostHeld = 400; // keys held at once
-constexpr std::size_t mostVoiceFrames = 60 * 60 * 10; // ten minutes of one utterance
+constexpr std::size_t mostVoiceFrames = 36'000; // ten minutes of one utterance
 constexpr qsizetype mostLogged = 10'000; // voice-log lines while the assistant says nothing
 
 QString text(QByteArrayView bytes)
