@@ -16,6 +16,7 @@ function(kelo_test name)
         "XDG_CONFIG_HOME=${home}/config"
         "XDG_DATA_HOME=${home}/data"
         "XDG_CACHE_HOME=${home}/cache"
+        "XDG_RUNTIME_DIR=${home}"
     )
     set(runner)
     if(TEST_DISPLAY)
@@ -24,6 +25,10 @@ function(kelo_test name)
     endif()
 
     qt_add_executable(${name} ${TEST_UNPARSED_ARGUMENTS})
+    if(TEST_DISPLAY AND KELO_SANITIZE)
+        target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/keep_loaded.cpp)
+        set_target_properties(${name} PROPERTIES ENABLE_EXPORTS ON)
+    endif()
     set_target_properties(
         ${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests
     )
@@ -31,6 +36,7 @@ function(kelo_test name)
         ${name} PRIVATE Kelo::Rules Qt6::Test kelo_test_support ${TEST_LIBRARIES}
     )
     file(MAKE_DIRECTORY ${home})
+    file(CHMOD ${home} DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
     add_test(NAME ${name} COMMAND ${runner} $<TARGET_FILE:${name}>)
     set_tests_properties(
         ${name} PROPERTIES ENVIRONMENT "${environment}" TIMEOUT ${TEST_TIMEOUT}
