@@ -1,0 +1,44 @@
+# kelo_test(<name> <source>... [LIBRARIES <library>...] [DISPLAY] [TIMEOUT <seconds>])
+#
+# A Qt Test program that ctest knows by its name. DISPLAY gives it a virtual screen of its own
+# that draws with software GL. What a test writes as a user stays inside the build folder.
+function(kelo_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 TEST "DISPLAY" "TIMEOUT" "LIBRARIES")
+    if(NOT TEST_TIMEOUT)
+        set(TEST_TIMEOUT 60)
+    endif()
+    set(home ${CMAKE_BINARY_DIR}/tests/home/${name})
+    set(environment
+        "ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1"
+        "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp:print_suppressions=0"
+        "UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1"
+        "HOME=${home}"
+        "XDG_CONFIG_HOME=${home}/config"
+        "XDG_DATA_HOME=${home}/data"
+        "XDG_CACHE_HOME=${home}/cache"
+        "XDG_RUNTIME_DIR=${home}"
+    )
+    set(runner)
+    if(TEST_DISPLAY)
+        set(runner xvfb-run -a -s "-screen 0 1600x1000x24 -noreset")
+        list(APPEND environment "QT_QPA_PLATFORM=xcb" "LIBGL_ALWAYS_SOFTWARE=1")
+    endif()
+
+    qt_add_executable(${name} ${TEST_UNPARSED_ARGUMENTS})
+    if(TEST_DISPLAY AND KELO_SANITIZE)
+        target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/keep_loaded.cpp)
+        set_target_properties(${name} PROPERTIES ENABLE_EXPORTS ON)
+    endif()
+    set_target_properties(
+        ${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests
+    )
+    target_link_libraries(
+        ${name} PRIVATE Kelo::Rules Qt6::Test kelo_test_support ${TEST_LIBRARIES}
+    )
+    file(MAKE_DIRECTORY ${home})
+    file(CHMOD ${home} DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+    add_test(NAME ${name} COMMAND ${runner} $<TARGET_FILE:${name}>)
+    set_tests_properties(
+        ${name} PROPERTIES ENVIRONMENT "${environment}" TIMEOUT ${TEST_TIMEOUT}
+    )
+endfunction()

@@ -1,0 +1,60 @@
+#include "support/scripted_engine.h"
+
+#include <QFile>
+
+using namespace Qt::StringLiterals;
+
+namespace kelo::test {
+
+ScriptedEngine::ScriptedEngine(const QString &folder)
+    : script_(folder + "/script"_L1)
+{
+    play({});
+}
+
+void ScriptedEngine::play(const QByteArray &script) const
+{
+    QFile file(script_);
+    if (!file.open(QIODevice::WriteOnly) || file.write(script) != script.size())
+        qFatal("cannot write %s", qPrintable(script_));
+}
+
+QString ScriptedEngine::payload()
+{
+    return QStringLiteral(KELO_SCRIPTED_PAYLOAD);
+}
+
+QProcessEnvironment ScriptedEngine::environment() const
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"KELO_SCRIPT"_s, script_);
+    return environment;
+}
+
+qsizetype ScriptedEngine::runs() const
+{
+    return notes("runs").size();
+}
+
+QByteArray ScriptedEngine::input() const
+{
+    return notes("input");
+}
+
+QString ScriptedEngine::workingDirectory() const
+{
+    return QString::fromUtf8(notes("cwd"));
+}
+
+QByteArrayList ScriptedEngine::environmentSeen() const
+{
+    return notes("environment").split('\n');
+}
+
+QByteArray ScriptedEngine::notes(const char *kind) const
+{
+    QFile file(script_ + u'.' + QLatin1StringView(kind));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace kelo::test

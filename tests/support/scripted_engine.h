@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QByteArray>
+#include <QProcessEnvironment>
+#include <QString>
+
+namespace kelo::test {
+
+/// An engine that does as it is told: a payload folder with a real program in it, which follows a
+/// script and writes down what it is given. The script may change between two runs.
+///
+/// A script is a list of steps, one a line; after the last one the engine serves.
+///
+///     line TEXT      prints TEXT and a line feed
+///     raw TEXT       prints TEXT; \n, \r, \\ and \xHH stand for bytes
+///     burst N TEXT   prints N lines of TEXT, "#" in it replaced by 0, 1, 2 ...
+///     bytes N        prints N times "x", no line feed
+///     stderr N       the same on the standard error
+///     sleep MS       does nothing for a while, not even reading
+///     wait TEXT      reads its input until TEXT has come
+///     stubborn       from here on ignores both "q" and the polite termination signal
+///     crash          dies of a signal
+///     exit N         ends with that status
+///     serve          reads its input until it ends or, unless stubborn, "q" comes; then exit 0
+class ScriptedEngine {
+public:
+    /// Keeps its script and its notes in `folder`, which must exist.
+    explicit ScriptedEngine(const QString &folder);
+
+    /// What the engine does from its next start on.
+    void play(const QByteArray &script) const;
+
+    /// The folder to name in "KELO_PAYLOAD".
+    static QString payload();
+    /// The environment of this process and what the engine needs to find its script.
+    [[nodiscard]] QProcessEnvironment environment() const;
+
+    /// Starts so far.
+    [[nodiscard]] qsizetype runs() const;
+    /// All that was read from the standard input, over all runs.
+    [[nodiscard]] QByteArray input() const;
+    /// Working directory of the last run.
+    [[nodiscard]] QString workingDirectory() const;
+    /// "NAME=value" entries that the last run was given.
+    [[nodiscard]] QByteArrayList environmentSeen() const;
+
+private:
+    [[nodiscard]] QByteArray notes(const char *kind) const;
+
+    QString script_;
+};
+
+} // namespace kelo::test
