@@ -1,35 +1,9 @@
 #pragma once
 
-#include "link/time_source.h"
-
-#include <QPointer>
-
-#include <vector>
+#include "link/manual_time.h"
 
 namespace kelo::test {
 
-/// A clock that stands until it is turned by hand; delayed work runs while it is turned, each at
-/// its own moment and in order. Starts at 1000 seconds, so that no time stamp equals its default.
-class ManualTime final : public TimeSource {
-public:
-    [[nodiscard]] double now() const override { return now_; }
-    void after(double seconds, QObject *context, std::function<void()> work) override;
-
-    /// Turns the clock on by `seconds`. Work that the due work asks for runs too if it is due.
-    void advance(double seconds);
-
-    /// Pieces of work that wait, those of vanished contexts included.
-    [[nodiscard]] std::size_t waiting() const { return works_.size(); }
-
-private:
-    struct Work {
-        double due;
-        QPointer<QObject> context;
-        std::function<void()> run;
-    };
-
-    double now_ = 1000;
-    std::vector<Work> works_; // by due time; equal ones in the order they were asked for
-};
+using kelo::ManualTime;
 
 } // namespace kelo::test

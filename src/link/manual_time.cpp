@@ -1,8 +1,15 @@
-#include "support/manual_time.h"
+#include "link/manual_time.h"
+
+#include <QTime>
 
 #include <algorithm>
 
-namespace kelo::test {
+namespace kelo {
+
+QString ManualTime::timeOfDay() const
+{
+    return QTime(12, 0).addMSecs(static_cast<int>((now_ - start) * 1000)).toString(u"HH:mm:ss");
+}
 
 void ManualTime::after(double seconds, QObject *context, std::function<void()> work)
 {
@@ -24,4 +31,4 @@ void ManualTime::advance(double seconds)
     now_ = end;
 }
 
-} // namespace kelo::test
+} // namespace kelo
