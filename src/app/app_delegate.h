@@ -1,0 +1,79 @@
+#pragma once
+
+#include "app/key_handler.h"
+#include "link/shell.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QQmlEngine>
+#include <QQuickView>
+#include <QSettings>
+
+#include <memory>
+
+class QFileDialog;
+
+namespace kelo {
+
+class Link;
+class VoiceControl;
+struct Arguments;
+
+/// The application around the display: the main window and its keys, what the link asks of the
+/// windows, the order of launch and of the end.
+class AppDelegate : public QObject, public Shell {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The application makes the only one.")
+
+public:
+    AppDelegate(Link &link, VoiceControl &voice, QObject *parent = nullptr);
+    ~AppDelegate() override;
+
+    /// The one of this process; null before launch and after the end.
+    static AppDelegate *shared();
+
+    /// Makes the main window, shows it unless this start is to stay hidden, then starts the
+    /// engine and, where the user wants it, voice control.
+    void launch(const Arguments &arguments);
+
+    [[nodiscard]] QQuickView *window() const { return window_.get(); }
+    Q_INVOKABLE void showWindow();
+    Q_INVOKABLE void hideWindow();
+    Q_INVOKABLE void minimiseWindow();
+    Q_INVOKABLE void closeWindow();
+    /// Ends the application; the engine is asked to quit first.
+    Q_INVOKABLE void quit() override;
+
+    // What the link asks for
+    [[nodiscard]] bool mainWindowHidden() const override;
+    void showMainWindow() override { showWindow(); }
+    void hideMainWindow() override { hideWindow(); }
+    void setFullScreen(bool on) override;
+    void showOverlay(double seconds) override;
+    bool setLoginItem(bool on) override;
+    [[nodiscard]] bool loginItemOn() const override;
+    void setHighContrast(bool on) override;
+    void chooseMidiFile(
+        const QString &folder, std::function<void(const QString &path)> chosen) override;
+    void relaunch() override;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void makeWindow();
+    void windowClosed();
+    void end();
+    /// True when the key was consumed.
+    bool handleKey(const KeyPress &press);
+
+    Link &link_;
+    VoiceControl &voice_;
+    QSettings settings_;
+    std::unique_ptr<QQuickView> window_;
+    QPointer<QFileDialog> fileDialog_;
+    bool toldBackground_ = false; // the engine knows that the display was closed
+};
+
+} // namespace kelo

@@ -1,0 +1,27 @@
+#include "app/arguments.h"
+
+using namespace Qt::StringLiterals;
+
+namespace kelo {
+
+Arguments Arguments::read(const QStringList &list)
+{
+    // An option that wants a value and stands last is as good as absent.
+    const auto following = [&list](const QString &option) -> std::optional<QString> {
+        const qsizetype at = list.indexOf(option);
+        if (at < 0 || at + 1 >= list.size())
+            return std::nullopt;
+        return list[at + 1];
+    };
+    Arguments read;
+    read.help = list.contains(u"--help"_s);
+    read.version = list.contains(u"--version"_s);
+    read.hidden = list.contains(u"--hidden"_s);
+    read.quick = list.contains(u"--quick"_s);
+    read.snapshotFolder = following(u"--snapshot"_s);
+    read.wakeTestReport = following(u"--wake-test"_s);
+    read.wakeTestName = list.value(list.indexOf(u"--wake-test"_s) + 2, u"Kelo"_s);
+    return read;
+}
+
+} // namespace kelo

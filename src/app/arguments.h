@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QStringList>
+
+#include <optional>
+
+namespace kelo {
+
+/// What the command line asks for. Unknown arguments are ignored.
+struct Arguments {
+    bool help = false;
+    bool version = false;
+    bool hidden = false; ///< start with the main window hidden
+    bool quick = false; ///< the wake test ends after its plain pass
+    std::optional<QString> snapshotFolder; ///< render every screen into this folder and end
+    std::optional<QString> wakeTestReport; ///< measure how well the name is heard, into this file
+    QString wakeTestName;
+
+    /// `list` is the command line without the program's own name.
+    static Arguments read(const QStringList &list);
+};
+
+} // namespace kelo

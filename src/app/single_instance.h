@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QLocalServer>
+#include <QObject>
+
+namespace kelo {
+
+/// One instance per data directory: the first holds a local socket, a second finds it there,
+/// asks the first to come forward and ends.
+class SingleInstance : public QObject {
+    Q_OBJECT
+
+public:
+    explicit SingleInstance(const QString &dataDirectory, QObject *parent = nullptr);
+
+    /// True when another instance was there and has been asked to come forward.
+    [[nodiscard]] bool raisedAnother() const;
+    /// Becomes the instance that others find.
+    void listen();
+
+Q_SIGNALS:
+    /// Somebody started the program a second time.
+    void raiseRequested();
+
+private:
+    QString name_;
+    QLocalServer server_;
+};
+
+} // namespace kelo

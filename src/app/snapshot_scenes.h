@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QByteArrayList>
+#include <QSize>
+#include <QString>
+
+#include <vector>
+
+namespace kelo {
+
+/// Some engine lines (without their "@"), and how long after the step before they arrive.
+struct SnapshotStep {
+    double after = 0; ///< seconds
+    QByteArrayList lines;
+};
+
+/// One screen of the picture book.
+struct SnapshotScene {
+    QString name; ///< the picture's file name begins with it
+    std::vector<SnapshotStep> steps;
+    bool offline = false; ///< the engine is gone for good
+    std::vector<QSize> sizes{{1240, 840}, {900, 600}};
+};
+
+[[nodiscard]] std::vector<SnapshotScene> snapshotScenes();
+
+} // namespace kelo

@@ -1,0 +1,83 @@
+#include "app/arguments.h"
+#include "app/launch.h"
+#include "app/window_frame.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace kelo;
+
+class LaunchTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsTheCommandLine();
+    void opensNoWindowAtLogin_data();
+    void opensNoWindowAtLogin();
+    void putsTheWindowWhereItCanBeReached_data();
+    void putsTheWindowWhereItCanBeReached();
+};
+
+void LaunchTest::readsTheCommandLine()
+{
+    const auto all = Arguments::read({u"--what"_s, u"--hidden"_s, u"--snapshot"_s, u"out"_s});
+    QVERIFY(all.hidden);
+    QCOMPARE(all.snapshotFolder, u"out"_s);
+    QVERIFY(!all.wakeTestReport);
+
+    QVERIFY(!Arguments::read({u"--snapshot"_s}).snapshotFolder);
+    QVERIFY(!Arguments::read({u"--wake-test"_s}).wakeTestReport);
+
+    const auto unnamed = Arguments::read({u"--wake-test"_s, u"report.txt"_s});
+    QCOMPARE(unnamed.wakeTestReport, u"report.txt"_s);
+    QCOMPARE(unnamed.wakeTestName, u"Kelo"_s);
+    const auto named = Arguments::read({u"--wake-test"_s, u"report.txt"_s, u"Melody"_s});
+    QCOMPARE(named.wakeTestName, u"Melody"_s);
+}
+
+void LaunchTest::opensNoWindowAtLogin_data()
+{
+    QTest::addColumn<bool>("asked");
+    QTest::addColumn<bool>("bySession");
+    QTest::addColumn<bool>("loginItem");
+    QTest::addColumn<double>("uptime");
+    QTest::addColumn<bool>("hidden");
+    QTest::newRow("by hand") << false << false << false << 5000.0 << false;
+    QTest::newRow("asked to hide") << true << false << false << 5000.0 << true;
+    QTest::newRow("started by the session") << false << true << false << 5000.0 << true;
+    QTest::newRow("just booted, login item on") << false << false << true << 119.9 << true;
+    QTest::newRow("booted a while ago") << false << false << true << 120.0 << false;
+    QTest::newRow("just booted, login item off") << false << false << false << 20.0 << false;
+}
+
+void LaunchTest::opensNoWindowAtLogin()
+{
+    QFETCH(const bool, asked);
+    QFETCH(const bool, bySession);
+    QFETCH(const bool, loginItem);
+    QFETCH(const double, uptime);
+    QTEST(startsHidden({asked, bySession, loginItem, uptime}), "hidden");
+}
+
+void LaunchTest::putsTheWindowWhereItCanBeReached_data()
+{
+    QTest::addColumn<QRect>("wanted");
+    QTest::addColumn<QRect>("placed");
+    QTest::newRow("where it was") << QRect(300, 100, 1240, 840) << QRect(300, 100, 1240, 840);
+    QTest::newRow("on the second screen") << QRect(2000, 50, 900, 600) << QRect(2000, 50, 900, 600);
+    QTest::newRow("half outside") << QRect(-1000, 20, 1240, 840) << QRect(-1000, 20, 1240, 840);
+    QTest::newRow("its screen is gone") << QRect(9000, 0, 1240, 840) << QRect(180, 80, 1240, 840);
+    QTest::newRow("gone, and larger than what is left")
+        << QRect(9000, 0, 5000, 5000) << QRect(0, 0, 1600, 1000);
+    QTest::newRow("only a sliver shows") << QRect(3490, 0, 900, 600) << QRect(350, 200, 900, 600);
+}
+
+void LaunchTest::putsTheWindowWhereItCanBeReached()
+{
+    QFETCH(const QRect, wanted);
+    const std::array screens{QRect(0, 0, 1600, 1000), QRect(1600, 0, 1920, 1080)};
+    QTEST(WindowFrame::placed(wanted, screens), "placed");
+}
+
+QTEST_APPLESS_MAIN(LaunchTest)
+#include "launch_test.moc"

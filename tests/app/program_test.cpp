@@ -1,0 +1,186 @@
+#include "support/scripted_engine.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+using namespace kelo::test;
+
+/// The program itself, from outside.
+class ProgramTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void answersWithoutADisplay_data();
+    void answersWithoutADisplay();
+    void endsInOrderWhenTheSystemAsks_data();
+    void endsInOrderWhenTheSystemAsks();
+    void secondStartRaisesTheFirst();
+    void endsWithItsEngineWhileHidden();
+    void staysUpWithoutAnything();
+    void drawsTheSamePicturesEachTime();
+
+private:
+    QProcessEnvironment environment() const;
+    void start(QProcess &program, const QStringList &arguments) const;
+
+    std::unique_ptr<QTemporaryDir> folder_;
+    std::unique_ptr<ScriptedEngine> engine_;
+};
+
+void ProgramTest::init()
+{
+    folder_ = std::make_unique<QTemporaryDir>();
+    QDir(folder_->path()).mkdir(u"data"_s);
+    engine_ = std::make_unique<ScriptedEngine>(folder_->path());
+}
+
+void ProgramTest::cleanup()
+{
+    engine_.reset();
+    folder_.reset();
+}
+
+QProcessEnvironment ProgramTest::environment() const
+{
+    auto environment = engine_->environment();
+    environment.insert(u"KELO_HOME"_s, folder_->filePath(u"data"_s));
+    environment.insert(u"KELO_PAYLOAD"_s, ScriptedEngine::payload());
+    environment.insert(u"XDG_CONFIG_HOME"_s, folder_->filePath(u"config"_s));
+    return environment;
+}
+
+void ProgramTest::start(QProcess &program, const QStringList &arguments) const
+{
+    program.setProgram(QStringLiteral(KELO_PROGRAM));
+    program.setArguments(arguments);
+    if (program.processEnvironment().isEmpty())
+        program.setProcessEnvironment(environment());
+    program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    program.start();
+    QVERIFY(program.waitForStarted());
+}
+
+void ProgramTest::answersWithoutADisplay_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("begins");
+    QTest::newRow("help") << QStringList{u"--help"_s} << 0 << QByteArray("Usage: kelo");
+    QTest::newRow("version") << QStringList{u"--version"_s} << 0 << QByteArray("kelo ");
+    QTest::newRow("a window") << QStringList{} << 1 << QByteArray();
+}
+
+void ProgramTest::answersWithoutADisplay()
+{
+    QFETCH(const QStringList, arguments);
+    QProcess program;
+    auto bare = environment();
+    for (const QString &name : {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"QT_QPA_PLATFORM"_s})
+        bare.remove(name);
+    program.setProcessEnvironment(bare);
+    start(program, arguments);
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QTEST(program.exitCode(), "status");
+    QFETCH(const QByteArray, begins);
+    QVERIFY(program.readAllStandardOutput().startsWith(begins));
+}
+
+void ProgramTest::endsInOrderWhenTheSystemAsks_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGHUP") << SIGHUP;
+}
+
+void ProgramTest::endsInOrderWhenTheSystemAsks()
+{
+    QFETCH(const int, signal);
+    engine_->play("line @mode idle\nserve");
+    QProcess program;
+    start(program, {});
+    QTRY_COMPARE_WITH_TIMEOUT(engine_->runs(), 1, 20'000);
+    QVERIFY(::kill(static_cast<pid_t>(program.processId()), signal) == 0);
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), 0);
+    QCOMPARE(engine_->input(), QByteArray("q"));
+}
+
+void ProgramTest::secondStartRaisesTheFirst()
+{
+    engine_->play("line @mode idle\nserve");
+    QProcess first;
+    start(first, {u"--hidden"_s});
+    QTRY_COMPARE_WITH_TIMEOUT(engine_->runs(), 1, 20'000);
+    QProcess second;
+    start(second, {});
+    QVERIFY(second.waitForFinished());
+    QCOMPARE(second.exitCode(), 0);
+    QCOMPARE(engine_->runs(), 1);
+    QCOMPARE(first.state(), QProcess::Running);
+    QProcess search;
+    search.start(
+        u"xdotool"_s, {u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s, u"^Kelo$"_s});
+    QVERIFY2(search.waitForFinished(10'000), "the first one's window did not come up");
+    first.terminate();
+    QVERIFY(first.waitForFinished());
+}
+
+void ProgramTest::endsWithItsEngineWhileHidden()
+{
+    engine_->play("line @mode idle\nsleep 200\nexit 0");
+    QProcess program;
+    start(program, {u"--hidden"_s});
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitCode(), 0);
+}
+
+void ProgramTest::staysUpWithoutAnything()
+{
+    auto bare = environment();
+    bare.insert(u"KELO_PAYLOAD"_s, u"/nowhere"_s);
+    bare.insert(u"KELO_HOME"_s, u"/dev/null/nowhere"_s);
+    bare.insert(u"HOME"_s, u"/dev/null"_s);
+    bare.insert(u"XDG_CONFIG_HOME"_s, u"/dev/null"_s);
+    bare.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/dev/null"_s);
+    QProcess program;
+    program.setProcessEnvironment(bare);
+    start(program, {});
+    QVERIFY2(!program.waitForFinished(3000), "it ended by itself");
+    program.terminate();
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitCode(), 0);
+}
+
+void ProgramTest::drawsTheSamePicturesEachTime()
+{
+    QDir pictures[2]{folder_->filePath(u"one"_s), folder_->filePath(u"two"_s)};
+    for (const QDir &target : pictures) {
+        QProcess program;
+        start(program, {u"--snapshot"_s, target.path()});
+        QVERIFY(program.waitForFinished(120'000));
+        QCOMPARE(program.exitCode(), 0);
+    }
+    const QStringList names = pictures[0].entryList(QDir::Files);
+    QVERIFY(names.size() >= 24);
+    QCOMPARE(pictures[1].entryList(QDir::Files), names);
+    for (const QString &name : names) {
+        QFile first(pictures[0].filePath(name));
+        QFile second(pictures[1].filePath(name));
+        QVERIFY(first.open(QIODevice::ReadOnly) && second.open(QIODevice::ReadOnly));
+        QVERIFY2(first.readAll() == second.readAll(), qPrintable(name));
+    }
+}
+
+QTEST_GUILESS_MAIN(ProgramTest)
+#include "program_test.moc"
