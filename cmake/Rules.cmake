@@ -17,3 +17,11 @@ if(KELO_SANITIZE)
                         -fno-omit-frame-pointer -O1)
     add_link_options(-fsanitize=address,undefined)
 endif()
+
+# What Qt compiles from QML files into `target` cannot follow our warnings. Call it after
+# qt_add_qml_module, in the same directory.
+function(kelo_spare_generated target)
+    get_target_property(sources ${target} SOURCES)
+    list(FILTER sources INCLUDE REGEX "/qmlcache/.*\\.cpp$")
+    set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS -w)
+endfunction()

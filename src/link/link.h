@@ -16,6 +16,7 @@
 #include <QSet>
 #include <QSettings>
 #include <QStringList>
+#include <QUrl>
 
 #include <memory>
 #include <optional>
@@ -126,6 +127,8 @@ public:
     Q_INVOKABLE void chooseFile();
     /// Has the engine play the MIDI file at `path` while the visualiser shows it.
     void playFile(const QString &path);
+    /// The same for a file that was dropped onto the display.
+    Q_INVOKABLE void playUrl(const QUrl &url);
     /// The display name of `mode`.
     [[nodiscard]] QString modeName() const;
 

@@ -75,6 +75,11 @@ void Link::playFile(const QString &path)
     send(u"~play "_s + path + u'\n');
 }
 
+void Link::playUrl(const QUrl &url)
+{
+    playFile(url.toLocalFile()); // empty, and so ignored, for what is no file
+}
+
 QString Link::modeName() const
 {
     for (const ModeName &known : modeNames) {

@@ -1,0 +1,37 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Kelo.Hud
+
+// One line of text with a soft light around it: faint copies on two circles. Drawn once, it costs
+// nothing while it stands.
+HudText {
+    id: glow
+
+    property color shadow: Hud.green
+    property real strength: 0.7
+
+    Repeater {
+        model: 24
+
+        Text {
+            required property int index
+            readonly property real angle: index * Math.PI / 6
+            readonly property real radius: index < 12 ? 2 : 5
+
+            x: radius * Math.cos(angle)
+            y: radius * Math.sin(angle)
+            z: -1
+            width: glow.width
+            height: glow.height
+            text: glow.text
+            textFormat: Text.PlainText
+            font: glow.font
+            fontSizeMode: glow.fontSizeMode
+            minimumPixelSize: glow.minimumPixelSize
+            verticalAlignment: glow.verticalAlignment
+            color: glow.shadow
+            opacity: glow.strength * (index < 12 ? 0.06 : 0.025)
+        }
+    }
+}

@@ -1,0 +1,83 @@
+import QtQuick
+import QtQuick.Layouts
+import Kelo.Hud
+
+// Who is here, whether it runs, and the two things that have a screen or a dialog of their own.
+RowLayout {
+    id: header
+
+    required property Link link
+    readonly property bool online: link.state === "ONLINE"
+
+    spacing: 16
+
+    ColumnLayout {
+        spacing: 2
+        Layout.fillWidth: true
+        Layout.minimumWidth: 0
+
+        Glow {
+            Layout.fillWidth: true
+            text: header.link.assistant
+            font: Hud.mono(24, Font.Bold, 9)
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: 12
+            color: Hud.green
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+
+        HudText {
+            text: qsTr("MUSIC ASSISTANT  //  V3")
+            font: Hud.mono(11)
+            color: Hud.dim
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+    }
+
+    ColumnLayout {
+        spacing: 4
+
+        Row { // repeats in light what the line below says
+            spacing: 8
+
+            Rectangle {
+                anchors.verticalCenter: parent.verticalCenter
+                width: 10
+                height: 10
+                radius: 5
+                color: header.online ? Hud.green : "transparent"
+                border.color: light.color
+            }
+
+            HudText {
+                id: light
+
+                text: qsTr("ONLINE")
+                font: Hud.mono(12, Font.Normal, 3)
+                color: header.online ? Hud.green : Hud.dim
+            }
+        }
+
+        HudText {
+            text: qsTr("Kelo is %1").arg(header.link.state)
+            font: Hud.mono(12)
+            color: Hud.dim
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+    }
+
+    HudButton {
+        text: qsTr("PLAY A MIDI FILE  [ O ]")
+        hint: qsTr("Choose a MIDI file and watch its notes fall onto the keys")
+        onClicked: header.link.chooseFile()
+    }
+
+    HudButton {
+        text: qsTr("VISUALISER  [ F ]")
+        hint: qsTr("Open the visualiser: your playing as rising light")
+        onClicked: header.link.visual = true
+    }
+}

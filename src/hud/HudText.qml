@@ -1,0 +1,10 @@
+import QtQuick
+import Kelo.Hud
+
+// Text as the engine or the program words it, never as markup. Like every plain text it is unknown
+// to screen readers until its user gives it a role.
+Text {
+    color: Hud.soft
+    font: Hud.mono(13)
+    textFormat: Text.PlainText
+}

@@ -1,0 +1,67 @@
+import QtQuick
+import Kelo.Hud
+
+// A titled box. What stands in it fills the room under the title.
+Item {
+    id: panel
+
+    required property string title
+    property string note // beside the title, quieter
+    property real contentHeight: 0 // of what does not simply fill the panel
+    default property alias content: room.data
+
+    implicitHeight: heading.height + 1 + contentHeight
+
+    Accessible.role: Accessible.Grouping
+    Accessible.name: title
+
+    Rectangle {
+        anchors.fill: parent
+        color: Hud.panel
+        opacity: 0.82
+        border.color: Hud.faint
+    }
+
+    Corners {}
+
+    Heading {
+        id: heading
+
+        x: 16
+        height: 34
+        verticalAlignment: Text.AlignVCenter
+        text: panel.title
+        font: Hud.mono(12, Font.Normal, 3)
+        color: Hud.green
+    }
+
+    HudText {
+        anchors.right: parent.right
+        anchors.rightMargin: 16
+        anchors.left: heading.right
+        anchors.leftMargin: 12
+        height: heading.height
+        horizontalAlignment: Text.AlignRight
+        verticalAlignment: Text.AlignVCenter
+        text: panel.note
+        visible: text !== ""
+        elide: Text.ElideRight
+        color: Hud.dim
+        font: Hud.mono(11)
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+
+    Rule {
+        anchors.top: heading.bottom
+        x: 1
+        width: parent.width - 2
+    }
+
+    Item {
+        id: room
+
+        anchors.fill: parent
+        anchors.topMargin: heading.height + 1
+    }
+}

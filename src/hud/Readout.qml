@@ -1,0 +1,46 @@
+import QtQuick
+import Kelo.Hud
+
+// A label and its value on one line. A long value shrinks, then ends in dots.
+Item {
+    id: readout
+
+    required property string label
+    required property string value
+    property bool lit: true
+
+    implicitWidth: 220
+    implicitHeight: 30
+
+    Accessible.role: Accessible.StaticText
+    Accessible.name: qsTr("%1: %2").arg(label).arg(value)
+
+    HudText {
+        id: caption
+
+        anchors.verticalCenter: parent.verticalCenter
+        text: readout.label
+        font: Hud.mono(11.5, Font.Normal, 1.5)
+        color: Hud.dim
+    }
+
+    HudText {
+        anchors.left: caption.right
+        anchors.leftMargin: 12
+        anchors.right: parent.right
+        height: parent.height
+        horizontalAlignment: Text.AlignRight
+        verticalAlignment: Text.AlignVCenter
+        text: readout.value
+        font: Hud.mono(14)
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: 10
+        elide: Text.ElideRight
+        color: readout.lit ? Hud.soft : Hud.dim
+    }
+
+    Rule {
+        anchors.bottom: parent.bottom
+        width: parent.width
+    }
+}

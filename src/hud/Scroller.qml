@@ -1,0 +1,72 @@
+import QtQuick
+import QtQuick.Templates as T
+import Kelo.Hud
+
+// A column that scrolls when it is higher than its place. Whatever in it gets the keyboard focus
+// is brought into view, also when the place or the column changes afterwards.
+Flickable {
+    id: scroller
+
+    default property alias content: column.data
+    property alias spacing: column.spacing
+    property real inset: 10 // above and below: room for the focus ring
+    property real sideInset: 16
+
+    readonly property Item focused: Window.activeFocusItem
+
+    contentWidth: width
+    contentHeight: column.height + 2 * inset
+    implicitHeight: contentHeight
+    boundsBehavior: Flickable.StopAtBounds
+    flickableDirection: Flickable.VerticalFlick
+    interactive: contentHeight > height
+    clip: true
+
+    onFocusedChanged: reveal()
+    onHeightChanged: reveal()
+    onContentHeightChanged: reveal()
+
+    function contains_(item: Item): bool {
+        for (let above = item; above; above = above.parent) {
+            if (above === column)
+                return true;
+        }
+        return false;
+    }
+
+    function reveal() {
+        if (!contains_(focused))
+            return;
+        const top = focused.mapToItem(column, 0, 0).y;
+        const bottom = top + focused.height + 2 * inset;
+        if (top < contentY)
+            contentY = top;
+        else if (bottom > contentY + height)
+            contentY = Math.min(top, bottom - height);
+    }
+
+    T.ScrollBar.vertical: T.ScrollBar {
+        id: bar
+
+        padding: 3
+        implicitWidth: 10
+        minimumSize: 0.1
+        policy: scroller.interactive ? T.ScrollBar.AlwaysOn : T.ScrollBar.AlwaysOff
+        visible: scroller.interactive
+
+        contentItem: Rectangle {
+            implicitWidth: 4
+            radius: 2
+            color: Hud.green
+            opacity: bar.pressed || bar.hovered ? 0.9 : 0.4
+        }
+    }
+
+    Column {
+        id: column
+
+        x: scroller.sideInset
+        y: scroller.inset
+        width: scroller.width - 2 * scroller.sideInset
+    }
+}

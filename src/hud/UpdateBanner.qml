@@ -1,0 +1,96 @@
+import QtQuick
+import Kelo.Hud
+
+// A newer version is on offer. It stays until the engine takes the offer back.
+Item {
+    id: banner
+
+    required property Link link
+
+    // While the banner leaves it still names what it offered.
+    property string version
+    property string notes
+
+    implicitHeight: box.height + 32
+
+    Binding {
+        banner.version: banner.link.updateVersion
+        banner.notes: banner.link.updateNotes
+        when: banner.link.updateVersion !== ""
+        restoreMode: Binding.RestoreNone
+    }
+
+    Accessible.role: Accessible.Grouping
+    Accessible.name: title.text
+
+    Rectangle {
+        anchors.fill: parent
+        color: Hud.panel
+        border.color: Hud.green
+    }
+
+    Column {
+        id: box
+
+        x: 20
+        y: 16
+        width: parent.width - 40
+        spacing: 10
+
+        Glow {
+            id: title
+
+            width: parent.width
+            text: qsTr("NEW UPDATE  //  VERSION %1").arg(banner.version)
+            font: Hud.mono(16, Font.Bold, 4)
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: 11
+            elide: Text.ElideRight
+            color: Hud.green
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+
+        Scroller {
+            width: parent.width
+            height: Math.min(contentHeight, 96)
+            inset: 0
+            sideInset: 0
+            visible: banner.notes !== ""
+
+            HudText {
+                width: parent.width
+                text: banner.notes
+                wrapMode: Text.Wrap
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+        }
+
+        Row {
+            spacing: 12
+
+            HudButton {
+                text: qsTr("UPDATE NOW")
+                label: qsTr("Update now to version %1").arg(banner.version)
+                size: 13
+                tracking: 3
+                horizontalPadding: 20
+                verticalPadding: 11
+                look: HudButton.Look.Filled
+                onClicked: banner.link.send("~update yes\n")
+            }
+
+            HudButton {
+                text: qsTr("LATER")
+                label: qsTr("Update later")
+                size: 13
+                tracking: 3
+                horizontalPadding: 20
+                verticalPadding: 11
+                look: HudButton.Look.Quiet
+                onClicked: banner.link.send("~update no\n")
+            }
+        }
+    }
+}

@@ -1,0 +1,50 @@
+import QtQuick
+import Kelo.Hud
+
+// What the ears are doing, and how loud it is in the room.
+Item {
+    id: ears
+
+    required property VoiceControl voice
+
+    implicitWidth: 220
+    implicitHeight: status.height + 11
+
+    Readout {
+        id: status
+
+        width: parent.width
+        label: qsTr("EARS")
+        value: ears.voice.status
+        lit: ears.voice.on
+    }
+
+    LevelMeter {
+        id: meter
+
+        readonly property real share: Math.max(0, Math.min(1, ears.voice.level))
+
+        anchors.top: status.bottom
+        anchors.topMargin: 6
+        width: parent.width
+        height: 4
+        value: Math.round(share * 100)
+        valueText: qsTr("Microphone level %1 percent").arg(value)
+
+        Accessible.role: Accessible.ProgressBar
+        Accessible.name: qsTr("Microphone level")
+
+        Rectangle {
+            anchors.fill: parent
+            radius: 2
+            color: Hud.faint
+        }
+
+        Rectangle {
+            width: parent.width * meter.share
+            height: parent.height
+            radius: 2
+            color: Hud.green
+        }
+    }
+}

@@ -1,0 +1,176 @@
+#include "hud/command_table.h"
+
+#include "link/link.h"
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace kelo {
+
+namespace {
+
+struct Commands {
+    Q_DECLARE_TR_FUNCTIONS(Commands)
+
+public:
+    static QList<CommandGroup> table(const QString &assistant);
+};
+
+QList<CommandGroup> Commands::table(const QString &assistant)
+{
+    return {
+        {tr("ASSISTANT"),
+            {
+                {u"♪"_s, u"~say play me something\n"_s, tr("Play me something it makes up")},
+                {u"ALBUM"_s, u"~say play my album\n"_s, tr("Play my album: every piece I saved")},
+                {u"JAM"_s, u"~say jam with me\n"_s, tr("Jam: I play, it answers")},
+                {u"LULL"_s, u"~say make it a lullaby\n"_s, tr("My piece as a lullaby")},
+                {u"8BIT"_s, u"~say make it a video game\n"_s, tr("My piece as a video game")},
+                {u"EPIC"_s, u"~say make it epic\n"_s, tr("My piece as a film score")},
+                {u"?!"_s, u"~say surprise me\n"_s, tr("Surprise me")},
+            }},
+        {tr("PLAY"),
+            {
+                {u"⌫"_s, u"\x7f"_s, tr("Start over, without saving"), {.only = u"compose"_s}},
+                {u"STOP"_s, u"~drop\n"_s, tr("Stop learning this song for good"),
+                    {.only = u"teach"_s}},
+                {u"SPACE"_s, u" "_s, tr("Start the lesson, or hear the part again"),
+                    {.compose = tr("Play it back as a band")}},
+                {u"N"_s, u"n"_s, tr("Say the notes of the part"),
+                    {.compose = tr("Say what you wrote")}},
+                {u"→"_s, u"\x1b[C"_s, tr("Skip ahead"), {.compose = tr("Play the next variation")}},
+                {u"←"_s, u"\x1b[D"_s, tr("Go back"), {.compose = tr("Save it as a MIDI file")}},
+                {u"RETURN"_s, u"\n"_s, tr("Pause, and carry on"),
+                    {.compose = tr("Stop the sound")}},
+                {u"S"_s, u"s"_s, tr("Keep what you just played")},
+                {u"0"_s, u"0"_s, tr("Home: leave any mode")},
+                {u"H"_s, u"h"_s, tr("Spoken help")},
+            }},
+        {tr("MODES"),
+            {
+                {u"C"_s, u"c"_s, tr("New composition")},
+                {u"B"_s, u"b"_s, tr("Live band: it follows you as you play")},
+                {u"STYLE"_s, u"~bandstyle\n"_s, tr("Band style: simple or full")},
+                {u"T"_s, u"t"_s, tr("Talk mode on or off"),
+                    {.compose = tr("Learn a new composing idea")}},
+                {u"J"_s, u"j"_s, tr("Jazz course")},
+                {u"M"_s, u"m"_s, tr("Song menu")},
+                {u"L"_s, u"l"_s, tr("List the songs")},
+                {u"G"_s, u"g"_s, tr("Logic control")},
+                {u"R"_s, u"r"_s, tr("REAPER control")},
+            }},
+        {tr("SOUND"),
+            {
+                {u"−"_s, u"-"_s, tr("Slower demo")},
+                {u"="_s, u"="_s, tr("Faster demo")},
+                {u"["_s, u"["_s, tr("Band quieter")},
+                {u"]"_s, u"]"_s, tr("Band louder")},
+                {u","_s, u","_s, tr("Voice quieter")},
+                {u"."_s, u"."_s, tr("Voice louder")},
+                {u"V"_s, u"v"_s, tr("Change the voice")},
+                {u"P"_s, u"p"_s, tr("Also play through the piano")},
+            }},
+        {tr("ACCESS"),
+            {
+                {u"MIC"_s, u"#voice"_s,
+                    tr("Voice control: say %1, then what you want").arg(assistant)},
+                {u"A"_s, u"a"_s, tr("Type to %1: a command or a question").arg(assistant)},
+                {u"BIG"_s, u"#large"_s, tr("Large captions, on or off")},
+                {u"HC"_s, u"#contrast"_s, tr("High contrast, on or off")},
+                {u"HAND"_s, u"~hands\n"_s, tr("Lessons for both hands, right only or left only")},
+                {u"EAR"_s, u"~ear\n"_s, tr("Ear training: find the note I play")},
+                {u"TICK"_s, u"~metronome\n"_s, tr("Metronome on (say a speed by voice)")},
+            }},
+        {tr("SYSTEM"),
+            {
+                {u"/"_s, u"/"_s, tr("Open the large-print command page")},
+                {u"⇧K"_s, u"K"_s, tr("Set the top key again")},
+            }},
+    };
+}
+
+using Jobs = std::array<QStringView, 8>;
+
+struct ModeJobs {
+    QStringView mode;
+    Jobs jobs;
+};
+
+constexpr Jobs inLessons{u"START / HEAR AGAIN", u"SAY THE NOTES", u"SKIP AHEAD", u"GO BACK",
+    u"TALK MODE", u"PAUSE", u"COMPOSE", u"HELP"};
+constexpr Jobs inStudio{
+    u"CHOOSE", u"BACK A LEVEL", u"NEXT", u"PREVIOUS", u"TALK MODE", u"STOP", u"COMPOSE", u"HELP"};
+
+constexpr std::array jobsByMode{
+    ModeJobs{u"compose",
+        {u"PLAY AS BAND", u"SAY WHAT I WROTE", u"VARIATION", u"SAVE", u"LEARN AN IDEA",
+            u"STOP SOUND", u"NEW PIECE", u"HELP"}},
+    ModeJobs{u"menu",
+        {u"START IT", u"COUNT SONGS", u"NEXT", u"PREVIOUS", u"TALK MODE", u"PAUSE", u"COMPOSE",
+            u"HELP"}},
+    ModeJobs{u"idle",
+        {u"OPEN IT", u"LIST CHOICES", u"NEXT CHOICE", u"PREVIOUS", u"TALK MODE", u"STOP",
+            u"COMPOSE", u"HELP"}},
+    ModeJobs{u"jazz",
+        {u"JAM AGAIN", u"THE IDEA", u"NEXT LESSON", u"PREVIOUS", u"TALK MODE", u"STOP BAND",
+            u"COMPOSE", u"HELP"}},
+    ModeJobs{u"logic", inStudio},
+    ModeJobs{u"reaper", inStudio},
+};
+
+/// More lessons than any course has; a list without end must not fill the display.
+constexpr qsizetype mostLessons = 200;
+
+} // namespace
+
+Command::Command(QString capLabel, QString sentText, QString description, CommandVariants variants)
+    : id(QUuid::createUuid())
+    , key(std::move(capLabel))
+    , send(std::move(sentText))
+    , lesson(std::move(description))
+    , compose(std::move(variants.compose))
+    , only(std::move(variants.only))
+{
+}
+
+QString Command::description(bool composing) const
+{
+    return composing ? compose.value_or(lesson) : lesson;
+}
+
+bool Command::listed(const QString &mode) const
+{
+    return !only || *only == mode;
+}
+
+const QList<CommandGroup> &commandGroups()
+{
+    static const QList<CommandGroup> groups = Commands::table(Link::shared().assistant);
+    return groups;
+}
+
+QList<Command> jazzLessons(const QStringList &names)
+{
+    QList<Command> lessons;
+    for (qsizetype i = 0; i < std::min(names.size(), mostLessons); ++i) {
+        const QString number = QString::number(i + 1);
+        lessons.append({number, u"~jazz "_s + number + u'\n', names[i]});
+    }
+    return lessons;
+}
+
+QList<ButtonJob> buttonJobs(const QString &mode)
+{
+    const auto *const known = std::find_if(jobsByMode.begin(), jobsByMode.end(),
+        [&mode](const ModeJobs &entry) { return entry.mode == mode; });
+    QList<ButtonJob> result;
+    for (const QStringView job : known == jobsByMode.end() ? inLessons : known->jobs)
+        result.append({QString::number(result.size() + 1), job.toString()});
+    result.append({u"H"_s, u"HOME"_s});
+    result.append({u"K"_s, u"KEEP"_s});
+    return result;
+}
+
+} // namespace kelo
