@@ -71,7 +71,6 @@ void AppDelegate::makeWindow()
     window_->setTitle(u"Kelo"_s);
     fillWithMainView(*window_, {&link_, &voice_, this});
     WindowFrame::restore(*window_, settings_);
-    connect(window_.get(), &QQuickWindow::closing, this, &AppDelegate::windowClosed);
     connect(
         window_.get(), &QQuickWindow::frameSwapped, this,
         [] { qCDebug(appLog) << "first frame after" << Link::clock() << "s of uptime"; },
@@ -127,10 +126,13 @@ void AppDelegate::setFullScreen(bool on)
 
 bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched != window_.get() || event->type() != QEvent::KeyPress)
-        return QObject::eventFilter(watched, event);
-    const auto *key = static_cast<QKeyEvent *>(event);
-    return handleKey({key->key(), key->modifiers(), key->text()});
+    if (watched == window_.get() && event->type() == QEvent::KeyPress) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        return handleKey({key->key(), key->modifiers(), key->text()});
+    }
+    if (watched == window_.get() && event->type() == QEvent::Close)
+        windowClosed();
+    return QObject::eventFilter(watched, event);
 }
 
 bool AppDelegate::handleKey(const KeyPress &press)
