@@ -4,9 +4,12 @@
 
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QSocketNotifier>
 
+#include <array>
 #include <chrono>
 #include <functional>
+#include <memory>
 
 namespace kelo {
 
@@ -18,9 +21,12 @@ struct EngineCommand {
 };
 
 /// One run of the engine. Starts it, hands on the lines it prints, reports its end once.
-/// Lives on the GUI thread and never blocks it, but for `waitForEnd`. A burst of lines is handled
-/// in slices between which the event loop runs; an engine that does not read what is written to
-/// it is ended.
+/// Lives on the GUI thread and never blocks it, but for `waitForEnd`.
+///
+/// Neither direction can fill memory. Lines are handled in slices between which the event loop
+/// runs, and nothing more is read before the last are handled, so an engine that prints faster
+/// has to wait; that is why its output comes through a pipe of our own and not through QProcess,
+/// which reads all there is. An engine that does not read what is written to it is ended.
 class EngineProcess : public QObject {
     Q_OBJECT
 
@@ -29,23 +35,28 @@ public:
     /// The bytes are valid during the call only.
     using LineHandler = std::function<void(QByteArrayView)>;
 
-    EngineProcess(const EngineCommand &command, LineHandler handler, QObject *parent = nullptr);
+    EngineProcess(const EngineCommand &command, LineHandler handler, QObject *parent);
     ~EngineProcess() override;
 
     void start();
     [[nodiscard]] bool isRunning() const { return process_.state() != QProcess::NotRunning; }
 
-    /// Writes the bytes as they are; dropped when the process has ended.
+    /// Writes the bytes as they are; dropped when nobody is there to read them.
     void write(const QByteArray &bytes);
 
-    /// Blocks until the process has ended, at most that long.
+    /// Blocks until the process has ended, at most that long. What it prints meanwhile is handled
+    /// after that, as is its end.
     void waitForEnd(std::chrono::milliseconds longest);
     void closeInput() { process_.closeWriteChannel(); }
     void terminate() { process_.terminate(); }
-    void kill() { process_.kill(); }
 
-    /// Lets go of a process that is no longer ours to talk to: nothing it does is reported any
-    /// more, it is killed if it does not end by itself, and then this object deletes itself.
+    /// Kills an engine that can't be trusted any more. It is no longer listened to, and its end is
+    /// reported as unclean.
+    void condemn();
+
+    /// Lets go of a process that is no longer ours to talk to: its input is closed, nothing it does
+    /// is reported any more, it is killed if it does not end by itself, and then this object
+    /// deletes itself.
     void retire();
 
 Q_SIGNALS:
@@ -55,13 +66,23 @@ Q_SIGNALS:
     void ended(bool clean);
 
 private:
+    [[nodiscard]] bool openOutput();
+    [[nodiscard]] QByteArrayView readChunk();
     void readOutput();
-    void drain(std::chrono::milliseconds longest);
+    void handleLines(std::chrono::milliseconds longest);
+    void reportEnd(int code, QProcess::ExitStatus status);
 
     QProcess process_;
+    int output_ = -1; // our end of the pipe from its standard output, never blocking
+    int outputOfEngine_ = -1; // its end, ours only until it runs
+    std::unique_ptr<QSocketNotifier> outputReady_;
+    std::array<char, 65536> chunk_; // as much as the pipe holds
     LineSplitter lines_;
     LineHandler handler_;
-    bool slicePending_ = false;
+    bool listening_ = true;
+    bool writable_ = true;
+    bool handling_ = false; // a line is being handled
+    bool condemned_ = false;
 };
 
 } // namespace kelo

@@ -171,7 +171,7 @@ void Inbound::spec(QByteArrayView rest, double /*now*/)
             qCCritical(linkLog) << "the engine sent a spectrum frame at" << position
                                 << "and can't be trusted any more: ending it";
             if (link_.process_)
-                link_.process_->kill();
+                link_.process_->condemn();
             return;
         }
         const auto at = static_cast<std::size_t>(position);
@@ -224,10 +224,8 @@ void Inbound::done(QByteArrayView /*rest*/, double now)
 {
     link_.speaking = false;
     link_.doneAt = now;
-    link_.setup_.time.after(captionHold, &link_, [&link = link_, mark = link_.captionMark_] {
-        if (link.captionMark_ == mark && !link.speaking)
-            link.captionLive = false;
-    });
+    if (captionEnd_.mark != link_.captionMark_)
+        endCaptionAt(now + captionHold, now);
     link_.spokenTo = link_.caption->size();
 }
 
@@ -457,7 +455,7 @@ void Inbound::update(QByteArrayView rest, double /*now*/)
 {
     const QStringList parts = text(rest).split(u'|');
     QStringView version = parts[0];
-    const auto blank = [](QChar c) { return c == u' ' || c == u'\t'; };
+    const auto blank = [](QChar c) { return c == u'\t' || c.category() == QChar::Separator_Space; };
     while (!version.isEmpty() && blank(version.front()))
         version = version.sliced(1);
     while (!version.isEmpty() && blank(version.back()))
@@ -501,6 +499,24 @@ void Inbound::window(QByteArrayView rest, double /*now*/)
 }
 
 // ---- shared by several ----
+
+void Inbound::endCaptionAt(double due, double now)
+{
+    captionEnd_.due = due;
+    captionEnd_.mark = link_.captionMark_;
+    if (std::exchange(captionEnd_.watched, true))
+        return;
+    link_.setup_.time.after(due - now, &link_, [this] {
+        captionEnd_.watched = false;
+        const double then = link_.setup_.time.now();
+        if (captionEnd_.mark != link_.captionMark_ || link_.speaking)
+            return;
+        if (then < captionEnd_.due)
+            endCaptionAt(captionEnd_.due, then);
+        else
+            link_.captionLive = false;
+    });
+}
 
 void Inbound::log(const QString &line, bool trim)
 {

@@ -81,7 +81,15 @@ private:
     void log(const QString &text, bool trim);
     void showMainWindow();
 
+    /// Takes the caption that shows now down at `due`, unless another comes before.
+    void endCaptionAt(double due, double now);
+
     Link &link_;
+    struct {
+        qint64 mark = 0; ///< the caption whose end this is
+        double due = 0;
+        bool watched = false; ///< one piece of delayed work waits; however many sentences end
+    } captionEnd_;
 };
 
 } // namespace kelo

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLoggingCategory>
 #include <QSaveFile>
 
@@ -25,10 +26,12 @@ constexpr double restartAfterStop = 0.4; // seconds
 constexpr auto quitPatience = 1500ms;
 constexpr std::size_t ripplesInBars = 16;
 
-QByteArray contents(const QString &path)
+std::optional<QByteArray> contents(const QString &path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    return file.readAll();
 }
 
 } // namespace
@@ -81,9 +84,11 @@ void Link::start()
         u"PATH"_s, u"/usr/bin:/bin:/usr/sbin:/sbin:/opt/homebrew/bin:/usr/local/bin"_s);
 
     releaseEngine();
+    // The engine runs in the data directory, where a relative path would lead elsewhere.
+    const QString executable = QFileInfo(setup_.payload + "/kelo-engine"_L1).absoluteFilePath();
     process_ = new EngineProcess(
-        {setup_.payload + "/kelo-engine"_L1, setup_.baseDir, environment},
-        [this](QByteArrayView line) { handle(line); }, this);
+        {executable, setup_.baseDir, environment}, [this](QByteArrayView line) { handle(line); },
+        this);
     connect(process_, &EngineProcess::failedToStart, this, [this] {
         releaseEngine();
         state = u"OFFLINE"_s;
@@ -120,15 +125,15 @@ void Link::releaseEngine()
 void Link::installBridge() const
 {
     const QString name = u"/ostrell_bridge.lua"_s;
-    const QByteArray shipped = contents(setup_.payload + name);
-    if (shipped.isEmpty())
+    const auto shipped = contents(setup_.payload + name);
+    if (!shipped)
         return;
     const QString folder = setup_.baseDir + "/reaper"_L1;
     QDir().mkpath(folder);
     if (contents(folder + name) == shipped)
         return;
     QSaveFile file(folder + name);
-    if (!file.open(QIODevice::WriteOnly) || file.write(shipped) < 0 || !file.commit())
+    if (!file.open(QIODevice::WriteOnly) || file.write(*shipped) < 0 || !file.commit())
         qCWarning(linkLog) << "could not install" << file.fileName() << file.errorString();
 }
 

@@ -18,6 +18,9 @@ struct ModeName {
     QStringView name;
 };
 
+// The engine may store any key; gone wild, it must not fill the user's settings.
+constexpr qsizetype mostSettings = 256;
+
 constexpr std::array modeNames{
     ModeName{u"talk", u"TALK"},
     ModeName{u"teach", u"LESSON"},
@@ -47,7 +50,9 @@ void Link::send(const QString &text)
 
 void Link::setAccess(const QString &key, bool on)
 {
-    setup_.settings->setValue(key, on);
+    QSettings &settings = *setup_.settings;
+    if (settings.contains(key) || settings.allKeys().size() < mostSettings)
+        settings.setValue(key, on);
     if (key == u"large") {
         large = on;
     } else if (key == u"contrast") {
@@ -69,7 +74,8 @@ void Link::chooseFile()
 
 void Link::playFile(const QString &path)
 {
-    if (path.isEmpty())
+    // A line feed in a file's name would begin a command of its own.
+    if (path.isEmpty() || path.contains(u'\n'))
         return;
     visual = true;
     send(u"~play "_s + path + u'\n');

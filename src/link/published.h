@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QObject>
+
 #include <utility>
 
 namespace kelo {

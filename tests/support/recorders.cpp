@@ -74,6 +74,11 @@ void RecordingEars::listen()
     calls << u"listen"_s;
 }
 
+void RecordingEars::setVocabulary(const QStringList &phrases)
+{
+    calls << u"vocabulary "_s + phrases.join(u',');
+}
+
 void RecordingStage::note(qint64 pitch, double strength, bool mine)
 {
     calls << u"note %1 %2 %3"_s.arg(pitch).arg(strength).arg(mine);

@@ -35,14 +35,13 @@ public:
     RecordingEars() = default;
 
     QStringList calls;
-    QStringList vocabulary;
     bool on = false;
 
     [[nodiscard]] bool isOn() const override { return on; }
     void begin() override;
     void stop() override;
     void listen() override;
-    void setVocabulary(const QStringList &phrases) override { vocabulary = phrases; }
+    void setVocabulary(const QStringList &phrases) override;
 };
 
 class RecordingStage final : public NoteStage {

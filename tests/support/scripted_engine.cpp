@@ -36,6 +36,11 @@ qsizetype ScriptedEngine::runs() const
     return notes("runs").size();
 }
 
+qint64 ScriptedEngine::pid() const
+{
+    return notes("pid").toLongLong();
+}
+
 QByteArray ScriptedEngine::input() const
 {
     return notes("input");

@@ -19,6 +19,7 @@ namespace kelo::test {
 ///     sleep MS       does nothing for a while, not even reading
 ///     wait TEXT      reads its input until TEXT has come
 ///     stubborn       from here on ignores both "q" and the polite termination signal
+///     deaf           closes its input
 ///     crash          dies of a signal
 ///     exit N         ends with that status
 ///     serve          reads its input until it ends or, unless stubborn, "q" comes; then exit 0
@@ -37,6 +38,8 @@ public:
 
     /// Starts so far.
     [[nodiscard]] qsizetype runs() const;
+    /// Process id of the last run.
+    [[nodiscard]] qint64 pid() const;
     /// All that was read from the standard input, over all runs.
     [[nodiscard]] QByteArray input() const;
     /// Working directory of the last run.

@@ -24,6 +24,7 @@ public:
     {
         note("runs", std::ios::app) << '.';
         note("cwd") << std::filesystem::current_path().string();
+        note("pid") << ::getpid();
         std::ofstream environment = note("environment");
         for (char **entry = environ; *entry; ++entry)
             environment << *entry << '\n';
@@ -64,6 +65,8 @@ private:
             await(rest);
         else if (verb == "stubborn")
             stubborn_ = std::signal(SIGTERM, SIG_IGN) != SIG_ERR;
+        else if (verb == "deaf")
+            ::close(STDIN_FILENO);
         else if (verb == "crash")
             std::raise(SIGKILL);
         else if (verb == "exit")

@@ -1,0 +1,444 @@
+#include "support/link_fixture.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QTest>
+#include <QTimer>
+
+#include <unistd.h>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+using namespace kelo;
+using kelo::test::LinkFixture;
+
+/// What may go wrong with a real child at the other end of two pipes.
+class EngineTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void anEngineThatCannotBeStarted_data();
+    void anEngineThatCannotBeStarted();
+    void oneThatCrashesIsForgivenThreeTimes_data();
+    void oneThatCrashesIsForgivenThreeTimes();
+    void oldCrashesAreForgotten();
+    void aCleanExit_data();
+    void aCleanExit();
+    void whatIsHeard_data();
+    void whatIsHeard();
+    void aBurstKeepsItsOrder();
+    void slowHandlingLeavesTheDisplayItsTurn();
+    void nothingIsHeardOfAnEngineThatCannotBeTrusted();
+    void oneThatDoesNotReadIsEnded();
+    void oneThatClosesItsInputIsNotHurtByWrites();
+    void stoppingIsReportedLater();
+    void aStubbornOneIsKilledAtLast();
+    void restartingIgnoresTheOldOne_data();
+    void restartingIgnoresTheOldOne();
+    void handlersMayRestart();
+    void relaunchingIsNoCrash();
+    void theEngineInheritsWhatItNeeds();
+    void theBridgeIsRefreshedByContent();
+    void theDataDirectoryMayBeMissing();
+};
+
+namespace {
+
+/// The states a link goes through, without repetitions.
+class States {
+public:
+    explicit States(Link &link)
+    {
+        QObject::connect(&link, &Link::stateChanged, &link, [this, &link] {
+            if (seen.isEmpty() || seen.last() != link.state.get())
+                seen << link.state;
+        });
+    }
+    QStringList seen;
+};
+
+void wait(int milliseconds)
+{
+    QTest::qWait(milliseconds);
+}
+
+} // namespace
+
+void EngineTest::anEngineThatCannotBeStarted_data()
+{
+    QTest::addColumn<QByteArray>("kind");
+    for (const char *kind : {"none", "directory", "not executable", "not a program"})
+        QTest::newRow(kind) << QByteArray(kind);
+}
+
+void EngineTest::anEngineThatCannotBeStarted()
+{
+    QFETCH(QByteArray, kind);
+    LinkFixture fixture;
+    fixture.payload = fixture.folder.filePath(u"payload"_s);
+    QDir().mkpath(fixture.payload);
+    const QString path = fixture.payload + "/kelo-engine"_L1;
+    if (kind == "directory") {
+        QDir().mkpath(path);
+    } else if (kind != "none") {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly)
+            && file.write("\x7f"
+                          "ELFnot")
+                > 0);
+        if (kind == "not a program")
+            file.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    }
+    fixture->start();
+    QTRY_COMPARE(fixture->state.get(), u"OFFLINE"_s);
+    fixture->send(u"~bg\n"_s);
+    fixture->stop();
+    fixture.time.advance(1000);
+    QCOMPARE(fixture->state.get(), u"OFFLINE"_s);
+
+    QVERIFY(!QFileInfo::exists(path) || QFile::remove(path) || QDir().rmdir(path));
+    QVERIFY(QFile::link(fixture.engine.payload() + "/kelo-engine"_L1, path));
+    fixture.engine.play("line @mode talk");
+    fixture->restart();
+    fixture.time.advance(0.4);
+    QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
+}
+
+void EngineTest::oneThatCrashesIsForgivenThreeTimes_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::newRow("ends at once") << QByteArray("exit 1");
+    QTest::newRow("dies of a signal") << QByteArray("crash");
+    QTest::newRow("says a line each time") << QByteArray("line @mode talk\nexit 1");
+    QTest::newRow("dies in half a line") << QByteArray("raw @say unfinish\nexit 255");
+}
+
+void EngineTest::oneThatCrashesIsForgivenThreeTimes()
+{
+    QFETCH(QByteArray, script);
+    LinkFixture fixture;
+    fixture.engine.play(script);
+    fixture->start();
+    for (int run = 1; run <= 3; ++run) {
+        QTRY_COMPARE(fixture->state.get(), u"RESTARTING"_s);
+        QCOMPARE(fixture.engine.runs(), run);
+        fixture.say({"on 60 1"}); // is no excuse
+        fixture->state = u"RESTARTING"_s;
+        fixture.time.advance(0.9);
+        QCOMPARE(fixture->state.get(), u"RESTARTING"_s);
+        fixture.time.advance(0.2);
+        QCOMPARE(fixture->state.get(), u"STARTING"_s);
+    }
+    QTRY_COMPARE(fixture->state.get(), u"OFFLINE"_s);
+    QVERIFY(fixture->down.isEmpty() && !fixture->speaking);
+    fixture.time.advance(1000);
+    QCOMPARE(fixture->state.get(), u"OFFLINE"_s);
+    QCOMPARE(fixture.engine.runs(), 4);
+}
+
+void EngineTest::oldCrashesAreForgotten()
+{
+    LinkFixture fixture;
+    fixture.engine.play("line @mode talk\nwait die\nexit 1");
+    fixture->start();
+    for (int run = 1; run <= 6; ++run) {
+        QTRY_COMPARE(fixture->state.get(), u"ONLINE"_s);
+        fixture.time.advance(39);
+        fixture->send(u"die"_s);
+        QTRY_COMPARE(fixture->state.get(), u"RESTARTING"_s);
+        fixture.time.advance(1);
+    }
+}
+
+void EngineTest::aCleanExit_data()
+{
+    QTest::addColumn<bool>("hidden");
+    QTest::addColumn<QStringList>("calls");
+    QTest::newRow("window visible") << false << QStringList{};
+    QTest::newRow("window hidden") << true << QStringList{u"quit"_s};
+}
+
+void EngineTest::aCleanExit()
+{
+    QFETCH(bool, hidden);
+    LinkFixture fixture;
+    fixture.engine.play(
+        "line @say Bye\nline @on 60 1\nline @out 61 1\nline @mode talk\nwait go\nexit 0");
+    fixture->start();
+    fixture.shell.hidden = hidden;
+    QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
+    fixture->send(u"go"_s);
+    if (hidden) {
+        QTRY_COMPARE(fixture.shell.calls, QStringList{u"quit"_s});
+    } else {
+        QTRY_COMPARE(fixture->state.get(), u"OFFLINE"_s);
+        QVERIFY(!fixture->speaking && fixture->down.isEmpty() && fixture->played.isEmpty());
+    }
+    QTEST(fixture.shell.calls, "calls");
+    fixture.time.advance(1000);
+    QCOMPARE(fixture.engine.runs(), 1);
+}
+
+void EngineTest::whatIsHeard_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<QString>("mode");
+    const auto row = [](const char *why, const QByteArray &script, const QString &mode) {
+        QTest::newRow(why) << script << mode;
+    };
+    row("halves of lines", "raw @mode ta\nsleep 20\nraw lk\\n@mode te\nsleep 20\nraw ach\\n",
+        u"teach"_s);
+    row("other output is dropped", "line mode a\nline  @mode b\nraw \\n\\n", u"idle"_s);
+    row("one marker is taken", "line @@mode a", u"idle"_s);
+    row("a carriage return stays", "raw @mode a\\r\\n", u"a\r"_s);
+    row("bytes that are no text", "raw @mode \\xff\\xfea\\xc3\\n", u"��a�"_s);
+    row("a character cut in two", "raw @mode \\xe2\\x99\nsleep 20\nraw \\xad\\n", u"♭"_s);
+    row("ten megabytes without a line feed", "bytes 10000000\nraw @mode a\\n", u"idle"_s);
+    row("a line of ten megabytes", "raw @mode \nbytes 10000000\nraw \\n", u"idle"_s);
+    row("a flood of diagnostics", "stderr 10000000\nline @mode a", u"a"_s);
+    row("last words", "line @mode a\nline @hands end\nexit 1", u"a"_s);
+}
+
+void EngineTest::whatIsHeard()
+{
+    QFETCH(QByteArray, script);
+    LinkFixture fixture;
+    fixture.engine.play(script + "\nline @hands end");
+    fixture->start();
+    QTRY_COMPARE(fixture->hands.get(), u"end"_s);
+    QTEST(fixture->mode.get(), "mode");
+}
+
+void EngineTest::aBurstKeepsItsOrder()
+{
+    LinkFixture fixture;
+    fixture.engine.play("burst 100000 @beat #\nexit 0");
+    qint64 next = 0;
+    connect(&fixture.link(), &Link::beatChanged, this, [&] {
+        if (fixture->beat == next)
+            ++next;
+    });
+    fixture->start();
+    QTRY_COMPARE(fixture->state.get(), u"OFFLINE"_s);
+    QCOMPARE(next, 100'000);
+}
+
+void EngineTest::slowHandlingLeavesTheDisplayItsTurn()
+{
+    LinkFixture fixture;
+    fixture.engine.play("burst 1000 @beat #\nline @hands end");
+    connect(&fixture.link(), &Link::beatChanged, this, [] { ::usleep(500); });
+    QElapsedTimer sinceTurn;
+    qint64 longest = 0;
+    QTimer display;
+    connect(&display, &QTimer::timeout, this,
+        [&] { longest = std::max(longest, sinceTurn.restart()); });
+    display.start(5);
+    sinceTurn.start();
+    fixture->start();
+    QTRY_COMPARE(fixture->hands.get(), u"end"_s);
+    QVERIFY2(longest < 200, qPrintable(u"%1 ms"_s.arg(longest)));
+}
+
+void EngineTest::nothingIsHeardOfAnEngineThatCannotBeTrusted()
+{
+    LinkFixture fixture;
+    fixture.engine.play("raw @spec 7 new\\n@spec 7 -1 aaaaaaaaaaaaaaaa\\n@mode after\\n\nexit 0");
+    fixture->start();
+    QTRY_COMPARE(fixture->state.get(), u"RESTARTING"_s);
+    QCOMPARE(fixture->mode.get(), u"idle"_s);
+}
+
+void EngineTest::oneThatDoesNotReadIsEnded()
+{
+    LinkFixture fixture;
+    fixture.engine.play("line @mode talk\nsleep 30000");
+    fixture->start();
+    QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
+    const QString megabyte = "~say "_L1 + QString(1 << 20, u'x') + u'\n';
+    for (int i = 0; i < 7; ++i)
+        fixture->send(megabyte);
+    wait(20);
+    QCOMPARE(fixture->state.get(), u"ONLINE"_s);
+    for (int i = 0; i < 3; ++i)
+        fixture->send(megabyte);
+    QTRY_COMPARE(fixture->state.get(), u"RESTARTING"_s);
+}
+
+void EngineTest::oneThatClosesItsInputIsNotHurtByWrites()
+{
+    LinkFixture fixture;
+    fixture.engine.play("deaf\nline @mode talk\nsleep 300\nline @mode teach\nsleep 30000");
+    fixture->start();
+    QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
+    for (int i = 0; i < 20; ++i) {
+        fixture->send(QString(1 << 20, u'x'));
+        wait(1);
+    }
+    QTRY_COMPARE(fixture->mode.get(), u"teach"_s);
+    QCOMPARE(fixture->state.get(), u"ONLINE"_s);
+}
+
+void EngineTest::stoppingIsReportedLater()
+{
+    LinkFixture fixture;
+    fixture.engine.play("line @mode talk\nwait q\nline @mode farewell\nexit 1");
+    fixture->start();
+    QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
+    QElapsedTimer took;
+    took.start();
+    fixture->stop();
+    QVERIFY(took.elapsed() < 1000);
+    QCOMPARE(fixture->mode.get(), u"talk"_s);
+    QCOMPARE(fixture->state.get(), u"ONLINE"_s);
+    QTRY_COMPARE(fixture->state.get(), u"OFFLINE"_s);
+    QCOMPARE(fixture->mode.get(), u"farewell"_s);
+    fixture->stop();
+    fixture.time.advance(1000);
+    QCOMPARE(fixture.engine.input(), "q"_ba);
+    QCOMPARE(fixture.engine.runs(), 1);
+}
+
+void EngineTest::aStubbornOneIsKilledAtLast()
+{
+    pid_t pid = 0;
+    {
+        LinkFixture fixture;
+        fixture.engine.play("stubborn\nline @mode talk\nbytes 1000000");
+        fixture->start();
+        QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
+        pid = static_cast<pid_t>(fixture.engine.pid());
+        QElapsedTimer took;
+        took.start();
+        fixture->stop();
+        QVERIFY(took.elapsed() >= 1400);
+        QVERIFY(took.elapsed() < 2500);
+        QCOMPARE(::kill(pid, 0), 0);
+        fixture->restart(); // lets go of it; it dies with the link at the latest
+    }
+    QCOMPARE(::kill(pid, 0), -1);
+}
+
+void EngineTest::restartingIgnoresTheOldOne_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::newRow("ends cleanly") << QByteArray("line @mode talk");
+    QTest::newRow("ends with an error") << QByteArray("line @mode talk\nwait q\nexit 3");
+    QTest::newRow("has crashed just before") << QByteArray("line @mode talk\ncrash");
+}
+
+void EngineTest::restartingIgnoresTheOldOne()
+{
+    QFETCH(QByteArray, script);
+    LinkFixture fixture;
+    fixture.engine.play(script);
+    fixture->start();
+    QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
+    if (script.endsWith("crash"))
+        QTRY_COMPARE(fixture->state.get(), u"RESTARTING"_s);
+    fixture.engine.play("line @mode teach");
+    const States states(fixture.link());
+    fixture->restart();
+    fixture.time.advance(0.3);
+    wait(50);
+    QCOMPARE(states.seen, QStringList{});
+    fixture.time.advance(0.2);
+    QTRY_COMPARE(fixture->mode.get(), u"teach"_s);
+    fixture.time.advance(1000);
+    wait(50);
+    QCOMPARE(states.seen, (QStringList{u"STARTING"_s, u"ONLINE"_s}));
+    QCOMPARE(fixture.engine.runs(), 2);
+}
+
+void EngineTest::handlersMayRestart()
+{
+    LinkFixture fixture;
+    fixture.engine.play("raw @mode talk\\n@mode teach\\n\n");
+    connect(
+        &fixture.link(), &Link::modeChanged, this, [&] { fixture->restart(); },
+        Qt::SingleShotConnection);
+    fixture->start();
+    QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
+    wait(50);
+    QCOMPARE(fixture->mode.get(), u"talk"_s);
+    fixture.time.advance(0.4);
+    QTRY_COMPARE(fixture->mode.get(), u"teach"_s);
+    QCOMPARE(fixture.engine.runs(), 2);
+}
+
+void EngineTest::relaunchingIsNoCrash()
+{
+    LinkFixture fixture;
+    fixture.engine.play("line @relaunch\nexit 1");
+    fixture->start();
+    QTRY_COMPARE(fixture->state.get(), u"OFFLINE"_s);
+    QCOMPARE(fixture.shell.calls, QStringList{u"relaunch"_s});
+}
+
+void EngineTest::theEngineInheritsWhatItNeeds()
+{
+    qputenv("KELO_TEST_INHERITED", "as is");
+    qputenv("TERM", "fancy");
+    LinkFixture fixture;
+    fixture.payload = QDir::current().relativeFilePath(fixture.payload);
+    fixture.engine.play("line @mode talk");
+    fixture->start();
+    QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
+    QCOMPARE(QDir(fixture.engine.workingDirectory()), QDir(fixture.dataDir));
+    const QByteArrayList seen = fixture.engine.environmentSeen();
+    for (const QByteArray &entry : {"ZU_UI=1"_ba, "TERM=dumb"_ba, "KELO_TEST_INHERITED=as is"_ba,
+             "PATH=/usr/bin:/bin:/usr/sbin:/sbin:/opt/homebrew/bin:/usr/local/bin"_ba,
+             "KELO_HOME=" + fixture.dataDir.toUtf8(), "KELO_PAYLOAD=" + fixture.payload.toUtf8()})
+        QCOMPARE(seen.count(entry), 1);
+}
+
+void EngineTest::theBridgeIsRefreshedByContent()
+{
+    const QString bridge = u"reaper/ostrell_bridge.lua"_s;
+    LinkFixture fixture;
+    fixture.payload = fixture.folder.filePath(u"payload"_s);
+    const auto ship = [&](const QByteArray &script) {
+        QDir().mkpath(fixture.payload);
+        QFile file(fixture.payload + "/ostrell_bridge.lua"_L1);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(script) == script.size());
+    };
+    fixture->start();
+    QVERIFY(!QFileInfo::exists(fixture.dataDir + "/reaper"_L1));
+    ship("one\r\n");
+    fixture->start();
+    QCOMPARE(fixture.read(bridge), "one\r\n"_ba);
+    fixture.write(bridge, "edited");
+    fixture->start();
+    QCOMPARE(fixture.read(bridge), "one\r\n"_ba);
+    ship({});
+    fixture->start();
+    QVERIFY(fixture.read(bridge).isEmpty() && QFileInfo::exists(fixture.dataDir + u'/' + bridge));
+    fixture.write(bridge, "kept");
+    QFile::remove(fixture.payload + "/ostrell_bridge.lua"_L1);
+    fixture->start();
+    QCOMPARE(fixture.read(bridge), "kept"_ba);
+
+    QDir(fixture.dataDir + "/reaper"_L1).removeRecursively();
+    fixture.write(u"reaper"_s, "in the way");
+    ship("two");
+    fixture->start();
+    QCOMPARE(fixture.read(u"reaper"_s), "in the way"_ba);
+}
+
+void EngineTest::theDataDirectoryMayBeMissing()
+{
+    for (const QString &place : {u"missing"_s, u"script"_s}) { // the second is a file
+        LinkFixture fixture;
+        fixture.dataDir = fixture.folder.filePath(place);
+        fixture.engine.play("line @mode talk");
+        fixture->start();
+        QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
+        QCOMPARE(fixture->assistant.get(), u"Kelo"_s);
+    }
+}
+
+QTEST_GUILESS_MAIN(EngineTest)
+#include "engine_test.moc"
