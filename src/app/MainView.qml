@@ -1,4 +1,5 @@
 import QtQuick
+import Kelo.App
 import Kelo.Hud
 
 // Everything in the main window, and the shortcuts of its menu.
