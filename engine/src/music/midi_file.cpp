@@ -201,7 +201,7 @@ private:
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
     static std::size_t keyOf(int channel, int pitch)
     {
-        return static_cast<std::size_t>(channel * 128 + pitch);
+        return static_cast<std::size_t>(channel) * 128 + static_cast<std::size_t>(pitch);
     }
 
     std::vector<Note> &notes;

@@ -12,8 +12,8 @@ namespace kelo::engine {
 
 namespace {
 
-constexpr int period = 256; ///< frames a block
-constexpr int periods = 4; ///< blocks on their way to the loudspeaker
+constexpr Frame period = 256; ///< frames a block
+constexpr Frame periods = 4; ///< blocks on their way to the loudspeaker
 
 } // namespace
 
@@ -32,8 +32,8 @@ public:
     {
         fluid_settings_setstr(settings, "audio.driver", name.c_str());
         fluid_settings_setnum(settings, "synth.sample-rate", sampleRate);
-        fluid_settings_setint(settings, "audio.period-size", period);
-        fluid_settings_setint(settings, "audio.periods", periods);
+        fluid_settings_setint(settings, "audio.period-size", static_cast<int>(period));
+        fluid_settings_setint(settings, "audio.periods", static_cast<int>(periods));
         fluid_settings_setstr(settings, "audio.sample-format", "float");
         driver = new_fluid_audio_driver2(settings, &Device::render, this);
     }

@@ -32,8 +32,7 @@ void Speaker::say(std::string_view words, double now)
     std::string text = oneLine(words);
     if (text.empty())
         return;
-    utterance.emplace();
-    utterance->id = ++lastId;
+    utterance.emplace(++lastId);
     wire.send("spec", std::to_string(lastId) + " new");
     wire.send("say", text);
     if (!synthesiser.works()) {

@@ -33,7 +33,12 @@ public:
 
 private:
     struct Utterance {
-        std::uint32_t id = 0;
+        explicit Utterance(std::uint32_t number)
+            : id(number)
+        {
+        }
+
+        std::uint32_t id;
         double silentEnd = 0; ///< where there is no voice: when the text would have been said
         bool synthesised = false; ///< everything has come from the synthesiser
         bool begun = false; ///< "@start" is out
