@@ -1,0 +1,71 @@
+#pragma once
+
+#include "music/midi_file.h"
+#include "protocol/wire.h"
+#include "sound/mixer.h"
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kelo::engine {
+
+/// Plays a piece: its notes to the instrument a little ahead of time, its piano roll and every
+/// note to the display, in step with the sound. Times are seconds of the monotonic clock.
+/// The display's keyboard shows no drums.
+class Player {
+public:
+    Player(Wire &lines, Instrument &instrument, const AudioClock &clock);
+
+    /// Shows the piece's roll and begins to play it after `leadIn` seconds.
+    void start(Piece music, std::string name, double now);
+
+    /// Plays what was started last from its beginning. Nothing without one.
+    void again(double now);
+
+    void pause(double now);
+    void carryOn(double now);
+    void stop();
+
+    [[nodiscard]] bool playing() const { return state == State::Playing; }
+    [[nodiscard]] bool paused() const { return state == State::Paused; }
+    [[nodiscard]] bool hasPiece() const { return !piece.notes.empty(); }
+
+    void advance(double now);
+    [[nodiscard]] std::optional<double> deadline() const;
+
+    static constexpr double leadIn = 3.0; ///< long enough to see the first notes fall
+
+private:
+    enum class State { Stopped, Playing, Paused };
+
+    struct Lamp {
+        double at = 0;
+        int pitch = 0;
+        int velocity = 0; ///< 0 where the note ends
+    };
+
+    void playFrom(double from, double delay, double now);
+    void showRoll(double from);
+    void restoreChannels(double until);
+    void halt();
+    void light(const Lamp &lamp);
+    [[nodiscard]] Frame frameOf(double at) const { return origin + frames(at); }
+
+    Wire &wire;
+    Instrument &instrument;
+    const AudioClock &clock;
+    State state = State::Stopped;
+    Piece piece;
+    std::string title;
+    std::vector<Lamp> lamps; ///< in the order of time
+    Frame origin = 0; ///< sounds when the piece's time 0 does
+    double position = 0; ///< where it was paused
+    std::size_t nextMessage = 0;
+    std::size_t nextLamp = 0;
+    double nextSchedule = 0;
+    std::array<int, 128> sounding{}; ///< how many notes hold each key
+};
+
+} // namespace kelo::engine

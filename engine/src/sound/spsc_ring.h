@@ -1,0 +1,39 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+
+namespace kelo::engine {
+
+/// A queue from one thread to one other that never locks, waits or allocates.
+template <typename T, std::size_t Capacity> class SpscRing {
+public:
+    /// False when it is full; `item` is then left out.
+    bool push(const T &item)
+    {
+        const std::size_t end = written.load(std::memory_order_relaxed);
+        if (end - read.load(std::memory_order_acquire) == Capacity)
+            return false;
+        items[end % Capacity] = item;
+        written.store(end + 1, std::memory_order_release);
+        return true;
+    }
+
+    /// The oldest item, or null when it is empty. Stays until `pop`.
+    [[nodiscard]] const T *front() const
+    {
+        const std::size_t begin = read.load(std::memory_order_relaxed);
+        return begin == written.load(std::memory_order_acquire) ? nullptr
+                                                                : &items[begin % Capacity];
+    }
+
+    void pop() { read.fetch_add(1, std::memory_order_release); }
+
+private:
+    std::array<T, Capacity> items{};
+    std::atomic<std::size_t> written = 0;
+    std::atomic<std::size_t> read = 0;
+};
+
+} // namespace kelo::engine

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "protocol/wire.h"
+#include "sound/mixer.h"
+#include "speech/synthesiser.h"
+
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kelo::engine {
+
+/// Says one thing at a time and tells the display how far it has come, in step with the sound:
+/// what is said, its spectrum a little ahead, its beginning, each word, its end.
+/// Times are seconds of the monotonic clock.
+class Speaker {
+public:
+    Speaker(Wire &lines, Synthesiser &voice, Mouth &mouth, const AudioClock &clock);
+
+    /// Says `text` now; what was being said is cut off.
+    void say(std::string_view text, double now);
+
+    void stop();
+    [[nodiscard]] bool speaking() const { return utterance.has_value(); }
+
+    /// Does what is due at `now`.
+    void advance(double now);
+
+    /// When `advance` is next needed, unless the synthesiser has news before.
+    [[nodiscard]] std::optional<double> deadline() const;
+
+private:
+    struct Utterance {
+        explicit Utterance(std::uint32_t number)
+            : id(number)
+        {
+        }
+
+        std::uint32_t id;
+        double silentEnd = 0; ///< where there is no voice: when the text would have been said
+        bool synthesised = false; ///< everything has come from the synthesiser
+        bool begun = false; ///< "@start" is out
+        std::optional<Frame> origin; ///< of its first sample
+        Frame queued = 0; ///< samples passed on to the mouth
+        std::vector<float> samples; ///< not yet passed on, from `queued` on
+        std::deque<WordMark> words; ///< not yet told
+        std::string bands; ///< not yet told, from frame `bandsTold` on
+        std::optional<int> bandsShift; ///< frames that the display's count is ahead of the sound's
+        int bandsTold = 0;
+        double length = 0; ///< seconds synthesised so far
+    };
+
+    void gather(double now);
+    void feedMouth(double now);
+    void tellBands(double now);
+    void tellWords(double now);
+    [[nodiscard]] double timeOf(double position) const;
+
+    Wire &wire;
+    Synthesiser &synthesiser;
+    Mouth &mouth;
+    const AudioClock &clock;
+    std::optional<Utterance> utterance;
+    std::uint32_t lastId = 0;
+    double nextFeed = 0;
+};
+
+} // namespace kelo::engine

@@ -1,0 +1,149 @@
+#include "speech/synthesiser.h"
+
+#include "protocol/text.h"
+#include "sound/audio_clock.h"
+#include "speech/resampler.h"
+#include "speech/spectrum.h"
+
+#include <espeak-ng/speak_lib.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace kelo::engine {
+
+namespace {
+
+constexpr int chunkMilliseconds = 60;
+constexpr std::size_t chunksAhead = 64; ///< some four seconds
+
+} // namespace
+
+/// One utterance on its way through eSpeak's callback.
+struct Synthesiser::Job {
+    Synthesiser &synthesiser;
+    std::uint32_t utterance;
+    WordMarks marks;
+    Resampler resampler;
+    Spectrum spectrum;
+
+    static int receive(short *wave, int count, espeak_EVENT *events);
+
+    [[nodiscard]] std::vector<WordMark> words(const espeak_EVENT *events);
+};
+
+std::vector<WordMark> Synthesiser::Job::words(const espeak_EVENT *events)
+{
+    std::vector<WordMark> found;
+    for (; events->type != espeakEVENT_LIST_TERMINATED; ++events) {
+        if (events->type != espeakEVENT_WORD)
+            continue;
+        if (const auto mark =
+                marks.begin(events->text_position - 1, events->audio_position / 1000.0))
+            found.push_back(*mark);
+    }
+    return found;
+}
+
+int Synthesiser::Job::receive(short *wave, int count, espeak_EVENT *events)
+{
+    Job &job = *static_cast<Job *>(events->user_data);
+    std::vector<float> samples(wave ? static_cast<std::size_t>(std::max(count, 0)) : 0);
+    std::transform(wave, wave + samples.size(), samples.begin(),
+        [](short sample) { return static_cast<float>(sample) / 32768.0F; });
+    SpeechChunk chunk;
+    chunk.utterance = job.utterance;
+    chunk.words = job.words(events);
+    chunk.bands = job.spectrum.listen(samples);
+    chunk.samples = job.resampler.push(samples);
+    return job.synthesiser.deliver(std::move(chunk)) ? 0 : 1;
+}
+
+Synthesiser::Synthesiser(std::function<void()> ready)
+    : notify(std::move(ready))
+{
+    rate = espeak_Initialize(
+        AUDIO_OUTPUT_SYNCHRONOUS, chunkMilliseconds, nullptr, espeakINITIALIZE_DONT_EXIT);
+    if (!works())
+        return;
+    if (espeak_SetVoiceByName("en-us") != EE_OK)
+        espeak_SetVoiceByName("en");
+    if (const espeak_VOICE *speaking = espeak_GetCurrentVoice(); speaking && speaking->name)
+        voice = oneLine(speaking->name);
+    espeak_SetSynthCallback(&Job::receive);
+    thread = std::jthread([this](const std::stop_token &stop) { run(stop); });
+    stopping = thread.get_stop_token();
+}
+
+Synthesiser::~Synthesiser()
+{
+    if (!works())
+        return;
+    cancel();
+    thread.request_stop();
+    thread.join();
+    espeak_Terminate();
+}
+
+void Synthesiser::begin(std::uint32_t utterance, std::string text)
+{
+    {
+        const std::lock_guard lock(mutex);
+        current = utterance;
+        waiting = std::move(text);
+        chunks.clear();
+    }
+    changed.notify_all();
+}
+
+std::vector<SpeechChunk> Synthesiser::take()
+{
+    std::vector<SpeechChunk> taken;
+    {
+        const std::lock_guard lock(mutex);
+        std::move(chunks.begin(), chunks.end(), std::back_inserter(taken));
+        chunks.clear();
+    }
+    changed.notify_all();
+    return taken;
+}
+
+void Synthesiser::run(const std::stop_token &stop)
+{
+    for (;;) {
+        std::unique_lock lock(mutex);
+        if (!changed.wait(lock, stop, [this] { return !waiting.empty(); }))
+            return;
+        const std::string text = std::exchange(waiting, {});
+        const std::uint32_t utterance = current;
+        lock.unlock();
+        speak(text, utterance);
+    }
+}
+
+void Synthesiser::speak(const std::string &text, std::uint32_t utterance)
+{
+    Job job{*this, utterance, WordMarks(text), Resampler(rate, sampleRate), Spectrum(rate)};
+    espeak_Synth(
+        text.c_str(), text.size() + 1, 0, POS_CHARACTER, 0, espeakCHARS_UTF8, nullptr, &job);
+    SpeechChunk end;
+    end.utterance = utterance;
+    end.last = true;
+    static_cast<void>(deliver(std::move(end)));
+}
+
+bool Synthesiser::deliver(SpeechChunk chunk)
+{
+    {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, stopping,
+            [&] { return chunks.size() < chunksAhead || current != chunk.utterance; });
+        if (current != chunk.utterance || stopping.stop_requested())
+            return false;
+        chunks.push_back(std::move(chunk));
+    }
+    notify();
+    return true;
+}
+
+} // namespace kelo::engine

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "speech/word_marks.h"
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace kelo::engine {
+
+/// A piece of an utterance, in the order in which they sound.
+struct SpeechChunk {
+    std::uint32_t utterance = 0;
+    std::vector<float> samples; ///< mono, at the output's rate
+    std::vector<WordMark> words;
+    std::string bands; ///< spectrum frames, sixteen letters each
+    bool last = false;
+};
+
+/// Turns text into sound with eSpeak NG, on a thread of its own and some seconds ahead.
+class Synthesiser {
+public:
+    /// `ready` is called on that thread whenever there is something to `take`.
+    explicit Synthesiser(std::function<void()> ready);
+    ~Synthesiser();
+    Synthesiser(const Synthesiser &) = delete;
+    Synthesiser &operator=(const Synthesiser &) = delete;
+
+    [[nodiscard]] bool works() const { return rate > 0; }
+    [[nodiscard]] const std::string &voiceName() const { return voice; }
+
+    /// Gives up what is being spoken and begins `text` (one line of valid UTF-8).
+    void begin(std::uint32_t utterance, std::string text);
+    void cancel() { begin(0, {}); }
+
+    /// What has been spoken since the last call, of the current utterance alone.
+    [[nodiscard]] std::vector<SpeechChunk> take();
+
+private:
+    struct Job;
+
+    void run(const std::stop_token &stop);
+    void speak(const std::string &text, std::uint32_t utterance);
+    [[nodiscard]] bool deliver(SpeechChunk chunk);
+
+    std::function<void()> notify;
+    double rate = 0; ///< samples a second as spoken
+    std::string voice;
+
+    std::mutex mutex;
+    std::condition_variable_any changed;
+    std::uint32_t current = 0;
+    std::string waiting; ///< the text to begin, if any
+    std::deque<SpeechChunk> chunks;
+    std::stop_token stopping;
+    std::jthread thread;
+};
+
+} // namespace kelo::engine

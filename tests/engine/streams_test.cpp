@@ -1,0 +1,230 @@
+#include "midi_bytes.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+/// Drives the engine itself as a display does: by its standard streams.
+class StreamsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void greets();
+    void speaksWordByWord();
+    void aCommandInterruptsSpeech();
+    void playsAFileThroughReturnToItsEnd();
+    void refusesWhatIsNoMusic_data();
+    void refusesWhatIsNoMusic();
+    void survivesNoise();
+    void quits_data();
+    void quits();
+
+private:
+    /// Waits until a line matches; gives it back, or an empty one after `seconds`.
+    QString waitFor(const QString &pattern, qint64 seconds = 10);
+    void send(const QByteArray &bytes)
+    {
+        engine->write(bytes);
+        engine->waitForBytesWritten();
+    }
+    QString write(const QString &name, const midi::Bytes &bytes)
+    {
+        QFile file(folder.filePath(name));
+        if (file.open(QIODevice::WriteOnly))
+            file.write(
+                reinterpret_cast<const char *>(bytes.data()), static_cast<qint64>(bytes.size()));
+        return file.fileName();
+    }
+
+    QTemporaryDir folder;
+    std::unique_ptr<QProcess> engine;
+    QStringList lines;
+    qsizetype seen = 0;
+};
+
+void StreamsTest::init()
+{
+    lines.clear();
+    seen = 0;
+    engine = std::make_unique<QProcess>();
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"KELO_SOUND"_s, u"silent"_s);
+    engine->setProcessEnvironment(environment);
+    engine->setStandardErrorFile(QProcess::nullDevice());
+    engine->start(QStringLiteral(ENGINE_PROGRAM), {});
+    QVERIFY(engine->waitForStarted());
+}
+
+void StreamsTest::cleanup()
+{
+    engine->write("q");
+    engine->waitForFinished(3000);
+    QCOMPARE(engine->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(engine->exitCode(), 0);
+    for (const QByteArray &line : engine->readAllStandardOutput().split('\n'))
+        lines << QString::fromUtf8(line);
+    for (const QString &line : std::as_const(lines))
+        QVERIFY2(line.isEmpty() || line.startsWith(u'@'), qPrintable(line));
+}
+
+QString StreamsTest::waitFor(const QString &pattern, qint64 seconds)
+{
+    const QRegularExpression wanted(u"^@"_s + pattern + u'$');
+    QElapsedTimer timer;
+    timer.start();
+    for (;;) {
+        while (engine->canReadLine())
+            lines << QString::fromUtf8(engine->readLine()).chopped(1);
+        for (; seen < lines.size(); ++seen) {
+            if (wanted.match(lines[seen]).hasMatch())
+                return lines[seen++];
+        }
+        if (timer.elapsed() > seconds * 1000)
+            return {};
+        engine->waitForReadyRead(20);
+    }
+}
+
+void StreamsTest::greets()
+{
+    for (const QString &line : {u"name Kelo"_s, u"voice .+"_s, u"kbd"_s, u"mode idle"_s,
+             u"buttons"_s, u"now \\d\\d:\\d\\d"_s})
+        QVERIFY2(!waitFor(line).isEmpty(), qPrintable(line));
+    QVERIFY(waitFor(u"say Hello.*"_s).contains(u"silence"_s)); // and says that nobody can hear it
+    QVERIFY(!waitFor(u"word 0 5 \\d+"_s).isEmpty());
+}
+
+void StreamsTest::speaksWordByWord()
+{
+    waitFor(u"now .*"_s);
+    const QString text = u"Caf\u00e9 \U0001F3B5 is 35 steps."_s;
+    send("~speak " + text.toUtf8() + '\n');
+    QCOMPARE(waitFor(u"say .*steps\\."_s), u"@say "_s + text);
+    QVERIFY(!waitFor(u"spec 2 0 ([a-p]{16})+"_s).isEmpty());
+    QVERIFY(!waitFor(u"start"_s).isEmpty());
+    QStringList words;
+    QElapsedTimer spoken;
+    spoken.start();
+    int expected = 0;
+    while (words.size() < 5) {
+        const QStringList word = waitFor(u"word \\d+ \\d+ \\d+"_s).split(u' ');
+        QCOMPARE(word.size(), 4);
+        words << text.mid(word[1].toInt(), word[2].toInt());
+        QVERIFY(word[3].toInt() > 20);
+        QVERIFY2(qAbs(spoken.elapsed() - expected) < 300, "a word that is not told as it sounds");
+        expected += word[3].toInt();
+    }
+    QCOMPARE(words, QStringList({u"Caf\u00e9"_s, u"\U0001F3B5"_s, u"is"_s, u"35"_s, u"steps"_s}));
+    QVERIFY(!waitFor(u"done"_s).isEmpty());
+    int frames = 0;
+    for (const QString &line : lines.filter(u"@spec 2 "_s)) {
+        if (line.endsWith(u"new"_s))
+            continue;
+        QCOMPARE(line.section(u' ', 2, 2).toInt(), frames); // no gap, no overlap
+        frames += static_cast<int>(line.section(u' ', 3).size() / 16);
+    }
+    QVERIFY(qAbs(frames - static_cast<int>(spoken.elapsed() * 60 / 1000)) < 15);
+}
+
+void StreamsTest::aCommandInterruptsSpeech()
+{
+    send("h");
+    QVERIFY(!waitFor(u"say Choose.*"_s).isEmpty());
+    QVERIFY(!waitFor(u"word .*"_s).isEmpty());
+    send("\n");
+    QVERIFY(!waitFor(u"done"_s, 1).isEmpty());
+    send("~say what time is it\n");
+    QVERIFY(!waitFor(u"say It is \\d\\d:\\d\\d\\."_s).isEmpty());
+    send("~say fly me to the moon\n");
+    QVERIFY(!waitFor(u"say I can't do that yet\\."_s, 1).isEmpty());
+    QVERIFY(!waitFor(u"done"_s).isEmpty());
+}
+
+void StreamsTest::playsAFileThroughReturnToItsEnd()
+{
+    send("~play " + write(u"A scale.mid"_s, midi::scale(3)).toUtf8() + '\n');
+    QVERIFY(!waitFor(u"say A scale\\."_s).isEmpty());
+    QVERIFY(!waitFor(u"rollnew A scale"_s).isEmpty());
+    QVERIFY(waitFor(u"rolln .*"_s).startsWith(u"@rolln 0.0000,0.5000,60,80,0;0.5000,"_s));
+    QElapsedTimer timer;
+    QCOMPARE(waitFor(u"rollstart .*"_s), QString(u"@rollstart 3.0000 1.5000"_s));
+    timer.start();
+    QVERIFY(!waitFor(u"out 60 80"_s).isEmpty());
+    QVERIFY(qAbs(timer.elapsed() - 3000) < 300);
+    QTest::qWait(250);
+    send("\n");
+    for (const QString &line : {u"out 60 0"_s, u"rollstop"_s, u"paused 1"_s})
+        QVERIFY2(!waitFor(line, 1).isEmpty(), qPrintable(line));
+    QVERIFY(waitFor(u"out .*"_s, 1).isEmpty());
+    send("\n");
+    for (const QString &line : {u"paused 0"_s, u"rollnew A scale"_s, u"rollstart -0\\..*"_s,
+             u"out 61 80"_s, u"out 62 80"_s, u"out 62 0"_s, u"rollstop"_s})
+        QVERIFY2(!waitFor(line, 3).isEmpty(), qPrintable(line));
+}
+
+void StreamsTest::refusesWhatIsNoMusic_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("answer");
+    const QString notMidi = u"That isn't a MIDI file.*"_s;
+    QTest::newRow("missing") << u"/nowhere/at all.mid"_s << notMidi;
+    QTest::newRow("nothing named") << u""_s << notMidi;
+    QTest::newRow("a folder") << u"/tmp"_s << notMidi;
+    QTest::newRow("endless") << u"/dev/zero"_s << notMidi;
+    QTest::newRow("text") << write(u"text.mid"_s, {'h', 'i'}) << notMidi;
+    QTest::newRow("no notes") << write(
+        u"empty.mid"_s, midi::join({midi::header(0, 1, 96), midi::track(midi::end)}))
+                              << u"There are no notes.*"_s;
+}
+
+void StreamsTest::refusesWhatIsNoMusic()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, answer);
+    send("~play " + path.toUtf8() + '\n');
+    QVERIFY(!waitFor(u"say "_s + answer).isEmpty());
+    QVERIFY(lines.filter(u"@rollnew"_s).isEmpty());
+}
+
+void StreamsTest::survivesNoise()
+{
+    QByteArray noise;
+    for (int i = 0; i < 200000; ++i)
+        noise += static_cast<char>(i * 7919 % 251);
+    noise.replace('q', 'w');
+    send(noise + "\n\n~ear 0 kelo\n~lvl 0.5\n~\n~unheard of\n~speak \xff\xfe\n");
+    QVERIFY(!waitFor(u"say \\?\\?"_s).isEmpty());
+}
+
+void StreamsTest::quits_data()
+{
+    QTest::addColumn<QByteArray>("last");
+    QTest::addColumn<bool>("close");
+    QTest::newRow("when asked") << QByteArray("q") << false;
+    QTest::newRow("at the end of its input") << QByteArray() << true;
+    QTest::newRow("in the middle of a word and a command") << QByteArray("h~play") << true;
+}
+
+void StreamsTest::quits()
+{
+    QFETCH(QByteArray, last);
+    QFETCH(bool, close);
+    QVERIFY(!waitFor(u"start"_s).isEmpty());
+    send(last);
+    if (close)
+        engine->closeWriteChannel();
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(engine->waitForFinished(3000));
+    QVERIFY(timer.elapsed() < 1000);
+}
+
+QTEST_GUILESS_MAIN(StreamsTest)
+#include "streams_test.moc"
