@@ -25,11 +25,11 @@ FocusScope {
     }
 
     Shortcut {
-        sequences: [StandardKey.Quit, "Ctrl+Q"]
+        sequence: "Ctrl+Q"
         onActivated: view.shell.quit()
     }
     Shortcut {
-        sequences: [StandardKey.Close, "Ctrl+W"]
+        sequence: "Ctrl+W"
         onActivated: view.shell.closeWindow()
     }
     Shortcut {

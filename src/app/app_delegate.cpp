@@ -150,7 +150,8 @@ bool AppDelegate::handleKey(const KeyPress &press)
         return false;
     case Kind::EndTabbing:
         link_.tabbing = false;
-        window_->rootObject()->forceActiveFocus();
+        if (QQuickItem *control = window_->activeFocusItem())
+            control->setFocus(false);
         return true;
     case Kind::LeaveVisualiser:
         link_.visual = false;

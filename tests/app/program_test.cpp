@@ -54,6 +54,9 @@ QProcessEnvironment ProgramTest::environment() const
     environment.insert(u"KELO_HOME"_s, folder_->filePath(u"data"_s));
     environment.insert(u"KELO_PAYLOAD"_s, ScriptedEngine::payload());
     environment.insert(u"XDG_CONFIG_HOME"_s, folder_->filePath(u"config"_s));
+    // The graphics driver is unloaded before leaks are counted and its own have no names then.
+    // Leaks of ours are found where the same window runs inside a test.
+    environment.insert(u"ASAN_OPTIONS"_s, u"detect_leaks=0"_s);
     return environment;
 }
 
