@@ -1,0 +1,10 @@
+import QtQuick
+
+// The keyboard strip. It is decoration: screen readers pass it by.
+KeysDrawing {
+    id: keys
+
+    Labels {
+        scene: keys
+    }
+}
