@@ -7,14 +7,14 @@ namespace kelo {
 namespace {
 
 constexpr double spacing = 44; // points
-constexpr double opacity = 0.035;
+constexpr double lineOpacity = 0.035;
 
 } // namespace
 
 void GridBackdrop::geometryChange(const QRectF &now, const QRectF &before)
 {
     SpriteItem::geometryChange(now, before);
-    const Colour colour = colours::green.faded(opacity);
+    const Colour colour = colours::green.faded(lineOpacity);
     sprites_.clear();
     for (int i = 0; spacing * i < now.width(); ++i)
         sprites_.push_back(box(spacing * i - 0.5, 0, 1, now.height(), colour));
