@@ -15,7 +15,7 @@ struct Sparks {
     int count = 0; ///< all there will be; 0 for as many as come until it is put out
     double speed = 0; ///< mean, points a second
     double born = 0; ///< uptime of the first spark
-    std::optional<double> out; ///< uptime at which it was put out
+    std::optional<double> out{}; ///< uptime at which it was put out
     quint32 seed = 0;
 
     /// No spark of it is left at `now`, and none will come.
