@@ -1,4 +1,5 @@
 import QtQuick
+import Kelo.Visual
 
 // What the assistant says. The drawn line is overlaid with the same text, unseen, so that it can
 // be selected, copied and read by a screen reader.

@@ -1,4 +1,5 @@
 import QtQuick
+import Kelo.Visual
 
 // The keyboard strip. It is decoration: screen readers pass it by.
 KeysDrawing {

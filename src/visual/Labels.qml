@@ -1,4 +1,5 @@
 import QtQuick
+import Kelo.Visual
 
 // The texts over a scene, which places them from its lower left corner.
 Item {

@@ -1,4 +1,5 @@
 import QtQuick
+import Kelo.Visual
 
 // The falling-notes scene. It is decoration: screen readers pass it by.
 RainDrawing {
@@ -7,7 +8,7 @@ RainDrawing {
     Rectangle {
         anchors.fill: parent
         z: -1
-        color: "#020604"
+        color: rain.background
     }
 
     Labels {

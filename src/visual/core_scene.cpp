@@ -143,7 +143,8 @@ VoiceFrame CoreScene::targets(const Link &link, double now) const
             continue;
         const double band =
             (static_cast<double>(ripple.pitch) - lowestKey) / keySpan * (voiceBandCount - 1);
-        const double lift = (ripple.strength * 0.6 + 0.4) * std::exp(-3 * age);
+        const double lift =
+            (std::clamp(ripple.strength, 0.0, 1.0) * 0.6 + 0.4) * std::exp(-3 * age);
         for (std::size_t i = 0; i < target.size(); ++i) {
             const double away = static_cast<double>(i) - band;
             target[i] = std::max(target[i], lift * std::exp(-away * away / 5));

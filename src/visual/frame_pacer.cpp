@@ -12,7 +12,8 @@ namespace kelo {
 
 namespace {
 
-constexpr double slow = 10; // frames a second, up to which a timer serves
+constexpr double slow = 30; // frames a second, up to which a timer serves
+constexpr double verySlow = 10; // up to which it need not be precise
 constexpr double tolerance = 0.1; // of the time between frames
 
 } // namespace
@@ -37,7 +38,6 @@ FramePacer::FramePacer(QQuickItem &item)
     : item_(item)
     , beat_(std::make_unique<Beat>(*this))
 {
-    timer_.setTimerType(Qt::CoarseTimer);
     connect(&timer_, &QTimer::timeout, this, &FramePacer::frame);
     connect(&item, &QQuickItem::windowChanged, this, &FramePacer::setWindow);
     connect(&item, &QQuickItem::visibleChanged, this, &FramePacer::apply);
@@ -94,6 +94,7 @@ void FramePacer::apply()
         beat_->start();
     } else if (rate > 0) {
         beat_->stop();
+        timer_.setTimerType(rate > verySlow ? Qt::PreciseTimer : Qt::CoarseTimer);
         timer_.start(static_cast<int>(1000 / rate));
     } else {
         beat_->stop();

@@ -9,7 +9,7 @@ class QQuickItem;
 namespace kelo {
 
 /// Tells an item when to prepare a frame: in step with its screen up to a rate, and never while
-/// its window cannot be seen. Items of one window are told together, so that they share frames.
+/// its window cannot be seen.
 class FramePacer : public QObject {
     Q_OBJECT
 
@@ -41,7 +41,7 @@ private:
     double rate_ = 0;
     double last_ = 0; // uptime of the last frame
     std::unique_ptr<Beat> beat_; // runs with the frames of the window
-    QTimer timer_; // for rates so low that each frame would mostly be for nothing
+    QTimer timer_; // for low rates: Qt renders for as long as a beat runs, changes or not
 };
 
 } // namespace kelo

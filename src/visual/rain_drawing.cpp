@@ -1,6 +1,13 @@
 #include "visual/rain_drawing.h"
 
+#include "visual/palette.h"
+
 namespace kelo {
+
+QColor RainDrawing::background()
+{
+    return colours::bg.toQColor();
+}
 
 void RainDrawing::linkSet(Link *link)
 {

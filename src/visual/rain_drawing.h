@@ -11,8 +11,12 @@ namespace kelo {
 /// The falling-notes scene as an item. While it exists the link tells it of notes.
 class RainDrawing : public SceneItem {
     Q_OBJECT
+    Q_PROPERTY(QColor background READ background CONSTANT)
     Q_PROPERTY(double captionTop MEMBER captionTop_ NOTIFY captionTopChanged)
     QML_ELEMENT
+
+public:
+    [[nodiscard]] static QColor background();
 
 Q_SIGNALS:
     void captionTopChanged();

@@ -13,7 +13,8 @@ class SceneItem : public SpriteItem {
     Q_PROPERTY(kelo::Link *link READ link WRITE setLink NOTIFY linkChanged)
     Q_PROPERTY(bool active READ isActive WRITE setActive NOTIFY activeChanged)
     Q_PROPERTY(QVariantList labels READ labels NOTIFY labelsChanged)
-    QML_ANONYMOUS
+    QML_ELEMENT
+    QML_UNCREATABLE("what scenes have in common")
 
 public:
     [[nodiscard]] Link *link() const { return link_; }
