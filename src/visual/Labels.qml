@@ -1,0 +1,33 @@
+import QtQuick
+import Kelo.Visual
+
+// The texts over a scene, which places them from its lower left corner.
+Item {
+    id: labels
+
+    required property SceneItem scene
+
+    anchors.fill: scene
+
+    Repeater {
+        model: labels.scene.labels
+
+        Text {
+            required property var modelData
+
+            readonly property bool several: modelData.lines > 1
+
+            x: modelData.x - (modelData.centred ? width / 2 : 0)
+            y: labels.height - modelData.y - (several ? 0 : baselineOffset)
+            width: modelData.width > 0 ? Math.min(implicitWidth, modelData.width) : implicitWidth
+            text: modelData.text
+            textFormat: Text.PlainText
+            color: modelData.colour
+            font: modelData.font
+            horizontalAlignment: modelData.centred ? Text.AlignHCenter : Text.AlignLeft
+            wrapMode: several ? Text.WordWrap : Text.NoWrap
+            elide: modelData.width > 0 ? Text.ElideRight : Text.ElideNone
+            maximumLineCount: modelData.lines
+        }
+    }
+}

@@ -1,0 +1,17 @@
+import QtQuick
+import Kelo.Visual
+
+// The falling-notes scene. It is decoration: screen readers pass it by.
+RainDrawing {
+    id: rain
+
+    Rectangle {
+        anchors.fill: parent
+        z: -1
+        color: rain.background
+    }
+
+    Labels {
+        scene: rain
+    }
+}

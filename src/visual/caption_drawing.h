@@ -1,0 +1,69 @@
+#pragma once
+
+#include "visual/caption_raster.h"
+#include "visual/caption_scene.h"
+#include "visual/scene_item.h"
+
+#include <QFont>
+
+#include <memory>
+
+namespace kelo {
+
+/// What the assistant says, as one large line whose light follows the voice. The line's letters
+/// and their glow are drawn once; each frame only colours them.
+class CaptionDrawing : public SceneItem {
+    Q_OBJECT
+    Q_PROPERTY(QString text READ text NOTIFY lineChanged)
+    Q_PROPERTY(QFont font READ font NOTIFY lineChanged)
+    Q_PROPERTY(bool shown READ isShown NOTIFY shownChanged)
+    QML_ELEMENT
+
+public:
+    explicit CaptionDrawing(QQuickItem *parent = nullptr);
+    ~CaptionDrawing() override;
+
+    /// The line that is shown, and its face.
+    [[nodiscard]] QString text() const { return scene_.line().text; }
+    [[nodiscard]] QFont font() const { return font_; }
+    /// Anything of it can be seen.
+    [[nodiscard]] bool isShown() const { return scene_.opacity() > 0; }
+
+Q_SIGNALS:
+    void lineChanged();
+    void shownChanged();
+
+protected:
+    void linkSet(Link *link) override;
+    bool advance(Link &link, double now) override;
+    [[nodiscard]] double rate() const override;
+    [[nodiscard]] const SpriteList &sprites() const override;
+    void paint(QPainter &painter) const override;
+    QSGNode *updatePaintNode(QSGNode *old, UpdatePaintNodeData *data) override;
+
+private:
+    class Node;
+
+    /// A line's raster, and what it was made from.
+    struct Written {
+        CaptionLine line;
+        QFont font;
+        double width = 0;
+        double pixels = 0;
+        CaptionRaster raster;
+    };
+    using Picture = std::shared_ptr<const Written>;
+
+    [[nodiscard]] Picture write(const CaptionLine &line, const Picture &old) const;
+    [[nodiscard]] QPointF origin(const Written &written, CaptionScene::Motion motion) const;
+    [[nodiscard]] Colour colourAt(const Written &written, qsizetype unit) const;
+    [[nodiscard]] Colour glow() const;
+
+    CaptionScene scene_;
+    QFont font_;
+    bool contrast_ = false;
+    Picture line_;
+    Picture leaving_;
+};
+
+} // namespace kelo

@@ -1,0 +1,126 @@
+#include "visual/caption_raster.h"
+
+#include <QPainter>
+#include <QTextLayout>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kelo {
+
+namespace {
+
+constexpr double glowRadius = 9; // points
+constexpr double glowMargin = 2 * glowRadius; // beyond that nothing of the light is left
+
+void layOut(QTextLayout &layout, double width)
+{
+    QTextOption option(Qt::AlignHCenter);
+    option.setWrapMode(QTextOption::WordWrap);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    double y = 0;
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        line.setLeadingIncluded(true);
+        line.setPosition({0, y});
+        y += line.height();
+    }
+    layout.endLayout();
+}
+
+/// Divides the picture's area among the units of the text: a cell reaches from its unit to the
+/// next, and those at a border out to the area's edge.
+std::vector<CaptionRaster::Cell> cellsOf(const QTextLayout &layout, const QRectF &area)
+{
+    std::vector<CaptionRaster::Cell> cells;
+    const int lines = layout.lineCount();
+    for (int n = 0; n < lines; ++n) {
+        const QTextLine line = layout.lineAt(n);
+        const double top = n == 0 ? area.top() : line.y();
+        const double bottom = n + 1 == lines ? area.bottom() : line.y() + line.height();
+        const int end = line.textStart() + line.textLength();
+        double left = area.left();
+        for (int unit = line.textStart(); unit < end; ++unit) {
+            const double right = unit + 1 == end ? area.right() : line.cursorToX(unit + 1);
+            if (right > left)
+                cells.push_back({unit, {QPointF(left, top), QPointF(right, bottom)}});
+            left = std::max(left, right);
+        }
+    }
+    return cells;
+}
+
+/// One pass of a box blur of 2 × `reach` + 1 bytes over `count` bytes that lie `stride` apart.
+void blurLine(uchar *bytes, qsizetype count, qsizetype stride, int reach, std::vector<uchar> &copy)
+{
+    copy.resize(static_cast<std::size_t>(count));
+    for (qsizetype i = 0; i < count; ++i)
+        copy[static_cast<std::size_t>(i)] = bytes[i * stride];
+    const auto at = [&](qsizetype i) {
+        return i < 0 || i >= count ? 0 : int(copy[static_cast<std::size_t>(i)]);
+    };
+    const int box = 2 * reach + 1;
+    int sum = 0;
+    for (qsizetype i = 0; i < reach; ++i)
+        sum += at(i);
+    for (qsizetype i = 0; i < count; ++i) {
+        sum += at(i + reach) - at(i - reach - 1);
+        bytes[i * stride] = static_cast<uchar>((sum + box / 2) / box);
+    }
+}
+
+/// Three box blurs are as good as a Gaussian of half the radius.
+void blur(QImage &grey, double radius)
+{
+    const int reach = std::max(static_cast<int>(std::lround(radius / 2)), 1);
+    std::vector<uchar> copy;
+    for (int pass = 0; pass < 3; ++pass) {
+        for (int y = 0; y < grey.height(); ++y)
+            blurLine(grey.scanLine(y), grey.width(), 1, reach, copy);
+        for (int x = 0; x < grey.width(); ++x)
+            blurLine(grey.bits() + x, grey.height(), grey.bytesPerLine(), reach, copy);
+    }
+}
+
+} // namespace
+
+CaptionRaster rasterise(const QString &text, const QFont &font, double width, double pixels)
+{
+    CaptionRaster raster;
+    if (text.isEmpty() || width <= 0)
+        return raster;
+    QTextLayout layout(text, font);
+    layOut(layout, width);
+    const QRectF bounds = layout.boundingRect();
+    raster.size = bounds.size();
+    // Whole points, so that the picture's pixels meet the screen's.
+    raster.area = bounds.adjusted(-glowMargin, -glowMargin, glowMargin, glowMargin).toAlignedRect();
+    raster.cells = cellsOf(layout, raster.area);
+
+    QImage letters((raster.area.size() * pixels).toSize(), QImage::Format_Alpha8);
+    letters.fill(0);
+    QPainter painter(&letters);
+    painter.scale(pixels, pixels);
+    painter.translate(-raster.area.topLeft());
+    layout.draw(&painter, {});
+    painter.end();
+    QImage light = letters;
+    blur(light, glowRadius * pixels);
+
+    raster.picture = QImage(letters.size(), QImage::Format_RGBX8888);
+    for (int y = 0; y < letters.height(); ++y) {
+        const uchar *letter = letters.constScanLine(y);
+        const uchar *halo = light.constScanLine(y);
+        uchar *out = raster.picture.scanLine(y);
+        for (int x = 0; x < letters.width(); ++x, out += 4) {
+            out[0] = letter[x];
+            out[1] = halo[x];
+            out[2] = 0;
+            out[3] = 255;
+        }
+    }
+    return raster;
+}
+
+} // namespace kelo

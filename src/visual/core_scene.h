@@ -1,0 +1,67 @@
+#pragma once
+
+#include "link/records.h"
+#include "visual/sprites.h"
+
+#include <QRectF>
+
+namespace kelo {
+
+class Link;
+
+/// The ring scene: the numbers that move the ring with the assistant's voice and the keys, the
+/// circles and arcs around it and the words in its middle. The ring itself and the oscilloscope
+/// line under it are pictures of their own (see ring_formula.h), placed and driven from here.
+class CoreScene {
+public:
+    /// Sets the size in points. The motion goes on across a change.
+    void resize(double width, double height);
+
+    /// Brings the scene to `now`, in seconds of uptime, and tells the link the voice's level.
+    void update(Link &link, double now);
+
+    [[nodiscard]] const SpriteList &sprites() const { return sprites_; }
+    [[nodiscard]] const LabelList &labels() const { return labels_; }
+
+    /// The 16 bands as they are drawn, 0 to 1.4, lowest first.
+    [[nodiscard]] const VoiceFrame &bands() const { return values_; }
+    /// Smoothed loudness, 0 to 1.
+    [[nodiscard]] double level() const { return level_; }
+    /// Amplitude of the oscilloscope line; it never lies perfectly flat.
+    [[nodiscard]] double amplitude() const { return level_ + 0.04; }
+    [[nodiscard]] double ringOpacity() const { return offline_ ? 0.35 : 1; }
+    /// Seconds for what flows in the pictures. It starts over where all of their motions do.
+    [[nodiscard]] double flowTime() const { return flowTime_; }
+
+    /// Where the pictures belong, in points, y down. Empty while the scene is too small.
+    [[nodiscard]] QRectF ringPlace() const;
+    [[nodiscard]] QRectF scopePlace() const;
+
+private:
+    [[nodiscard]] bool isUsable() const { return width_ > 60 && height_ > 60; }
+    [[nodiscard]] double radius() const;
+    [[nodiscard]] double centreX() const { return width_ / 2; }
+    [[nodiscard]] double centreY() const; // y up
+
+    [[nodiscard]] VoiceFrame targets(const Link &link, double now) const;
+    void spring(const VoiceFrame &targets, double step);
+    void draw();
+    void write(const Link &link);
+
+    static constexpr std::size_t arcCount = 5;
+
+    double width_ = 0;
+    double height_ = 0;
+    VoiceFrame values_{};
+    VoiceFrame speeds_{}; // a second
+    VoiceFrame aims_{};
+    double level_ = 0;
+    double last_ = 0; // uptime of the previous frame
+    double flowTime_ = 0;
+    bool offline_ = false;
+    std::array<double, arcCount> turned_{}; // radians beyond where each arc began
+    SpriteList sprites_;
+    LabelList labels_;
+};
+
+} // namespace kelo

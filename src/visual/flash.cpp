@@ -1,0 +1,45 @@
+#include "visual/flash.h"
+
+#include "visual/palette.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace kelo {
+
+namespace {
+
+constexpr Colour red{1.0F, 0.25F, 0.2F};
+
+bool isBeat(const QString &kind)
+{
+    return kind == u"beat"_s;
+}
+
+} // namespace
+
+double flashDuration(const QString &kind)
+{
+    return isBeat(kind) ? 0.18 : 0.55;
+}
+
+FlashLook flashLook(const QString &kind, bool firstBeat, double age)
+{
+    const double fade = std::max(1 - age / flashDuration(kind), 0.0);
+    const Colour colour = kind == u"wrong"_s ? red : kind == u"good"_s ? colours::green : white;
+    if (isBeat(kind))
+        return {colour.faded(fade * (firstBeat ? 0.8 : 0.4)), 6, colour.faded(0)};
+    return {colour.faded(fade * 0.95), 14, colour.faded(fade * 0.12)};
+}
+
+bool FlashLimit::mayFill(double at)
+{
+    if (at - fills_.front() < 1)
+        return false;
+    std::ranges::rotate(fills_, fills_.begin() + 1);
+    fills_.back() = at;
+    return true;
+}
+
+} // namespace kelo

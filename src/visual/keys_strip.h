@@ -1,0 +1,24 @@
+#pragma once
+
+#include "visual/sprites.h"
+
+namespace kelo {
+
+class Link;
+
+/// The keyboard strip of the console: 88 keys with what is held, what the engine sounds, the
+/// command keys, and a ripple rising above each key pressed.
+class KeysStrip {
+public:
+    /// Draws the strip as it is at `now`, `width` × `height` points large.
+    void update(const Link &link, double width, double height, double now);
+
+    [[nodiscard]] const SpriteList &sprites() const { return sprites_; }
+    [[nodiscard]] const LabelList &labels() const { return labels_; }
+
+private:
+    SpriteList sprites_;
+    LabelList labels_;
+};
+
+} // namespace kelo

@@ -1,0 +1,17 @@
+#include "visual/mono.h"
+
+#include <QFontDatabase>
+
+#include <cmath>
+
+namespace kelo {
+
+QFont mono(double size, QFont::Weight weight)
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPixelSize(static_cast<int>(std::lround(size)));
+    font.setWeight(weight);
+    return font;
+}
+
+} // namespace kelo

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "visual/frame_clock.h"
+#include "visual/rain_scene.h"
+#include "visual/scene_item.h"
+
+#include <memory>
+
+namespace kelo {
+
+/// The falling-notes scene as an item. While it exists the link tells it of notes.
+class RainDrawing : public SceneItem {
+    Q_OBJECT
+    Q_PROPERTY(QColor background READ background CONSTANT)
+    Q_PROPERTY(double captionTop MEMBER captionTop_ NOTIFY captionTopChanged)
+    QML_ELEMENT
+
+public:
+    [[nodiscard]] static QColor background();
+
+Q_SIGNALS:
+    void captionTopChanged();
+
+protected:
+    void linkSet(Link *link) override;
+    bool advance(Link &link, double now) override;
+    [[nodiscard]] double rate() const override { return isActive() ? 120 : 0; }
+    [[nodiscard]] const SpriteList &sprites() const override;
+    [[nodiscard]] LabelList texts() const override;
+    void geometryChange(const QRectF &now, const QRectF &before) override;
+
+private:
+    std::unique_ptr<RainScene> scene_;
+    FrameClock clock_;
+    double captionTop_ = RainScene::captionTop; // points
+};
+
+} // namespace kelo

@@ -1,0 +1,104 @@
+#include "visual/rain_keyboard.h"
+
+#include "visual/palette.h"
+
+namespace kelo {
+
+namespace {
+
+constexpr double keyFade = 0.12; // seconds that a key takes to go out
+constexpr double lampSwell = 0.03; // seconds
+constexpr double lampFade = 0.18;
+
+std::size_t place(int pitch)
+{
+    return static_cast<std::size_t>(pitch - keyboard::lowest);
+}
+
+Colour restingColour(int pitch)
+{
+    return keyboard::isBlack(pitch) ? colours::bg : colours::green.faded(0.07);
+}
+
+} // namespace
+
+void RainKeyboard::press(int pitch, bool mine, double lamp, double now)
+{
+    keys_[place(pitch)] = {mine ? colours::soft : colours::teal, std::nullopt};
+    if (lamp <= 0)
+        return;
+    std::erase_if(lamps_,
+        [&](const Lamp &old) { return old.pitch == pitch && old.mine == mine && !old.released; });
+    lamps_.push_back({pitch, mine, lamp, now, std::nullopt});
+}
+
+void RainKeyboard::release(int pitch, bool mine, double now)
+{
+    if (auto &key = keys_[place(pitch)])
+        key->released = now;
+    std::erase_if(lamps_,
+        [now](const Lamp &lamp) { return lamp.released && now - *lamp.released > lampFade; });
+    for (Lamp &lamp : lamps_) {
+        if (lamp.pitch == pitch && lamp.mine == mine && !lamp.released)
+            lamp.released = now;
+    }
+}
+
+void RainKeyboard::clear()
+{
+    keys_ = {};
+    lamps_.clear();
+}
+
+Colour RainKeyboard::keyColour(int pitch, double now) const
+{
+    const auto &key = keys_[place(pitch)];
+    if (!key)
+        return restingColour(pitch);
+    if (!key->released)
+        return key->colour;
+    const double gone = std::clamp((now - *key->released) / keyFade, 0.0, 1.0);
+    return mixed(key->colour, restingColour(pitch), gone);
+}
+
+void RainKeyboard::drawKeys(SpriteList &list, const Stage &stage, double now) const
+{
+    const double key = stage.keyWidth();
+    const double floor = stage.floor();
+    list.push_back(box(0, 0, stage.width, floor, colours::bg));
+    for (int i = 0; i < keyboard::whiteCount; ++i) {
+        const int pitch = keyboard::whites[static_cast<std::size_t>(i)];
+        list.push_back(box(key * i + 0.75, 0, key - 1.5, floor - 3, keyColour(pitch, now)));
+    }
+    for (int i = 0; i <= keyboard::whiteCount; ++i)
+        list.push_back(box(key * i - 0.5, 0, 1, floor, colours::green.faded(0.35)));
+    for (int i = 0; i < keyboard::whiteCount; ++i) {
+        const int pitch = keyboard::whites[static_cast<std::size_t>(i)];
+        if (!keyboard::hasBlackToRight(pitch))
+            continue;
+        const double wide = key * keyboard::blackWidth;
+        const double tall = floor * keyboard::blackLength;
+        const double left = key * (i + 1) - wide / 2;
+        list.push_back(box(left, floor - 3 - tall, wide, tall, keyColour(pitch + 1, now)));
+        outline(list, left, floor - 3 - tall, wide, tall, 1, colours::green.faded(0.45));
+    }
+    list.push_back(box(0, floor - 1, stage.width, 2, colours::green));
+}
+
+void RainKeyboard::drawLamps(SpriteList &list, const Stage &stage, double now) const
+{
+    for (const Lamp &lamp : lamps_) {
+        double opacity = lamp.opacity;
+        if (lamp.mine)
+            opacity *= std::clamp((now - lamp.born) / lampSwell, 0.0, 1.0);
+        if (lamp.released)
+            opacity *= std::clamp(1 - (now - *lamp.released) / lampFade, 0.0, 1.0);
+        if (opacity <= 0)
+            continue;
+        const double size = stage.keyWidth() * (lamp.mine ? 5 : 4.5);
+        list.push_back(
+            glow(stage.centre(lamp.pitch), stage.floor(), size, colours::soft.faded(opacity)));
+    }
+}
+
+} // namespace kelo

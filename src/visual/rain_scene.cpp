@@ -1,0 +1,206 @@
+#include "visual/rain_scene.h"
+
+#include "link/link.h"
+#include "visual/palette.h"
+
+#include <cmath>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace kelo {
+
+namespace {
+
+constexpr double longestStep = 0.05; // seconds; after a stall nothing leaps
+constexpr double burstRate = 900; // sparks a second
+constexpr std::size_t mostBursts = 128; // only a flood of notes reaches it
+
+constexpr double gridSpacing = 80; // points
+constexpr double gridPeriod = 1.6; // seconds in which the grid drifts up by one space
+
+constexpr double margin = 26; // points from the left edge to what is written there
+constexpr double progressHeight = 3;
+
+} // namespace
+
+RainScene::RainScene(Link &link)
+    : link_(&link)
+{
+    link.scene = this;
+}
+
+RainScene::~RainScene()
+{
+    if (link_ && link_->scene == this)
+        link_->scene = nullptr;
+}
+
+void RainScene::resize(double width, double height)
+{
+    const Stage stage{width, height};
+    if (stage == std::exchange(stage_, stage))
+        return;
+    bars_.clear();
+    keyboard_.clear();
+    bursts_.clear();
+    falling_.clear();
+    progress_ = 0;
+}
+
+void RainScene::clearRoll()
+{
+    falling_.clear();
+    progress_ = 0;
+}
+
+void RainScene::note(qint64 pitch, double strength, bool mine)
+{
+    if (!keyboard::contains(pitch) || !stage_.isUsable() || !link_)
+        return;
+    const double now = link_->uptime();
+    const int key = static_cast<int>(pitch);
+    const double s = std::min(strength, 1.0);
+
+    bars_.release(key, mine, now);
+    if (s <= 0) {
+        keyboard_.release(key, mine, now);
+        return;
+    }
+    ++notes_;
+    if (mine) {
+        keyboard_.press(key, mine, s * 0.5 + 0.35, now);
+        bars_.press(key, s, mine, now, notes_, stage_);
+        burst(key, static_cast<int>(s * 16) + 10, s * 300 + 170, now);
+    } else if (link_->rollZero) {
+        // The roll's own note falls onto this key already.
+        keyboard_.press(key, mine, s * 0.45 + 0.3, now);
+        burst(key, static_cast<int>(s * 12) + 8, s * 240 + 150, now);
+    } else {
+        keyboard_.press(key, mine, 0, now);
+        bars_.press(key, s, mine, now, notes_, stage_);
+    }
+}
+
+void RainScene::burst(int pitch, int count, double speed, double now)
+{
+    std::erase_if(bursts_, [now](const Sparks &sparks) { return sparks.isSpent(now); });
+    if (bursts_.size() >= mostBursts)
+        bursts_.erase(bursts_.begin());
+    bursts_.push_back({.x = stage_.centre(pitch),
+        .y = stage_.floor(),
+        .rate = burstRate,
+        .count = count,
+        .speed = speed,
+        .born = now,
+        .seed = ~notes_});
+}
+
+void RainScene::update(double now)
+{
+    const double dt = now - std::exchange(last_, now);
+    bars_.advance(now, std::clamp(dt, 0.0, longestStep) * Stage::speed, stage_);
+    if (link_ && link_->rollZero && stage_.isUsable()) {
+        const double elapsed = now - *link_->rollZero;
+        falling_.advance(link_->roll, elapsed, stage_);
+        const double length = link_->rollLength;
+        progress_ = std::clamp(length >= 1 ? elapsed / length : elapsed, 0.0, 1.0);
+    }
+    sprites_.clear();
+    labels_.clear();
+    if (!stage_.isUsable())
+        return;
+    draw(now);
+    if (link_)
+        write();
+}
+
+void RainScene::draw(double now)
+{
+    drawGrid(now);
+    falling_.drawGlows(sprites_);
+    bars_.drawGlows(sprites_, stage_);
+    falling_.drawBars(sprites_);
+    bars_.drawBars(sprites_, stage_);
+    keyboard_.drawKeys(sprites_, stage_, now);
+    keyboard_.drawLamps(sprites_, stage_, now);
+    for (const Sparks &burst : bursts_)
+        burst.draw(sprites_, now);
+    bars_.drawSparks(sprites_, now);
+    sprites_.push_back(box(0, stage_.height - progressHeight, stage_.width * progress_,
+        progressHeight, colours::green));
+}
+
+void RainScene::drawGrid(double now)
+{
+    for (int i = 0; i < keyboard::whiteCount; ++i) {
+        if (keyboard::pitchClass(keyboard::whites[static_cast<std::size_t>(i)]) == 0) {
+            sprites_.push_back(box(stage_.keyWidth() * i - 0.5, stage_.floor(), 1,
+                stage_.height - stage_.floor(), colours::green.faded(0.09)));
+        }
+    }
+    const double drift = std::fmod(now, gridPeriod) / gridPeriod * gridSpacing;
+    for (double y = 0; y < stage_.height + gridSpacing; y += gridSpacing) {
+        sprites_.push_back(
+            box(0, stage_.floor() + y + drift - 0.5, stage_.width, 1, colours::green.faded(0.05)));
+    }
+}
+
+void RainScene::write()
+{
+    const double left = margin;
+    const double top = stage_.height;
+    const double middle = stage_.width / 2;
+    const auto add = [this](Label label) {
+        if (!label.text.isEmpty())
+            labels_.append(std::move(label));
+    };
+    for (qsizetype place = 0; place < link_->buttons.size(); ++place) {
+        const qint64 pitch = link_->buttons[place];
+        if (keyboard::contains(pitch)) {
+            add({.text = keyboard::commandKeyLabel(place),
+                .x = stage_.centre(pitch),
+                .y = 8,
+                .size = 11,
+                .centred = true,
+                .colour = colours::green});
+        }
+    }
+    add({.text = u"KELO  //  VISUALISER"_s,
+        .x = left,
+        .y = top - 50,
+        .size = 11,
+        .colour = colours::green.faded(0.5)});
+    add({.text = link_->chord, .x = left, .y = top - 96, .size = 38, .colour = colours::soft});
+    if (link_->rolling) {
+        add({.text = u"NOW PLAYING  ·  "_s + link_->rollName->toUpper(),
+            .x = left,
+            .y = top - 124,
+            .size = 13,
+            .width = stage_.width - 2 * left,
+            .colour = colours::soft});
+    }
+    if (link_->speaking) {
+        add({.text = link_->caption,
+            .x = middle,
+            .y = top - captionTop_,
+            .size = 15,
+            .bold = false,
+            .centred = true,
+            .width = std::min(stage_.width * 0.5, 620.0),
+            .lines = 2,
+            .colour = colours::soft});
+    }
+    const QString notice = link_->paused ? u"PAUSED  ·  RETURN OR KEY 6 TO CARRY ON"_s
+        : link_->state == u"OFFLINE"_s   ? u"ENGINE OFFLINE"_s
+                                         : QString();
+    add({.text = notice,
+        .x = middle,
+        .y = top * 0.6,
+        .size = 22,
+        .centred = true,
+        .width = stage_.width - 2 * left,
+        .colour = colours::soft});
+}
+
+} // namespace kelo

@@ -1,0 +1,152 @@
+#include "support/link_fixture.h"
+#include "visual/caption_raster.h"
+#include "visual/caption_scene.h"
+#include "visual/mono.h"
+
+#include <QGuiApplication>
+#include <QTest>
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+using namespace kelo;
+using namespace kelo::test;
+
+class CaptionTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theLightLeadsShortAndTrailsLong_data();
+    void theLightLeadsShortAndTrailsLong();
+    void theCaptionStaysThenFades();
+    void linesRiseAndLeave();
+    void cellsCoverThePictureOnce_data();
+    void cellsCoverThePictureOnce();
+};
+
+void CaptionTest::theLightLeadsShortAndTrailsLong_data()
+{
+    QTest::addColumn<double>("ahead");
+    QTest::addColumn<bool>("contrast");
+    QTest::addColumn<QColor>("colour");
+
+    const auto rgb = [](double r, double g, double b) {
+        return QColor::fromRgbF(
+            static_cast<float>(r), static_cast<float>(g), static_cast<float>(b));
+    };
+    QTest::newRow("being spoken") << 0.0 << false << rgb(1, 1, 1);
+    QTest::newRow("a third of the tail") << 3.0 << false << rgb(0.85, 1, 0.78 + 0.22 * 2 / 3);
+    QTest::newRow("long spoken") << 9.0 << false << rgb(0.55, 1, 0.78);
+    QTest::newRow("long spoken, contrast") << 500.0 << true << rgb(0.93, 1, 0.95);
+    QTest::newRow("half the lead") << -1.1 << false << rgb(0.58, 0.73, 0.65);
+    QTest::newRow("to come") << -2.2 << false << rgb(0.16, 0.46, 0.3);
+    QTest::newRow("to come, contrast") << -1e18 << true << rgb(0.55, 0.72, 0.62);
+}
+
+void CaptionTest::theLightLeadsShortAndTrailsLong()
+{
+    QFETCH(double, ahead);
+    QFETCH(bool, contrast);
+    QTEST(captionColour(ahead, contrast).toQColor().toRgb(), "colour");
+}
+
+void CaptionTest::theCaptionStaysThenFades()
+{
+    LinkFixture fixture;
+    CaptionScene scene;
+    const auto opacityAfter = [&](double seconds) {
+        fixture.time.advance(seconds);
+        scene.update(fixture.link(), fixture.time.now());
+        return std::round(scene.opacity() * 1000) / 1000;
+    };
+    QCOMPARE(opacityAfter(0), 0.0); // nothing said yet
+    QVERIFY(scene.isStill());
+    fixture.say({"say Good evening."});
+    QCOMPARE(opacityAfter(0), 1.0);
+    QCOMPARE(scene.glow(), 0.55);
+    fixture.say({"done"});
+    QCOMPARE(opacityAfter(2), 1.0);
+    QCOMPARE(scene.glow(), 0.2);
+    QCOMPARE(opacityAfter(0.8), 0.5);
+    QCOMPARE(opacityAfter(0.8001), 0.0);
+    QVERIFY(scene.isStill());
+    fixture.say({"say "});
+    QCOMPARE(opacityAfter(1), 0.0);
+}
+
+void CaptionTest::linesRiseAndLeave()
+{
+    LinkFixture fixture;
+    CaptionScene scene;
+    const auto update = [&](double seconds) {
+        fixture.time.advance(seconds);
+        scene.update(fixture.link(), fixture.time.now());
+    };
+    fixture.say({"say Good evening, everyone. Let us begin now.", "word 0 4 100"});
+    update(0.5);
+    QCOMPARE(scene.line().text, u"Good evening, everyone."_s);
+    QVERIFY(scene.leaving().text.isEmpty());
+    fixture.say({"word 24 3 200"});
+    while (scene.line().start == 0)
+        update(0.01);
+    update(0.1);
+    QCOMPARE(scene.line(), (CaptionLine{u"Let us begin now."_s, 24}));
+    QCOMPARE(scene.leaving().text, u"Good evening, everyone."_s);
+    QVERIFY(scene.arrival().offset > 0 && scene.arrival().offset < 10);
+    QVERIFY(scene.departure().offset < 0);
+    QVERIFY(std::abs(scene.arrival().opacity + scene.departure().opacity - 1) < 1e-9);
+    update(0.3);
+    QVERIFY(scene.leaving().text.isEmpty());
+    QCOMPARE(scene.arrival().offset, 0.0);
+    QCOMPARE(scene.arrival().opacity, 1.0);
+}
+
+void CaptionTest::cellsCoverThePictureOnce_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<double>("width");
+
+    QTest::newRow("one line") << u"Good evening, Ann."_s << 900.0;
+    QTest::newRow("wrapped") << u"We take it hand by hand, two bars at a time, and then again."_s
+                             << 400.0;
+    QTest::newRow("one long word") << QString(200, u'x') << 300.0;
+    QTest::newRow("signs beyond the basic plane") << u"A 𝄞 clef ♭ and é"_s << 900.0;
+    QTest::newRow("right to left") << u"שלום Ann"_s << 900.0;
+}
+
+void CaptionTest::cellsCoverThePictureOnce()
+{
+    QFETCH(QString, text);
+    QFETCH(double, width);
+    const CaptionRaster raster = rasterise(text, mono(24), width, 1.5);
+    QCOMPARE(raster.picture.size(), (raster.area.size() * 1.5).toSize());
+    double covered = 0;
+    for (const auto &[unit, place] : raster.cells) {
+        QVERIFY(unit >= 0 && unit < text.size());
+        QVERIFY(place.width() > 0 && raster.area.contains(place));
+        covered += place.width() * place.height();
+    }
+    QCOMPARE(covered, raster.area.width() * raster.area.height());
+    // The letters are in it, and their light reaches further than they do.
+    qsizetype letters = 0;
+    qsizetype lit = 0;
+    for (int y = 0; y < raster.picture.height(); ++y) {
+        for (int x = 0; x < raster.picture.width(); ++x) {
+            letters += qRed(raster.picture.pixel(x, y)) > 40;
+            lit += qGreen(raster.picture.pixel(x, y)) > 10;
+        }
+    }
+    QVERIFY(letters > 100);
+    QVERIFY(lit > letters * 2);
+}
+
+// Text is laid out, so there must be fonts; nothing is shown.
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QGuiApplication app(argc, argv);
+    CaptionTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "caption_test.moc"

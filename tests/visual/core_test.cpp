@@ -1,0 +1,209 @@
+#include "support/link_fixture.h"
+#include "visual/core_scene.h"
+
+#include <QTest>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace kelo;
+using namespace kelo::test;
+
+namespace {
+
+class Stand {
+public:
+    Stand()
+    {
+        scene.resize(400, 440);
+        fixture->state = u"ONLINE"_s;
+    }
+    void run(double seconds, double step = 1.0 / 60)
+    {
+        for (double t = 0; t < seconds; t += step) {
+            fixture.time.advance(step);
+            scene.update(fixture.link(), fixture.time.now());
+        }
+    }
+    [[nodiscard]] double highest() const { return *std::ranges::max_element(scene.bands()); }
+    [[nodiscard]] double lowest() const { return *std::ranges::min_element(scene.bands()); }
+    [[nodiscard]] QStringList words() const
+    {
+        QStringList list;
+        for (const Label &label : scene.labels())
+            list << label.text;
+        return list;
+    }
+
+    LinkFixture fixture;
+    CoreScene scene;
+};
+
+} // namespace
+
+class CoreTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theRingBreathesSpeaksAndFallsSilent();
+    void onlyFreshKeysLiftTheBands_data();
+    void onlyFreshKeysLiftTheBands();
+    void bandsStayInBoundsUnderAnyStep_data();
+    void bandsStayInBoundsUnderAnyStep();
+    void arcsTurnFasterWithTheVoice();
+    void wordsFollowTheState_data();
+    void wordsFollowTheState();
+    void picturesLieAboveTheScope();
+};
+
+void CoreTest::theRingBreathesSpeaksAndFallsSilent()
+{
+    Stand stand;
+    stand.run(3);
+    for (int i = 0; i < 60; ++i) {
+        stand.run(0.1);
+        QVERIFY(stand.lowest() > 0.01 && stand.highest() < 0.09);
+    }
+    // Speech without a spectrum shimmers; with one it follows the bands.
+    stand.fixture.say({"say Good evening to you all."});
+    stand.run(0.5);
+    QVERIFY(stand.highest() > 0.25);
+    stand.fixture.say({"spec 1 new"});
+    for (int i = 0; i < 120; ++i)
+        stand.fixture.say({"spec 1 " + QByteArray::number(i) + " zaaaaaaaaaaaaaaa"});
+    QVERIFY(!stand.fixture->voiceFrames.empty());
+    stand.fixture.say({"start", "word 0 4 300"});
+    stand.run(1);
+    QVERIFY(stand.scene.bands()[0] > stand.scene.bands()[8] + 0.2);
+    QCOMPARE(stand.fixture->level, stand.scene.level());
+    QVERIFY(stand.scene.level() > 0);
+
+    stand.fixture.say({"done"});
+    stand.fixture->state = u"OFFLINE"_s;
+    stand.run(4);
+    QVERIFY(stand.highest() < 1e-3);
+    QCOMPARE(stand.scene.ringOpacity(), 0.35);
+    QVERIFY(std::abs(stand.scene.amplitude() - 0.04) < 1e-3);
+}
+
+void CoreTest::onlyFreshKeysLiftTheBands_data()
+{
+    QTest::addColumn<QByteArray>("key");
+    QTest::addColumn<double>("age");
+    QTest::addColumn<int>("band"); // that is lifted highest; -1: none
+
+    QTest::newRow("the lowest key") << "on 21 127"_ba << 0.2 << 0;
+    QTest::newRow("the highest key") << "on 108 127"_ba << 0.2 << 15;
+    QTest::newRow("the middle") << "on 64 127"_ba << 0.2 << 7;
+    QTest::newRow("too old") << "on 64 127"_ba << 2.5 << -1;
+    QTest::newRow("far off the keyboard") << "on 9223372036854775807 127"_ba << 0.2 << -1;
+}
+
+void CoreTest::onlyFreshKeysLiftTheBands()
+{
+    QFETCH(QByteArray, key);
+    QFETCH(double, age);
+    QFETCH(int, band);
+    Stand stand;
+    stand.fixture.say({key});
+    stand.run(age);
+    if (band < 0) {
+        QVERIFY(stand.highest() < 0.1);
+        return;
+    }
+    QVERIFY(stand.highest() > 0.2);
+    QCOMPARE(std::ranges::max_element(stand.scene.bands()) - stand.scene.bands().begin(), band);
+}
+
+void CoreTest::bandsStayInBoundsUnderAnyStep_data()
+{
+    QTest::addColumn<double>("step");
+    QTest::newRow("no time passes") << 0.0;
+    QTest::newRow("120 Hz") << 1.0 / 120;
+    QTest::newRow("24 Hz") << 1.0 / 24;
+    QTest::newRow("stalled") << 10.0;
+}
+
+void CoreTest::bandsStayInBoundsUnderAnyStep()
+{
+    QFETCH(double, step);
+    Stand stand;
+    for (int i = 0; i < 300; ++i) {
+        stand.fixture.say({"on 64 9223372036854775807", i % 9 == 0 ? "say Hello." : "done"});
+        stand.fixture.time.advance(step);
+        stand.scene.update(stand.fixture.link(), stand.fixture.time.now());
+        QVERIFY(stand.lowest() >= 0 && stand.highest() <= 1.4);
+        QVERIFY(stand.scene.level() >= 0 && stand.scene.level() <= 1);
+    }
+    QVERIFY(stand.scene.flowTime() < 63);
+}
+
+void CoreTest::arcsTurnFasterWithTheVoice()
+{
+    const auto turned = [](Stand &stand) {
+        const auto arcs = [&stand] {
+            std::vector<float> angles;
+            for (const Sprite &s : stand.scene.sprites()) {
+                if (s.bend > 0 && s.halfHeight != 0.5F)
+                    angles.push_back(s.angle);
+            }
+            return angles;
+        };
+        stand.run(0.1);
+        const auto before = arcs();
+        stand.run(0.5);
+        return std::remainder(arcs().at(2) - before.at(2), 6.2831853);
+    };
+    Stand quiet;
+    Stand loud;
+    for (int i = 0; i < 16; ++i)
+        loud.fixture.say({"on " + QByteArray::number(21 + i * 5) + " 127"});
+    QVERIFY(turned(quiet) > 0.2);
+    QVERIFY(turned(loud) > turned(quiet) * 1.3);
+}
+
+void CoreTest::wordsFollowTheState_data()
+{
+    QTest::addColumn<QByteArrayList>("lines");
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<QStringList>("words");
+
+    QTest::newRow("listening") << QByteArrayList{"mode teach"} << u"ONLINE"_s
+                               << QStringList{u"LESSON"_s, u"LISTENING"_s};
+    QTest::newRow("speaking") << QByteArrayList{"mode teach", "say Hello."} << u"ONLINE"_s
+                              << QStringList{u"LESSON"_s, u"SPEAKING"_s};
+    QTest::newRow("paused") << QByteArrayList{"say Hello.", "paused 1"} << u"ONLINE"_s
+                            << QStringList{u"PAUSED"_s, u"RETURN OR KEY 6"_s};
+    QTest::newRow("offline") << QByteArrayList{} << u"OFFLINE"_s << QStringList{u"OFFLINE"_s};
+}
+
+void CoreTest::wordsFollowTheState()
+{
+    QFETCH(QByteArrayList, lines);
+    QFETCH(QString, state);
+    QFETCH(QStringList, words);
+    Stand stand;
+    for (const QByteArray &line : lines)
+        stand.fixture->handle(line);
+    stand.fixture->state = state;
+    stand.run(0.01);
+    QCOMPARE(stand.words(), words);
+}
+
+void CoreTest::picturesLieAboveTheScope()
+{
+    Stand stand;
+    const QRectF ring = stand.scene.ringPlace();
+    const double radius = 400 / 2.0 - 4; // the narrower side, less a margin
+    QCOMPARE(ring.width(), 1.72 * radius);
+    QCOMPARE(ring.center(), QPointF(200, 200));
+    QCOMPARE(stand.scene.scopePlace(), QRectF(40, 440 - 34, 320, 34));
+    stand.scene.resize(60, 400);
+    stand.run(0.1);
+    QVERIFY(stand.scene.ringPlace().isEmpty());
+    QVERIFY(stand.scene.sprites().empty());
+    QVERIFY(stand.lowest() > 0); // it goes on moving
+}
+
+QTEST_GUILESS_MAIN(CoreTest)
+#include "core_test.moc"

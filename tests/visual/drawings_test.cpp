@@ -1,0 +1,287 @@
+#include "support/link_fixture.h"
+#include "visual/caption_drawing.h"
+#include "visual/core_drawing.h"
+#include "visual/flash_frame.h"
+#include "visual/keys_drawing.h"
+#include "visual/palette.h"
+#include "visual/rain_drawing.h"
+#include "visual/ring_formula.h"
+
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QSGRendererInterface>
+#include <QSignalSpy>
+#include <QTest>
+#include <QtQml/qqmlextensionplugin.h>
+
+#include <cmath>
+
+Q_IMPORT_QML_PLUGIN(Kelo_VisualPlugin)
+
+using namespace Qt::StringLiterals;
+using namespace kelo;
+using namespace kelo::test;
+
+namespace {
+
+/// A window with one item of the module in it, over a link of its own. It is shown only on demand.
+class Stand {
+public:
+    explicit Stand(const QString &type, QSize size = {400, 440}, const QString &properties = {})
+    {
+        QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+        window.engine()->addImportPath(u"qrc:/qt/qml"_s);
+        window.setColor(Qt::black);
+        QQmlComponent component(window.engine());
+        component.setData(
+            u"import Kelo.Visual\n%1 { %2 }"_s.arg(type, properties).toUtf8(), QUrl());
+        object = component.create();
+        if (!object)
+            qFatal("%s", qPrintable(component.errorString()));
+        item = qobject_cast<SceneItem *>(object);
+        window.setContent(QUrl(), nullptr, object);
+        window.resize(size);
+        window.contentItem()->setSize(size);
+        item->setSize(size);
+        item->setLink(&fixture.link());
+    }
+
+    QImage picture()
+    {
+        item->refresh();
+        const QImage image = window.grabWindow();
+        if (window.rendererInterface()->graphicsApi() == QSGRendererInterface::Software)
+            qFatal("no graphics processor to draw with");
+        return image;
+    }
+
+    LinkFixture fixture;
+    QQuickView window;
+    QObject *object = nullptr;
+    SceneItem *item = nullptr;
+};
+
+/// Greatest difference of any channel.
+int difference(QRgb a, QRgb b)
+{
+    return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
+        std::abs(qBlue(a) - qBlue(b))});
+}
+
+} // namespace
+
+class DrawingsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theRingIsWhatItsFormulaSays_data();
+    void theRingIsWhatItsFormulaSays();
+    void theScopeIsWhatItsFormulaSays();
+    void spritesCoverAddAndFade();
+    void captionLettersHaveTheirColour_data();
+    void captionLettersHaveTheirColour();
+    void anUnseenWindowDrawsNothing();
+    void aStillDisplayDrawsNothing();
+    void theStageIsTakenAndGivenBack();
+};
+
+void DrawingsTest::theRingIsWhatItsFormulaSays_data()
+{
+    QTest::addColumn<double>("level");
+    QTest::addColumn<double>("time");
+    for (const double level : {0.0, 0.35, 1.0}) {
+        for (const double time : {0.0, 7.3, 61.9})
+            QTest::addRow("level %g at %g s", level, time) << level << time;
+    }
+}
+
+void DrawingsTest::theRingIsWhatItsFormulaSays()
+{
+    QFETCH(double, level);
+    QFETCH(double, time);
+    VoiceFrame bands{};
+    QMatrix4x4 matrix;
+    for (int i = 0; i < voiceBandCount; ++i) {
+        const double value = level * (0.5 + 0.5 * std::sin(i * 1.3)) + 0.04;
+        bands[static_cast<std::size_t>(i)] = static_cast<float>(value);
+        matrix(i % 4, i / 4) = static_cast<float>(value);
+    }
+    constexpr QSize size(360, 360);
+    QQuickView window;
+    window.setColor(Qt::black);
+    QQmlComponent component(window.engine());
+    component.setData("import QtQuick\n"
+                      "ShaderEffect { property matrix4x4 bands; property real level;"
+                      "property real time; fragmentShader: 'qrc:/kelo/shaders/ring.frag.qsb' }",
+        QUrl());
+    auto *effect = qobject_cast<QQuickItem *>(component.create());
+    QVERIFY(effect);
+    effect->setProperty("bands", matrix);
+    effect->setProperty("level", level);
+    effect->setProperty("time", time);
+    window.setContent(QUrl(), nullptr, effect);
+    window.resize(size);
+    window.contentItem()->setSize(size);
+    effect->setSize(size);
+    const QImage drawn = window.grabWindow();
+    QVERIFY(window.rendererInterface()->graphicsApi() != QSGRendererInterface::Software);
+    const QImage meant = ringPicture(size, bands, level, time);
+    int worst = 0;
+    int brightest = 0;
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x) {
+            // Over black, a premultiplied colour is what is seen.
+            const uchar *pixel = meant.constScanLine(y) + 4 * x;
+            worst =
+                std::max(worst, difference(drawn.pixel(x, y), qRgb(pixel[0], pixel[1], pixel[2])));
+            brightest = std::max(brightest, int(pixel[1]));
+        }
+    }
+    QCOMPARE(brightest, 255);
+    QVERIFY2(worst <= 2, QByteArray::number(worst));
+}
+
+void DrawingsTest::theScopeIsWhatItsFormulaSays()
+{
+    Stand stand(u"Core"_s);
+    stand.fixture->state = u"ONLINE"_s;
+    stand.fixture.say({"say Good evening."});
+    for (int i = 0; i < 30; ++i) {
+        stand.fixture.time.advance(1.0 / 60);
+        stand.item->refresh();
+    }
+    const QImage drawn = stand.picture();
+    auto *core = qobject_cast<CoreDrawing *>(stand.item);
+    const QRect place = core->scopePlace().toRect();
+    const QImage meant = scopePicture(place.size(), core->amplitude(), core->flowTime());
+    int worst = 0;
+    for (int y = 0; y < place.height(); ++y) {
+        for (int x = 0; x < place.width(); ++x) {
+            const uchar *pixel = meant.constScanLine(y) + 4 * x;
+            worst = std::max(worst,
+                difference(
+                    drawn.pixel(x + place.x(), y + place.y()), qRgb(pixel[0], pixel[1], pixel[2])));
+        }
+    }
+    QVERIFY2(worst <= 2, QByteArray::number(worst));
+}
+
+void DrawingsTest::spritesCoverAddAndFade()
+{
+    // The strip has them all: a light, a fill in half a colour, an opaque fill over both.
+    Stand stand(u"Keys"_s, {1040, 160});
+    stand.fixture.say({"on 60 127", "out 62 90", "out 61 90"});
+    const QImage image = stand.picture();
+    const auto text = TextColours::of(false);
+    const int middleC = 23 * 20 + 10;
+    QCOMPARE(image.pixel(middleC, 150), colours::green.toQColor().rgb());
+    const QRgb sounding = image.pixel(middleC + 20, 150);
+    QVERIFY(difference(sounding, mixed({0, 0, 0}, text.soft, 0.35).toQColor().rgb()) <= 2);
+    QVERIFY(difference(image.pixel(24 * 20, 100), text.dim.toQColor().rgb()) <= 1);
+    // The held key's light reaches its neighbours' ground and dies away.
+    const int near = qGreen(image.pixel(middleC - 13, 150));
+    const int far = qGreen(image.pixel(middleC - 18, 150));
+    QVERIFY2(near > far && far < 40, QByteArray::number(near) + ' ' + QByteArray::number(far));
+}
+
+void DrawingsTest::captionLettersHaveTheirColour_data()
+{
+    QTest::addColumn<bool>("contrast");
+    QTest::addColumn<bool>("large");
+    QTest::newRow("normal") << false << false;
+    QTest::newRow("contrast") << true << false;
+    QTest::newRow("large") << false << true;
+}
+
+void DrawingsTest::captionLettersHaveTheirColour()
+{
+    QFETCH(bool, contrast);
+    QFETCH(bool, large);
+    Stand stand(u"Caption"_s, {900, 100});
+    stand.fixture->contrast = contrast;
+    stand.fixture->large = large;
+    // Full blocks: every pixel of a cell's middle has the letter's colour.
+    const QString blocks(24, QChar(0x2588));
+    stand.fixture.say({"say " + blocks.toUtf8(), "word 0 10 1000"});
+    for (int i = 0; i < 60; ++i) {
+        stand.fixture.time.advance(1.0 / 60);
+        stand.item->refresh();
+    }
+    const QImage image = stand.picture();
+    auto *caption = qobject_cast<CaptionDrawing *>(stand.item);
+    const double advance = QFontMetricsF(caption->font()).horizontalAdvance(QChar(0x2588));
+    const double left = (900 - advance * 24) / 2;
+    // A second into a word of a second the cursor is all but at 10.
+    const double position = stand.fixture->glide(10, stand.fixture.time.now());
+    QVERIFY(position > 9 && position <= 10.2);
+    for (const int unit : {0, 4, 9, 11, 12, 20}) {
+        const int x = static_cast<int>(left + advance * (unit + 0.5));
+        const QRgb meant = captionColour(position - unit, contrast).toQColor().rgb();
+        QVERIFY2(difference(image.pixel(x, 50), meant) <= 2,
+            qPrintable(u"unit %1: %2, not %3"_s.arg(unit)
+                           .arg(image.pixel(x, 50), 0, 16)
+                           .arg(meant, 0, 16)));
+    }
+}
+
+void DrawingsTest::anUnseenWindowDrawsNothing()
+{
+    Stand stand(u"Core"_s);
+    stand.fixture->state = u"ONLINE"_s;
+    QSignalSpy moved(qobject_cast<CoreDrawing *>(stand.item), &CoreDrawing::advanced);
+    stand.window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&stand.window));
+    QTRY_VERIFY(moved.count() > 5);
+    const auto movesFor = [&moved](int ms) {
+        QTest::qWait(100);
+        moved.clear();
+        QTest::qWait(ms);
+        return moved.count();
+    };
+    stand.item->setActive(false);
+    QCOMPARE(movesFor(200), 0);
+    stand.item->setActive(true);
+    QVERIFY(movesFor(200) > 5);
+    stand.item->setVisible(false);
+    QCOMPARE(movesFor(200), 0);
+    stand.item->setVisible(true);
+    stand.window.hide();
+    QCOMPARE(movesFor(200), 0);
+    // Lines go on being handled meanwhile.
+    stand.fixture.say({"say Good evening.", "on 60 90"});
+    QCOMPARE(stand.fixture->caption.get(), u"Good evening."_s);
+    stand.window.show();
+    QTRY_VERIFY(moved.count() > 5);
+}
+
+void DrawingsTest::aStillDisplayDrawsNothing()
+{
+    Stand stand(u"Keys"_s, {1040, 160});
+    stand.window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&stand.window));
+    QTest::qWait(300);
+    QSignalSpy frames(&stand.window, &QQuickWindow::afterRendering);
+    QTest::qWait(500);
+    QCOMPARE(frames.count(), 0);
+    stand.fixture.say({"on 60 90"});
+    QTRY_VERIFY(frames.count() > 0);
+}
+
+void DrawingsTest::theStageIsTakenAndGivenBack()
+{
+    auto stand = std::make_unique<Stand>(u"Visualiser"_s, QSize(1240, 840));
+    NoteStage *stage = stand->fixture->scene;
+    QVERIFY(stage && stage != &stand->fixture.stage);
+    stand->fixture.say({"rollnew A Piece", "rolln 0.5,1,60,90,0", "rollstart 0 9", "on 64 90"});
+    QVERIFY(!stand->picture().isNull());
+    stand->item->setLink(nullptr);
+    QVERIFY(!stand->fixture->scene);
+    stand->fixture.say({"on 64 0"});
+}
+
+QTEST_MAIN(DrawingsTest)
+#include "drawings_test.moc"
