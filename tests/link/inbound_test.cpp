@@ -22,10 +22,8 @@ private Q_SLOTS:
     void spectraFillFrames_data();
     void spectraFillFrames();
     void keysRippleAndName();
-    void onlyTwoIntegersMakeANote_data();
     void onlyTwoIntegersMakeANote();
     void notesAreBounded();
-    void rollsAreRead_data();
     void rollsAreRead();
     void rollsStartAndStop();
     void requestsReachTheRoomsAbove_data();
@@ -259,25 +257,20 @@ void InboundTest::keysRippleAndName()
     QCOMPARE(fixture.stage.calls[2], u"note 40 0 0"_s);
 }
 
-void InboundTest::onlyTwoIntegersMakeANote_data()
-{
-    QTest::addColumn<qsizetype>("notes");
-    for (const char *line :
-        {"", " ", " 60", " 60 x", " 60 100 5", " 60 1.5", " 99999999999999999999 1"})
-        QTest::newRow(line) << qsizetype(0);
-    for (const char *line : {" 60 100", "  60  100 ", " 60 x 100", " +60 +100"})
-        QTest::newRow(line) << qsizetype(1);
-}
-
 void InboundTest::onlyTwoIntegersMakeANote()
 {
-    LinkFixture fixture;
-    for (const char *keyword : {"on", "out"})
-        fixture->handle(QByteArray(keyword) + QTest::currentDataTag());
-    QTEST(fixture->ripples.size(), "notes");
-    QTEST(fixture->echoes.size(), "notes");
-    QTEST(fixture->down.size(), "notes");
-    QTEST(fixture.stage.calls.size() / 2, "notes");
+    for (const char *rest :
+        {"", " ", " 60", " 60 x", " 60 100 5", " 60 1.5", " 99999999999999999999 1"}) {
+        LinkFixture fixture;
+        fixture.say({"on"_ba + rest, "out"_ba + rest});
+        QVERIFY2(fixture.stage.calls.isEmpty(), rest);
+    }
+    for (const char *rest : {" 60 100", "  60  100 ", " 60 x 100", " +60 +100"}) {
+        LinkFixture fixture;
+        fixture.say({"on"_ba + rest, "out"_ba + rest});
+        QCOMPARE(fixture->down, (QHash<qint64, qint64>{{60, 100}}));
+        QCOMPARE(fixture->played, QSet<qint64>{60});
+    }
 }
 
 void InboundTest::notesAreBounded()
@@ -298,25 +291,15 @@ void InboundTest::notesAreBounded()
     QCOMPARE(fixture->roll.size(), 1'000'000U);
 }
 
-void InboundTest::rollsAreRead_data()
-{
-    QTest::addColumn<QList<double>>("starts");
-    QTest::newRow("rolln 2,0.5,60,64,0;1,1e1,-1,999,7") << QList<double>{2, 1};
-    QTest::newRow("rolln ;;1,,1,60,64,0,;") << QList<double>{1};
-    QTest::newRow("rolln 1,1,60,64;2,1,60,64,0,0;3,1,60.0,64,0;nan,1,60,64,0;4,inf,60,64,0")
-        << QList<double>{};
-    QTest::newRow("rolln 1,1,60,64,0; 2,1,60,64,0;3,1, 60,64,0") << QList<double>{1};
-    QTest::newRow("rolln") << QList<double>{};
-}
-
 void InboundTest::rollsAreRead()
 {
     LinkFixture fixture;
-    fixture.say({QTest::currentDataTag()});
-    QList<double> starts;
-    for (const RollNote &note : fixture->roll)
-        starts << note.t;
-    QTEST(starts, "starts");
+    fixture.say({"rolln 2,0.5,60,64,0;1,1e1,-1,999,7", "rolln ;;3,,1,60,64,0,;", "rolln",
+        "rolln 9,1,60,64;9,1,60,64,0,0;9,1,60.0,64,0;nan,1,60,64,0;9,inf,60,64,0",
+        "rolln  9,1,60,64,0;4,1,60,64,0; 9,1,60,64,0;9,1, 60,64,0"});
+    const std::vector<RollNote> notes{
+        {2, 0.5, 60, 64, 0}, {1, 10, -1, 999, 7}, {3, 1, 60, 64, 0}, {4, 1, 60, 64, 0}};
+    QVERIFY(fixture->roll == notes);
 }
 
 void InboundTest::rollsStartAndStop()
