@@ -40,38 +40,42 @@ ColumnLayout {
             }
         }
 
-        ColumnLayout {
+        Item {
             id: centre
 
             Layout.fillWidth: true
             Layout.fillHeight: true
-            Layout.minimumWidth: 0
-            spacing: console_.gap
 
             Loader {
                 id: coreSlot
 
-                readonly property real side: Math.min(centre.width, columns.height * 0.46, 420)
+                readonly property real side: Math.min(centre.width, centre.height * 0.46, 420)
+                readonly property bool fits: active && side >= 140
 
-                Layout.alignment: Qt.AlignHCenter
-                Layout.preferredWidth: side
-                Layout.preferredHeight: side
+                anchors.horizontalCenter: parent.horizontalCenter
+                width: side
+                height: fits ? side : 0
+                visible: fits
                 active: console_.core !== null
-                visible: active && side >= 120
                 sourceComponent: console_.core
             }
 
             Loader {
-                Layout.fillWidth: true
-                Layout.preferredHeight: console_.link.large ? 104 : 76
+                id: captionSlot
+
+                anchors.top: coreSlot.bottom
+                anchors.topMargin: coreSlot.fits ? console_.gap : 0
+                width: parent.width
+                height: !active ? 0 : console_.link.large ? 104 : 76
                 active: console_.caption !== null
-                visible: active
                 sourceComponent: console_.caption
             }
 
             Panel {
-                Layout.fillWidth: true
-                Layout.fillHeight: true
+                anchors.top: captionSlot.bottom
+                anchors.topMargin: coreSlot.active || captionSlot.active ? console_.gap : 0
+                anchors.bottom: parent.bottom
+                width: parent.width
                 title: qsTr("CONVERSATION")
                 note: qsTr("Mode: %1").arg(console_.link.modeName)
 
@@ -111,8 +115,8 @@ ColumnLayout {
 
             Loader {
                 width: parent.width
-                height: console_.height < 700 ? 116 : 140
-                active: console_.keyStrip !== null
+                height: Math.max(106, Math.min(180, console_.height * 0.19))
+                active: console_.keyStrip !== null && console_.height >= 500
                 visible: active
                 sourceComponent: console_.keyStrip
             }

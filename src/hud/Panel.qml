@@ -18,7 +18,6 @@ Item {
     Rectangle {
         anchors.fill: parent
         color: Hud.panel
-        opacity: 0.82
         border.color: Hud.faint
     }
 

@@ -11,7 +11,7 @@ Item {
     property string version
     property string notes
 
-    implicitHeight: box.height + 32
+    implicitHeight: box.height + 28
 
     Binding {
         banner.version: banner.link.updateVersion
@@ -29,12 +29,14 @@ Item {
         border.color: Hud.green
     }
 
+    Corners {}
+
     Column {
         id: box
 
-        x: 20
-        y: 16
-        width: parent.width - 40
+        x: 16
+        y: 14
+        width: parent.width - 32
         spacing: 10
 
         Glow {
