@@ -30,7 +30,7 @@ ColumnLayout {
 
         Panel {
             Layout.fillHeight: true
-            Layout.preferredWidth: Math.max(236, Math.min(340, console_.width * 0.21))
+            Layout.preferredWidth: Math.max(230, Math.min(340, console_.width * 0.21))
             title: qsTr("SYSTEMS")
 
             StatusColumn {
@@ -90,7 +90,7 @@ ColumnLayout {
             readonly property int wanted: console_.width >= 2900 ? 3 : console_.width >= 1800 ? 2 : 1
 
             Layout.fillHeight: true
-            Layout.preferredWidth: Math.max(300, Math.min(430 * wanted, console_.width * 0.34))
+            Layout.preferredWidth: Math.max(296, Math.min(430 * wanted, console_.width * 0.34))
             title: qsTr("COMMANDS")
 
             CommandList {
@@ -108,14 +108,14 @@ ColumnLayout {
         Column {
             id: keyboard
 
-            x: 16
+            x: 15
             y: 12
-            width: parent.width - 32
+            width: parent.width - 30
             spacing: 12
 
             Loader {
                 width: parent.width
-                height: Math.max(106, Math.min(180, console_.height * 0.19))
+                height: Math.max(106, Math.min(180, console_.height * 0.17))
                 active: console_.keyStrip !== null && console_.height >= 500
                 visible: active
                 sourceComponent: console_.keyStrip

@@ -61,6 +61,7 @@ Item {
         id: room
 
         anchors.fill: parent
+        anchors.margins: 1 // inside the outline
         anchors.topMargin: heading.height + 1
     }
 }

@@ -10,7 +10,7 @@ Flickable {
     default property alias content: column.data
     property alias spacing: column.spacing
     property real inset: 10 // above and below: room for the focus ring
-    property real sideInset: 16
+    property real sideInset: 15
 
     readonly property Item focused: Window.activeFocusItem
     readonly property real margin: 20 // kept clear around what has the focus
@@ -54,6 +54,7 @@ Flickable {
         minimumSize: 0.1
         policy: scroller.interactive ? T.ScrollBar.AlwaysOn : T.ScrollBar.AlwaysOff
         visible: scroller.interactive
+        Accessible.ignored: true
 
         contentItem: Rectangle {
             implicitWidth: 4

@@ -14,8 +14,8 @@ Item {
     implicitHeight: box.height + 28
 
     Binding {
-        banner.version: banner.link.updateVersion
-        banner.notes: banner.link.updateNotes
+        banner.version: banner.link.updateVersion.slice(0, 40)
+        banner.notes: banner.link.updateNotes.slice(0, 4000)
         when: banner.link.updateVersion !== ""
         restoreMode: Binding.RestoreNone
     }
