@@ -8,7 +8,7 @@ import Kelo.Hud
 Scroller {
     id: list
 
-    sideInset: 10 // the rows are inset themselves, for their hover and focus
+    sideInset: 9 // the rows are inset themselves, for their hover and focus
 
     required property Link link
     readonly property int columns: Math.max(1, Math.min(3, Math.floor(width / 380)))
@@ -48,12 +48,17 @@ Scroller {
 
                     CommandButton {
                         required property command modelData
+                        readonly property bool listed: modelData.listed(list.link.mode)
 
                         width: grid.columnWidth
                         link: list.link
                         command: modelData
                         composing: list.link.mode === "compose"
-                        visible: modelData.listed(list.link.mode)
+                        visible: listed
+                        onVisibleChanged: {
+                            if (!listed && focus) // the keyboard focus goes on to who stays
+                                nextItemInFocusChain().forceActiveFocus(Qt.OtherFocusReason);
+                        }
                     }
                 }
             }

@@ -30,7 +30,7 @@ ColumnLayout {
 
         Panel {
             Layout.fillHeight: true
-            Layout.preferredWidth: Math.max(236, Math.min(340, console_.width * 0.21))
+            Layout.preferredWidth: Math.max(230, Math.min(340, console_.width * 0.21))
             title: qsTr("SYSTEMS")
 
             StatusColumn {
@@ -40,38 +40,42 @@ ColumnLayout {
             }
         }
 
-        ColumnLayout {
+        Item {
             id: centre
 
             Layout.fillWidth: true
             Layout.fillHeight: true
-            Layout.minimumWidth: 0
-            spacing: console_.gap
 
             Loader {
                 id: coreSlot
 
-                readonly property real side: Math.min(centre.width, columns.height * 0.46, 420)
+                readonly property real side: Math.min(centre.width, centre.height * 0.46, 420)
+                readonly property bool fits: active && side >= 140
 
-                Layout.alignment: Qt.AlignHCenter
-                Layout.preferredWidth: side
-                Layout.preferredHeight: side
+                anchors.horizontalCenter: parent.horizontalCenter
+                width: side
+                height: fits ? side : 0
+                visible: fits
                 active: console_.core !== null
-                visible: active && side >= 120
                 sourceComponent: console_.core
             }
 
             Loader {
-                Layout.fillWidth: true
-                Layout.preferredHeight: console_.link.large ? 104 : 76
+                id: captionSlot
+
+                anchors.top: coreSlot.bottom
+                anchors.topMargin: coreSlot.fits ? console_.gap : 0
+                width: parent.width
+                height: !active ? 0 : console_.link.large ? 104 : 76
                 active: console_.caption !== null
-                visible: active
                 sourceComponent: console_.caption
             }
 
             Panel {
-                Layout.fillWidth: true
-                Layout.fillHeight: true
+                anchors.top: captionSlot.bottom
+                anchors.topMargin: coreSlot.active || captionSlot.active ? console_.gap : 0
+                anchors.bottom: parent.bottom
+                width: parent.width
                 title: qsTr("CONVERSATION")
                 note: qsTr("Mode: %1").arg(console_.link.modeName)
 
@@ -86,7 +90,7 @@ ColumnLayout {
             readonly property int wanted: console_.width >= 2900 ? 3 : console_.width >= 1800 ? 2 : 1
 
             Layout.fillHeight: true
-            Layout.preferredWidth: Math.max(300, Math.min(430 * wanted, console_.width * 0.34))
+            Layout.preferredWidth: Math.max(296, Math.min(430 * wanted, console_.width * 0.34))
             title: qsTr("COMMANDS")
 
             CommandList {
@@ -104,15 +108,15 @@ ColumnLayout {
         Column {
             id: keyboard
 
-            x: 16
+            x: 15
             y: 12
-            width: parent.width - 32
+            width: parent.width - 30
             spacing: 12
 
             Loader {
                 width: parent.width
-                height: console_.height < 700 ? 116 : 140
-                active: console_.keyStrip !== null
+                height: Math.max(106, Math.min(180, console_.height * 0.17))
+                active: console_.keyStrip !== null && console_.height >= 500
                 visible: active
                 sourceComponent: console_.keyStrip
             }

@@ -37,7 +37,7 @@ Item {
         readonly property bool shown: view.link.updateVersion !== ""
 
         width: parent.width
-        height: shown ? banner.implicitHeight : 0
+        height: shown ? banner.implicitHeight + 20 : 0
         visible: height > 0
         enabled: shown
         clip: true
@@ -53,7 +53,8 @@ Item {
             id: banner
 
             anchors.bottom: parent.bottom
-            width: parent.width
+            x: 20
+            width: parent.width - 40
             link: view.link
         }
     }

@@ -8,7 +8,7 @@ Item {
     id: corners
 
     property color color: Hud.green
-    property real stroke: 10
+    property real stroke: 12
 
     anchors.fill: parent
 

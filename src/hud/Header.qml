@@ -18,7 +18,7 @@ RowLayout {
 
         Glow {
             Layout.fillWidth: true
-            text: header.link.assistant
+            text: header.link.assistant.slice(0, 40)
             font: Hud.mono(24, Font.Bold, 9)
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 12

@@ -10,7 +10,7 @@ Flow {
     required property string mode
     readonly property var jobs: CommandTable.jobs(mode)
 
-    spacing: 14
+    spacing: 8
 
     Accessible.role: Accessible.StaticText
     Accessible.name: title.text + CommandTable.jobsInWords(mode)
@@ -35,6 +35,7 @@ Flow {
             readonly property buttonJob job: legend.jobs[index]
 
             spacing: 6
+            rightPadding: 6
 
             Rectangle {
                 width: 18

@@ -18,7 +18,6 @@ Item {
     Rectangle {
         anchors.fill: parent
         color: Hud.panel
-        opacity: 0.82
         border.color: Hud.faint
     }
 
@@ -62,6 +61,7 @@ Item {
         id: room
 
         anchors.fill: parent
+        anchors.margins: 1 // inside the outline
         anchors.topMargin: heading.height + 1
     }
 }

@@ -9,11 +9,13 @@ Item {
     required property string value
     property bool lit: true
 
+    readonly property string line: value.slice(0, 160) // no engine can make us lay out a book
+
     implicitWidth: 220
     implicitHeight: 30
 
     Accessible.role: Accessible.StaticText
-    Accessible.name: qsTr("%1: %2").arg(label).arg(value)
+    Accessible.name: qsTr("%1: %2").arg(label).arg(line)
 
     HudText {
         id: caption
@@ -31,7 +33,7 @@ Item {
         height: parent.height
         horizontalAlignment: Text.AlignRight
         verticalAlignment: Text.AlignVCenter
-        text: readout.value
+        text: readout.line
         font: Hud.mono(14)
         fontSizeMode: Text.HorizontalFit
         minimumPixelSize: 10

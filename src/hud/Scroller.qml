@@ -10,9 +10,10 @@ Flickable {
     default property alias content: column.data
     property alias spacing: column.spacing
     property real inset: 10 // above and below: room for the focus ring
-    property real sideInset: 16
+    property real sideInset: 15
 
     readonly property Item focused: Window.activeFocusItem
+    readonly property real margin: 20 // kept clear around what has the focus
 
     contentWidth: width
     contentHeight: column.height + 2 * inset
@@ -26,7 +27,7 @@ Flickable {
     onHeightChanged: reveal()
     onContentHeightChanged: reveal()
 
-    function contains_(item: Item): bool {
+    function holds(item: Item): bool {
         for (let above = item; above; above = above.parent) {
             if (above === column)
                 return true;
@@ -35,14 +36,14 @@ Flickable {
     }
 
     function reveal() {
-        if (!contains_(focused))
+        if (!holds(focused))
             return;
-        const top = focused.mapToItem(column, 0, 0).y;
-        const bottom = top + focused.height + 2 * inset;
+        const top = focused.mapToItem(column, 0, 0).y + inset - margin;
+        const bottom = top + focused.height + 2 * margin;
         if (top < contentY)
-            contentY = top;
+            contentY = Math.max(0, top);
         else if (bottom > contentY + height)
-            contentY = Math.min(top, bottom - height);
+            contentY = Math.min(top, bottom - height, contentHeight - height);
     }
 
     T.ScrollBar.vertical: T.ScrollBar {
@@ -53,6 +54,7 @@ Flickable {
         minimumSize: 0.1
         policy: scroller.interactive ? T.ScrollBar.AlwaysOn : T.ScrollBar.AlwaysOff
         visible: scroller.interactive
+        Accessible.ignored: true
 
         contentItem: Rectangle {
             implicitWidth: 4
@@ -60,6 +62,18 @@ Flickable {
             color: Hud.green
             opacity: bar.pressed || bar.hovered ? 0.9 : 0.4
         }
+    }
+
+    EdgeFade {
+        parent: scroller
+        rotation: 180
+        visible: !scroller.atYBeginning
+    }
+
+    EdgeFade {
+        parent: scroller
+        y: scroller.height - height
+        visible: !scroller.atYEnd
     }
 
     Column {

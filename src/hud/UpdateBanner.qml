@@ -11,11 +11,11 @@ Item {
     property string version
     property string notes
 
-    implicitHeight: box.height + 32
+    implicitHeight: box.height + 28
 
     Binding {
-        banner.version: banner.link.updateVersion
-        banner.notes: banner.link.updateNotes
+        banner.version: banner.link.updateVersion.slice(0, 40)
+        banner.notes: banner.link.updateNotes.slice(0, 4000)
         when: banner.link.updateVersion !== ""
         restoreMode: Binding.RestoreNone
     }
@@ -29,12 +29,14 @@ Item {
         border.color: Hud.green
     }
 
+    Corners {}
+
     Column {
         id: box
 
-        x: 20
-        y: 16
-        width: parent.width - 40
+        x: 16
+        y: 14
+        width: parent.width - 32
         spacing: 10
 
         Glow {

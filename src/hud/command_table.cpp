@@ -120,8 +120,10 @@ constexpr std::array jobsByMode{
     ModeJobs{u"reaper", inStudio},
 };
 
-/// More lessons than any course has; a list without end must not fill the display.
+/// More lessons than any course has, and longer names than theirs: no engine can fill the display
+/// with a list without end.
 constexpr qsizetype mostLessons = 200;
+constexpr qsizetype longestName = 160; // UTF-16 units
 
 } // namespace
 
@@ -147,7 +149,8 @@ bool Command::listed(const QString &mode) const
 
 const QList<CommandGroup> &commandGroups()
 {
-    static const QList<CommandGroup> groups = Commands::table(Link::shared().assistant);
+    static const QList<CommandGroup> groups =
+        Commands::table(Link::shared().assistant->left(longestName));
     return groups;
 }
 
@@ -156,7 +159,7 @@ QList<Command> jazzLessons(const QStringList &names)
     QList<Command> lessons;
     for (qsizetype i = 0; i < std::min(names.size(), mostLessons); ++i) {
         const QString number = QString::number(i + 1);
-        lessons.append({number, u"~jazz "_s + number + u'\n', names[i]});
+        lessons.append({number, u"~jazz "_s + number + u'\n', names[i].left(longestName)});
     }
     return lessons;
 }

@@ -1,0 +1,246 @@
+#include "console.h"
+#include "hud/theme.h"
+
+#include <QAccessible>
+#include <QMimeData>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace kelo {
+
+using test::Console;
+
+/// What the display offers to hands, to the keyboard and to screen readers.
+class AccessTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tellsAScreenReader();
+    void commandsGoToTheEngine_data();
+    void commandsGoToTheEngine();
+    void focusSurvivesAChangeOfMode();
+    void readsBackTheLog();
+    void showsOneScreenAtATime();
+    void playsADroppedFile();
+
+private:
+    static void collect(QAccessibleInterface *from, QList<QAccessibleInterface *> &found);
+    static QAccessibleInterface *find(
+        Console &console, QAccessible::Role role, const QString &name);
+};
+
+void AccessTest::collect(QAccessibleInterface *from, QList<QAccessibleInterface *> &found)
+{
+    for (int i = 0; i < from->childCount(); ++i) {
+        QAccessibleInterface *child = from->child(i);
+        if (!child || child->state().invisible)
+            continue;
+        found.append(child);
+        collect(child, found);
+    }
+}
+
+QAccessibleInterface *AccessTest::find(
+    Console &console, QAccessible::Role role, const QString &name)
+{
+    QList<QAccessibleInterface *> all;
+    collect(QAccessible::queryAccessibleInterface(&console.view), all);
+    for (QAccessibleInterface *each : all) {
+        if (each->role() == role && each->text(QAccessible::Name) == name)
+            return each;
+    }
+    return nullptr;
+}
+
+void AccessTest::tellsAScreenReader()
+{
+    Console console;
+    console.link.say({"kbd Stage Piano 88", "say First.", "heard second", "mode jazz",
+        "jazz Swing feel", "update 2.4.0|Notes."});
+    console.link->state = u"OFFLINE"_s;
+    console.voice.level = 0.424;
+    console.show({1240, 840});
+
+    QList<QAccessibleInterface *> all;
+    collect(QAccessible::queryAccessibleInterface(&console.view), all);
+    QStringList headings;
+    QStringList rows;
+    QStringList texts;
+    for (QAccessibleInterface *each : all) {
+        const QString name = each->text(QAccessible::Name);
+        QVERIFY2(!name.isEmpty(), each->object()->metaObject()->className());
+        if (each->role() == QAccessible::Heading)
+            headings << name;
+        else if (each->role() == QAccessible::ListItem)
+            rows << name;
+        else if (each->role() == QAccessible::StaticText)
+            texts << name;
+        else if (each->role() == QAccessible::Button)
+            QVERIFY2(each->actionInterface()->actionNames().contains(
+                         QAccessibleActionInterface::pressAction()),
+                qPrintable(name));
+        else
+            QVERIFY2(each->role() == QAccessible::Grouping || each->role() == QAccessible::List
+                    || each->role() == QAccessible::ProgressBar,
+                qPrintable(name));
+    }
+    QCOMPARE(headings,
+        (QStringList{u"NEW UPDATE  //  VERSION 2.4.0"_s, u"Kelo"_s, u"SYSTEMS"_s, u"CONVERSATION"_s,
+            u"COMMANDS"_s, u"ASSISTANT"_s, u"PLAY"_s, u"MODES"_s, u"SOUND"_s, u"ACCESS"_s,
+            u"SYSTEM"_s, u"JAZZ LESSONS"_s, u"KEYBOARD  //  88 KEYS"_s}));
+    QCOMPARE(rows, (QStringList{u"12:00:00  First."_s, u"12:00:00  ▸ YOU: second"_s}));
+    for (const char *text : {"Kelo is OFFLINE", "MODE: JAZZ", "PIANO: Stage Piano 88",
+             "ENGINE: OFFLINE", "HANDS: both", "Notes.",
+             "Piano buttons: 1 JAM AGAIN, 2 THE IDEA, 3 NEXT LESSON, 4 PREVIOUS, 5 TALK MODE, "
+             "6 STOP BAND, 7 COMPOSE, 8 HELP, H HOME, K KEEP"})
+        QVERIFY2(texts.contains(QString::fromUtf8(text)), text);
+
+    QAccessibleInterface *command = find(console, QAccessible::Button, u"Surprise me"_s);
+    QVERIFY(command);
+    QCOMPARE(command->text(QAccessible::Description), u"Key: ?!"_s);
+    QVERIFY(command->state().focusable);
+
+    QAccessibleInterface *meter = find(console, QAccessible::ProgressBar, u"Microphone level"_s);
+    QVERIFY(meter && meter->valueInterface());
+    QCOMPARE(meter->valueInterface()->currentValue().toDouble(), 42.0);
+    QCOMPARE(meter->valueInterface()->maximumValue().toDouble(), 100.0);
+    QCOMPARE(meter->text(QAccessible::Value), u"Microphone level 42 percent"_s);
+
+    console.voice.on = true;
+    QVERIFY(
+        find(console, QAccessible::Button, u"Voice control is on. Say Kelo, then what you want"_s));
+}
+
+void AccessTest::commandsGoToTheEngine_data()
+{
+    QTest::addColumn<int>("way");
+    QTest::newRow("Return") << int(Qt::Key_Return);
+    QTest::newRow("Enter") << int(Qt::Key_Enter);
+    QTest::newRow("Space") << int(Qt::Key_Space);
+    QTest::newRow("screen reader") << 0;
+    QTest::newRow("mouse") << -1;
+}
+
+void AccessTest::commandsGoToTheEngine()
+{
+    QFETCH(int, way);
+    Console console;
+    console.link.engine.play("line @jazz Swing feel|Blues in F\nserve\n");
+    console.link->start();
+    console.show({2560, 1440});
+    QTRY_COMPARE(console.link->jazz.get().size(), 2);
+
+    const QString name = u"Blues in F"_s;
+    QQuickItem *before = console.view.activeFocusItem();
+    if (way > 0) {
+        QVERIFY(console.tabTo(name));
+        QTest::keyClick(&console.view, static_cast<Qt::Key>(way));
+    } else {
+        QAccessibleInterface *button = find(console, QAccessible::Button, name);
+        QVERIFY(button);
+        if (way == 0) {
+            button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        } else {
+            const auto *item = qobject_cast<QQuickItem *>(button->object());
+            QTest::mouseClick(
+                &console.view, Qt::LeftButton, {}, Console::shown(item).center().toPoint());
+        }
+        QCOMPARE(console.view.activeFocusItem(), before);
+    }
+    QTRY_COMPARE(console.link.engine.input(), "~jazz 2\n");
+    console.link->stop();
+}
+
+void AccessTest::focusSurvivesAChangeOfMode()
+{
+    Console console;
+    console.show({900, 600});
+    QVERIFY(console.tabTo(u"Start the lesson, or hear the part again"_s));
+    QQuickItem *space = console.view.activeFocusItem();
+
+    console.link.say({"mode compose"});
+    QCOMPARE(console.view.activeFocusItem(), space);
+    QCOMPARE(Console::accessibleName(space), u"Play it back as a band"_s);
+
+    // One that leaves hands it on to the next that stays.
+    QTest::keyClick(&console.view, Qt::Key_Backtab);
+    QCOMPARE(
+        Console::accessibleName(console.view.activeFocusItem()), u"Start over, without saving"_s);
+    console.link.say({"mode idle"});
+    QCOMPARE(console.view.activeFocusItem(), space);
+
+    // A screen that covers the console gives the focus back.
+    console.link->visual = true;
+    console.link->visual = false;
+    QCOMPARE(console.view.activeFocusItem(), space);
+}
+
+void AccessTest::readsBackTheLog()
+{
+    Console console;
+    for (int i = 1; i <= 50; ++i)
+        console.link->handle("say line " + QByteArray::number(i));
+    console.show({900, 600});
+    QVERIFY(console.tabTo(u"Voice log: everything Kelo has said"_s));
+    QQuickItem *log = console.view.activeFocusItem();
+    const auto place = [log] { return log->property("contentY").toDouble(); };
+    const double end = log->property("contentHeight").toDouble() - log->height();
+    QVERIFY(end > 100);
+    QCOMPARE(place(), end);
+    QTest::keyClick(&console.view, Qt::Key_Up);
+    QVERIFY(place() < end);
+    QTest::keyClick(&console.view, Qt::Key_Home);
+    QCOMPARE(place(), 0.0);
+    console.link.say({"say the newest"});
+    QTRY_COMPARE(place(), log->property("contentHeight").toDouble() - log->height());
+}
+
+void AccessTest::showsOneScreenAtATime()
+{
+    Console console;
+    console.show({1240, 840}, true);
+    const auto shows = [&console](const char *place) {
+        for (QQuickItem *item : console.visibleItems()) {
+            if (item->objectName() == QLatin1String(place))
+                return true;
+        }
+        return false;
+    };
+    QVERIFY(shows("core") && shows("caption") && shows("keyStrip"));
+    console.link->visual = true;
+    QTRY_VERIFY(shows("visualiserScreen") && !shows("core"));
+    console.link->welcome = true;
+    QTRY_VERIFY(shows("welcomeScreen") && !shows("visualiserScreen") && !shows("core"));
+    console.link->welcome = false;
+    console.link->visual = false;
+    QTRY_VERIFY(shows("core") && !shows("welcomeScreen") && !shows("visualiserScreen"));
+}
+
+void AccessTest::playsADroppedFile()
+{
+    Console console;
+    console.link.engine.play("serve\n");
+    console.link->start();
+    console.show({1240, 840});
+    const auto drop = [&console](const QUrl &url) {
+        QMimeData mime;
+        mime.setUrls({url});
+        const QPoint at(600, 400);
+        QDragEnterEvent enter(at, Qt::CopyAction, &mime, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&console.view, &enter);
+        QDropEvent dropped(at, Qt::CopyAction, &mime, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&console.view, &dropped);
+    };
+    drop(QUrl(u"https://example.org/a.mid"_s));
+    QVERIFY(!console.link->visual);
+    drop(QUrl::fromLocalFile(u"/tmp/a piece (1).mid"_s));
+    QVERIFY(console.link->visual);
+    QTRY_COMPARE(console.link.engine.input(), "~play /tmp/a piece (1).mid\n");
+    console.link->stop();
+}
+
+} // namespace kelo
+
+QTEST_MAIN(kelo::AccessTest)
+#include "access_test.moc"
