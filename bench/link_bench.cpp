@@ -109,6 +109,7 @@ public:
         }
         bench::print(u"memory grown by over ten million of the first four"_s,
             (bench::privateMemory() - before) / 1024, u"KiB"_s);
+        bench::print(u"to"_s, bench::privateMemory() / 1024, u"KiB"_s);
     }
 
     void throughThePipe()

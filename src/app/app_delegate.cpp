@@ -144,8 +144,10 @@ bool AppDelegate::handleKey(const KeyPress &press)
     switch (action.kind) {
     case Kind::PassOn:
         return false;
-    case Kind::OfferToWelcome:
-        return link_.welcomeKey && link_.welcomeKey(press.key, press.text);
+    case Kind::OfferToWelcome: {
+        const Link::KeyTaker &taker = link_.welcomeKey;
+        return taker && taker(press.key, press.text);
+    }
     case Kind::BeginTabbing:
         link_.tabbing = true;
         return false;

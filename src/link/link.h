@@ -95,6 +95,8 @@ public:
     static double clock() { return TimeSource::system().now(); }
     /// The same by this instance's own clock: what everything drawn from it goes by.
     [[nodiscard]] double uptime() const { return setup_.time.now(); }
+    /// Is offered a key (a Qt::Key and what it types); true when it consumed it.
+    using KeyTaker = std::function<bool(int key, const QString &text)>;
     static constexpr int barCount = kelo::barCount;
 
     /// The rooms above; each may be absent, which skips the calls into it. None is owned.
@@ -156,6 +158,7 @@ public:
     Field<QString> updateVersion{*this, &Link::updateVersionChanged};
     Field<QString> updateNotes{*this, &Link::updateNotesChanged};
     Field<bool> welcome{*this, &Link::welcomeChanged}; ///< the first-run questions show
+    Field<KeyTaker> welcomeKey{*this, &Link::welcomeKeyChanged}; ///< set while they show
     Field<QString> caption{*this, &Link::captionChanged};
     Field<qint64> spokenTo{*this, &Link::spokenToChanged};
     Field<bool> speaking{*this, &Link::speakingChanged};
@@ -188,9 +191,6 @@ public:
     std::vector<RollNote> roll; ///< ascending by time, as the engine sends it
     std::optional<double> rollZero; ///< when the roll's time 0 falls
     double rollLength = 0; ///< seconds
-    /// Installed by the first-run questions; true when it consumed the key. The key is a
-    /// Qt::Key, `text` what it types.
-    std::function<bool(int key, const QString &text)> welcomeKey;
     bool tabbing = false; ///< the keyboard focus is among the display's controls
     int welcomeStepForSnapshot = 0;
     NoteStage *scene = nullptr; ///< set and cleared by the falling-notes scene
@@ -230,6 +230,7 @@ Q_SIGNALS:
     void updateVersionChanged();
     void updateNotesChanged();
     void welcomeChanged();
+    void welcomeKeyChanged();
     void captionChanged();
     void spokenToChanged();
     void speakingChanged();
