@@ -35,14 +35,15 @@ Item {
         id: bannerSlot
 
         readonly property bool shown: view.link.updateVersion !== ""
+        property real arrived: shown ? 1 : 0
 
         width: parent.width
-        height: shown ? banner.implicitHeight + 20 : 0
+        height: arrived * (banner.implicitHeight + 20)
         visible: height > 0
         enabled: shown
         clip: true
 
-        Behavior on height {
+        Behavior on arrived {
             NumberAnimation {
                 duration: 300
                 easing.type: Easing.OutCubic
