@@ -1,7 +1,7 @@
 #pragma once
 
 #include "link/link.h"
-#include "support/manual_time.h"
+#include "link/manual_time.h"
 #include "support/recorders.h"
 #include "support/scripted_engine.h"
 
