@@ -49,6 +49,7 @@ Item {
         font: Hud.mono(11)
         Accessible.role: Accessible.StaticText
         Accessible.name: text
+        Accessible.ignored: !visible
     }
 
     Rule {

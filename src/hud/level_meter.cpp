@@ -19,6 +19,9 @@ public:
         return QAccessibleQuickItem::text(kind);
     }
 
+    // A meter is read, never set.
+    void setCurrentValue(const QVariant & /*value*/) override { }
+
 protected:
     void *interface_cast(QAccessible::InterfaceType type) override
     {

@@ -4,6 +4,9 @@
 #include <QAccessible>
 #include <QMimeData>
 #include <QTest>
+#include <QtGui/private/qguiapplication_p.h>
+#include <qpa/qplatformaccessibility.h>
+#include <qpa/qplatformintegration.h>
 
 using namespace Qt::StringLiterals;
 
@@ -16,6 +19,7 @@ class AccessTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void tellsAScreenReader();
     void commandsGoToTheEngine_data();
     void commandsGoToTheEngine();
@@ -29,6 +33,13 @@ private:
     static QAccessibleInterface *find(
         Console &console, QAccessible::Role role, const QString &name);
 };
+
+void AccessTest::initTestCase()
+{
+    // As while a screen reader runs: that is when Qt's own controls enter the tree.
+    QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(true);
+    QVERIFY(QAccessible::isActive());
+}
 
 void AccessTest::collect(QAccessibleInterface *from, QList<QAccessibleInterface *> &found)
 {
