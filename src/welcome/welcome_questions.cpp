@@ -9,7 +9,7 @@ namespace kelo {
 
 namespace {
 
-WelcomeQuestions::Field fieldOf(Step step)
+WelcomeQuestions::Focus fieldOf(Step step)
 {
     switch (step) {
     case Step::Name:
@@ -19,7 +19,7 @@ WelcomeQuestions::Field fieldOf(Step step)
     case Step::Town:
         return WelcomeQuestions::TownField;
     default:
-        return WelcomeQuestions::NoField;
+        return WelcomeQuestions::Nowhere;
     }
 }
 
@@ -110,8 +110,8 @@ void WelcomeQuestions::say()
         spoken.remove(u'“').remove(u'”').replace(u'\n', u' ').replace(u'\r', u' ');
         link_.send(u"~speak "_s + spoken + u'\n');
     }
-    typing_ = fieldOf(step_);
-    Q_EMIT typingChanged();
+    focus_ = fieldOf(step_);
+    Q_EMIT focusChanged();
     Q_EMIT asked();
 }
 
@@ -172,6 +172,12 @@ void WelcomeQuestions::edit(void (Answers::*choose)(int), int value)
     Q_EMIT changed();
 }
 
+void WelcomeQuestions::tell(Focus kind, const QString &choice)
+{
+    if (focus_ != kind)
+        Q_EMIT choiceAnnounced(choice);
+}
+
 // ---- keys ----
 
 bool WelcomeQuestions::key(int key)
@@ -179,7 +185,7 @@ bool WelcomeQuestions::key(int key)
     switch (key) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (onButton_)
+        if (focus_ == OnButton)
             return false;
         next();
         return true;
@@ -203,19 +209,19 @@ bool WelcomeQuestions::sideways(int by)
 {
     switch (step_) {
     case Step::AssistantName:
-        if (typing_ == OwnNameField && !answers_.custom.isEmpty())
+        if (focus_ == OwnNameField && !answers_.custom.isEmpty())
             return false; // it moves among the letters typed
         chooseName(turned(answers_.wake, by, static_cast<int>(names().size())));
-        Q_EMIT choiceAnnounced(answers_.chosen());
+        tell(NameChoices, answers_.chosen());
         return true;
     case Step::Birthday:
         chooseMonth(turned(answers_.month, by, 13));
-        Q_EMIT choiceAnnounced(birthday());
+        tell(MonthChoices, birthday());
         return true;
     case Step::Listening:
         answers_.listen = !answers_.listen;
         Q_EMIT changed();
-        Q_EMIT choiceAnnounced(answers_.listen ? tr("Yes, listen") : tr("Not now"));
+        tell(ListenChoices, answers_.listen ? tr("Yes, listen") : tr("Not now"));
         return true;
     default:
         return false;
@@ -228,12 +234,12 @@ bool WelcomeQuestions::upOrDown(int by)
     case Step::Town:
         answers_.fahrenheit = !answers_.fahrenheit;
         Q_EMIT changed();
-        Q_EMIT choiceAnnounced(answers_.fahrenheit ? tr("Fahrenheit") : tr("Celsius"));
+        tell(UnitChoices, answers_.fahrenheit ? tr("Fahrenheit") : tr("Celsius"));
         return true;
     case Step::Birthday:
         if (answers_.month > 0)
             chooseDay(turned(answers_.day - 1, by, answers_.dayCount()) + 1);
-        Q_EMIT choiceAnnounced(birthday());
+        tell(DayChoices, birthday());
         return true;
     case Step::Listening:
         answers_.natural = !answers_.natural;

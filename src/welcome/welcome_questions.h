@@ -27,16 +27,27 @@ class WelcomeQuestions : public QObject {
     Q_PROPERTY(QString goOnLabel READ goOnLabel NOTIFY changed)
     Q_PROPERTY(QString birthday READ birthday NOTIFY changed)
     Q_PROPERTY(kelo::Answers answers READ answers WRITE setAnswers NOTIFY changed)
-    Q_PROPERTY(QStringList names READ names CONSTANT)
-    Q_PROPERTY(QStringList months READ months CONSTANT)
-    Q_PROPERTY(QStringList monthNames READ monthNames CONSTANT)
-    Q_PROPERTY(Field typing MEMBER typing_ NOTIFY typingChanged)
-    Q_PROPERTY(bool onButton MEMBER onButton_ NOTIFY onButtonChanged)
+    Q_PROPERTY(QList<QString> names READ names CONSTANT)
+    Q_PROPERTY(QList<QString> months READ months CONSTANT)
+    Q_PROPERTY(QList<QString> monthNames READ monthNames CONSTANT)
+    Q_PROPERTY(Focus focus MEMBER focus_ NOTIFY focusChanged)
 
 public:
-    /// Text fields.
-    enum Field { NoField, NameField, OwnNameField, TownField };
-    Q_ENUM(Field)
+    /// Where the keyboard focus is: nowhere in particular, in a text field, among the choices of
+    /// one kind, or on a button that Return presses.
+    enum Focus {
+        Nowhere,
+        NameField,
+        OwnNameField,
+        TownField,
+        NameChoices,
+        UnitChoices,
+        MonthChoices,
+        DayChoices,
+        ListenChoices,
+        OnButton
+    };
+    Q_ENUM(Focus)
 
     /// Installs itself as the link's `welcomeKey` for as long as it lives.
     WelcomeQuestions(Link &link, Ears &ears, QObject *parent = nullptr);
@@ -73,11 +84,11 @@ public:
 
 Q_SIGNALS:
     void changed();
-    /// A question was put: the keyboard focus belongs into the field `typing`, or into none.
+    /// A question was put: the keyboard focus belongs where `focus` says.
     void asked();
-    void typingChanged();
-    void onButtonChanged();
-    /// For the screen reader: a whole question, and what an arrow key has just chosen.
+    void focusChanged();
+    /// For the screen reader: a whole question, and what an arrow key has just chosen unless the
+    /// keyboard focus goes there, which is heard anyway.
     void questionAnnounced(const QString &text);
     void choiceAnnounced(const QString &text);
     /// All answers are in and sent.
@@ -91,13 +102,13 @@ private:
     bool upOrDown(int by);
     void edit(void (Answers::*choose)(int), int value);
     void goTo(int step);
+    void tell(Focus kind, const QString &choice);
 
     Link &link_;
     Ears &ears_;
     Step step_ = Step::Greeting;
     Answers answers_;
-    Field typing_ = NoField; // the field with the keyboard focus
-    bool onButton_ = false; // a button has it, which Return presses
+    Focus focus_ = Nowhere;
     bool underWay_ = false;
 };
 

@@ -258,24 +258,24 @@ void QuestionsTest::leavesTheOtherKeysToTheControls()
         QVERIFY(!consumes(key));
     questions_->setAnswers({.custom = u"bob"_s});
     QVERIFY2(!consumes(Qt::Key_Left), "it moves among the letters typed");
-    questions_->setProperty("typing", WelcomeQuestions::NoField);
+    questions_->setProperty("focus", WelcomeQuestions::NameChoices);
     QVERIFY(consumes(Qt::Key_Left));
     QCOMPARE(questions_->answers().chosen(), u"Aria"_s);
-    questions_->setProperty("onButton", true);
+    questions_->setProperty("focus", WelcomeQuestions::OnButton);
     QVERIFY2(!consumes(Qt::Key_Return), "it presses the button");
 }
 
 void QuestionsTest::putsTheFocusIntoTheField()
 {
     begin();
-    using Field = WelcomeQuestions::Field;
-    QList<Field> fields;
+    using Focus = WelcomeQuestions::Focus;
+    QList<Focus> fields;
     connect(questions_.get(), &WelcomeQuestions::asked, this,
-        [&] { fields += questions_->property("typing").value<Field>(); });
+        [&] { fields += questions_->property("focus").value<Focus>(); });
     press(link_->link(), "NNNNNN");
     QCOMPARE(fields,
-        (QList<Field>{Field::NameField, Field::OwnNameField, Field::TownField, Field::NoField,
-            Field::NoField, Field::NoField}));
+        (QList<Focus>{Focus::NameField, Focus::OwnNameField, Focus::TownField, Focus::Nowhere,
+            Focus::Nowhere, Focus::Nowhere}));
 }
 
 void QuestionsTest::keepsTheAnswersUntilTheyAreSent()
