@@ -1,6 +1,7 @@
 import QtQuick
 import Kelo.App
 import Kelo.Hud
+import Kelo.Welcome
 
 // Everything in the main window, and the shortcuts of its menu.
 FocusScope {
@@ -8,7 +9,10 @@ FocusScope {
 
     required property Link link
     required property VoiceControl voice
+    required property WelcomeQuestions questions
+    required property DisplayScale magnification
     required property AppDelegate shell
+    required property Announcer announcer
 
     focus: true
 
@@ -19,9 +23,36 @@ FocusScope {
     }
 
     ContentView {
-        anchors.fill: parent
+        width: view.width / scale
+        height: view.height / scale
+        scale: view.magnification.factor
+        transformOrigin: Item.TopLeft
         link: view.link
         voice: view.voice
+        welcomeScreen: WelcomeScreen {
+            questions: view.questions // qmllint disable unqualified
+        }
+    }
+
+    Notice {
+        width: 1
+        height: 1
+        announcer: view.announcer
+        Accessible.role: Accessible.Notification
+        Accessible.name: text
+    }
+
+    Shortcut {
+        sequences: ["Ctrl++", "Ctrl+="]
+        onActivated: view.magnification.larger()
+    }
+    Shortcut {
+        sequence: "Ctrl+-"
+        onActivated: view.magnification.smaller()
+    }
+    Shortcut {
+        sequence: "Ctrl+0"
+        onActivated: view.magnification.reset()
     }
 
     Shortcut {

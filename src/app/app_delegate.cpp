@@ -1,20 +1,21 @@
 #include "app/app_delegate.h"
 
+#include "app/announcer.h"
 #include "app/arguments.h"
+#include "app/desktop_contrast.h"
+#include "app/kelo_icon.h"
 #include "app/launch.h"
 #include "app/main_view.h"
+#include "app/overlay.h"
 #include "app/session.h"
 #include "app/window_frame.h"
-#include "hud/theme.h"
+#include "app/window_sight.h"
 #include "link/link.h"
 #include "voice/voice_control.h"
 
 #include <QCoreApplication>
-#include <QDir>
-#include <QFileDialog>
 #include <QKeyEvent>
 #include <QLoggingCategory>
-#include <QProcess>
 #include <QQuickItem>
 
 using namespace Qt::StringLiterals;
@@ -33,9 +34,15 @@ AppDelegate::AppDelegate(Link &link, VoiceControl &voice, QObject *parent)
     : QObject(parent)
     , link_(link)
     , voice_(voice)
+    , questions_(link, voice)
+    , scale_(settings_)
+    , menuBar_([this] { return trayFacts(); })
 {
     link_.setShell(this);
     link_.setEars(&voice_);
+    connect(&menuBar_, &MenuBar::chosen, this, &AppDelegate::choose);
+    connect(&questions_, &WelcomeQuestions::finished, this,
+        [this] { settings_.setValue(u"reader"_s, questions_.answers().reader); });
 }
 
 AppDelegate::~AppDelegate()
@@ -58,9 +65,17 @@ void AppDelegate::launch(const Arguments &arguments)
     if (!startsHidden(facts))
         showWindow();
 
+    overlay_->setUp();
+    menuBar_.setUp();
     window_->installEventFilter(this);
     connect(qApp, &QCoreApplication::aboutToQuit, this, &AppDelegate::end);
     session::onEndRequested(this, [this] { quit(); });
+    if (!settings_.contains(u"contrast"_s)) {
+        askForHighContrast(this, [this] { // not kept: it goes on following the desktop
+            link_.contrast = true;
+            setHighContrast(true);
+        });
+    }
     link_.start();
     if (settings_.value(u"voice"_s, false).toBool())
         voice_.begin();
@@ -70,7 +85,12 @@ void AppDelegate::makeWindow()
 {
     window_ = std::make_unique<QQuickView>();
     window_->setTitle(u"Kelo"_s);
-    fillWithMainView(*window_, {&link_, &voice_, this});
+    window_->setIcon(keloIcon());
+    overlay_ = std::make_unique<Overlay>(Overlay::Parts{
+        &link_, &voice_, &settings_, window_->engine(), [this] { return sightOf(window_.get()); }});
+    announcer_ = std::make_unique<Announcer>(
+        Announcer::Sources{&link_, &voice_, &questions_, overlay_.get(), &scale_, &settings_});
+    fillWithMainView(*window_, {&link_, &voice_, &questions_, &scale_, this, announcer_.get()});
     WindowFrame::restore(*window_, settings_);
     connect(
         window_.get(), &QQuickWindow::frameSwapped, this,
@@ -87,6 +107,8 @@ void AppDelegate::showWindow()
     window_->setVisible(true);
     window_->raise();
     window_->requestActivate();
+    if (std::exchange(closedHalfWay_, false))
+        questions_.say();
 }
 
 void AppDelegate::hideWindow()
@@ -107,8 +129,20 @@ void AppDelegate::closeWindow()
 void AppDelegate::windowClosed()
 {
     WindowFrame::save(*window_, settings_);
-    if (!std::exchange(toldBackground_, true))
-        link_.send(u"~bg\n"_s);
+    closedHalfWay_ = link_.welcome;
+    if (std::exchange(toldBackground_, true))
+        return;
+    link_.send(u"~bg\n"_s);
+    if (!menuBar_.reachable())
+        tellHowToComeBack();
+}
+
+/// Spoken, for a screen reader does not read what a closed window announces.
+void AppDelegate::tellHowToComeBack()
+{
+    const QString text = tr("I’m still here, without a window. Start me again to bring it back.");
+    link_.send(u"~speak "_s + text + u'\n');
+    qCInfo(appLog) << "no tray to reach Kelo from: start it again to bring its window back";
 }
 
 bool AppDelegate::mainWindowHidden() const
@@ -129,6 +163,9 @@ bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == window_.get() && event->type() == QEvent::KeyPress) {
         const auto *key = static_cast<QKeyEvent *>(event);
+        // A hand that rests on Return must not run through all questions.
+        if (link_.welcome && key->isAutoRepeat() && key->key() == Qt::Key_Return)
+            return true;
         return handleKey({key->key(), key->modifiers(), key->text()});
     }
     if (watched == window_.get() && event->type() == QEvent::Close)
@@ -172,56 +209,7 @@ bool AppDelegate::handleKey(const KeyPress &press)
     return false;
 }
 
-// ---- what the link asks for ----
-
-void AppDelegate::showOverlay(double seconds)
-{
-    qCDebug(appLog) << "no caption panel in this build; asked for" << seconds << "s";
-}
-
-bool AppDelegate::setLoginItem(bool /*on*/)
-{
-    return false;
-}
-
-bool AppDelegate::loginItemOn() const
-{
-    return false;
-}
-
-void AppDelegate::setHighContrast(bool on)
-{
-    Hud::shared().setContrast(on);
-}
-
-void AppDelegate::chooseMidiFile(
-    const QString &folder, std::function<void(const QString &path)> chosen)
-{
-    if (fileDialog_) {
-        fileDialog_->raise();
-        fileDialog_->activateWindow();
-        return;
-    }
-    fileDialog_ = new QFileDialog(nullptr, tr("Choose a MIDI file to play"),
-        folder.isEmpty() ? QDir::homePath() : folder);
-    fileDialog_->setAttribute(Qt::WA_DeleteOnClose);
-    fileDialog_->setFileMode(QFileDialog::ExistingFile);
-    fileDialog_->setMimeTypeFilters({u"audio/midi"_s});
-    fileDialog_->setModal(true);
-    connect(fileDialog_, &QFileDialog::fileSelected, this, chosen);
-    fileDialog_->winId(); // makes the window behind it, so that it can be tied to ours
-    fileDialog_->windowHandle()->setTransientParent(window_.get());
-    fileDialog_->show();
-}
-
-void AppDelegate::relaunch()
-{
-    QStringList arguments{
-        u"-c"_s, u"sleep 1.5; exec \"$0\" \"$@\""_s, QCoreApplication::applicationFilePath()};
-    arguments += QCoreApplication::arguments().sliced(1);
-    QProcess::startDetached(u"/bin/sh"_s, arguments);
-    quit();
-}
+// ---- the end ----
 
 void AppDelegate::quit()
 {

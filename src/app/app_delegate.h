@@ -1,7 +1,10 @@
 #pragma once
 
+#include "app/display_scale.h"
 #include "app/key_handler.h"
+#include "app/menu_bar.h"
 #include "link/shell.h"
+#include "welcome/welcome_questions.h"
 
 #include <QObject>
 #include <QPointer>
@@ -15,12 +18,14 @@ class QFileDialog;
 
 namespace kelo {
 
+class Announcer;
 class Link;
+class Overlay;
 class VoiceControl;
 struct Arguments;
 
-/// The application around the display: the main window and its keys, what the link asks of the
-/// windows, the order of launch and of the end.
+/// The application around the display: the main window and its keys, the caption panel, the tray,
+/// what the link asks of them all, the order of launch and of the end.
 class AppDelegate : public QObject, public Shell {
     Q_OBJECT
     QML_ELEMENT
@@ -38,6 +43,8 @@ public:
     void launch(const Arguments &arguments);
 
     [[nodiscard]] QQuickView *window() const { return window_.get(); }
+    [[nodiscard]] Overlay &overlay() { return *overlay_; }
+    [[nodiscard]] MenuBar &menuBar() { return menuBar_; }
     Q_INVOKABLE void showWindow();
     Q_INVOKABLE void hideWindow();
     Q_INVOKABLE void minimiseWindow();
@@ -64,16 +71,25 @@ protected:
 private:
     void makeWindow();
     void windowClosed();
+    void tellHowToComeBack();
     void end();
+    [[nodiscard]] TrayFacts trayFacts() const;
+    void choose(TrayAction action);
     /// True when the key was consumed.
     bool handleKey(const KeyPress &press);
 
     Link &link_;
     VoiceControl &voice_;
     QSettings settings_;
+    WelcomeQuestions questions_;
+    DisplayScale scale_;
+    MenuBar menuBar_;
     std::unique_ptr<QQuickView> window_;
+    std::unique_ptr<Overlay> overlay_;
+    std::unique_ptr<Announcer> announcer_;
     QPointer<QFileDialog> fileDialog_;
     bool toldBackground_ = false; // the engine knows that the display was closed
+    bool closedHalfWay_ = false; // while the first-run questions showed
 };
 
 } // namespace kelo

@@ -1,9 +1,12 @@
 #include "app/main_view.h"
 
+#include "app/announcer.h"
 #include "app/app_delegate.h"
+#include "app/display_scale.h"
 #include "hud/theme.h"
 #include "link/link.h"
 #include "voice/voice_control.h"
+#include "welcome/welcome_questions.h"
 
 #include <QQmlEngine>
 #include <QQuickView>
@@ -22,6 +25,9 @@ void fillWithMainView(QQuickView &window, const MainViewParts &parts)
     window.setInitialProperties({
         {u"link"_s, QVariant::fromValue(parts.link)},
         {u"voice"_s, QVariant::fromValue(parts.voice)},
+        {u"questions"_s, QVariant::fromValue(parts.questions)},
+        {u"magnification"_s, QVariant::fromValue(parts.scale)},
+        {u"announcer"_s, QVariant::fromValue(parts.announcer)},
         {u"shell"_s, QVariant::fromValue(parts.shell)},
     });
     window.setSource(QUrl(u"qrc:/qt/qml/Kelo/App/MainView.qml"_s));

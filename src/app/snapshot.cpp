@@ -1,11 +1,13 @@
 #include "app/snapshot.h"
 
+#include "app/display_scale.h"
 #include "app/main_view.h"
 #include "app/snapshot_scenes.h"
 #include "hud/theme.h"
 #include "link/link.h"
 #include "link/manual_time.h"
 #include "voice/voice_control.h"
+#include "welcome/welcome_questions.h"
 
 #include <QDir>
 #include <QImage>
@@ -60,6 +62,11 @@ bool writeScene(const QDir &folder, const SnapshotScene &scene, bool contrast)
     VoiceControl voice;
     Hud::shared().setContrast(contrast);
     link.contrast = contrast;
+    link.welcomeStepForSnapshot = scene.question;
+    WelcomeQuestions questions(link, voice);
+    QSettings settings(home.filePath(u"display.ini"_s), QSettings::IniFormat);
+    settings.setValue(u"scale"_s, scene.scale);
+    DisplayScale scale(settings);
     for (const SnapshotStep &step : scene.steps) {
         time.advance(step.after);
         for (const QByteArray &line : step.lines)
@@ -69,7 +76,7 @@ bool writeScene(const QDir &folder, const SnapshotScene &scene, bool contrast)
         link.state = u"OFFLINE"_s;
 
     QQuickView window;
-    fillWithMainView(window, {&link, &voice, nullptr});
+    fillWithMainView(window, {&link, &voice, &questions, &scale, nullptr, nullptr});
     for (const QSize size : scene.sizes) {
         const QImage image = picture(window, size);
         const QString file = folder.filePath(fileName(scene, contrast, size));

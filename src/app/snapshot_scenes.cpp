@@ -1,5 +1,10 @@
 #include "app/snapshot_scenes.h"
 
+#include "welcome/questions.h"
+
+#include <algorithm>
+#include <iterator>
+
 using namespace Qt::StringLiterals;
 
 namespace kelo {
@@ -33,11 +38,28 @@ std::vector<SnapshotStep> followedBy(std::vector<SnapshotStep> steps, const Snap
     return steps;
 }
 
+/// Every first-run question, at its own size and at twice that.
+std::vector<SnapshotScene> questions()
+{
+    std::vector<SnapshotScene> scenes;
+    for (int step = 0; step < questionCount; ++step) {
+        const QString name = u"question-%1"_s.arg(step + 1);
+        const std::vector<SnapshotStep> steps{{0, {"mode idle", "welcome"}}};
+        scenes.push_back({.name = name, .steps = steps, .question = step});
+        scenes.push_back({.name = name + u"-large"_s,
+            .steps = steps,
+            .question = step,
+            .scale = 2,
+            .sizes = {{1240, 840}}});
+    }
+    return scenes;
+}
+
 } // namespace
 
 std::vector<SnapshotScene> snapshotScenes()
 {
-    return {
+    std::vector<SnapshotScene> scenes{
         {.name = u"console"_s, .steps = evening("idle")},
         {.name = u"console-compose"_s, .steps = evening("compose")},
         {.name = u"console-teach"_s, .steps = evening("teach")},
@@ -53,6 +75,8 @@ std::vector<SnapshotScene> snapshotScenes()
                     {"update 3.2|A new lesson on pedalling, quieter drums, and names are heard "
                      "better in a noisy room."}})},
     };
+    std::ranges::move(questions(), std::back_inserter(scenes));
+    return scenes;
 }
 
 } // namespace kelo

@@ -19,6 +19,8 @@ struct SnapshotScene {
     QString name; ///< the picture's file name begins with it
     std::vector<SnapshotStep> steps;
     bool offline = false; ///< the engine is gone for good
+    int question = 0; ///< the first-run question that shows, when one does
+    double scale = 1; ///< how large all is drawn
     std::vector<QSize> sizes{{1240, 840}, {900, 600}};
 };
 

@@ -1,0 +1,122 @@
+import QtQuick
+import QtQuick.Layouts
+import Kelo.Hud
+
+// What the caption panel shows, newest things largest. All of it stands in the main window too,
+// which is where screen readers find it.
+Item {
+    id: view
+
+    required property Link link
+    required property VoiceControl voice
+    required property Overlay overlay
+    property Component caption
+
+    Item {
+        anchors.fill: parent
+        opacity: view.overlay.visible ? 1 : 0
+        onOpacityChanged: {
+            if (opacity === 0)
+                view.overlay.faded();
+        }
+
+        Behavior on opacity {
+            NumberAnimation {
+                duration: view.overlay.visible ? 280 : 450
+                easing.type: Easing.OutCubic
+            }
+        }
+
+        Rectangle {
+            anchors.fill: parent
+            color: Hud.bg
+            opacity: view.overlay.seeThrough ? 0.9 : 1
+            radius: view.overlay.seeThrough ? 14 : 0
+            border.color: Hud.green
+        }
+
+        ColumnLayout {
+            anchors.fill: parent
+            anchors.margins: 22
+            spacing: 10
+
+            RowLayout {
+                Layout.fillWidth: true
+                spacing: 14
+
+                Rectangle {
+                    implicitWidth: 10
+                    implicitHeight: 10
+                    radius: 5
+                    color: view.link.speaking ? Hud.green : "transparent"
+                    border.color: Hud.green
+                    border.width: 2
+                }
+
+                HudText {
+                    text: view.link.assistant
+                    font: Hud.mono(13, Font.Bold, 2)
+                    color: Hud.green
+                }
+
+                HudText {
+                    Layout.fillWidth: true
+                    text: view.link.speaking ? qsTr("SPEAKING") : qsTr("LISTENING")
+                    font: Hud.mono(12, Font.Normal, 3)
+                    color: Hud.dim
+                    elide: Text.ElideRight
+                }
+
+                HudText {
+                    text: view.link.now
+                    visible: text !== ""
+                    font: Hud.mono(12)
+                    color: Hud.dim
+                }
+            }
+
+            Rule {
+                Layout.fillWidth: true
+            }
+
+            Loader {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                sourceComponent: view.caption
+            }
+
+            HudText {
+                Layout.fillWidth: true
+                text: qsTr("HEARD  %1").arg(view.link.heard)
+                visible: view.link.heard !== ""
+                font: Hud.mono(15)
+                opacity: 0.85
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
+                elide: Text.ElideRight
+            }
+
+            RowLayout {
+                Layout.fillWidth: true
+                spacing: 14
+
+                HudText {
+                    Layout.fillWidth: true
+                    text: qsTr("EARS  %1").arg(view.voice.status)
+                    font: Hud.mono(10, Font.Normal, 2)
+                    color: Hud.dim
+                    elide: Text.ElideRight
+                }
+
+                HudText {
+                    text: qsTr("NEW UPDATE  //  %1").arg(view.link.updateVersion)
+                    visible: view.link.updateVersion !== ""
+                    font: Hud.mono(12, Font.Bold, 2)
+                    color: Hud.green
+                    elide: Text.ElideRight
+                    Layout.maximumWidth: 400
+                }
+            }
+        }
+    }
+}

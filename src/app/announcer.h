@@ -1,0 +1,59 @@
+#pragma once
+
+#include "app/announcements.h"
+
+#include <QObject>
+#include <QTimer>
+#include <QtQml/qqmlregistration.h>
+
+#include <functional>
+
+class QSettings;
+
+namespace kelo {
+
+class DisplayScale;
+class Link;
+class Overlay;
+class VoiceControl;
+class WelcomeQuestions;
+
+/// Tells users of a screen reader in words what the display shows and the engine does not speak:
+/// every change of state, once, with its new value.
+class Announcer : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("handed to the display by the application")
+
+public:
+    /// What is listened to. `settings` tells by "reader" whether captions are wanted as well.
+    struct Sources {
+        Link *link = nullptr;
+        VoiceControl *voice = nullptr;
+        WelcomeQuestions *questions = nullptr;
+        Overlay *overlay = nullptr;
+        DisplayScale *scale = nullptr;
+        QSettings *settings = nullptr;
+    };
+
+    explicit Announcer(const Sources &sources, QObject *parent = nullptr);
+
+Q_SIGNALS:
+    /// To be announced now.
+    void said(const QString &text);
+
+private:
+    template <typename Sender, typename Signal>
+    void follow(Topic topic, Sender *sender, Signal changed, std::function<QString()> text);
+    void followLink(Link *link);
+    void followCaptions(Link *link, QSettings *settings);
+    void event(Topic topic, const QString &text);
+    void sayWhatIsDue();
+    void schedule();
+
+    Link *link_;
+    Announcements announcements_;
+    QTimer timer_;
+};
+
+} // namespace kelo

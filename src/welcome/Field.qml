@@ -1,0 +1,54 @@
+import QtQuick
+import Kelo.Hud
+
+// A line to type into.
+FocusScope {
+    id: field
+
+    required property string placeholder
+    property alias text: input.text
+
+    signal edited(string text)
+
+    implicitHeight: 52
+
+    Rectangle {
+        anchors.fill: parent
+        color: Hud.panel
+        border.color: input.activeFocus ? Hud.green : Hud.dim
+        radius: 4
+    }
+
+    HudText {
+        anchors.fill: input
+        text: field.placeholder
+        visible: input.text === "" && input.preeditText === ""
+        font: input.font
+        color: Hud.dim
+        verticalAlignment: Text.AlignVCenter
+        elide: Text.ElideRight
+    }
+
+    TextInput {
+        id: input
+
+        anchors.fill: parent
+        anchors.leftMargin: 16
+        anchors.rightMargin: 16
+        focus: true
+        activeFocusOnTab: true
+        clip: true
+        color: Hud.soft
+        selectionColor: Hud.green
+        selectedTextColor: Hud.bg
+        selectByMouse: true
+        font: Hud.mono(20)
+        verticalAlignment: TextInput.AlignVCenter
+        onTextEdited: field.edited(text)
+
+        Accessible.role: Accessible.EditableText
+        Accessible.name: field.placeholder
+    }
+
+    FocusRing {}
+}

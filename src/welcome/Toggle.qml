@@ -1,0 +1,65 @@
+import QtQuick
+import QtQuick.Layouts
+import Kelo.Hud
+
+// A title with a line of description, on or off.
+Pressable {
+    id: toggle
+
+    required property string title
+    required property string description
+    required property bool on
+
+    leftPadding: 14
+    rightPadding: 14
+    verticalPadding: 10
+    label: title + ". " + description
+
+    Accessible.role: Accessible.CheckBox
+    Accessible.checkable: true
+    Accessible.checked: on
+    Accessible.onToggleAction: toggle.clicked()
+
+    contentItem: RowLayout {
+        spacing: 16
+
+        Column {
+            Layout.fillWidth: true
+            spacing: 3
+
+            HudText {
+                width: parent.width
+                text: toggle.title
+                font: Hud.mono(16, Font.Bold)
+                wrapMode: Text.Wrap
+            }
+
+            HudText {
+                width: parent.width
+                text: toggle.description
+                wrapMode: Text.Wrap
+            }
+        }
+
+        Rectangle {
+            implicitWidth: 58
+            implicitHeight: 28
+            radius: 14
+            color: toggle.on ? Hud.green : Hud.bg
+            border.color: toggle.on ? Hud.green : Hud.dim
+
+            HudText {
+                anchors.centerIn: parent
+                text: toggle.on ? qsTr("ON") : qsTr("OFF")
+                font: Hud.mono(12, Font.Bold)
+                color: toggle.on ? Hud.bg : Hud.dim
+            }
+        }
+    }
+
+    background: Rectangle {
+        color: Hud.panel
+        border.color: toggle.hovered || toggle.on ? Hud.green : Hud.faint
+        radius: 4
+    }
+}

@@ -1,0 +1,255 @@
+#include "welcome/welcome_questions.h"
+
+#include "link/link.h"
+#include "link/shell.h"
+
+using namespace Qt::StringLiterals;
+
+namespace kelo {
+
+namespace {
+
+WelcomeQuestions::Focus fieldOf(Step step)
+{
+    switch (step) {
+    case Step::Name:
+        return WelcomeQuestions::NameField;
+    case Step::AssistantName:
+        return WelcomeQuestions::OwnNameField;
+    case Step::Town:
+        return WelcomeQuestions::TownField;
+    default:
+        return WelcomeQuestions::Nowhere;
+    }
+}
+
+/// `value` moved on by `by` among `count` choices, round the end.
+int turned(int value, int by, int count)
+{
+    return (value + by + count) % count;
+}
+
+} // namespace
+
+WelcomeQuestions::WelcomeQuestions(Link &link, Ears &ears, QObject *parent)
+    : QObject(parent)
+    , link_(link)
+    , ears_(ears)
+{
+    link_.welcomeKey = [this](int code, const QString & /*text*/) { return key(code); };
+    connect(&link_, &Link::welcomeChanged, this, &WelcomeQuestions::welcomeChanged);
+}
+
+WelcomeQuestions::~WelcomeQuestions()
+{
+    link_.welcomeKey = nullptr;
+}
+
+QString WelcomeQuestions::goOnLabel() const
+{
+    if (step_ != Step::Listening)
+        return tr("CONTINUE");
+    return answers_.listen ? tr("YES, LISTEN FOR %1").arg(answers_.chosen().toUpper())
+                           : tr("DONE, WITHOUT LISTENING");
+}
+
+QString WelcomeQuestions::birthday() const
+{
+    if (answers_.month < 1)
+        return tr("No birthday chosen");
+    return tr("%1 %2", "month, day").arg(monthNames().value(answers_.month - 1)).arg(answers_.day);
+}
+
+void WelcomeQuestions::setAnswers(const Answers &answers)
+{
+    answers_ = answers;
+    Q_EMIT changed();
+}
+
+QStringList WelcomeQuestions::months()
+{
+    return {tr("Jan"), tr("Feb"), tr("Mar"), tr("Apr"), tr("May"), tr("Jun"), tr("Jul"), tr("Aug"),
+        tr("Sep"), tr("Oct"), tr("Nov"), tr("Dec")};
+}
+
+QStringList WelcomeQuestions::monthNames()
+{
+    return {tr("January"), tr("February"), tr("March"), tr("April"), tr("May", "the whole name"),
+        tr("June"), tr("July"), tr("August"), tr("September"), tr("October"), tr("November"),
+        tr("December")};
+}
+
+// ---- the way through ----
+
+void WelcomeQuestions::welcomeChanged()
+{
+    if (!link_.welcome) {
+        underWay_ = false;
+        return;
+    }
+    // Asked for while under way (the engine started anew, say) they go on where they are.
+    if (!std::exchange(underWay_, true)) {
+        answers_ = {};
+        // What the display already does for the user stays switched on unless switched off here.
+        answers_.large = link_.large;
+        answers_.contrast = link_.contrast;
+        step_ = static_cast<Step>(std::clamp(link_.welcomeStepForSnapshot, 0, questionCount - 1));
+        Q_EMIT changed();
+    }
+    say();
+}
+
+void WelcomeQuestions::say()
+{
+    const Question now = current();
+    const QString words = now.title + u' ' + now.sub;
+    if (answers_.reader) {
+        Q_EMIT questionAnnounced(words + u' ' + now.hint);
+    } else {
+        QString spoken = words;
+        spoken.remove(u'“').remove(u'”').replace(u'\n', u' ').replace(u'\r', u' ');
+        link_.send(u"~speak "_s + spoken + u'\n');
+    }
+    focus_ = fieldOf(step_);
+    Q_EMIT focusChanged();
+    Q_EMIT asked();
+}
+
+void WelcomeQuestions::next()
+{
+    if (step_ >= Step::Listening)
+        finish();
+    else
+        goTo(step() + 1);
+}
+
+void WelcomeQuestions::back()
+{
+    if (step_ > Step::Greeting)
+        goTo(step() - 1);
+}
+
+void WelcomeQuestions::goTo(int step)
+{
+    step_ = static_cast<Step>(step);
+    Q_EMIT changed();
+    say();
+}
+
+void WelcomeQuestions::finish()
+{
+    link_.setAccess(u"large"_s, answers_.large);
+    link_.setAccess(u"contrast"_s, answers_.contrast);
+    link_.send(answers_.setupLine());
+    link_.assistant = answers_.chosen();
+    link_.user = answers_.cleanedName();
+    link_.welcome = false;
+    if (answers_.listen && !ears_.isOn())
+        ears_.begin();
+    Q_EMIT finished();
+}
+
+// ---- choices ----
+
+void WelcomeQuestions::chooseName(int index)
+{
+    edit(&Answers::chooseName, index);
+}
+
+void WelcomeQuestions::chooseMonth(int number)
+{
+    edit(&Answers::chooseMonth, number);
+}
+
+void WelcomeQuestions::chooseDay(int number)
+{
+    edit(&Answers::chooseDay, number);
+}
+
+void WelcomeQuestions::edit(void (Answers::*choose)(int), int value)
+{
+    (answers_.*choose)(value);
+    Q_EMIT changed();
+}
+
+void WelcomeQuestions::tell(Focus kind, const QString &choice)
+{
+    if (focus_ != kind)
+        Q_EMIT choiceAnnounced(choice);
+}
+
+// ---- keys ----
+
+bool WelcomeQuestions::key(int key)
+{
+    switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (focus_ == OnButton)
+            return false;
+        next();
+        return true;
+    case Qt::Key_Escape:
+        back();
+        return true;
+    case Qt::Key_Left:
+        return sideways(-1);
+    case Qt::Key_Right:
+        return sideways(1);
+    case Qt::Key_Up:
+        return upOrDown(1);
+    case Qt::Key_Down:
+        return upOrDown(-1);
+    default:
+        return false;
+    }
+}
+
+bool WelcomeQuestions::sideways(int by)
+{
+    switch (step_) {
+    case Step::AssistantName:
+        if (focus_ == OwnNameField && !answers_.custom.isEmpty())
+            return false; // it moves among the letters typed
+        chooseName(turned(answers_.wake, by, static_cast<int>(names().size())));
+        tell(NameChoices, answers_.chosen());
+        return true;
+    case Step::Birthday:
+        chooseMonth(turned(answers_.month, by, 13));
+        tell(MonthChoices, birthday());
+        return true;
+    case Step::Listening:
+        answers_.listen = !answers_.listen;
+        Q_EMIT changed();
+        tell(ListenChoices, answers_.listen ? tr("Yes, listen") : tr("Not now"));
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool WelcomeQuestions::upOrDown(int by)
+{
+    switch (step_) {
+    case Step::Town:
+        answers_.fahrenheit = !answers_.fahrenheit;
+        Q_EMIT changed();
+        tell(UnitChoices, answers_.fahrenheit ? tr("Fahrenheit") : tr("Celsius"));
+        return true;
+    case Step::Birthday:
+        if (answers_.month > 0)
+            chooseDay(turned(answers_.day - 1, by, answers_.dayCount()) + 1);
+        tell(DayChoices, birthday());
+        return true;
+    case Step::Listening:
+        answers_.natural = !answers_.natural;
+        Q_EMIT changed();
+        Q_EMIT choiceAnnounced(
+            answers_.natural ? tr("The natural voice: on") : tr("The natural voice: off"));
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace kelo

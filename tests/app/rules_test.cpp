@@ -1,0 +1,188 @@
+#include "app/announcements.h"
+#include "app/display_scale.h"
+#include "app/overlay_rules.h"
+#include "app/tray_menu.h"
+
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace kelo;
+
+class RulesTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void panelShowsOnlyWhenTheDisplayIsNotSeen_data();
+    void panelShowsOnlyWhenTheDisplayIsNotSeen();
+    void panelStaysWhileItIsOfUse();
+    void panelLeavesEarly_data();
+    void panelLeavesEarly();
+    void announcesEachChangeOnce();
+    void announcesTheLatestOfABurst();
+    void menuTellsTheTruth();
+    void scaleStaysWithinItsRange_data();
+    void scaleStaysWithinItsRange();
+};
+
+void RulesTest::panelShowsOnlyWhenTheDisplayIsNotSeen_data()
+{
+    QTest::addColumn<bool>("enabled");
+    QTest::addColumn<MainWindow>("window");
+    QTest::addColumn<bool>("shows");
+    QTest::newRow("not seen") << true << MainWindow::Unseen << true;
+    QTest::newRow("seen") << true << MainWindow::Seen << false;
+    QTest::newRow("no window yet") << true << MainWindow::Missing << false;
+    QTest::newRow("switched off") << false << MainWindow::Unseen << false;
+}
+
+void RulesTest::panelShowsOnlyWhenTheDisplayIsNotSeen()
+{
+    QFETCH(const bool, enabled);
+    QFETCH(const MainWindow, window);
+    OverlayRules rules;
+    QTEST(rules.show(9, {100, enabled, window}), "shows");
+    QTEST(rules.visible(), "shows");
+}
+
+void RulesTest::panelStaysWhileItIsOfUse()
+{
+    const auto at = [](double now) { return PanelFacts{now, true, MainWindow::Unseen}; };
+    OverlayRules rules;
+    QVERIFY(!rules.check(true, at(0)));
+    rules.show(OverlayRules::whileSpeaking, at(100));
+    QCOMPARE(rules.hideAt(), 160.0);
+    rules.show(OverlayRules::afterHearing, at(130));
+    QCOMPARE(rules.hideAt(), 139.0);
+
+    QVERIFY(!rules.check(true, at(131)));
+    QCOMPARE(rules.hideAt(), 139.0);
+    QVERIFY(!rules.check(true, at(138)));
+    QCOMPARE(rules.hideAt(), 141.5);
+    QVERIFY(!rules.check(false, at(141.5)));
+    QVERIFY(rules.check(false, at(141.75)));
+    QVERIFY(!rules.visible());
+    QVERIFY2(!rules.check(false, at(142)), "it leaves once");
+}
+
+void RulesTest::panelLeavesEarly_data()
+{
+    QTest::addColumn<bool>("enabled");
+    QTest::addColumn<MainWindow>("window");
+    QTest::newRow("the display came into view") << true << MainWindow::Seen;
+    QTest::newRow("switched off") << false << MainWindow::Unseen;
+    QTest::newRow("the window is gone") << true << MainWindow::Missing;
+}
+
+void RulesTest::panelLeavesEarly()
+{
+    QFETCH(const bool, enabled);
+    QFETCH(const MainWindow, window);
+    OverlayRules rules;
+    rules.show(60, {100, true, MainWindow::Unseen});
+    QVERIFY(rules.check(true, {100.25, enabled, window}));
+    QVERIFY(!rules.visible());
+}
+
+void RulesTest::announcesEachChangeOnce()
+{
+    Announcements all;
+    all.assume(Topic::Mode, u"Mode: STANDBY"_s);
+    all.state(Topic::Mode, u"Mode: STANDBY"_s);
+    QVERIFY(!all.next());
+    QCOMPARE(all.take(100), QStringList());
+
+    all.state(Topic::Mode, u"Mode: JAZZ"_s);
+    QCOMPARE(all.take(100), QStringList{u"Mode: JAZZ"_s});
+    all.state(Topic::Mode, u"Mode: JAZZ"_s);
+    QCOMPARE(all.take(200), QStringList());
+
+    all.state(Topic::Update, u"New update"_s);
+    QCOMPARE(all.take(200).size(), 1);
+    all.state(Topic::Update, {});
+    QCOMPARE(all.take(210), QStringList());
+    all.state(Topic::Update, u"New update"_s);
+    QCOMPARE(all.take(220), QStringList{u"New update"_s});
+
+    for (const double now : {300.0, 310.0}) {
+        all.event(Topic::Caption, u"Once more."_s);
+        QCOMPARE(all.take(now), QStringList{u"Once more."_s});
+    }
+}
+
+void RulesTest::announcesTheLatestOfABurst()
+{
+    Announcements all;
+    all.state(Topic::Playing, u"Playing A"_s);
+    all.state(Topic::Piano, u"Piano connected"_s);
+    QCOMPARE(all.take(100), (QStringList{u"Playing A"_s, u"Piano connected"_s}));
+
+    all.state(Topic::Playing, u"Stopped"_s);
+    all.state(Topic::Playing, u"Playing B"_s);
+    all.state(Topic::Piano, u"Piano lost"_s);
+    all.state(Topic::Piano, u"Piano connected"_s);
+    QCOMPARE(all.next(), 101.0);
+    QCOMPARE(all.take(100.9), QStringList());
+    QCOMPARE(all.take(101), QStringList{u"Playing B"_s});
+    QVERIFY(!all.next());
+}
+
+void RulesTest::menuTellsTheTruth()
+{
+    using Checked = std::optional<bool>;
+    const auto menu = trayMenu({u"Luna"_s, true, false, true});
+    const std::vector<std::pair<QString, Checked>> expected{
+        {u"Open the window"_s, {}},
+        {u"Change my name, city or wake word…"_s, {}},
+        {u"Install the natural voice…"_s, {}},
+        {{}, {}},
+        {u"Listen for “Luna”"_s, true},
+        {u"Show the panel when Luna speaks"_s, false},
+        {u"Start when I log in"_s, true},
+        {{}, {}},
+        {u"Quit Kelo"_s, {}},
+    };
+    QCOMPARE(menu.size(), expected.size());
+    for (std::size_t i = 0; i < menu.size(); ++i) {
+        QCOMPARE(menu[i].title, expected[i].first);
+        QCOMPARE(menu[i].checked, expected[i].second);
+        QCOMPARE(menu[i].action.has_value(), !menu[i].title.isEmpty());
+    }
+}
+
+void RulesTest::scaleStaysWithinItsRange_data()
+{
+    QTest::addColumn<QVariant>("kept");
+    QTest::addColumn<double>("factor");
+    QTest::newRow("first start") << QVariant() << 1.0;
+    QTest::newRow("kept") << QVariant(1.75) << 1.75;
+    QTest::newRow("as text") << QVariant(u"2.5"_s) << 2.5;
+    QTest::newRow("between the steps") << QVariant(1.3) << 1.25;
+    QTest::newRow("too large") << QVariant(40) << 1.0;
+    QTest::newRow("no number") << QVariant(u"nan"_s) << 1.0;
+}
+
+void RulesTest::scaleStaysWithinItsRange()
+{
+    QFETCH(const QVariant, kept);
+    const QTemporaryDir folder;
+    QSettings settings(folder.filePath(u"settings.ini"_s), QSettings::IniFormat);
+    if (kept.isValid())
+        settings.setValue(u"scale"_s, kept);
+    DisplayScale scale(settings);
+    QTEST(scale.factor(), "factor");
+
+    for (int i = 0; i < 20; ++i)
+        scale.larger();
+    QCOMPARE(scale.factor(), 2.5);
+    for (int i = 0; i < 20; ++i)
+        scale.smaller();
+    QCOMPARE(scale.factor(), 0.75);
+    QCOMPARE(DisplayScale(settings).factor(), 0.75);
+    scale.reset();
+    QCOMPARE(scale.factor(), 1.0);
+}
+
+QTEST_GUILESS_MAIN(RulesTest)
+#include "rules_test.moc"

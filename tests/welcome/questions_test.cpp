@@ -1,0 +1,299 @@
+#include "support/link_fixture.h"
+#include "welcome/welcome_questions.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace kelo;
+using namespace kelo::test;
+
+namespace {
+
+/// Keys as they come one after the other: L, R, U, D for the arrows, N for Return, E for Escape.
+void press(Link &link, const char *keys)
+{
+    const QHash<char, int> codes{{'L', Qt::Key_Left}, {'R', Qt::Key_Right}, {'U', Qt::Key_Up},
+        {'D', Qt::Key_Down}, {'N', Qt::Key_Return}, {'E', Qt::Key_Escape}};
+    for (; *keys; ++keys)
+        link.welcomeKey(codes.value(*keys), {});
+}
+
+} // namespace
+
+class QuestionsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void takesAnOwnNameOfThreeToTwelveLetters_data();
+    void takesAnOwnNameOfThreeToTwelveLetters();
+    void keepsDaysWithinTheMonth();
+    void sendsAllAnswersInOneLine_data();
+    void sendsAllAnswersInOneLine();
+    void tellsTheEngineThenTheDisplayThenTheEars();
+    void speaksOrAnnouncesEachQuestion();
+    void answersToKeys_data();
+    void answersToKeys();
+    void leavesTheOtherKeysToTheControls();
+    void putsTheFocusIntoTheField();
+    void keepsTheAnswersUntilTheyAreSent();
+
+private:
+    void begin();
+
+    std::unique_ptr<LinkFixture> link_;
+    std::unique_ptr<WelcomeQuestions> questions_;
+};
+
+void QuestionsTest::init()
+{
+    link_ = std::make_unique<LinkFixture>();
+    questions_ = std::make_unique<WelcomeQuestions>(link_->link(), link_->ears);
+}
+
+void QuestionsTest::cleanup()
+{
+    link_->link().stop();
+    questions_.reset();
+    link_.reset();
+}
+
+void QuestionsTest::begin()
+{
+    link_->engine.play("serve");
+    link_->link().start();
+    link_->say({"welcome"});
+}
+
+void QuestionsTest::takesAnOwnNameOfThreeToTwelveLetters_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("chosen");
+    const QString listed = u"Luna"_s;
+    QTest::newRow("nothing") << u""_s << listed;
+    QTest::newRow("letters only") << u"  aPOLLO-9 "_s << u"Apollo"_s;
+    QTest::newRow("two") << u"Al"_s << listed;
+    QTest::newRow("three") << u"max"_s << u"Max"_s;
+    QTest::newRow("twelve") << u"ABCDEFGHIJKL"_s << u"Abcdefghijkl"_s;
+    QTest::newRow("thirteen") << u"abcdefghijklm"_s << listed;
+    QTest::newRow("accents") << u"ÉLODIE"_s << u"Élodie"_s;
+    QTest::newRow("accents typed apart") << u"e\u0301lodie"_s << u"Élodie"_s;
+    QTest::newRow("an accent is no letter of its own") << u"e\u0301l"_s << listed;
+    QTest::newRow("right to left") << u"נועה"_s << u"נועה"_s;
+    QTest::newRow("vowel signs stay") << u"मीरा देवी"_s << u"मीरादेवी"_s;
+    QTest::newRow("beyond sixteen bits") << u"𐐨𐐩𐐪"_s << u"𐐀𐐩𐐪"_s;
+    QTest::newRow("emoji") << u"🎹🎹🎹🎹"_s << listed;
+    QTest::newRow("half a character") << QString(QChar(0xd801)) + u"bob"_s << u"Bob"_s;
+}
+
+void QuestionsTest::takesAnOwnNameOfThreeToTwelveLetters()
+{
+    QFETCH(const QString, typed);
+    Answers answers;
+    answers.chooseName(4);
+    answers.custom = typed;
+    QTEST(answers.chosen(), "chosen");
+    answers.chooseName(0);
+    QCOMPARE(answers.chosen(), u"Kelo"_s);
+}
+
+void QuestionsTest::keepsDaysWithinTheMonth()
+{
+    Answers answers;
+    answers.chooseDay(5);
+    QCOMPARE(answers.day, 0);
+    answers.chooseMonth(1);
+    QCOMPARE(answers.day, 1);
+    answers.chooseDay(31);
+    answers.chooseMonth(4);
+    QCOMPARE(answers.day, 30);
+    answers.chooseDay(31);
+    QCOMPARE(answers.day, 30);
+    answers.chooseMonth(2);
+    QCOMPARE(answers.day, 29);
+    answers.chooseMonth(13);
+    QCOMPARE(answers.month, 2);
+    answers.chooseMonth(0);
+    QCOMPARE(answers.setupLine(), u"~setup |Kelo||C||false||false\n"_s);
+}
+
+void QuestionsTest::sendsAllAnswersInOneLine_data()
+{
+    QTest::addColumn<Answers>("answers");
+    QTest::addColumn<QString>("line");
+    const auto row = [](const char *name, Answers answers, const QString &line) {
+        QTest::newRow(name) << answers << u"~setup "_s + line + u'\n';
+    };
+    row("nothing", {}, u"|Kelo||C||false||false"_s);
+    row("everything",
+        {.name = u"Ann"_s,
+            .wake = 2,
+            .city = u"Porto"_s,
+            .month = 3,
+            .day = 7,
+            .fahrenheit = true,
+            .large = true,
+            .contrast = true,
+            .reader = true,
+            .plays = true,
+            .listen = true,
+            .natural = true},
+        u"Ann|Harmony|Porto|F|uses a screen reader, so never rely on anything visual; "
+        "plays piano or makes music|true|03-07|true"_s);
+    row("plays only", {.plays = true}, u"|Kelo||C|plays piano or makes music|true||false"_s);
+    row("bars and breaks",
+        {.name = u" Ann|Lee "_s, .custom = u"b|o\nb"_s, .city = u"A\r\nB\u2028C\vD|"_s},
+        u"Ann Lee|Bob|A  B C D|C||false||false"_s);
+    row("any script", {.name = u"نورة 🎹 e\u0301"_s}, u"نورة 🎹 e\u0301|Kelo||C||false||false"_s);
+}
+
+void QuestionsTest::sendsAllAnswersInOneLine()
+{
+    QFETCH(const Answers, answers);
+    QTEST(answers.setupLine(), "line");
+}
+
+void QuestionsTest::tellsTheEngineThenTheDisplayThenTheEars()
+{
+    begin();
+    questions_->setAnswers(
+        {.name = u" Ann|Lee "_s, .custom = u"bob"_s, .contrast = true, .listen = true});
+    press(link_->link(), "NNNNNNN");
+    QVERIFY(!link_->link().welcome);
+    QCOMPARE(link_->link().assistant.get(), u"Bob"_s);
+    QCOMPARE(link_->link().user.get(), u"Ann Lee"_s);
+    QVERIFY(link_->link().contrast && !link_->link().large);
+    QCOMPARE(link_->setting(u"contrast"_s), true);
+    QCOMPARE(link_->ears.calls, QStringList{u"begin"_s});
+    QTRY_VERIFY(link_->engine.input().endsWith("\n~setup Ann Lee|Bob||C||false||false\n"));
+
+    link_->say({"welcome"});
+    questions_->setAnswers({.listen = true});
+    press(link_->link(), "NNNNNNN");
+    QVERIFY2(link_->ears.calls.size() == 1, "they were on already");
+}
+
+void QuestionsTest::speaksOrAnnouncesEachQuestion()
+{
+    const QSignalSpy announced(questions_.get(), &WelcomeQuestions::questionAnnounced);
+    begin();
+    for (int i = 0; i < 6; ++i)
+        questions_->next();
+    QTRY_COMPARE(link_->engine.input().count('\n'), 7);
+    const auto lines = QString::fromUtf8(link_->engine.input()).split(u'\n');
+    QCOMPARE(lines[0],
+        u"~speak Hello. I’m Kelo. A few quick questions and I’m set up for you. Your answers stay "
+        "on this Mac, and every screen has a skip button."_s);
+    QCOMPARE(lines[6],
+        u"~speak One last thing: may I listen? To hear you say Kelo, I need the microphone. The "
+        "listening happens on this Mac, and I only act on what follows my name."_s);
+    QCOMPARE(announced.size(), 0);
+
+    questions_->setAnswers({.reader = true});
+    questions_->back();
+    QCOMPARE(announced.size(), 1);
+    QCOMPARE(announced[0][0].toString(),
+        u"How can I fit you best? Switch on anything that helps. All of it can be changed later, "
+        "just by asking. Tab moves between these. Space switches one on or off."_s);
+    link_->link().send(u"~end\n"_s);
+    QTRY_VERIFY(link_->engine.input().endsWith("~end\n"));
+    QCOMPARE(link_->engine.input().count('\n'), 8);
+}
+
+void QuestionsTest::answersToKeys_data()
+{
+    QTest::addColumn<int>("step");
+    QTest::addColumn<QByteArray>("keys");
+    QTest::addColumn<Answers>("answers");
+    QTest::addColumn<int>("then");
+    QTest::addColumn<QString>("heard");
+    const auto row = [](const char *name, int step, const char *keys, Answers answers, int then,
+                         const QString &heard) {
+        QTest::newRow(name) << step << QByteArray(keys) << answers << then << heard;
+    };
+    row("return goes on", 0, "NN", {}, 2, {});
+    row("escape goes back", 2, "E", {}, 1, {});
+    row("but not before the first", 0, "E", {}, 0, {});
+    row("right chooses a name", 2, "RR", {.wake = 2}, 2, u"Harmony"_s);
+    row("left goes round", 2, "L", {.wake = 6}, 2, u"Aria"_s);
+    row("right goes round", 2, "RRRRRRR", {.wake = 0}, 2, u"Kelo"_s);
+    row("down switches the unit", 3, "D", {.fahrenheit = true}, 3, u"Fahrenheit"_s);
+    row("up switches it back", 3, "DU", {}, 3, u"Celsius"_s);
+    row("right chooses a month", 4, "RRR", {.month = 3, .day = 1}, 4, u"March 1"_s);
+    row("up a day", 4, "RRRUUUUUU", {.month = 3, .day = 7}, 4, u"March 7"_s);
+    row("down a day, to the last", 4, "RRD", {.month = 2, .day = 29}, 4, u"February 29"_s);
+    row("to no birthday again", 4, "RL", {}, 4, u"No birthday chosen"_s);
+    row("left to December", 4, "L", {.month = 12, .day = 1}, 4, u"December 1"_s);
+    row("no day without a month", 4, "UUD", {}, 4, u"No birthday chosen"_s);
+    row("right answers yes", 6, "R", {.listen = true}, 6, u"Yes, listen"_s);
+    row("left answers no again", 6, "RL", {}, 6, u"Not now"_s);
+    row("down wants the natural voice", 6, "D", {.natural = true}, 6, u"The natural voice: on"_s);
+    row("nothing to choose here", 1, "LRUD", {}, 1, {});
+}
+
+void QuestionsTest::answersToKeys()
+{
+    QFETCH(const int, step);
+    QFETCH(const QByteArray, keys);
+    link_->link().welcomeStepForSnapshot = step;
+    begin();
+    QString heard;
+    connect(questions_.get(), &WelcomeQuestions::choiceAnnounced, this,
+        [&heard](const QString &text) { heard = text; });
+    press(link_->link(), keys);
+    QFETCH(const Answers, answers);
+    QVERIFY(questions_->answers() == answers);
+    QTEST(questions_->step(), "then");
+    QTEST(heard, "heard");
+}
+
+void QuestionsTest::leavesTheOtherKeysToTheControls()
+{
+    link_->link().welcomeStepForSnapshot = 2;
+    begin();
+    const auto consumes = [this](int key) { return link_->link().welcomeKey(key, {}); };
+    for (const int key : {Qt::Key_Space, Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_F, Qt::Key_Up})
+        QVERIFY(!consumes(key));
+    questions_->setAnswers({.custom = u"bob"_s});
+    QVERIFY2(!consumes(Qt::Key_Left), "it moves among the letters typed");
+    questions_->setProperty("focus", WelcomeQuestions::NameChoices);
+    QVERIFY(consumes(Qt::Key_Left));
+    QCOMPARE(questions_->answers().chosen(), u"Aria"_s);
+    questions_->setProperty("focus", WelcomeQuestions::OnButton);
+    QVERIFY2(!consumes(Qt::Key_Return), "it presses the button");
+}
+
+void QuestionsTest::putsTheFocusIntoTheField()
+{
+    begin();
+    using Focus = WelcomeQuestions::Focus;
+    QList<Focus> fields;
+    connect(questions_.get(), &WelcomeQuestions::asked, this,
+        [&] { fields += questions_->property("focus").value<Focus>(); });
+    press(link_->link(), "NNNNNN");
+    QCOMPARE(fields,
+        (QList<Focus>{Focus::NameField, Focus::OwnNameField, Focus::TownField, Focus::Nowhere,
+            Focus::Nowhere, Focus::Nowhere}));
+}
+
+void QuestionsTest::keepsTheAnswersUntilTheyAreSent()
+{
+    link_->link().setAccess(u"large"_s, true);
+    begin();
+    QVERIFY(questions_->answers() == Answers{.large = true});
+    press(link_->link(), "NNR");
+    const Answers soFar = questions_->answers();
+    link_->say({"welcome"});
+    QCOMPARE(questions_->step(), 2);
+    QVERIFY(questions_->answers() == soFar);
+
+    press(link_->link(), "NNNNN");
+    link_->say({"welcome"});
+    QCOMPARE(questions_->step(), 0);
+    QVERIFY(questions_->answers() == Answers{.large = true});
+}
+
+QTEST_GUILESS_MAIN(QuestionsTest)
+#include "questions_test.moc"
