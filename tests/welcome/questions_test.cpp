@@ -16,7 +16,7 @@ void press(Link &link, const char *keys)
     const QHash<char, int> codes{{'L', Qt::Key_Left}, {'R', Qt::Key_Right}, {'U', Qt::Key_Up},
         {'D', Qt::Key_Down}, {'N', Qt::Key_Return}, {'E', Qt::Key_Escape}};
     for (; *keys; ++keys)
-        link.welcomeKey(codes.value(*keys), {});
+        link.welcomeKey.get()(codes.value(*keys), {});
 }
 
 } // namespace
@@ -253,7 +253,7 @@ void QuestionsTest::leavesTheOtherKeysToTheControls()
 {
     link_->link().welcomeStepForSnapshot = 2;
     begin();
-    const auto consumes = [this](int key) { return link_->link().welcomeKey(key, {}); };
+    const auto consumes = [this](int key) { return link_->link().welcomeKey.get()(key, {}); };
     for (const int key : {Qt::Key_Space, Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_F, Qt::Key_Up})
         QVERIFY(!consumes(key));
     questions_->setAnswers({.custom = u"bob"_s});
