@@ -1,6 +1,7 @@
 import QtQuick
 import Kelo.App
 import Kelo.Hud
+import Kelo.Visual as Visual
 import Kelo.Welcome
 
 // Everything in the main window, and the shortcuts of its menu.
@@ -29,8 +30,34 @@ FocusScope {
         transformOrigin: Item.TopLeft
         link: view.link
         voice: view.voice
+        backdrop: Visual.Grid {}
+        core: Visual.Core {
+            link: view.link
+        }
+        caption: Visual.Caption {
+            link: view.link
+        }
+        keyStrip: Visual.Keys {
+            link: view.link
+        }
+        visualiserScreen: VisualiserScreen {
+            id: visualiser
+
+            link: view.link
+            voice: view.voice
+            scene: Visual.Visualiser {
+                link: view.link
+                captionTop: visualiser.captionTop
+            }
+        }
+        flashFrame: Visual.FlashFrame {
+            link: view.link
+        }
         welcomeScreen: WelcomeScreen {
             questions: view.questions // qmllint disable unqualified
+            core: Visual.Core {
+                link: view.link
+            }
         }
     }
 

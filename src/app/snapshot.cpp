@@ -6,6 +6,7 @@
 #include "hud/theme.h"
 #include "link/link.h"
 #include "link/manual_time.h"
+#include "visual/scene_item.h"
 #include "voice/voice_control.h"
 #include "welcome/welcome_questions.h"
 
@@ -16,6 +17,8 @@
 #include <QQuickView>
 #include <QSGRendererInterface>
 #include <QTemporaryDir>
+
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -34,14 +37,32 @@ LinkSetup freshSetup(const QTemporaryDir &home, TimeSource &time)
         std::make_unique<QSettings>(settings, QSettings::IniFormat), time};
 }
 
-/// The window as it would show, without showing it. A null image when it draws in software only.
-QImage picture(QQuickView &window, QSize size)
+/// Brings all that moves in `item` to the time of its link.
+void refresh(QQuickItem &item)
 {
-    window.resize(size);
-    window.contentItem()->setSize(size);
-    window.rootObject()->setSize(size);
+    if (auto *scene = qobject_cast<SceneItem *>(&item))
+        scene->refresh();
+    for (QQuickItem *child : item.childItems())
+        refresh(*child);
+}
+
+/// Lets `seconds` pass in even frames, so that what swings and glides gets to where it would be.
+void pass(double seconds, ManualTime &time, QQuickView &window)
+{
+    constexpr double frame = 1.0 / 60;
+    const int frames = static_cast<int>(std::ceil(seconds / frame - 0.001));
+    for (int i = 0; i < frames; ++i) {
+        time.advance(seconds / frames);
+        refresh(*window.rootObject());
+    }
+}
+
+/// The window as it would show, without showing it. A null image when it draws in software only.
+QImage picture(QQuickView &window)
+{
     QImage image = window.grabWindow();
     // What was laid out during the first frame is drawn for good in the second.
+    refresh(*window.rootObject());
     image = window.grabWindow();
     const auto api = window.rendererInterface()->graphicsApi();
     return api == QSGRendererInterface::Software ? QImage() : image;
@@ -54,7 +75,13 @@ QString fileName(const SnapshotScene &scene, bool contrast, QSize size)
         .arg(size.height());
 }
 
-bool writeScene(const QDir &folder, const SnapshotScene &scene, bool contrast)
+void handle(Link &link, const QByteArrayList &lines)
+{
+    for (const QByteArray &line : lines)
+        link.handle(line);
+}
+
+bool writeScene(const QDir &folder, const SnapshotScene &scene, bool contrast, QSize size)
 {
     const QTemporaryDir home;
     ManualTime time;
@@ -62,6 +89,7 @@ bool writeScene(const QDir &folder, const SnapshotScene &scene, bool contrast)
     VoiceControl voice;
     Hud::shared().setContrast(contrast);
     link.contrast = contrast;
+    link.large = scene.large;
     link.welcomeStepForSnapshot = scene.question;
     WelcomeQuestions questions(link, voice);
     QSettings settings(home.filePath(u"display.ini"_s), QSettings::IniFormat);
@@ -69,21 +97,26 @@ bool writeScene(const QDir &folder, const SnapshotScene &scene, bool contrast)
     DisplayScale scale(settings);
     for (const SnapshotStep &step : scene.steps) {
         time.advance(step.after);
-        for (const QByteArray &line : step.lines)
-            link.handle(line);
+        handle(link, step.lines);
     }
     if (scene.offline)
         link.state = u"OFFLINE"_s;
 
     QQuickView window;
     fillWithMainView(window, {&link, &voice, &questions, &scale, nullptr, nullptr});
-    for (const QSize size : scene.sizes) {
-        const QImage image = picture(window, size);
-        const QString file = folder.filePath(fileName(scene, contrast, size));
-        if (image.isNull() || !image.save(file)) {
-            qCCritical(appLog) << "no picture of" << scene.name << "could be written to" << file;
-            return false;
-        }
+    window.resize(size);
+    window.contentItem()->setSize(size);
+    window.rootObject()->setSize(size);
+    window.grabWindow(); // lays everything out
+    for (const SnapshotStep &step : scene.shown) {
+        pass(step.after, time, window);
+        handle(link, step.lines);
+    }
+    const QImage image = picture(window);
+    const QString file = folder.filePath(fileName(scene, contrast, size));
+    if (image.isNull() || !image.save(file)) {
+        qCCritical(appLog) << "no picture of" << scene.name << "could be written to" << file;
+        return false;
     }
     return true;
 }
@@ -99,8 +132,10 @@ int writeSnapshots(const QString &folder)
     }
     for (const SnapshotScene &scene : snapshotScenes()) {
         for (const bool contrast : {false, true}) {
-            if (!writeScene(target, scene, contrast))
-                return 1;
+            for (const QSize size : scene.sizes) {
+                if (!writeScene(target, scene, contrast, size))
+                    return 1;
+            }
         }
     }
     return 0;

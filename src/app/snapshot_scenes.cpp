@@ -3,6 +3,7 @@
 #include "welcome/questions.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
 using namespace Qt::StringLiterals;
@@ -10,6 +11,8 @@ using namespace Qt::StringLiterals;
 namespace kelo {
 
 namespace {
+
+const std::vector<QSize> pictureSizes{{900, 600}, {1240, 840}, {2560, 1440}};
 
 /// What a real evening looks like after a few minutes.
 std::vector<SnapshotStep> evening(const QByteArray &mode)
@@ -55,11 +58,98 @@ std::vector<SnapshotScene> questions()
     return scenes;
 }
 
+/// The notes of a prelude in broken chords: two low notes that are held, six high ones above them.
+QByteArray prelude()
+{
+    using Chord = std::array<int, 5>;
+    constexpr std::array<Chord, 8> bars{{{60, 64, 67, 72, 76}, {60, 62, 69, 74, 77},
+        {59, 62, 67, 74, 77}, {60, 64, 67, 72, 76}, {60, 64, 69, 76, 81}, {60, 62, 66, 69, 74},
+        {59, 62, 67, 74, 79}, {59, 60, 64, 67, 72}}};
+    constexpr double step = 0.2; // seconds from one note to the next
+    QByteArray notes = "rolln ";
+    const auto add = [&notes](double at, double lasts, int pitch, int velocity, int track) {
+        for (const double value : {at, lasts})
+            notes += QByteArray::number(value) + ',';
+        notes += QByteArray::number(pitch) + ',' + QByteArray::number(velocity) + ','
+            + QByteArray::number(track) + ';';
+    };
+    for (std::size_t half = 0; half < bars.size() * 2; ++half) {
+        const Chord &bar = bars[half / 2];
+        const double at = static_cast<double>(half) * 8 * step;
+        add(at, 8 * step - 0.05, bar[0] - 12, 58, 1);
+        add(at + step, 7 * step - 0.05, bar[1] - 12, 64, 1);
+        for (int i = 0; i < 6; ++i) {
+            const auto note = static_cast<std::size_t>(2 + i % 3);
+            add(at + (2 + i) * step, step * 0.9, bar[note], 70 + 8 * (i % 3), 0);
+        }
+    }
+    return notes;
+}
+
+/// The visualiser, `elapsed` seconds into the prelude. The engine sounds what falls due.
+SnapshotScene playing(const QString &name, double elapsed, const QByteArrayList &last = {})
+{
+    return {.name = name,
+        .steps = {{0,
+                      {"name Kelo|Ann", "buttons 108 107 105 103 101 100 98 96 95 93",
+                          "rollnew Prelude in C", prelude(), "rollstart 0 25.6"}},
+            {elapsed - 0.25, {}}},
+        .shown = {{0.05, {"out 48 58", "out 52 64"}}, {0.15, {"out 67 90"}}, {0.05, last}, {0, {}}},
+        .sizes = pictureSizes};
+}
+
+SnapshotScene flash(const QString &name, const QByteArray &line)
+{
+    return {
+        .name = name, .steps = followedBy(evening("teach"), {1, {line}}), .shown = {{0.05, {}}}};
+}
+
+/// The middle of a sentence, at a word of its second line.
+SnapshotScene speaking(const QString &name, bool large)
+{
+    return {.name = name,
+        .steps = followedBy(evening("teach"),
+            {1,
+                {"say We take it hand by hand, two bars at a time. Listen to the right hand "
+                 "first, then play it back to me as slowly as you like."}}),
+        .shown = {{0.5, {"word 49 6 300"}}, {0.3, {"word 56 2 150"}}, {0.15, {"word 59 3 150"}},
+            {0.15, {"word 63 5 300"}}, {0.35, {}}},
+        .large = large,
+        .sizes = pictureSizes};
+}
+
 } // namespace
 
 std::vector<SnapshotScene> snapshotScenes()
 {
     std::vector<SnapshotScene> scenes{
+        {.name = u"visualiser"_s,
+            .steps = {{0, {"name Kelo|Ann", "window visual 1"}}},
+            .shown = {{1, {}}},
+            .sizes = pictureSizes},
+        playing(u"visualiser-early"_s, 3.45),
+        playing(u"visualiser-late"_s, 16.05, {"say Now the left hand alone, and a little softer."}),
+        playing(u"visualiser-paused"_s, 8.05, {"paused 1"}),
+        {.name = u"visualiser-offline"_s, .steps = {{0, {"window visual 1"}}}, .offline = true},
+        {.name = u"visualiser-duet"_s,
+            .steps = {{0, {"buttons 108 107 105 103 101 100 98 96 95 93", "window visual 1"}}},
+            .shown = {{0.1, {"on 48 96", "out 60 80"}}, {0.2, {"on 60 110", "on 64 70"}},
+                {0.3, {"on 67 90", "out 72 90"}}, {0.25, {"on 48 0", "out 72 0"}}, {0.4, {}}},
+            .sizes = pictureSizes},
+        {.name = u"console-playing"_s,
+            .steps = evening("idle"),
+            .shown = {{0.1, {"on 48 96", "out 60 80", "out 61 80"}},
+                {0.3, {"on 60 110", "on 108 70"}}, {0.3, {"on 67 90", "on 66 60"}},
+                {0.2, {"on 48 0"}}, {0.5, {}}},
+            .sizes = pictureSizes},
+        speaking(u"caption"_s, false),
+        speaking(u"caption-large"_s, true),
+        {.name = u"caption-fading"_s,
+            .steps = evening("idle"),
+            .shown = {{1, {"say Good evening, Ann."}}, {1, {"done"}}, {2.8, {}}}},
+        flash(u"flash-beat"_s, "beat 0"),
+        flash(u"flash-good"_s, "flash good"),
+        flash(u"flash-wrong"_s, "flash wrong"),
         {.name = u"console"_s, .steps = evening("idle")},
         {.name = u"console-compose"_s, .steps = evening("compose")},
         {.name = u"console-teach"_s, .steps = evening("teach")},

@@ -17,7 +17,9 @@ struct SnapshotStep {
 /// One screen of the picture book.
 struct SnapshotScene {
     QString name; ///< the picture's file name begins with it
-    std::vector<SnapshotStep> steps;
+    std::vector<SnapshotStep> steps; ///< what came before the window
+    std::vector<SnapshotStep> shown{}; ///< what it sees; the screen stays the same
+    bool large = false; ///< large captions
     bool offline = false; ///< the engine is gone for good
     int question = 0; ///< the first-run question that shows, when one does
     double scale = 1; ///< how large all is drawn

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Kelo.Hud
 
-// The main screen: header, three columns, keyboard.
+// The main screen: header, caption, three columns, keyboard.
 ColumnLayout {
     id: console_
 
@@ -19,6 +19,26 @@ ColumnLayout {
     Header {
         Layout.fillWidth: true
         link: console_.link
+    }
+
+    // What is said, and while nothing is, what one could ask for.
+    Item {
+        Layout.fillWidth: true
+        Layout.preferredHeight: console_.link.large ? 92 : 60
+
+        TrySaying {
+            anchors.fill: parent
+            link: console_.link
+            voice: console_.voice
+            visible: !said.item?.shown
+        }
+
+        Loader {
+            id: said
+
+            anchors.fill: parent
+            sourceComponent: console_.caption
+        }
     }
 
     RowLayout {
@@ -49,7 +69,7 @@ ColumnLayout {
             Loader {
                 id: coreSlot
 
-                readonly property real side: Math.min(centre.width, centre.height * 0.46, 420)
+                readonly property real side: Math.min(centre.width, centre.height * 0.5, 560)
                 readonly property bool fits: active && side >= 140
 
                 anchors.horizontalCenter: parent.horizontalCenter
@@ -60,20 +80,9 @@ ColumnLayout {
                 sourceComponent: console_.core
             }
 
-            Loader {
-                id: captionSlot
-
+            Panel {
                 anchors.top: coreSlot.bottom
                 anchors.topMargin: coreSlot.fits ? console_.gap : 0
-                width: parent.width
-                height: !active ? 0 : console_.link.large ? 104 : 76
-                active: console_.caption !== null
-                sourceComponent: console_.caption
-            }
-
-            Panel {
-                anchors.top: captionSlot.bottom
-                anchors.topMargin: coreSlot.active || captionSlot.active ? console_.gap : 0
                 anchors.bottom: parent.bottom
                 width: parent.width
                 title: qsTr("CONVERSATION")

@@ -12,7 +12,7 @@ Item {
 
     property Component backdrop // behind everything
     property Component core // square, above the conversation
-    property Component caption // one or two lines under the core
+    property Component caption // one or two lines under the header; says by `shown` whether it shows
     property Component keyStrip // above the legend of the piano's command keys
     property Component visualiserScreen
     property Component welcomeScreen

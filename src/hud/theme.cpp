@@ -1,6 +1,8 @@
 #include "hud/theme.h"
 
-#include <QFontDatabase>
+#include "visual/mono.h"
+#include "visual/palette.h"
+
 #include <QQmlEngine>
 #include <QSettings>
 
@@ -27,33 +29,32 @@ Hud *Hud::create(QQmlEngine *, QJSEngine *)
 
 QColor Hud::bg()
 {
-    return QColor::fromRgbF(0.008F, 0.022F, 0.014F);
+    return colours::bg.toQColor();
 }
 
 QColor Hud::panel()
 {
-    return QColor::fromRgbF(0.02F, 0.07F, 0.045F);
+    return colours::panel.toQColor();
 }
 
 QColor Hud::green()
 {
-    return QColor::fromRgbF(0.22F, 1.0F, 0.53F);
+    return colours::green.toQColor();
 }
 
 QColor Hud::faint()
 {
-    return QColor::fromRgbF(0.06F, 0.24F, 0.14F);
+    return colours::faint.toQColor();
 }
 
 QColor Hud::soft() const
 {
-    return contrast_ ? QColor::fromRgbF(0.96F, 1.0F, 0.97F) : QColor::fromRgbF(0.55F, 1.0F, 0.78F);
+    return TextColours::of(contrast_).soft.toQColor();
 }
 
 QColor Hud::dim() const
 {
-    return contrast_ ? QColor::fromRgbF(0.72F, 0.95F, 0.82F)
-                     : QColor::fromRgbF(0.24F, 0.68F, 0.43F);
+    return TextColours::of(contrast_).dim.toQColor();
 }
 
 void Hud::setContrast(bool on)
@@ -66,10 +67,7 @@ void Hud::setContrast(bool on)
 
 QFont Hud::mono(double size, int weight, double tracking)
 {
-    QFont font(QFontDatabase::systemFont(QFontDatabase::FixedFont).family());
-    font.setStyleHint(QFont::Monospace);
-    font.setPixelSize(qRound(size));
-    font.setWeight(static_cast<QFont::Weight>(weight));
+    QFont font = kelo::mono(size, static_cast<QFont::Weight>(weight));
     font.setLetterSpacing(QFont::AbsoluteSpacing, tracking);
     return font;
 }

@@ -23,6 +23,8 @@ Item {
             text: modelData.text
             textFormat: Text.PlainText
             color: modelData.colour
+            style: Text.Outline // what moves behind it does not blur it
+            styleColor: "#020604"
             font: modelData.font
             horizontalAlignment: modelData.centred ? Text.AlignHCenter : Text.AlignLeft
             wrapMode: several ? Text.WordWrap : Text.NoWrap

@@ -62,7 +62,7 @@ void CaptionDrawing::linkSet(Link *link)
         return;
     for (const auto changed : {&Link::captionChanged, &Link::captionLiveChanged,
              &Link::largeChanged, &Link::contrastChanged})
-        connect(link, changed, this, &QQuickItem::polish);
+        connect(link, changed, this, &CaptionDrawing::wake);
 }
 
 double CaptionDrawing::rate() const
@@ -102,7 +102,7 @@ CaptionDrawing::Picture CaptionDrawing::write(const CaptionLine &line, const Pic
 {
     if (line.text.isEmpty())
         return nullptr;
-    const double pixels = window() ? window()->effectiveDevicePixelRatio() : 1;
+    const double pixels = pixelsPerPoint();
     if (old && old->line == line && old->font == font_ && old->width == width()
         && old->pixels == pixels)
         return old;

@@ -5,7 +5,7 @@ namespace kelo {
 void FlashFrame::linkSet(Link *link)
 {
     if (link)
-        connect(link, &Link::flashAtChanged, this, &QQuickItem::polish);
+        connect(link, &Link::flashAtChanged, this, &FlashFrame::wake);
 }
 
 bool FlashFrame::advance(Link &link, double now)

@@ -14,6 +14,7 @@ namespace {
 
 constexpr double slow = 30; // frames a second, up to which a timer serves
 constexpr double verySlow = 10; // up to which it need not be precise
+constexpr const char *coveredProperty = "keloCovered";
 constexpr double tolerance = 0.1; // of the time between frames
 
 } // namespace
@@ -63,6 +64,7 @@ bool FramePacer::eventFilter(QObject *object, QEvent *event)
     case QEvent::Show:
     case QEvent::Hide:
     case QEvent::WindowStateChange:
+    case QEvent::DynamicPropertyChange:
         // The window itself has not seen the event yet.
         QMetaObject::invokeMethod(this, &FramePacer::apply, Qt::QueuedConnection);
         break;
@@ -72,10 +74,15 @@ bool FramePacer::eventFilter(QObject *object, QEvent *event)
     return QObject::eventFilter(object, event);
 }
 
+void FramePacer::setCovered(QQuickWindow &window, bool covered)
+{
+    window.setProperty(coveredProperty, covered);
+}
+
 bool FramePacer::canBeSeen() const
 {
-    return window_ && item_.isVisible() && window_->isExposed()
-        && !(window_->windowStates() & Qt::WindowMinimized);
+    return window_ && !window_->property(coveredProperty).toBool() && item_.isVisible()
+        && window_->isExposed() && !(window_->windowStates() & Qt::WindowMinimized);
 }
 
 void FramePacer::setRate(double rate)

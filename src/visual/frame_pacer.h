@@ -17,6 +17,10 @@ public:
     explicit FramePacer(QQuickItem &item);
     ~FramePacer() override;
 
+    /// Says that other windows cover all of `window`, which neither it nor its items can tell.
+    static void setCovered(QQuickWindow &window, bool covered);
+
+    [[nodiscard]] bool canBeSeen() const;
     /// Frames a second; 0 for none. Takes effect at once.
     void setRate(double rate);
     /// Seconds that the item's screen shows a frame.
@@ -32,7 +36,6 @@ private:
     class Beat;
 
     void setWindow(QQuickWindow *window);
-    [[nodiscard]] bool canBeSeen() const;
     void apply();
     void beat();
 

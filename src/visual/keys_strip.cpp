@@ -72,7 +72,7 @@ public:
         } else if (link_.played.contains(pitch)) {
             sprites_.push_back(fill(left, keysTop, wide, tall, text_.soft.faded(0.35)));
         }
-        outline(sprites_, left, 0, wide, tall, 1, colours::faint.faded(0.75));
+        outline(sprites_, left, 0, wide, tall, 1, colours::shade.faded(0.75));
         if (!link_.buttons.contains(pitch))
             return;
         if (!isHeld)
@@ -90,7 +90,7 @@ public:
             : link_.played.contains(pitch)               ? text_.dim
                                                          : colours::bg;
         sprites_.push_back(fill(left, keysTop, wide, tall, colour));
-        outline(sprites_, left, height_ - keysTop - tall, wide, tall, 1, colours::faint);
+        outline(sprites_, left, height_ - keysTop - tall, wide, tall, 1, colours::shade);
     }
 
     [[nodiscard]] Label commandLabel(qsizetype place) const

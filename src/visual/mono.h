@@ -4,8 +4,8 @@
 
 namespace kelo {
 
-/// The one face of the display: the system's fixed-pitch one. `size` is in points of the screen,
-/// which are device-independent pixels here.
+/// The one face of the display: the system's fixed-width one, `size` device-independent pixels
+/// high (whole ones: the font engine knows no others).
 [[nodiscard]] QFont mono(double size, QFont::Weight weight = QFont::Normal);
 
 } // namespace kelo

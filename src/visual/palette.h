@@ -13,7 +13,7 @@ inline constexpr Colour green{0.22F, 1.0F, 0.53F}; ///< the accent
 inline constexpr Colour faint{0.06F, 0.24F, 0.14F}; ///< rules and quiet outlines
 inline constexpr Colour soft{0.55F, 1.0F, 0.78F};
 inline constexpr Colour pale{0.80F, 1.0F, 0.90F}; ///< the hottest light
-inline constexpr Colour shade{0.11F, 0.48F, 0.27F};
+inline constexpr Colour shade{0.11F, 0.48F, 0.27F}; ///< outlines that must be seen
 inline constexpr Colour teal{0.2F, 0.7F, 0.68F}; ///< the second voice
 
 } // namespace colours

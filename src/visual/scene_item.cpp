@@ -48,6 +48,12 @@ void SceneItem::refresh()
     pace();
 }
 
+void SceneItem::wake()
+{
+    if (pacer_.canBeSeen())
+        polish();
+}
+
 void SceneItem::componentComplete()
 {
     SpriteItem::componentComplete();

@@ -47,6 +47,8 @@ protected:
     virtual void linkSet(Link * /*link*/) { }
 
     [[nodiscard]] const FramePacer &pacer() const { return pacer_; }
+    /// Has the scene look at the link again soon, if it can be seen.
+    void wake();
 
     void componentComplete() override;
     void updatePolish() override;

@@ -8,6 +8,8 @@
 #include <QSGImageNode>
 #include <QSGRendererInterface>
 
+#include <cmath>
+
 namespace kelo {
 
 SpriteItem::SpriteItem(QQuickItem *parent)
@@ -24,7 +26,10 @@ bool SpriteItem::drawsInSoftware() const
 
 double SpriteItem::pixelsPerPoint() const
 {
-    return window() ? window()->effectiveDevicePixelRatio() : 1;
+    if (!window())
+        return 1;
+    const QPointF point = mapToScene({1, 0}) - mapToScene({0, 0});
+    return std::hypot(point.x(), point.y()) * window()->effectiveDevicePixelRatio();
 }
 
 QSGNode *SpriteItem::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)

@@ -23,12 +23,13 @@ protected:
     virtual void paint(QPainter &painter) const;
 
     [[nodiscard]] bool drawsInSoftware() const;
+    /// Of the screen, for one point of the item as it is magnified now.
+    [[nodiscard]] double pixelsPerPoint() const;
 
     QSGNode *updatePaintNode(QSGNode *old, UpdatePaintNodeData *) override;
 
 private:
     QSGNode *updatePaintedNode(QSGNode *old);
-    [[nodiscard]] double pixelsPerPoint() const;
 };
 
 } // namespace kelo
