@@ -5,7 +5,7 @@ import Kelo.Hud
 Pressable {
     id: choice
 
-    property real size: 14
+    property real size: 18
     property string mark: checked ? "●" : "○" // so that no choice goes by its colour alone
 
     leftPadding: 10

@@ -11,7 +11,7 @@ Flow {
     required property list<string> texts
     property list<string> labels: texts // what screen readers call them
     property int current: -1
-    property real size: 14
+    property real size: 18
     property bool marked: true
     property real cell: 0 // least width of each
 

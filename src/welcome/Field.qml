@@ -10,7 +10,7 @@ FocusScope {
 
     signal edited(string text)
 
-    implicitHeight: 52
+    implicitHeight: 56
 
     Rectangle {
         anchors.fill: parent
@@ -42,7 +42,7 @@ FocusScope {
         selectionColor: Hud.green
         selectedTextColor: Hud.bg
         selectByMouse: true
-        font: Hud.mono(20)
+        font: Hud.mono(22)
         verticalAlignment: TextInput.AlignVCenter
         onTextEdited: field.edited(text)
 

@@ -30,13 +30,14 @@ Pressable {
             HudText {
                 width: parent.width
                 text: toggle.title
-                font: Hud.mono(16, Font.Bold)
+                font: Hud.mono(18, Font.Bold)
                 wrapMode: Text.Wrap
             }
 
             HudText {
                 width: parent.width
                 text: toggle.description
+                font: Hud.mono(14)
                 wrapMode: Text.Wrap
             }
         }

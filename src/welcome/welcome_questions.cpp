@@ -178,6 +178,14 @@ void WelcomeQuestions::tell(Focus kind, const QString &choice)
         Q_EMIT choiceAnnounced(choice);
 }
 
+void WelcomeQuestions::moved(bool gained, Focus place)
+{
+    if (!gained && focus_ != place)
+        return; // it has gone on already
+    focus_ = gained ? place : Nowhere;
+    Q_EMIT focusChanged();
+}
+
 // ---- keys ----
 
 bool WelcomeQuestions::key(int key)

@@ -30,7 +30,7 @@ class WelcomeQuestions : public QObject {
     Q_PROPERTY(QList<QString> names READ names CONSTANT)
     Q_PROPERTY(QList<QString> months READ months CONSTANT)
     Q_PROPERTY(QList<QString> monthNames READ monthNames CONSTANT)
-    Q_PROPERTY(Focus focus MEMBER focus_ NOTIFY focusChanged)
+    Q_PROPERTY(Focus focus READ focus NOTIFY focusChanged)
 
 public:
     /// Where the keyboard focus is: nowhere in particular, in a text field, among the choices of
@@ -57,6 +57,7 @@ public:
     [[nodiscard]] QString title() const { return current().title; }
     [[nodiscard]] QString sub() const { return current().sub; }
     [[nodiscard]] QString hint() const { return current().hint; }
+    [[nodiscard]] Focus focus() const { return focus_; }
     /// What the button says that goes on from here.
     [[nodiscard]] QString goOnLabel() const;
     /// The chosen birthday in words.
@@ -77,6 +78,9 @@ public:
     Q_INVOKABLE void chooseName(int index);
     Q_INVOKABLE void chooseMonth(int number);
     Q_INVOKABLE void chooseDay(int number);
+
+    /// The keyboard focus came to `place` or left it.
+    Q_INVOKABLE void moved(bool gained, kelo::WelcomeQuestions::Focus place);
 
     /// A key that went down anywhere in the window: true when it meant something here, otherwise
     /// it belongs to the control with the keyboard focus.

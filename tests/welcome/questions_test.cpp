@@ -258,10 +258,10 @@ void QuestionsTest::leavesTheOtherKeysToTheControls()
         QVERIFY(!consumes(key));
     questions_->setAnswers({.custom = u"bob"_s});
     QVERIFY2(!consumes(Qt::Key_Left), "it moves among the letters typed");
-    questions_->setProperty("focus", WelcomeQuestions::NameChoices);
+    questions_->moved(true, WelcomeQuestions::NameChoices);
     QVERIFY(consumes(Qt::Key_Left));
     QCOMPARE(questions_->answers().chosen(), u"Aria"_s);
-    questions_->setProperty("focus", WelcomeQuestions::OnButton);
+    questions_->moved(true, WelcomeQuestions::OnButton);
     QVERIFY2(!consumes(Qt::Key_Return), "it presses the button");
 }
 
@@ -271,7 +271,7 @@ void QuestionsTest::putsTheFocusIntoTheField()
     using Focus = WelcomeQuestions::Focus;
     QList<Focus> fields;
     connect(questions_.get(), &WelcomeQuestions::asked, this,
-        [&] { fields += questions_->property("focus").value<Focus>(); });
+        [&] { fields += questions_->focus(); });
     press(link_->link(), "NNNNNN");
     QCOMPARE(fields,
         (QList<Focus>{Focus::NameField, Focus::OwnNameField, Focus::TownField, Focus::Nowhere,

@@ -1,0 +1,18 @@
+import QtQuick
+import Kelo.Welcome
+
+Answer {
+    id: answer
+
+    field: name
+
+    Field {
+        id: name
+
+        width: parent.width
+        placeholder: qsTr("Your name")
+        text: answer.questions.answers.name
+        onEdited: text => answer.questions.answers.name = text
+        onActiveFocusChanged: answer.questions.moved(activeFocus, WelcomeQuestions.NameField)
+    }
+}
