@@ -2,8 +2,9 @@ import QtQuick
 import QtQuick.Layouts
 import Kelo.Hud
 
-// The main screen: header, caption, three columns, keyboard.
-ColumnLayout {
+// The main screen: header, caption, three columns, keyboard. Where it is too narrow for columns, in
+// a small window or with all drawn large, they stand one below the other and all of it scrolls.
+Scroller {
     id: console_
 
     required property Link link
@@ -13,82 +14,118 @@ ColumnLayout {
     property Component keyStrip
 
     readonly property int gap: 14
+    readonly property bool stacked: width < 800
 
-    spacing: gap
+    inset: 6
+    sideInset: 6
 
-    Header {
-        Layout.fillWidth: true
-        link: console_.link
-    }
+    ColumnLayout {
+        id: all
 
-    // What is said, and while nothing is, what one could ask for.
-    Item {
-        Layout.fillWidth: true
-        Layout.preferredHeight: console_.link.large ? 92 : 60
-
-        TrySaying {
-            anchors.fill: parent
-            link: console_.link
-            voice: console_.voice
-            visible: !said.item?.shown
-        }
-
-        Loader {
-            id: said
-
-            anchors.fill: parent
-            sourceComponent: console_.caption
-        }
-    }
-
-    RowLayout {
-        id: columns
-
-        Layout.fillWidth: true
-        Layout.fillHeight: true
+        width: parent.width
+        height: console_.stacked ? implicitHeight : console_.height - 2 * console_.inset
         spacing: console_.gap
 
-        Panel {
-            Layout.fillHeight: true
-            Layout.preferredWidth: Math.max(230, Math.min(340, console_.width * 0.21))
-            title: qsTr("SYSTEMS")
+        Header {
+            Layout.fillWidth: true
+            link: console_.link
+        }
 
-            StatusColumn {
+        // What is said, and while nothing is, what one could ask for.
+        Item {
+            Layout.fillWidth: true
+            Layout.preferredHeight: (console_.link.large ? 92 : 60) * (console_.stacked ? 2 : 1)
+
+            TrySaying {
                 anchors.fill: parent
                 link: console_.link
                 voice: console_.voice
+                visible: !said.item?.shown
+            }
+
+            Loader {
+                id: said
+
+                anchors.fill: parent
+                sourceComponent: console_.caption
             }
         }
 
-        Item {
-            id: centre
+        GridLayout {
+            id: columns
 
             Layout.fillWidth: true
             Layout.fillHeight: true
+            columns: console_.stacked ? 1 : 3
+            columnSpacing: console_.gap
+            rowSpacing: console_.gap
 
-            Loader {
-                id: coreSlot
+            Panel {
+                Layout.fillWidth: console_.stacked
+                Layout.fillHeight: true
+                Layout.preferredWidth: Math.max(230, Math.min(340, console_.width * 0.21))
+                Layout.minimumHeight: console_.stacked ? implicitHeight : 0
+                title: qsTr("SYSTEMS")
+                contentHeight: systems.contentHeight
 
-                readonly property real side: Math.min(centre.width, centre.height * 0.5, 560)
-                readonly property bool fits: active && side >= 140
+                StatusColumn {
+                    id: systems
 
-                anchors.horizontalCenter: parent.horizontalCenter
-                width: side
-                height: fits ? side : 0
-                visible: fits
-                active: console_.core !== null
-                sourceComponent: console_.core
+                    anchors.fill: parent
+                    link: console_.link
+                    voice: console_.voice
+                }
+            }
+
+            Item {
+                id: centre
+
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                Layout.minimumHeight: console_.stacked ? 140 : 0
+
+                Loader {
+                    id: coreSlot
+
+                    readonly property real side: Math.min(centre.width, centre.height * 0.5, 560)
+                    readonly property bool fits: active && side >= 140 && !console_.stacked
+
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    width: side
+                    height: fits ? side : 0
+                    visible: fits
+                    active: console_.core !== null
+                    sourceComponent: console_.core
+                }
+
+                Panel {
+                    anchors.top: coreSlot.bottom
+                    anchors.topMargin: coreSlot.fits ? console_.gap : 0
+                    anchors.bottom: parent.bottom
+                    width: parent.width
+                    title: qsTr("CONVERSATION")
+                    note: qsTr("Mode: %1").arg(console_.link.modeName)
+
+                    VoiceLog {
+                        anchors.fill: parent
+                        link: console_.link
+                    }
+                }
             }
 
             Panel {
-                anchors.top: coreSlot.bottom
-                anchors.topMargin: coreSlot.fits ? console_.gap : 0
-                anchors.bottom: parent.bottom
-                width: parent.width
-                title: qsTr("CONVERSATION")
-                note: qsTr("Mode: %1").arg(console_.link.modeName)
+                readonly property int wanted: console_.width >= 2900 ? 3 : console_.width >= 1800 ? 2 : 1
 
-                VoiceLog {
+                Layout.fillWidth: console_.stacked
+                Layout.fillHeight: true
+                Layout.preferredWidth: Math.max(296, Math.min(430 * wanted, console_.width * 0.34))
+                Layout.minimumHeight: console_.stacked ? implicitHeight : 0
+                title: qsTr("COMMANDS")
+                contentHeight: commands.contentHeight
+
+                CommandList {
+                    id: commands
+
                     anchors.fill: parent
                     link: console_.link
                 }
@@ -96,43 +133,30 @@ ColumnLayout {
         }
 
         Panel {
-            readonly property int wanted: console_.width >= 2900 ? 3 : console_.width >= 1800 ? 2 : 1
+            Layout.fillWidth: true
+            title: qsTr("KEYBOARD  //  88 KEYS")
+            contentHeight: keyboard.height + 24
 
-            Layout.fillHeight: true
-            Layout.preferredWidth: Math.max(296, Math.min(430 * wanted, console_.width * 0.34))
-            title: qsTr("COMMANDS")
+            Column {
+                id: keyboard
 
-            CommandList {
-                anchors.fill: parent
-                link: console_.link
-            }
-        }
-    }
+                x: 15
+                y: 12
+                width: parent.width - 30
+                spacing: 12
 
-    Panel {
-        Layout.fillWidth: true
-        title: qsTr("KEYBOARD  //  88 KEYS")
-        contentHeight: keyboard.height + 24
+                Loader {
+                    width: parent.width
+                    height: Math.max(106, Math.min(180, console_.height * 0.17))
+                    active: console_.keyStrip !== null && (console_.stacked || console_.height >= 500)
+                    visible: active
+                    sourceComponent: console_.keyStrip
+                }
 
-        Column {
-            id: keyboard
-
-            x: 15
-            y: 12
-            width: parent.width - 30
-            spacing: 12
-
-            Loader {
-                width: parent.width
-                height: Math.max(106, Math.min(180, console_.height * 0.17))
-                active: console_.keyStrip !== null && console_.height >= 500
-                visible: active
-                sourceComponent: console_.keyStrip
-            }
-
-            Legend {
-                width: parent.width
-                mode: console_.link.mode
+                Legend {
+                    width: parent.width
+                    mode: console_.link.mode
+                }
             }
         }
     }

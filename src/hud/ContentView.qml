@@ -56,6 +56,7 @@ Item {
             anchors.bottom: parent.bottom
             x: 20
             width: parent.width - 40
+            mostNotes: Math.min(96, view.height * 0.16)
             link: view.link
         }
     }
@@ -70,7 +71,7 @@ Item {
 
             Console {
                 anchors.fill: parent
-                anchors.margins: 20
+                anchors.margins: 14
                 link: view.link
                 voice: view.voice
                 core: view.core

@@ -3,13 +3,15 @@ import QtQuick.Layouts
 import Kelo.Hud
 
 // Who is here, whether it runs, and the two things that have a screen or a dialog of their own.
-RowLayout {
+GridLayout {
     id: header
 
     required property Link link
     readonly property bool online: link.state === "ONLINE"
 
-    spacing: 16
+    columns: width >= 740 ? 4 : width >= 440 ? 2 : 1
+    columnSpacing: 16
+    rowSpacing: 10
 
     ColumnLayout {
         spacing: 2

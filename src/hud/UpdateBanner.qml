@@ -6,6 +6,7 @@ Item {
     id: banner
 
     required property Link link
+    property real mostNotes: 96 // what of the notes shows without scrolling
 
     // While the banner leaves it still names what it offered.
     property string version
@@ -55,7 +56,7 @@ Item {
 
         Scroller {
             width: parent.width
-            height: Math.min(contentHeight, 96)
+            height: Math.min(contentHeight, banner.mostNotes)
             inset: 0
             sideInset: 0
             visible: banner.notes !== ""
