@@ -19,6 +19,9 @@ Arguments Arguments::read(const QStringList &list)
     read.hidden = list.contains(u"--hidden"_s);
     read.quick = list.contains(u"--quick"_s);
     read.snapshotFolder = following(u"--snapshot"_s);
+    const QString names = list.value(list.indexOf(u"--snapshot"_s) + 2);
+    if (read.snapshotFolder && !names.startsWith(u'-'))
+        read.snapshotNames = names;
     read.wakeTestReport = following(u"--wake-test"_s);
     read.wakeTestName = list.value(list.indexOf(u"--wake-test"_s) + 2, u"Kelo"_s);
     return read;

@@ -13,6 +13,7 @@ struct Arguments {
     bool hidden = false; ///< start with the main window hidden
     bool quick = false; ///< the wake test ends after its plain pass
     std::optional<QString> snapshotFolder; ///< render every screen into this folder and end
+    QString snapshotNames; ///< only those screens whose names begin with this
     std::optional<QString> wakeTestReport; ///< measure how well the name is heard, into this file
     QString wakeTestName;
 

@@ -123,7 +123,7 @@ bool writeScene(const QDir &folder, const SnapshotScene &scene, bool contrast, Q
 
 } // namespace
 
-int writeSnapshots(const QString &folder)
+int writeSnapshots(const QString &folder, const QString &names)
 {
     const QDir target(folder);
     if (!target.mkpath(u"."_s)) {
@@ -131,6 +131,8 @@ int writeSnapshots(const QString &folder)
         return 1;
     }
     for (const SnapshotScene &scene : snapshotScenes()) {
+        if (!scene.name.startsWith(names))
+            continue;
         for (const bool contrast : {false, true}) {
             for (const QSize size : scene.sizes) {
                 if (!writeScene(target, scene, contrast, size))

@@ -18,10 +18,11 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr const char *usage =
-    R"(Usage: kelo [--hidden] [--snapshot FOLDER] [--help] [--version]
+    R"(Usage: kelo [--hidden] [--snapshot FOLDER [NAME]] [--help] [--version]
 
   --hidden            start with the main window hidden
-  --snapshot FOLDER   write a picture of every screen into FOLDER and end
+  --snapshot FOLDER   write a picture of every screen into FOLDER and end;
+                      with NAME only of those whose names begin with it
   --help              show this and end
   --version           show the version and end
 )";
@@ -68,6 +69,6 @@ extern "C" int zu_main(int argc, char **argv)
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setDesktopFileName(u"app.kelo.assistant"_s);
     if (arguments.snapshotFolder)
-        return kelo::writeSnapshots(*arguments.snapshotFolder);
+        return kelo::writeSnapshots(*arguments.snapshotFolder, arguments.snapshotNames);
     return runDisplay(arguments);
 }

@@ -25,7 +25,10 @@ void LaunchTest::readsTheCommandLine()
     QCOMPARE(all.snapshotFolder, u"out"_s);
     QVERIFY(!all.wakeTestReport);
 
+    QCOMPARE(all.snapshotNames, QString());
     QVERIFY(!Arguments::read({u"--snapshot"_s}).snapshotFolder);
+    const auto some = Arguments::read({u"--snapshot"_s, u"out"_s, u"console"_s});
+    QCOMPARE(some.snapshotNames, u"console"_s);
     QVERIFY(!Arguments::read({u"--wake-test"_s}).wakeTestReport);
 
     const auto unnamed = Arguments::read({u"--wake-test"_s, u"report.txt"_s});

@@ -95,7 +95,8 @@ void ShellTest::menuShortcutsNeverReachTheEngine()
     QTRY_VERIFY(!window()->isVisible());
     delegate_->showWindow();
     QTest::keyClick(window(), Qt::Key_N);
-    QTRY_COMPARE(link_->engine.input(), QByteArray("~bg\nn"));
+    QTRY_VERIFY(link_->engine.input().endsWith("\nn"));
+    QVERIFY(link_->engine.input().startsWith("~bg\n"));
 }
 
 void ShellTest::tellsTheEngineOnceThatItGoesOnInTheBackground()
@@ -108,7 +109,8 @@ void ShellTest::tellsTheEngineOnceThatItGoesOnInTheBackground()
         QVERIFY(!delegate_->mainWindowHidden());
     }
     link_->link().send(u"~done\n"_s);
-    QTRY_COMPARE(link_->engine.input(), QByteArray("~bg\n~done\n"));
+    QTRY_VERIFY(link_->engine.input().endsWith("~done\n"));
+    QCOMPARE(link_->engine.input().count("~bg\n"), 1);
 }
 
 void ShellTest::comesBackWhereItWas()
@@ -137,7 +139,9 @@ void ShellTest::followsTheEngineWithItsWindow()
     link_->say({"welcome"});
     QVERIFY(window()->isVisible());
     link_->say({"window login 1"});
-    QTRY_COMPARE(link_->engine.input(), QByteArray("~login failed\n"));
+    QTRY_VERIFY(link_->engine.input().endsWith("~login on\n"));
+    link_->say({"window login 0"});
+    QTRY_VERIFY(link_->engine.input().endsWith("~login off\n"));
 }
 
 void ShellTest::startsHiddenWhenAsked()
