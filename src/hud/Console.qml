@@ -14,6 +14,10 @@ ColumnLayout {
 
     readonly property int gap: 14
 
+    // Room for the longest line of a caption, wrapped.
+    readonly property int letter: link.large ? 36 : 24
+    readonly property real captionHeight: Math.max(44, Math.ceil(86 * 0.602 * letter / width) * letter * 1.17 + 4)
+
     spacing: gap
 
     Header {
@@ -24,7 +28,7 @@ ColumnLayout {
     // What is said, and while nothing is, what one could ask for.
     Item {
         Layout.fillWidth: true
-        Layout.preferredHeight: console_.link.large ? 92 : 60
+        Layout.preferredHeight: console_.captionHeight
 
         TrySaying {
             anchors.fill: parent
@@ -69,7 +73,7 @@ ColumnLayout {
             Loader {
                 id: coreSlot
 
-                readonly property real side: Math.min(centre.width, centre.height * 0.5, 560)
+                readonly property real side: Math.min(centre.width, centre.height * 0.56, 560)
                 readonly property bool fits: active && side >= 140
 
                 anchors.horizontalCenter: parent.horizontalCenter
@@ -125,7 +129,7 @@ ColumnLayout {
             Loader {
                 width: parent.width
                 height: Math.max(106, Math.min(180, console_.height * 0.17))
-                active: console_.keyStrip !== null && console_.height >= 500
+                active: console_.keyStrip !== null && console_.height - console_.captionHeight >= 450
                 visible: active
                 sourceComponent: console_.keyStrip
             }
