@@ -22,17 +22,25 @@ Scroller {
     ColumnLayout {
         id: all
 
+        // What leaves the columns enough height to read in.
+        readonly property real least: header.implicitHeight + speech.Layout.preferredHeight
+            + keys.implicitHeight + 3 * spacing + 150
+
         width: parent.width
-        height: console_.stacked ? implicitHeight : console_.height - 2 * console_.inset
+        height: console_.stacked ? implicitHeight : Math.max(least, console_.height - 2 * console_.inset)
         spacing: console_.gap
 
         Header {
+            id: header
+
             Layout.fillWidth: true
             link: console_.link
         }
 
         // What is said, and while nothing is, what one could ask for.
         Item {
+            id: speech
+
             Layout.fillWidth: true
             Layout.preferredHeight: (console_.link.large ? 92 : 60) * (console_.stacked ? 2 : 1)
 
@@ -133,6 +141,8 @@ Scroller {
         }
 
         Panel {
+            id: keys
+
             Layout.fillWidth: true
             title: qsTr("KEYBOARD  //  88 KEYS")
             contentHeight: keyboard.height + 24
