@@ -1,31 +1,356 @@
 #include "voice/voice_control.h"
 
+#include "link/paths.h"
+#include "voice/permissions.h"
+#include "voice/transcript.h"
+
 #include <QCoreApplication>
+#include <QFile>
 #include <QLoggingCategory>
+#include <QTime>
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
 
 Q_LOGGING_CATEGORY(voiceLog, "kelo.voice")
 
 namespace kelo {
 
-VoiceControl::VoiceControl(QObject *parent)
-    : QObject(parent)
+namespace {
+
+// Seconds.
+constexpr double watchdogEvery = 40.0;
+constexpr double quietBeforeRenewal = 6.0;
+constexpr double renewalDelay = 0.4;
+constexpr double lookAgainAfter = 1.0;
+constexpr double answerWindow = 8.0;
+
+constexpr auto notReadyLine = "~speak I can't listen yet. This Mac hasn't set up speech recognition "
+                              "that stays on the Mac. Turn on Dictation in System Settings, under "
+                              "Keyboard, wait a minute for it to download, then switch my listening "
+                              "back on.\n"_L1;
+
+/// Silence, cancellation and the end of a session are no news.
+bool isExpected(const RecogniserError &error)
 {
+    static constexpr std::array codes{203, 216, 301, 1110};
+    return error.domain == "kAFAssistantErrorDomain"_L1
+        && std::find(codes.begin(), codes.end(), error.code) != codes.end();
+}
+
+} // namespace
+
+VoiceSetup VoiceSetup::ofThisProcess()
+{
+    Link &link = Link::shared();
+    return {link, [&link](const QString &line) { link.send(line); }, Permissions::ofThisSystem(),
+        Microphone::ofThisSystem(), Recogniser::ofThisSystem(), std::make_unique<QSettings>(),
+        kelo::baseDir()};
+}
+
+VoiceControl::VoiceControl(VoiceSetup setup, QObject *parent)
+    : QObject(parent)
+    , setup_(std::move(setup))
+    , wakeModel_(setup_.recogniser.get(), setup_.baseDir + "/speech-model"_L1,
+          [this](const QString &text) { log(text); })
+{
+    connect(setup_.microphone.get(), &Microphone::lost, this, &VoiceControl::lostMicrophone);
+}
+
+VoiceControl::~VoiceControl()
+{
+    setup_.microphone.reset(); // from here on nothing is captured
+    endSession();
 }
 
 VoiceControl &VoiceControl::shared()
 {
-    static auto *control = new VoiceControl(QCoreApplication::instance());
+    static auto *control
+        = new VoiceControl(VoiceSetup::ofThisProcess(), QCoreApplication::instance());
     return *control;
 }
 
+// ---- switches ----
+
 void VoiceControl::begin()
 {
-    qCInfo(voiceLog) << "there is no listening in this build";
+    status = u"ASKING PERMISSION"_s;
+    log(u"turning on"_s);
+    const int turn = ++turn_;
+    setup_.permissions->speechRecognition().then(this, [this, turn](bool allowed) {
+        if (turn != turn_)
+            return;
+        if (!allowed)
+            status = u"SPEECH NOT ALLOWED"_s;
+        log("speech recognition permission: "_L1 + (allowed ? "allowed"_L1 : "not allowed"_L1));
+        if (allowed)
+            askForMicrophone();
+    });
+}
+
+void VoiceControl::askForMicrophone()
+{
+    setup_.permissions->microphone().then(this, [this, turn = turn_](bool allowed) {
+        if (turn != turn_)
+            return;
+        log("microphone permission: "_L1 + (allowed ? "allowed"_L1 : "not allowed"_L1));
+        if (!allowed) {
+            status = u"MICROPHONE NOT ALLOWED"_s;
+            return;
+        }
+        on = true;
+        setup_.settings->setValue(u"voice"_s, true);
+        openMicrophone(false);
+    });
 }
 
 void VoiceControl::stop()
 {
+    ++turn_;
     on = false;
+    setup_.settings->setValue(u"voice"_s, false);
+    refresh_.reset();
+    retry_.reset();
+    endSession();
+    setup_.microphone->close();
+    status = u"OFF"_s;
+    level = 0;
+    log(u"turned off"_s);
+}
+
+void VoiceControl::resumeIfWanted()
+{
+    if (setup_.settings->value(u"voice"_s, false).toBool())
+        begin();
+}
+
+// ---- the microphone ----
+
+void VoiceControl::openMicrophone(bool quietly)
+{
+    const auto opened = [this] {
+        listen();
+        if (on) // listening may have found that it cannot work here
+            startWatchdog();
+    };
+    if (setup_.microphone->isOpen()) {
+        opened();
+        return;
+    }
+    using Devices = QList<MicrophoneDevice>;
+    setup_.microphone->discover().then(
+        this, [this, turn = turn_, quietly, opened](const Devices &devices) {
+            if (turn != turn_)
+                return;
+            if (attach(devices, quietly))
+                opened();
+            else
+                lookAgain();
+        });
+}
+
+/// Opens one of `devices`. While it is looked for again and again, only success is worth a line.
+bool VoiceControl::attach(const QList<MicrophoneDevice> &devices, bool quietly)
+{
+    const auto failed = [this, quietly](const QString &line) {
+        status = u"NO MICROPHONE"_s;
+        if (!quietly)
+            log(line);
+        return false;
+    };
+    if (!quietly) {
+        QStringList names;
+        for (const MicrophoneDevice &device : devices)
+            names.append(device.name);
+        log("microphones found: "_L1 + (names.isEmpty() ? u"none"_s : names.join(", "_L1)));
+    }
+    const MicrophoneDevice *device = chosenMicrophone(devices);
+    if (!device)
+        return failed(u"could not open any microphone"_s);
+    switch (setup_.microphone->open(
+        *device, [this](const AudioBuffer &buffer) { captured(buffer); })) {
+    case Microphone::Opening::NoInput:
+        return failed(u"could not open any microphone"_s);
+    case Microphone::Opening::NotAttached:
+        return failed("could not attach "_L1 + device->name);
+    case Microphone::Opening::Started:
+        break;
+    }
+    micName_ = device->name;
+    log("using microphone: "_L1 + micName_);
+    return true;
+}
+
+void VoiceControl::lookAgain()
+{
+    retry_ = std::make_unique<QObject>();
+    setup_.time.after(lookAgainAfter, retry_.get(), [this] { openMicrophone(true); });
+}
+
+void VoiceControl::lostMicrophone()
+{
+    if (!on)
+        return;
+    refresh_.reset();
+    endSession();
+    status = u"NO MICROPHONE"_s;
+    level = 0;
+    log("lost the microphone: "_L1 + micName_);
+    lookAgain();
+}
+
+// ---- sessions ----
+
+void VoiceControl::listen()
+{
+    endSession();
+    if (!on || !setup_.microphone->isOpen())
+        return;
+    if (!setup_.recogniser || !setup_.recogniser->isAvailable()) {
+        status = u"RECOGNISER UNAVAILABLE"_s;
+        log(u"the speech recogniser is not available"_s);
+        return;
+    }
+    if (!setup_.recogniser->isOnDevice()) {
+        status = u"ON-DEVICE SPEECH NOT READY"_s;
+        log(u"on-device recognition is not available: not listening"_s);
+        setup_.send(notReadyLine);
+        stop();
+        return;
+    }
+    const QString assistant = setup_.link.assistant;
+    RecognitionRequest request;
+    wakeModel_.apply(request, assistant);
+    wakeModel_.prepare(assistant, [this] { startOver(); });
+    request.contextualStrings = expectedPhrases();
+
+    consumed = 0;
+    status = u"LISTENING FOR “%1”"_s.arg(assistant.toUpper());
+    session_ = setup_.recogniser->start(
+        request, [this, session = ++sessionId_](const auto &transcript, const auto &error) {
+            QMetaObject::invokeMethod(
+                this, [=, this] { handle(session, transcript, error); }, Qt::AutoConnection);
+        });
+    const std::lock_guard lock(feeding_);
+    fed_ = session_;
+}
+
+void VoiceControl::startOver()
+{
+    if (on)
+        listen();
+}
+
+void VoiceControl::endSession()
+{
+    {
+        const std::lock_guard lock(feeding_);
+        fed_.reset();
+    }
+    if (!session_)
+        return;
+    session_->cancel();
+    session_->endAudio();
+    session_.reset();
+}
+
+QStringList VoiceControl::expectedPhrases() const
+{
+    if (!vocabulary_.isEmpty())
+        return vocabulary_;
+    const QString assistant = setup_.link.assistant;
+    return {assistant, "Hey "_L1 + assistant, u"composition"_s, u"metronome"_s, u"REAPER"_s,
+        u"Clair de Lune"_s, u"ear training"_s, u"jazz lesson"_s};
+}
+
+void VoiceControl::startWatchdog()
+{
+    refresh_ = std::make_unique<QObject>();
+    watch();
+}
+
+/// A session that has grown old is replaced, but neither while the assistant speaks nor just after
+/// words were heard.
+void VoiceControl::watch()
+{
+    setup_.time.after(watchdogEvery, refresh_.get(), [this] {
+        watch();
+        if (on && !setup_.link.speaking && setup_.time.now() - lastHeardAt_ > quietBeforeRenewal)
+            listen();
+    });
+}
+
+void VoiceControl::handle(qint64 session, const std::optional<Transcript> &transcript,
+    const std::optional<RecogniserError> &error)
+{
+    if (!on || !session_ || session != sessionId_)
+        return;
+    if (transcript) {
+        if (transcript->words != lastWords_) {
+            lastWords_ = transcript->words;
+            lastHeardAt_ = setup_.time.now();
+        }
+        if (!setup_.link.typing)
+            setup_.send(earLine(transcript->words, transcript->final));
+    }
+    if (error && !isExpected(*error)) {
+        log(u"recogniser error %1 %2: %3"_s.arg(
+            error->domain, QString::number(error->code), error->description));
+    }
+    if (error || (transcript && transcript->final))
+        renew(session);
+}
+
+void VoiceControl::renew(qint64 session)
+{
+    setup_.time.after(renewalDelay, this, [this, session] {
+        if (on && session_ && session == sessionId_)
+            listen();
+    });
+}
+
+void VoiceControl::voiceFinished()
+{
+    quietSince = setup_.time.now();
+    if (awaiting)
+        openUntil = quietSince + answerWindow;
+}
+
+// ---- sound ----
+
+void VoiceControl::captured(const AudioBuffer &buffer)
+{
+    {
+        const std::lock_guard lock(feeding_);
+        if (fed_)
+            fed_->append(buffer);
+    }
+    if (const auto loudness = meter_.add(peakOf(buffer), setup_.time.now()))
+        QMetaObject::invokeMethod(this, [this, loudness] { report(*loudness); });
+}
+
+void VoiceControl::report(const LevelReport &loudness)
+{
+    if (!on || !setup_.microphone->isOpen())
+        return;
+    level = loudness.shown();
+    setup_.send(QString::asprintf("~lvl %.4f\n", loudness.peak));
+    if (loudness.worthLogging()) {
+        log(QString::asprintf("hearing sound: %lld buffers so far, recent peak %.3f",
+            loudness.buffers, loudness.peak));
+    }
+}
+
+// ---- the voice log ----
+
+void VoiceControl::log(const QString &text) const
+{
+    QFile file(setup_.baseDir + "/voice-log.txt"_L1);
+    if (!file.open(QIODevice::Append | QIODevice::ExistingOnly))
+        return;
+    file.write((QTime::currentTime().toString("HH:mm:ss"_L1) + "  "_L1 + text + u'\n').toUtf8());
 }
 
 } // namespace kelo

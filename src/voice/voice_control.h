@@ -2,11 +2,39 @@
 
 #include "link/link.h"
 #include "link/shell.h"
+#include "voice/audio.h"
+#include "voice/microphone.h"
+#include "voice/wake_model.h"
+
+#include <functional>
+#include <memory>
+#include <mutex>
 
 namespace kelo {
 
-/// Voice control as the display and the link see it. There is no listening in this build yet: it
-/// is what voice control is while it is off, and stays so.
+class Permissions;
+
+/// What voice control is made of; tests bring their own.
+struct VoiceSetup {
+    Link &link; ///< who the assistant is, whether it speaks, whether the user types
+    std::function<void(const QString &line)> send; ///< to the engine
+    std::unique_ptr<Permissions> permissions;
+    std::unique_ptr<Microphone> microphone;
+    std::unique_ptr<Recogniser> recogniser; ///< null when there is none
+    std::unique_ptr<QSettings> settings;
+    QString baseDir; ///< the data directory
+    TimeSource &time = TimeSource::system();
+
+    static VoiceSetup ofThisProcess();
+};
+
+/// Turns the user's voice into text for the engine.
+///
+/// While it is on, one microphone feeds one recognition session at a time. Every transcript goes
+/// to the engine as it comes, which finds the assistant's name and the command in it; a session is
+/// replaced after its final result, after an error, and every now and then. What happens is told
+/// by `status`, by `level`, and in the voice log. Everything is on the GUI thread except for
+/// `captured`.
 class VoiceControl : public QObject, public Ears {
     Q_OBJECT
     Q_PROPERTY(bool on MEMBER on NOTIFY onChanged)
@@ -16,26 +44,87 @@ class VoiceControl : public QObject, public Ears {
     template <typename T> using Field = Published<T, VoiceControl>;
 
 public:
-    explicit VoiceControl(QObject *parent = nullptr);
+    explicit VoiceControl(VoiceSetup setup, QObject *parent = nullptr);
+    ~VoiceControl() override;
 
     /// The instance of this process, made on first use; it needs the application object.
     static VoiceControl &shared();
 
+    // ---- switches ----
+
     [[nodiscard]] bool isOn() const override { return on; }
+    /// Turns voice control on once the user allows it. It stays on when there is no microphone, and
+    /// listens as soon as there is one.
     Q_INVOKABLE void begin() override;
     Q_INVOKABLE void stop() override;
-    void listen() override { }
-    void setVocabulary(const QStringList & /*phrases*/) override { }
+    Q_INVOKABLE void toggle() { on ? stop() : begin(); }
+    /// At launch: turns it on if the user left it on.
+    void resumeIfWanted();
+
+    // ---- sessions ----
+
+    /// Replaces the recognition session by a new, empty one. The microphone stays as it is;
+    /// without one there is nothing to listen to and none is started.
+    void listen() override;
+    /// A fresh session if voice control is on.
+    void startOver();
+    void setVocabulary(const QStringList &phrases) override { vocabulary_ = phrases; }
+    /// To be told when the assistant has finished speaking.
+    void voiceFinished();
+
+    /// Appends a line to the voice log, which whoever wants one has to make.
+    void log(const QString &text) const;
+
+    // ---- published state ----
 
     Field<bool> on{*this, &VoiceControl::onChanged}; ///< wanted and running
     Field<QString> status{*this, &VoiceControl::statusChanged, QStringLiteral("OFF")};
     Field<double> level{*this, &VoiceControl::levelChanged}; ///< loudness, 0 to 1
+
+    // ---- what a gate for the name could go by; nothing here acts on it ----
+
+    double quietSince = 0; ///< when the assistant last fell silent
+    double openUntil = 0;
+    bool awaiting = false; ///< an answer of the user is expected
+    qint64 consumed = 0; ///< characters of this session that were acted on
 
 Q_SIGNALS:
     void willChange();
     void onChanged();
     void statusChanged();
     void levelChanged();
+
+private:
+    void askForMicrophone();
+    void openMicrophone(bool quietly);
+    bool attach(const QList<MicrophoneDevice> &devices, bool quietly);
+    void lookAgain();
+    void lostMicrophone();
+    void startWatchdog();
+    void watch();
+    void endSession();
+    [[nodiscard]] QStringList expectedPhrases() const;
+    void captured(const AudioBuffer &buffer); // on the microphone's thread
+    void report(const LevelReport &loudness);
+    void handle(qint64 session, const std::optional<Transcript> &transcript,
+        const std::optional<RecogniserError> &error);
+    void renew(qint64 session);
+
+    VoiceSetup setup_;
+    WakeModel wakeModel_;
+    QStringList vocabulary_;
+    int turn_ = 0; // answers to an earlier turn's questions are not wanted any more
+    std::unique_ptr<QObject> refresh_; // the watchdog barks while it exists
+    std::unique_ptr<QObject> retry_; // a microphone is looked for while it exists
+    std::shared_ptr<RecognitionTask> session_;
+    qint64 sessionId_ = 0;
+    QString lastWords_;
+    double lastHeardAt_ = 0;
+    QString micName_;
+
+    std::mutex feeding_;
+    std::shared_ptr<RecognitionTask> fed_; // what capture feeds; guarded by `feeding_`
+    LevelMeter meter_; // on the microphone's thread
 };
 
 } // namespace kelo

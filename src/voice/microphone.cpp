@@ -1,0 +1,27 @@
+#include "voice/microphone.h"
+
+#include <algorithm>
+
+namespace kelo {
+
+const MicrophoneDevice *chosenMicrophone(const QList<MicrophoneDevice> &devices)
+{
+    using Rule = bool (*)(const MicrophoneDevice &);
+    static constexpr Rule rules[] = {
+        [](const MicrophoneDevice &device) { return device.builtIn; },
+        // Some systems do not say what is built in, but name the computer.
+        [](const MicrophoneDevice &device) {
+            return device.name.contains(QLatin1String("macbook"), Qt::CaseInsensitive);
+        },
+        [](const MicrophoneDevice &device) { return device.systemDefault; },
+        [](const MicrophoneDevice &) { return true; },
+    };
+    for (const Rule rule : rules) {
+        const auto found = std::find_if(devices.begin(), devices.end(), rule);
+        if (found != devices.end())
+            return &*found;
+    }
+    return nullptr;
+}
+
+} // namespace kelo

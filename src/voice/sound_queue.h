@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <deque>
+#include <optional>
+#include <vector>
+
+namespace kelo {
+
+/// 16 kHz mono.
+using Samples = std::vector<qint16>;
+
+inline constexpr double sampleRate = 16000;
+
+[[nodiscard]] inline double secondsOf(const Samples &samples)
+{
+    return static_cast<double>(samples.size()) / sampleRate;
+}
+
+/// Sound that waits to be recognised. When the recogniser falls behind, what is lost is the oldest
+/// silence, and speech only when nothing else is left.
+class SoundQueue {
+public:
+    /// Without `bounded` it takes whatever comes.
+    explicit SoundQueue(bool bounded);
+
+    /// Returns how many seconds of sound were dropped for it.
+    double push(Samples samples);
+    /// The oldest sound, nothing when there is none.
+    std::optional<Samples> pop();
+    [[nodiscard]] bool empty() const { return chunks_.empty(); }
+    [[nodiscard]] double seconds() const { return seconds_; }
+
+private:
+    struct Chunk {
+        Samples samples;
+        bool quiet = false;
+    };
+
+    double drop(std::deque<Chunk>::iterator chunk);
+
+    bool bounded_;
+    std::deque<Chunk> chunks_;
+    double seconds_ = 0;
+};
+
+/// Keeps silence from the recogniser, which would search it for words. Sound passes from a little
+/// before it grows loud, so that no first consonant is lost, until it has been quiet for longer
+/// than an utterance takes to end.
+class LevelGate {
+public:
+    /// What is to be recognised now that `samples` came: with what preceded them, or nothing.
+    Samples pass(Samples samples);
+
+private:
+    std::deque<Samples> runIn_;
+    double runInSeconds_ = 0;
+    double quietFor_ = 1e9; // seconds
+};
+
+} // namespace kelo

@@ -1,0 +1,252 @@
+#include "voice/sphinx_decoder.h"
+
+#include "voice/language_model.h"
+#include "voice/taught_name.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLoggingCategory>
+#include <QTemporaryFile>
+
+#include <array>
+#include <vector>
+
+#include <pocketsphinx.h>
+#include <sphinxbase/err.h>
+#include <sphinxbase/ngram_model.h>
+
+using namespace Qt::StringLiterals;
+
+Q_DECLARE_LOGGING_CATEGORY(voiceLog)
+
+namespace kelo {
+
+namespace {
+
+// Weights of the models beside each other. The library raises probabilities to the power of 6.5
+// before it mixes them, so a small weight still counts for much.
+constexpr float generalWeight = 1.0F;
+constexpr float taughtWeight = 0.5F;
+constexpr float phrasesWeight = 0.1F;
+
+/// Phrases shall help a word that was begun, not put words of theirs in place of others.
+constexpr double lonePhraseWord = 0.01;
+
+constexpr auto searchName = "kelo";
+
+template <typename T, auto Free> struct Freeing {
+    void operator()(T *object) const { Free(object); }
+};
+using Decoder = std::unique_ptr<ps_decoder_t, Freeing<ps_decoder_t, ps_free>>;
+using Config = std::unique_ptr<cmd_ln_t, Freeing<cmd_ln_t, cmd_ln_free_r>>;
+using LanguageModel = std::unique_ptr<ngram_model_t, Freeing<ngram_model_t, ngram_model_free>>;
+
+} // namespace
+
+struct SphinxDecoder::Library {
+    Config config;
+    LanguageModel general;
+    LanguageModel all; ///< the models beside each other, as searched
+    Decoder decoder;
+};
+
+std::unique_ptr<SphinxDecoder> SphinxDecoder::load(const QString &directory)
+{
+    err_set_logfp(nullptr); // for this thread
+    const QByteArray acoustic = (directory + "/en-us"_L1).toUtf8();
+    const QByteArray dictionary = dictionaryIn(directory).toUtf8();
+    const QByteArray general = (directory + "/en-us.lm.bin"_L1).toUtf8();
+    for (const QByteArray &path : {acoustic, dictionary, general}) {
+        if (!QFile::exists(QString::fromUtf8(path)))
+            return nullptr;
+    }
+    auto library = std::make_unique<Library>();
+    // The second pass costs a third of the time and half a second at the end of every phrase.
+    library->config.reset(cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", acoustic.constData(),
+        "-dict", dictionary.constData(), "-fwdflat", "no", "-maxwpf", "20", nullptr));
+    if (!library->config)
+        return nullptr;
+    library->decoder.reset(ps_init(library->config.get()));
+    if (!library->decoder)
+        return nullptr;
+    library->general.reset(ngram_model_read(library->config.get(), general.constData(), NGRAM_BIN,
+        ps_get_logmath(library->decoder.get())));
+    if (!library->general)
+        return nullptr;
+    std::unique_ptr<SphinxDecoder> decoder(new SphinxDecoder(std::move(library)));
+    decoder->directory_ = directory;
+    decoder->rebuild();
+    ps_start_stream(decoder->library_->decoder.get());
+    return decoder;
+}
+
+SphinxDecoder::SphinxDecoder(std::unique_ptr<Library> library)
+    : library_(std::move(library))
+{
+}
+
+SphinxDecoder::~SphinxDecoder() = default;
+
+QString SphinxDecoder::dictionaryIn(const QString &directory)
+{
+    return directory + "/cmudict-en-us.dict"_L1;
+}
+
+// ---- what to expect ----
+
+bool SphinxDecoder::expect(const std::optional<TaughtModel> &taught, const QStringList &phrases)
+{
+    if (taught == taught_ && phrases == phrases_)
+        return true;
+    bool intact = true;
+    bool anew = taught != taught_;
+    if (anew) {
+        taught_ = taught;
+        taughtModel_.clear();
+        const auto words = taught ? readTaughtModel(*taught) : std::nullopt;
+        intact = !taught || words;
+        if (words) {
+            taughtModel_ = words->languageModel;
+            for (const VocabularyEntry &entry : words->vocabulary)
+                addWord(entry.token, entry.pronunciations);
+        }
+    }
+    phrases_ = phrases;
+    const QString name = taught ? taught->name : QString();
+    for (const QString &phrase : phrases) {
+        for (const QString &token : tokensOf(phrase, name)) {
+            if (knows(token))
+                continue;
+            addWord(token, pronounced(token, dictionaryIn(directory_)).pronunciations);
+            anew = true;
+        }
+    }
+    if (anew) {
+        rebuild();
+        return intact;
+    }
+    ngram_model_t *all = library_->all.get();
+    ngram_model_free(ngram_model_set_remove(all, "phrases", TRUE));
+    ngram_model_set_add(all, modelOfPhrases(), "phrases", phrasesWeight, TRUE);
+    std::vector<const char *> names{"general", "phrases"};
+    std::vector<float32> weights{generalWeight, phrasesWeight};
+    if (!taughtModel_.isEmpty()) {
+        names.push_back("taught");
+        weights.push_back(taughtWeight);
+    }
+    ngram_model_set_interp(all, names.data(), weights.data());
+    ngram_model_flush(all);
+    return intact;
+}
+
+bool SphinxDecoder::knows(const QString &token) const
+{
+    char *phones = ps_lookup_word(library_->decoder.get(), token.toUtf8().constData());
+    ckd_free(phones);
+    return phones;
+}
+
+/// Adds those pronunciations that are not there yet, the second and further ones as "word(2)".
+void SphinxDecoder::addWord(const QString &token, const QList<QStringList> &pronunciations)
+{
+    ps_decoder_t *decoder = library_->decoder.get();
+    QStringList present;
+    const auto entry = [&](qsizetype number) {
+        return (number == 1 ? token : u"%1(%2)"_s.arg(token).arg(number)).toUtf8();
+    };
+    while (char *phones = ps_lookup_word(decoder, entry(present.size() + 1).constData())) {
+        present.append(QString::fromUtf8(phones));
+        ckd_free(phones);
+    }
+    for (const QStringList &pronunciation : pronunciations) {
+        const QString phones = pronunciation.join(u' ');
+        if (present.contains(phones))
+            continue;
+        if (ps_add_word(decoder, entry(present.size() + 1).constData(),
+                phones.toUtf8().constData(), FALSE)
+            >= 0)
+            present.append(phones);
+    }
+}
+
+ngram_model_t *SphinxDecoder::modelOf(const QByteArray &arpa) const
+{
+    // The library reads files only; of our own making, so that what it reads is what we checked.
+    QTemporaryFile file;
+    if (!file.open() || file.write(arpa) != arpa.size() || !file.flush())
+        return nullptr;
+    return ngram_model_read(library_->config.get(), file.fileName().toUtf8().constData(),
+        NGRAM_ARPA, ps_get_logmath(library_->decoder.get()));
+}
+
+ngram_model_t *SphinxDecoder::modelOfPhrases() const
+{
+    QList<CountedSentence> sentences;
+    for (const QString &phrase : phrases_) {
+        const QStringList tokens = tokensOf(phrase, taught_ ? taught_->name : QString());
+        if (!tokens.isEmpty())
+            sentences.append({tokens, 1});
+    }
+    if (sentences.isEmpty())
+        sentences.append({{u"yes"_s}, 1}); // the set must keep its member
+    return modelOf(arpaModel(sentences, lonePhraseWord));
+}
+
+void SphinxDecoder::rebuild()
+{
+    std::vector<ngram_model_t *> models{ngram_model_retain(library_->general.get())};
+    std::vector<const char *> names{"general"};
+    std::vector<float32> weights{generalWeight};
+    const auto add = [&](ngram_model_t *model, const char *name, float32 weight) {
+        if (!model) {
+            qCWarning(voiceLog) << "the model of" << name << "could not be read";
+            return;
+        }
+        models.push_back(model);
+        names.push_back(name);
+        weights.push_back(weight);
+    };
+    add(modelOfPhrases(), "phrases", phrasesWeight);
+    if (!taughtModel_.isEmpty())
+        add(modelOf(taughtModel_), "taught", taughtWeight);
+
+    LanguageModel all(ngram_model_set_init(library_->config.get(), models.data(),
+        const_cast<char **>(names.data()), weights.data(), static_cast<int32>(models.size())));
+    ps_decoder_t *decoder = library_->decoder.get();
+    if (!all || ps_set_lm(decoder, searchName, all.get()) < 0
+        || ps_set_search(decoder, searchName) < 0) {
+        qCWarning(voiceLog) << "the recogniser's models do not fit together";
+        return;
+    }
+    library_->all = std::move(all);
+}
+
+// ---- utterances ----
+
+void SphinxDecoder::begin()
+{
+    spoke_ = false;
+    ps_start_utt(library_->decoder.get());
+}
+
+bool SphinxDecoder::process(const Samples &samples)
+{
+    ps_decoder_t *decoder = library_->decoder.get();
+    ps_process_raw(decoder, samples.data(), samples.size(), FALSE, FALSE);
+    const bool speaks = ps_get_in_speech(decoder);
+    spoke_ = spoke_ || speaks;
+    return speaks || !spoke_;
+}
+
+QStringList SphinxDecoder::words() const
+{
+    const char *hypothesis = ps_get_hyp(library_->decoder.get(), nullptr);
+    return QString::fromUtf8(hypothesis).split(u' ', Qt::SkipEmptyParts);
+}
+
+void SphinxDecoder::end()
+{
+    ps_end_utt(library_->decoder.get());
+}
+
+} // namespace kelo
