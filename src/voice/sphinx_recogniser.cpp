@@ -129,7 +129,7 @@ public:
             asked_ = heard_;
             const QStringList &shown = steady_.update(decoder_.words(), heard_);
             if (shown != lastShown_ && !shown.isEmpty())
-                tell(Transcript{written(shown), false}, std::nullopt);
+                tell(Transcript{written(words_ + shown), false}, std::nullopt);
             lastShown_ = shown;
         }
     }
@@ -137,22 +137,25 @@ public:
     /// There is no more sound.
     void finish()
     {
-        conclude();
-        if (!ended_) {
-            close();
+        decoder_.end();
+        words_ += decoder_.words();
+        close();
+        if (words_.isEmpty())
             tell(std::nullopt, nothingSaid);
-        }
+        else
+            tell(Transcript{written(words_), true}, std::nullopt);
     }
 
 private:
-    /// Ends the utterance. A noise without words is no result: listening goes on.
+    /// Ends the utterance. A noise without words is no result: listening goes on. A recording is
+    /// heard to its end.
     void conclude()
     {
         decoder_.end();
-        const QStringList words = decoder_.words();
-        if (!words.isEmpty()) {
+        words_ += decoder_.words();
+        if (!words_.isEmpty() && task_->request.live) {
             close();
-            tell(Transcript{written(words), true}, std::nullopt);
+            tell(Transcript{written(words_), true}, std::nullopt);
             return;
         }
         heard_ = asked_ = 0;
@@ -195,6 +198,7 @@ private:
     QString token_;
     SteadyWords steady_;
     QStringList lastShown_;
+    QStringList words_; // of ended utterances
     double heard_ = 0; // seconds of sound in this utterance
     double asked_ = 0; // when its words were last asked for
     bool ended_ = false;

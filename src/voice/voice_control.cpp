@@ -7,7 +7,6 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QLoggingCategory>
-#include <QTime>
 
 #include <algorithm>
 #include <array>
@@ -350,7 +349,7 @@ void VoiceControl::log(const QString &text) const
     QFile file(setup_.baseDir + "/voice-log.txt"_L1);
     if (!file.open(QIODevice::Append | QIODevice::ExistingOnly))
         return;
-    file.write((QTime::currentTime().toString("HH:mm:ss"_L1) + "  "_L1 + text + u'\n').toUtf8());
+    file.write((setup_.time.timeOfDay() + "  "_L1 + text + u'\n').toUtf8());
 }
 
 } // namespace kelo

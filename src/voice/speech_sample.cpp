@@ -1,0 +1,128 @@
+#include "voice/speech_sample.h"
+
+#include "voice/audio.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QtEndian>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+using namespace Qt::StringLiterals;
+
+namespace kelo {
+
+namespace {
+
+constexpr double before = 0.5; // seconds
+constexpr double after = 1.0;
+
+double sinc(double x)
+{
+    return x == 0 ? 1 : std::sin(std::numbers::pi * x) / (std::numbers::pi * x);
+}
+
+/// Band-limited interpolation; `rate` is that of `samples`.
+Samples resampled(const Samples &samples, double rate)
+{
+    constexpr double reach = 16; // zero crossings on either side
+    const double step = rate / sampleRate;
+    const double band = std::min(1.0, 1 / step);
+    const double radius = reach / band;
+    const auto count = static_cast<std::size_t>(static_cast<double>(samples.size()) / step);
+    Samples result(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const double centre = static_cast<double>(i) * step;
+        const auto first = static_cast<std::size_t>(std::max(0.0, std::ceil(centre - radius)));
+        const auto last = std::min(
+            samples.size() - 1, static_cast<std::size_t>(std::floor(centre + radius)));
+        double sum = 0;
+        for (std::size_t k = first; k <= last; ++k) {
+            const double distance = static_cast<double>(k) - centre;
+            const double window = 0.5 + 0.5 * std::cos(std::numbers::pi * distance / radius);
+            sum += samples[k] * band * sinc(distance * band) * window;
+        }
+        result[i] = static_cast<qint16>(std::clamp(std::lround(sum), -32768L, 32767L));
+    }
+    return result;
+}
+
+template <typename T> T little(const QByteArray &bytes, qsizetype at)
+{
+    return at + qsizetype{sizeof(T)} <= bytes.size() ? qFromLittleEndian<T>(bytes.constData() + at)
+                                                     : T{};
+}
+
+} // namespace
+
+const QStringList &sampleVoices()
+{
+    static const QStringList voices{u"gmw/en-US"_s, u"gmw/en-US+f2"_s, u"gmw/en"_s,
+        u"gmw/en+f4"_s, u"gmw/en-GB-scotland"_s, u"gmw/en-GB-x-rp+f3"_s, u"gmw/en-US+m3"_s,
+        u"gmw/en-029"_s};
+    return voices;
+}
+
+bool speakToFile(
+    const QString &text, const QString &voice, int wordsPerMinute, const QString &path)
+{
+    QProcess synthesiser;
+    synthesiser.start(u"espeak-ng"_s,
+        {u"-v"_s, voice, u"-s"_s, QString::number(wordsPerMinute), u"-w"_s, path, u"--stdin"_s});
+    synthesiser.write(text.simplified().toUtf8());
+    synthesiser.closeWriteChannel();
+    return synthesiser.waitForFinished() && synthesiser.exitStatus() == QProcess::NormalExit
+        && synthesiser.exitCode() == 0;
+}
+
+std::optional<Samples> readSpeech(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    const QByteArray bytes = file.readAll();
+    if (!bytes.startsWith("RIFF"))
+        return std::nullopt;
+    AudioBuffer buffer;
+    for (qsizetype at = 12; at + 8 <= bytes.size();) {
+        const qsizetype body = at + 8;
+        const auto size = static_cast<qsizetype>(little<quint32>(bytes, at + 4));
+        if (bytes.sliced(at, 4) == "fmt ") {
+            buffer.format.channels = little<quint16>(bytes, body + 2);
+            buffer.format.rate = static_cast<int>(little<quint32>(bytes, body + 4));
+            if (little<quint16>(bytes, body + 14) != 16)
+                return std::nullopt;
+        } else if (bytes.sliced(at, 4) == "data") {
+            buffer.bytes = bytes.mid(body, size); // less when the file was cut short
+            break;
+        }
+        at = body + size + size % 2;
+    }
+    const Samples mono = monoOf(buffer);
+    if (mono.empty() || buffer.format.rate < 4000)
+        return std::nullopt;
+    return resampled(mono, buffer.format.rate);
+}
+
+Samples inRoom(const Samples &speech, std::optional<double> signalToNoise, std::mt19937 &random)
+{
+    Samples room(static_cast<std::size_t>(before * sampleRate));
+    room.insert(room.end(), speech.begin(), speech.end());
+    room.resize(room.size() + static_cast<std::size_t>(after * sampleRate));
+    if (!signalToNoise)
+        return room;
+    double power = 0;
+    for (const qint16 sample : speech)
+        power += static_cast<double>(sample) * sample;
+    const double loudness
+        = std::sqrt(power / static_cast<double>(std::max<std::size_t>(speech.size(), 1)));
+    std::normal_distribution<double> noise(0, loudness * std::pow(10, -*signalToNoise / 20));
+    for (qint16 &sample : room)
+        sample = static_cast<qint16>(
+            std::clamp(std::lround(sample + noise(random)), -32768L, 32767L));
+    return room;
+}
+
+} // namespace kelo

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QMap>
+#include <QString>
+
+namespace kelo {
+
+/// `words` contain `name` as whole words, whatever their case and punctuation.
+[[nodiscard]] bool namesIt(const QString &words, const QString &name);
+
+/// How often a name was heard in one pass over the samples.
+class PassResult {
+public:
+    void count(const QString &phrase, bool hit);
+    [[nodiscard]] int hits() const { return all_.hits; }
+    [[nodiscard]] int samples() const { return all_.samples; }
+    /// Such as "17 of 18".
+    [[nodiscard]] QString ofPhrase(const QString &phrase) const;
+
+private:
+    struct Tally {
+        int hits = 0;
+        int samples = 0;
+    };
+    Tally all_;
+    QMap<QString, Tally> phrases_;
+};
+
+/// A sentence that tells the user what to expect of the name.
+[[nodiscard]] QString adviceOn(const QString &name, const PassResult &taught, int falseNames);
+
+} // namespace kelo
