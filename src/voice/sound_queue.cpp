@@ -8,11 +8,13 @@ namespace kelo {
 
 namespace {
 
-constexpr double mayWait = 2.0; // seconds
-constexpr double speechMayWait = 6.0;
+constexpr std::size_t second = 16000; // samples
 
-constexpr double runIn = 0.5;
-constexpr double hangover = 1.0; // an utterance ends after 0.5 s of silence
+constexpr std::size_t mayWait = 2 * second;
+constexpr std::size_t speechMayWait = 6 * second;
+
+constexpr std::size_t runIn = second / 2;
+constexpr std::size_t hangover = second; // an utterance ends after half a second of silence
 
 /// About -54 dB of full scale: below what a voice across a room makes of a microphone, above a
 /// quiet room.
@@ -34,29 +36,29 @@ SoundQueue::SoundQueue(bool bounded)
 double SoundQueue::push(Samples samples)
 {
     const bool quiet = isQuiet(samples);
-    seconds_ += secondsOf(samples);
+    samples_ += samples.size();
     chunks_.push_back({std::move(samples), quiet});
 
-    double dropped = 0;
-    while (bounded_ && seconds_ > mayWait) {
+    std::size_t dropped = 0;
+    while (bounded_ && samples_ > mayWait) {
         const auto silence = std::find_if(
             chunks_.begin(), chunks_.end(), [](const Chunk &chunk) { return chunk.quiet; });
         if (silence != chunks_.end())
             dropped += drop(silence);
-        else if (seconds_ > speechMayWait)
+        else if (samples_ > speechMayWait)
             dropped += drop(chunks_.begin());
         else
             break;
     }
-    return dropped;
+    return static_cast<double>(dropped) / sampleRate;
 }
 
-double SoundQueue::drop(std::deque<Chunk>::iterator chunk)
+std::size_t SoundQueue::drop(std::deque<Chunk>::iterator chunk)
 {
-    const double seconds = secondsOf(chunk->samples);
-    seconds_ -= seconds;
+    const std::size_t size = chunk->samples.size();
+    samples_ -= size;
     chunks_.erase(chunk);
-    return seconds;
+    return size;
 }
 
 std::optional<Samples> SoundQueue::pop()
@@ -64,23 +66,22 @@ std::optional<Samples> SoundQueue::pop()
     if (chunks_.empty())
         return std::nullopt;
     Samples samples = std::move(chunks_.front().samples);
-    seconds_ -= secondsOf(samples);
+    samples_ -= samples.size();
     chunks_.pop_front();
     return samples;
 }
 
 Samples LevelGate::pass(Samples samples)
 {
-    const double length = secondsOf(samples);
     const bool wasOpen = quietFor_ < hangover;
-    quietFor_ = isQuiet(samples) ? quietFor_ + length : 0;
+    quietFor_ = isQuiet(samples) ? quietFor_ + samples.size() : 0;
     if (wasOpen)
         return samples;
     if (quietFor_ > 0) {
-        runInSeconds_ += length;
+        runInSize_ += samples.size();
         runIn_.push_back(std::move(samples));
-        while (runInSeconds_ > runIn && !runIn_.empty()) {
-            runInSeconds_ -= secondsOf(runIn_.front());
+        while (runInSize_ > runIn) {
+            runInSize_ -= runIn_.front().size();
             runIn_.pop_front();
         }
         return {};
@@ -90,7 +91,7 @@ Samples LevelGate::pass(Samples samples)
         all.insert(all.end(), before.begin(), before.end());
     all.insert(all.end(), samples.begin(), samples.end());
     runIn_.clear();
-    runInSeconds_ = 0;
+    runInSize_ = 0;
     return all;
 }
 

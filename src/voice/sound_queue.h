@@ -3,6 +3,7 @@
 #include <QtGlobal>
 
 #include <deque>
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -30,7 +31,7 @@ public:
     /// The oldest sound, nothing when there is none.
     std::optional<Samples> pop();
     [[nodiscard]] bool empty() const { return chunks_.empty(); }
-    [[nodiscard]] double seconds() const { return seconds_; }
+    [[nodiscard]] double seconds() const { return static_cast<double>(samples_) / sampleRate; }
 
 private:
     struct Chunk {
@@ -38,11 +39,11 @@ private:
         bool quiet = false;
     };
 
-    double drop(std::deque<Chunk>::iterator chunk);
+    std::size_t drop(std::deque<Chunk>::iterator chunk);
 
     bool bounded_;
     std::deque<Chunk> chunks_;
-    double seconds_ = 0;
+    std::size_t samples_ = 0; // in all
 };
 
 /// Keeps silence from the recogniser, which would search it for words. Sound passes from a little
@@ -55,8 +56,8 @@ public:
 
 private:
     std::deque<Samples> runIn_;
-    double runInSeconds_ = 0;
-    double quietFor_ = 1e9; // seconds
+    std::size_t runInSize_ = 0; // samples
+    std::size_t quietFor_ = std::numeric_limits<std::size_t>::max() / 2; // samples
 };
 
 } // namespace kelo

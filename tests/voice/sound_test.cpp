@@ -1,0 +1,146 @@
+#include "voice/audio.h"
+#include "voice/sound_queue.h"
+
+#include <QTest>
+
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+using namespace kelo;
+
+/// From stored samples to what the meter, the queue and the recogniser get of them.
+class SoundTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void peaksInEveryFormat_data();
+    void peaksInEveryFormat();
+    void mixesToMono();
+    void reportsAtMostEvery80Milliseconds();
+    void dropsTheOldestSilenceFirst();
+    void keepsRecordingsWhole();
+    void gateLetsFirstConsonantsThrough();
+};
+
+namespace {
+
+template <typename T> QByteArray bytesOf(std::initializer_list<T> samples)
+{
+    return {reinterpret_cast<const char *>(samples.begin()),
+        static_cast<qsizetype>(samples.size() * sizeof(T))};
+}
+
+/// A chunk of 100 ms.
+Samples chunk(qint16 value)
+{
+    return Samples(1600, value);
+}
+
+} // namespace
+
+void SoundTest::peaksInEveryFormat_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<double>("peak");
+    const auto row = [](const char *name, AudioFormat::Sample format, const QByteArray &bytes,
+                         double peak) {
+        QTest::newRow(name) << static_cast<int>(format) << bytes << peak;
+    };
+    using enum AudioFormat::Sample;
+    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+    constexpr float inf = std::numeric_limits<float>::infinity();
+    row("nothing", Int16, {}, 0);
+    row("float", Float32, bytesOf({-0.25F}), 0.25);
+    row("float beyond full scale", Float32, bytesOf({1.5F}), 1.5);
+    row("not a number", Float32, bytesOf({nan, 0.F, 0.F, 0.F, 0.F, 0.F, 0.F, 0.F, 0.5F}), 0.5);
+    row("infinite", Float32, bytesOf({inf}), 0);
+    row("16 bits, lowest", Int16, bytesOf<qint16>({-32768}), 1);
+    row("16 bits", Int16, bytesOf<qint16>({8192}), 0.25);
+    row("32 bits, lowest", Int32, bytesOf<qint32>({std::numeric_limits<qint32>::min()}), 1);
+    row("32 bits", Int32, bytesOf<qint32>({1 << 29}), 0.25);
+    row("every 8th only", Int16, bytesOf<qint16>({0, 9, 9, 9, 9, 9, 9, 9, 16384, 9}), 0.5);
+    row("half a sample at the end", Int16, bytesOf<qint16>({16384}) + "x", 0.5);
+    row("less than a sample", Float32, "abc", 0);
+    row("unknown", Other, bytesOf<qint16>({32767}), 0);
+}
+
+void SoundTest::peaksInEveryFormat()
+{
+    QFETCH(int, format);
+    QFETCH(QByteArray, bytes);
+    QTEST(peakOf({{static_cast<AudioFormat::Sample>(format), 48000, 2}, bytes}), "peak");
+}
+
+void SoundTest::mixesToMono()
+{
+    using enum AudioFormat::Sample;
+    QCOMPARE(monoOf({{Int16, 16000, 2}, bytesOf<qint16>({100, 200, -32768, -32768, 7})}),
+        (Samples{150, -32768}));
+    QCOMPARE(monoOf({{Float32, 16000, 1}, bytesOf({2.F, -0.5F})}), (Samples{32767, -16384}));
+    QCOMPARE(monoOf({{Int32, 16000, 1}, bytesOf<qint32>({1 << 30})}), Samples{16384});
+    QCOMPARE(monoOf({{Int16, 16000, 0}, bytesOf<qint16>({5})}), Samples{5});
+    QCOMPARE(monoOf({{Other, 16000, 1}, "abcdef"}), Samples{});
+}
+
+void SoundTest::reportsAtMostEvery80Milliseconds()
+{
+    LevelMeter meter;
+    QVERIFY(meter.add(0.5, 100));
+    QVERIFY(!meter.add(0.75, 100.04));
+    QVERIFY(!meter.add(0.25, 100.0799));
+    const auto report = meter.add(0.1, 100.0801);
+    QVERIFY(report);
+    QCOMPARE(report->peak, 0.75);
+    QCOMPARE(report->buffers, 4);
+    QCOMPARE(report->shown(), 1.0);
+    QCOMPARE(meter.add(0.05, 200)->peak, 0.05);
+}
+
+void SoundTest::dropsTheOldestSilenceFirst()
+{
+    SoundQueue queue(true);
+    double dropped = 0;
+    for (int i = 0; i < 5; ++i)
+        dropped += queue.push(chunk(0));
+    for (qint16 i = 0; i < 15; ++i)
+        dropped += queue.push(chunk(static_cast<qint16>(1000 + i)));
+    QCOMPARE(dropped, 0.0);
+    for (qint16 i = 0; i < 5; ++i)
+        dropped += queue.push(chunk(static_cast<qint16>(2000 + i)));
+    QVERIFY(std::abs(dropped - 0.5) < 1e-9); // the silence went, no speech
+    QCOMPARE(queue.pop()->front(), 1000);
+    for (int i = 0; i < 1000; ++i)
+        dropped += queue.push(chunk(3000));
+    QVERIFY(queue.seconds() < 6.1);
+    while (queue.pop()) { }
+    QVERIFY(queue.empty());
+    QVERIFY(std::abs(queue.seconds()) < 1e-6);
+}
+
+void SoundTest::keepsRecordingsWhole()
+{
+    SoundQueue queue(false);
+    for (int i = 0; i < 1000; ++i)
+        QCOMPARE(queue.push(chunk(0)), 0.0);
+    QVERIFY(std::abs(queue.seconds() - 100) < 1e-6);
+}
+
+void SoundTest::gateLetsFirstConsonantsThrough()
+{
+    LevelGate gate;
+    for (qint16 i = 0; i < 30; ++i)
+        QVERIFY(gate.pass(chunk(i)).empty()); // too quiet to matter, but never the same
+    const Samples first = gate.pass(chunk(5000));
+    QCOMPARE(first.size(), 6 * 1600U); // half a second of run-in
+    QCOMPARE(first.front(), 25);
+    QCOMPARE(first.back(), 5000);
+    for (int i = 0; i < 10; ++i) // pauses between words are needed, and the one that ends it
+        QCOMPARE(gate.pass(chunk(3)).size(), 1600U);
+    QVERIFY(gate.pass(chunk(3)).empty());
+}
+
+QTEST_APPLESS_MAIN(SoundTest)
+#include "sound_test.moc"
