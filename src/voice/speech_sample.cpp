@@ -60,8 +60,7 @@ template <typename T> T little(const QByteArray &bytes, qsizetype at)
 const QStringList &sampleVoices()
 {
     static const QStringList voices{u"gmw/en-US"_s, u"gmw/en-US+f2"_s, u"gmw/en"_s,
-        u"gmw/en+f4"_s, u"gmw/en-GB-scotland"_s, u"gmw/en-GB-x-rp+f3"_s, u"gmw/en-US+m3"_s,
-        u"gmw/en-029"_s};
+        u"gmw/en+f4"_s, u"gmw/en-GB-scotland"_s, u"gmw/en-GB-x-rp+f3"_s};
     return voices;
 }
 

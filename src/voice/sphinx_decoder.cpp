@@ -194,22 +194,22 @@ ngram_model_t *SphinxDecoder::modelOfPhrases() const
 
 void SphinxDecoder::rebuild()
 {
-    std::vector<ngram_model_t *> models{ngram_model_retain(library_->general.get())};
+    const LanguageModel phrases(modelOfPhrases());
+    const LanguageModel taught(taughtModel_.isEmpty() ? nullptr : modelOf(taughtModel_));
+    std::vector<ngram_model_t *> models{library_->general.get()};
     std::vector<const char *> names{"general"};
     std::vector<float32> weights{generalWeight};
-    const auto add = [&](ngram_model_t *model, const char *name, float32 weight) {
-        if (!model) {
-            qCWarning(voiceLog) << "the model of" << name << "could not be read";
-            return;
-        }
-        models.push_back(model);
-        names.push_back(name);
-        weights.push_back(weight);
-    };
-    add(modelOfPhrases(), "phrases", phrasesWeight);
-    if (!taughtModel_.isEmpty())
-        add(modelOf(taughtModel_), "taught", taughtWeight);
-
+    if (phrases) {
+        models.push_back(phrases.get());
+        names.push_back("phrases");
+        weights.push_back(phrasesWeight);
+    }
+    if (taught) {
+        models.push_back(taught.get());
+        names.push_back("taught");
+        weights.push_back(taughtWeight);
+    }
+    // The set keeps references of its own.
     LanguageModel all(ngram_model_set_init(library_->config.get(), models.data(),
         const_cast<char **>(names.data()), weights.data(), static_cast<int32>(models.size())));
     ps_decoder_t *decoder = library_->decoder.get();

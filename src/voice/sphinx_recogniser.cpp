@@ -25,6 +25,7 @@ constexpr auto carriedOver = 1s; // sound after a final result, to the next sess
 
 // Seconds of sound.
 constexpr double partialsEvery = 0.1;
+constexpr double dropsWorthLogging = 0.5;
 constexpr double longestUtterance = 30; // the library gives up the process on far longer ones
 
 const RecogniserError notLoaded{u"kelo.sphinx"_s, 1, u"the speech model could not be loaded"_s};
@@ -61,9 +62,10 @@ public:
         if (cancelled || audioEnded)
             return;
         appended = Clock::now();
-        const double dropped = sound.push(std::move(samples));
-        if (dropped > 0 && !finished)
-            qCWarning(voiceLog) << "recognition falls behind:" << dropped << "s of sound dropped";
+        dropped += sound.push(std::move(samples));
+        if (dropped >= dropsWorthLogging && !finished)
+            qCWarning(voiceLog) << "recognition falls behind:" << std::exchange(dropped, 0)
+                                << "s of sound dropped";
         desk->changed.notify_one();
     }
 
@@ -87,6 +89,7 @@ public:
     const RecognitionRequest request;
     const Handler handler;
     SoundQueue sound;
+    double dropped = 0; ///< seconds, not logged yet
     Clock::time_point appended;
     bool audioEnded = false;
     bool cancelled = false;
@@ -217,6 +220,7 @@ SphinxRecogniser::~SphinxRecogniser()
     {
         const std::lock_guard lock(desk_->mutex);
         desk_->closed = true;
+        desk_->newest.reset(); // which holds the desk
         desk_->changed.notify_one();
     }
     worker_.join();

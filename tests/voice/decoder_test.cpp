@@ -1,0 +1,197 @@
+#include "voice/recording.h"
+#include "voice/speech_sample.h"
+#include "voice/sphinx_decoder.h"
+#include "voice/sphinx_recogniser.h"
+#include "voice/wake_lab.h"
+#include "voice/wake_training.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace kelo;
+
+namespace {
+
+const QString model = QStringLiteral(KELO_POCKETSPHINX);
+
+} // namespace
+
+/// The recogniser on recordings: what it is taught, what it is told to expect, what it is spared.
+class DecoderTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void teachingLetsItHearTheName();
+    void damagedModelsAreLeftOut_data();
+    void damagedModelsAreLeftOut();
+    void expectationsMayChangeForever();
+    void silenceAndNoSoundAreNoWords();
+    void withoutAModelItIsNotAvailable();
+    void strangeNamesCanBeTaught_data();
+    void strangeNamesCanBeTaught();
+    void labReports();
+
+private:
+    QTemporaryDir folder_;
+    Samples spoken(const QString &text);
+    QString goodMorning(Recogniser &recogniser, const std::optional<TaughtModel> &taught);
+    std::mt19937 random_{1};
+};
+
+void DecoderTest::initTestCase()
+{
+    if (!speakToFile(u"a"_s, u"gmw/en"_s, 160, folder_.filePath(u"a.wav"_s)))
+        QSKIP("RECOGNITION IS NOT TESTED, please install: espeak-ng");
+}
+
+Samples DecoderTest::spoken(const QString &text)
+{
+    const QString file = folder_.filePath(u"a.wav"_s);
+    speakToFile(text, u"gmw/en-US"_s, 150, file);
+    return inRoom(readSpeech(file).value_or(Samples()), {}, random_);
+}
+
+/// What is heard of a good morning, at the second go: the first utterance of all tells the decoder
+/// how loud we are.
+QString DecoderTest::goodMorning(Recogniser &recogniser, const std::optional<TaughtModel> &taught)
+{
+    (void)recognised(recogniser, {}, spoken(u"what time is it"_s));
+    return recognised(recogniser, taught, spoken(u"good morning"_s));
+}
+
+void DecoderTest::teachingLetsItHearTheName()
+{
+    SphinxRecogniser recogniser(model);
+    const Samples speech = spoken(u"Hey Kelo, what's the weather. Kelo, stop"_s);
+    QVERIFY(!recognised(recogniser, {}, speech).contains(u"Kelo"_s));
+    const auto taught = recogniser.teach(
+        WakeTraining::of(u"Kelo"_s), SpeechModelFiles::of(folder_.path(), u"Kelo"_s));
+    const QString words = recognised(recogniser, taught, speech);
+    QVERIFY2(words.count(u"Kelo"_s) == 2, qPrintable(words)); // across the pause, too
+    QCOMPARE(goodMorning(recogniser, taught), u"good morning"_s);
+}
+
+void DecoderTest::damagedModelsAreLeftOut_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("contents");
+    QTest::newRow("model cut short") << u"luna-lm"_s << QByteArray("\\data\\\nngram 1=5\n");
+    QTest::newRow("model gone") << u"luna-lm"_s << QByteArray();
+    QTest::newRow("not a model") << u"luna-lm"_s << QByteArray(5000, '\xff');
+    QTest::newRow("other words") << u"luna-vocab"_s << QByteArray("luna ZZ\n");
+}
+
+void DecoderTest::damagedModelsAreLeftOut()
+{
+    QFETCH(QString, file);
+    QFETCH(QByteArray, contents);
+    SphinxRecogniser recogniser(model);
+    const auto taught = recogniser.teach(
+        WakeTraining::of(u"Luna"_s), SpeechModelFiles::of(folder_.path(), u"Luna"_s));
+    QFile damaged(folder_.filePath(file));
+    QVERIFY(contents.isEmpty() ? damaged.remove()
+                               : damaged.open(QIODevice::WriteOnly) && damaged.write(contents));
+    damaged.close();
+    auto decoder = SphinxDecoder::load(model);
+    QVERIFY(decoder);
+    QVERIFY(!decoder->expect(taught, {}));
+    QCOMPARE(goodMorning(recogniser, taught), u"good morning"_s);
+}
+
+void DecoderTest::expectationsMayChangeForever()
+{
+    auto decoder = SphinxDecoder::load(model);
+    QVERIFY(decoder);
+    const Samples speech = spoken(u"good morning"_s);
+    for (int i = 0; i < 30; ++i) {
+        QVERIFY(decoder->expect({},
+            i % 10 ? QStringList{u"jazz lesson"_s, u"number %1"_s.arg(i % 7)}
+                   : QStringList{u"qwzx%1"_s.arg(i), u"!"_s}));
+        decoder->begin();
+        decoder->process(speech);
+        decoder->end();
+        if (i > 0)
+            QCOMPARE(decoder->words().join(u' '), u"good morning"_s);
+    }
+}
+
+void DecoderTest::silenceAndNoSoundAreNoWords()
+{
+    SphinxRecogniser recogniser(model);
+    QCOMPARE(recognised(recogniser, {}, {}), QString());
+    QCOMPARE(recognised(recogniser, {}, Samples(16000)), QString());
+    QCOMPARE(recognised(recogniser, {}, Samples(16000, 32767)), QString());
+    // Sessions that are dropped in the middle, tasks that outlive their recogniser.
+    std::shared_ptr<RecognitionTask> task;
+    {
+        SphinxRecogniser brief(model);
+        for (int i = 0; i < 20; ++i) {
+            task = brief.start({}, [](const auto &, const auto &) {});
+            task->append({{}, QByteArray(640, '\x55')});
+            if (i % 2)
+                task->cancel();
+        }
+    }
+    task->append({{}, QByteArray(640, '\x55')});
+    task->endAudio();
+    task->cancel();
+}
+
+void DecoderTest::withoutAModelItIsNotAvailable()
+{
+    SphinxRecogniser recogniser(folder_.path());
+    QVERIFY(!recogniser.isAvailable() && !recogniser.canBeTaught());
+    QFile dictionary(SphinxDecoder::dictionaryIn(folder_.path())); // there is no more than that
+    QVERIFY(dictionary.open(QIODevice::WriteOnly));
+    SphinxRecogniser broken(folder_.path());
+    QVERIFY(broken.isAvailable());
+    QCOMPARE(recognised(broken, {}, Samples(1600)), QString());
+    QVERIFY(!broken.isAvailable());
+}
+
+void DecoderTest::strangeNamesCanBeTaught_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("a number") << u"Kelo 2"_s;
+    QTest::newRow("another script") << u"Ольга"_s;
+    QTest::newRow("marks of the file format") << u"</s> \\end\\ (2)"_s;
+    QTest::newRow("an everyday word") << u"the"_s;
+    QTest::newRow("many words") << u"my very own dear music teacher at home"_s;
+    QTest::newRow("long") << QString(300, u'k');
+}
+
+void DecoderTest::strangeNamesCanBeTaught()
+{
+    QFETCH(QString, name);
+    SphinxRecogniser recogniser(model);
+    const SpeechModelFiles files{folder_.filePath(u"x.bin"_s), folder_.filePath(u"x-lm"_s),
+        folder_.filePath(u"x-vocab"_s)};
+    const auto taught = recogniser.teach(WakeTraining::of(name), files);
+    QCOMPARE(goodMorning(recogniser, taught), u"good morning"_s);
+    QVERIFY_THROWS_EXCEPTION(
+        std::runtime_error, recogniser.teach(WakeTraining::of(u"?!"_s), files));
+}
+
+void DecoderTest::labReports()
+{
+    const QString out = folder_.filePath(u"report.txt"_s);
+    QCOMPARE(WakeLab::run(out, u"Melody"_s, true), 0);
+    QFile report(out);
+    QVERIFY(report.open(QIODevice::ReadOnly));
+    const QStringList lines = QString::fromUtf8(report.readAll()).split(u'\n');
+    QCOMPARE(lines.last(2), (QStringList{u"done"_s, QString()}));
+    const qsizetype samples = lines.size() - 3;
+    qsizetype hits = 0;
+    for (const QString &line : lines.first(samples)) {
+        QVERIFY2(line.startsWith(u"ok  "_s) || line.startsWith(u"MISS"_s), qPrintable(line));
+        hits += line.startsWith(u"ok  "_s);
+    }
+    QVERIFY(samples >= 4 * 6 * 3 && hits > 0);
+    QCOMPARE(lines[samples],
+        u"== plain: the name was written correctly in %1 of %2"_s.arg(hits).arg(samples));
+}
+
+QTEST_GUILESS_MAIN(DecoderTest)
+#include "decoder_test.moc"

@@ -1,0 +1,247 @@
+#include "support/link_fixture.h"
+#include "voice/microphone.h"
+#include "voice/permissions.h"
+#include "voice/recogniser.h"
+#include "voice/virtual_microphone.h"
+#include "voice/voice_control.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace kelo;
+using namespace kelo::test;
+
+/// Everything for real: a sound server, a voice in it, the recogniser, and an engine at the end.
+class HearingTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void hearsACommand();
+    void obeysTheEngine();
+    void keepsQuietWhileTheUserTypes();
+    void survivesItsMicrophone();
+    void survivesItsServer();
+    void neverWaitsForAServer();
+    void canBeSwitchedForever();
+
+private:
+    void turnOn();
+    /// Says `text` and returns what the engine was sent until a while after the final result, or
+    /// until none can be expected any more.
+    QStringList hear(const QString &text);
+    /// What the engine was sent since the last call.
+    QStringList sent();
+    [[nodiscard]] bool logHas(const QString &text) const;
+
+    VirtualMicrophone microphone_;
+    std::unique_ptr<LinkFixture> link_;
+    std::unique_ptr<VoiceControl> voice_;
+    qsizetype read_ = 0;
+};
+
+void HearingTest::initTestCase()
+{
+    if (const QString missing = VirtualMicrophone::missing(); !missing.isEmpty())
+        QSKIP(qPrintable(u"HEARING IS NOT TESTED, please install: "_s + missing));
+    if (!Recogniser::ofThisSystem())
+        QSKIP("HEARING IS NOT TESTED, please install: libpocketsphinx-dev");
+    QCoreApplication::setApplicationName(u"HearingTest"_s);
+    QVERIFY(microphone_.start());
+}
+
+void HearingTest::init()
+{
+    link_ = std::make_unique<LinkFixture>();
+    link_->engine.play("serve");
+    link_->write(u"voice-log.txt"_s, {});
+    Link &link = link_->link();
+    link.start();
+    voice_ = std::make_unique<VoiceControl>(VoiceSetup{link,
+        [&link](const QString &line) { link.send(line); }, Permissions::ofThisSystem(),
+        Microphone::ofThisSystem(), Recogniser::ofThisSystem(),
+        std::make_unique<QSettings>(link_->settingsFile, QSettings::IniFormat), link_->dataDir});
+    link.setEars(voice_.get());
+    read_ = 0;
+}
+
+void HearingTest::cleanup()
+{
+    microphone_.thaw();
+    voice_.reset();
+    if (link_)
+        link_->link().stop();
+    link_.reset();
+}
+
+void HearingTest::turnOn()
+{
+    voice_->begin();
+    QTRY_COMPARE(voice_->status.get(), u"LISTENING FOR “KELO”"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(logHas(u"the recogniser has been taught the name"_s), 20000);
+}
+
+bool HearingTest::logHas(const QString &text) const
+{
+    return link_->read(u"voice-log.txt"_s).contains("  " + text.toUtf8() + '\n');
+}
+
+QStringList HearingTest::sent()
+{
+    const QByteArray all = link_->engine.input();
+    const qsizetype end = all.lastIndexOf('\n') + 1;
+    const QByteArray news = all.sliced(read_, std::max(end - read_, qsizetype{0}));
+    read_ = end;
+    return QString::fromUtf8(news).split(u'\n', Qt::SkipEmptyParts);
+}
+
+QStringList HearingTest::hear(const QString &text)
+{
+    QStringList lines;
+    const bool began = microphone_.speak(text);
+    QDeadlineTimer patience(10000); // a busy machine may take long
+    while (began && !patience.hasExpired() && lines.filter(u"~ear 1 "_s).isEmpty()) {
+        QTest::qWait(50);
+        lines += sent();
+    }
+    QTest::qWait(1500);
+    return lines + sent();
+}
+
+void HearingTest::hearsACommand()
+{
+    turnOn();
+    QTest::qWait(500);
+    sent();
+    QElapsedTimer clock;
+    clock.start();
+    QTest::qWait(1000);
+    const auto levels = sent().filter(u"~lvl "_s).size();
+    QVERIFY2(levels >= 6 && levels <= 13, qPrintable(QString::number(levels)));
+
+    QVERIFY(microphone_.speak(u"Kelo, play me something. nice and slow"_s));
+    QStringList whileSpeaking;
+    QTRY_VERIFY_WITH_TIMEOUT(
+        (whileSpeaking += sent(), !microphone_.isSpeaking()), 15000);
+    QVERIFY2(!whileSpeaking.filter(u"~ear 0 "_s).isEmpty(), "no word while it was spoken");
+    QVERIFY(whileSpeaking.filter(u"~lvl "_s).size() > whileSpeaking.count(u"~lvl 0.0000"_s) + 5);
+
+    QStringList after;
+    QTRY_VERIFY_WITH_TIMEOUT(
+        (after += sent(), !after.filter(u"~ear 1 "_s).isEmpty()), 10000);
+    QTest::qWait(1500);
+    const QStringList finals = (whileSpeaking + after + sent()).filter(u"~ear 1 "_s);
+    QCOMPARE(finals.size(), 1);
+    QVERIFY2(finals.first().contains(u"Kelo"_s), qPrintable(finals.first()));
+
+    const QStringList again = hear(u"Kelo, play some music"_s); // the next session listens
+    QCOMPARE(again.filter(u"~ear 1 "_s).size(), 1);
+}
+
+void HearingTest::obeysTheEngine()
+{
+    turnOn();
+    QVERIFY(microphone_.speak(u"everyone could see that it was raining, so nobody wanted to leave the house"_s));
+    QStringList lines;
+    QTRY_VERIFY_WITH_TIMEOUT((lines += sent(), !lines.filter(u"~ear 0 "_s).isEmpty()), 10000);
+    const QString before = lines.filter(u"~ear 0 "_s).last().mid(7);
+    link_->say({"earreset"});
+    QStringList after;
+    QTRY_VERIFY_WITH_TIMEOUT(
+        (after += sent(), !after.filter(u"~ear 1 "_s).isEmpty()), 15000);
+    QVERIFY2(!after.last().contains(before), qPrintable(after.last())); // it began empty
+    link_->say({"ears off"});
+    QCOMPARE(voice_->status.get(), u"OFF"_s);
+    QTest::qWait(100);
+    sent();
+    QCOMPARE(hear(u"Kelo, stop"_s), QStringList());
+}
+
+void HearingTest::keepsQuietWhileTheUserTypes()
+{
+    turnOn();
+    link_->link().typing = true;
+    const QStringList lines = hear(u"Kelo, stop"_s);
+    QCOMPARE(lines.filter(u"~ear "_s), QStringList());
+    QVERIFY(!lines.filter(u"~lvl "_s).isEmpty());
+}
+
+void HearingTest::survivesItsMicrophone()
+{
+    turnOn();
+    QVERIFY(microphone_.pull());
+    QTRY_COMPARE(voice_->status.get(), u"NO MICROPHONE"_s);
+    QVERIFY(logHas(u"lost the microphone: VirtualMic"_s));
+    QTest::qWait(1500);
+    QCOMPARE(voice_->status.get(), u"NO MICROPHONE"_s); // the speakers' monitor is no microphone
+    QVERIFY(microphone_.plugIn());
+    QTRY_COMPARE_WITH_TIMEOUT(voice_->status.get(), u"LISTENING FOR “KELO”"_s, 2000);
+    sent();
+    QCOMPARE(hear(u"Kelo, play some music"_s).filter(u"~ear 1 "_s).size(), 1);
+}
+
+void HearingTest::survivesItsServer()
+{
+    turnOn();
+    microphone_.kill();
+    QTRY_COMPARE(voice_->status.get(), u"NO MICROPHONE"_s);
+    QVERIFY(microphone_.start());
+    QTRY_COMPARE_WITH_TIMEOUT(voice_->status.get(), u"LISTENING FOR “KELO”"_s, 2000);
+    const auto levels = link_->engine.input().count("~lvl ");
+    QTRY_VERIFY(link_->engine.input().count("~lvl ") > levels);
+}
+
+void HearingTest::neverWaitsForAServer()
+{
+    QElapsedTimer clock;
+    const auto soon = [&] { return clock.elapsed() < 200; };
+    microphone_.freeze();
+    clock.start();
+    voice_->begin();
+    QVERIFY(soon());
+    QTRY_COMPARE(voice_->status.get(), u"NO MICROPHONE"_s);
+    clock.start();
+    voice_->stop();
+    voice_->begin();
+    QVERIFY(soon());
+    microphone_.thaw();
+    QTRY_COMPARE_WITH_TIMEOUT(voice_->status.get(), u"LISTENING FOR “KELO”"_s, 4000);
+
+    microphone_.freeze();
+    clock.start();
+    voice_->listen();
+    voice_->stop();
+    QVERIFY(soon());
+}
+
+void HearingTest::canBeSwitchedForever()
+{
+    const auto threads = [] { return QDir(u"/proc/self/task"_s).entryList(QDir::Dirs).size(); };
+    turnOn();
+    const auto before = threads();
+    for (int i = 0; i < 200; ++i) {
+        voice_->stop();
+        voice_->begin();
+        if (i % 10 == 0)
+            QTest::qWait(10);
+    }
+    QTRY_COMPARE(voice_->status.get(), u"LISTENING FOR “KELO”"_s);
+    for (int i = 0; i < 20; ++i) {
+        const QString name = u"Kelo"_s + QChar(u'a' + i);
+        link_->link().assistant = name;
+        voice_->listen();
+        QTRY_COMPARE_WITH_TIMEOUT(
+            link_->read(u"voice-log.txt"_s).count("has been taught the name"), i + 2, 20000);
+        QCOMPARE(voice_->status.get(), u"LISTENING FOR “%1”"_s.arg(name.toUpper()));
+    }
+    QTRY_COMPARE(threads(), before); // those of the background have gone home
+    const auto levels = link_->engine.input().count("~lvl ");
+    QTRY_VERIFY(link_->engine.input().count("~lvl ") > levels);
+}
+
+QTEST_GUILESS_MAIN(HearingTest)
+#include "hearing_test.moc"
