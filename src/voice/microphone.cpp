@@ -4,6 +4,24 @@
 
 namespace kelo {
 
+namespace {
+
+class NoMicrophone final : public Microphone {
+public:
+    QFuture<QList<MicrophoneDevice>> discover() override
+    {
+        return QtFuture::makeReadyFuture(QList<MicrophoneDevice>());
+    }
+    Opening open(const MicrophoneDevice & /*device*/, Sink /*sink*/) override
+    {
+        return Opening::NoInput;
+    }
+    void close() override { }
+    [[nodiscard]] bool isOpen() const override { return false; }
+};
+
+} // namespace
+
 const MicrophoneDevice *chosenMicrophone(const QList<MicrophoneDevice> &devices)
 {
     using Rule = bool (*)(const MicrophoneDevice &);
@@ -22,6 +40,11 @@ const MicrophoneDevice *chosenMicrophone(const QList<MicrophoneDevice> &devices)
             return &*found;
     }
     return nullptr;
+}
+
+std::unique_ptr<Microphone> Microphone::none()
+{
+    return std::make_unique<NoMicrophone>();
 }
 
 } // namespace kelo

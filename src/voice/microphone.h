@@ -50,6 +50,8 @@ public:
 
     /// What this system captures with.
     static std::unique_ptr<Microphone> ofThisSystem();
+    /// There is none to be found.
+    static std::unique_ptr<Microphone> none();
 
 Q_SIGNALS:
     /// Capture ended by itself: the device was pulled or the sound system went away. It is closed.

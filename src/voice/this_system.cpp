@@ -12,30 +12,12 @@
 
 namespace kelo {
 
-namespace {
-
-class NoMicrophone final : public Microphone {
-public:
-    QFuture<QList<MicrophoneDevice>> discover() override
-    {
-        return QtFuture::makeReadyFuture(QList<MicrophoneDevice>());
-    }
-    Opening open(const MicrophoneDevice & /*device*/, Sink /*sink*/) override
-    {
-        return Opening::NoInput;
-    }
-    void close() override { }
-    [[nodiscard]] bool isOpen() const override { return false; }
-};
-
-} // namespace
-
 std::unique_ptr<Microphone> Microphone::ofThisSystem()
 {
 #ifdef KELO_PULSE
     return std::make_unique<PulseMicrophone>();
 #else
-    return std::make_unique<NoMicrophone>();
+    return none();
 #endif
 }
 

@@ -1,7 +1,6 @@
 #include "voice/voice_control.h"
 
 #include "link/paths.h"
-#include "voice/permissions.h"
 #include "voice/transcript.h"
 
 #include <QCoreApplication>
@@ -44,9 +43,14 @@ bool isExpected(const RecogniserError &error)
 VoiceSetup VoiceSetup::ofThisProcess()
 {
     Link &link = Link::shared();
-    return {link, [&link](const QString &line) { link.send(line); }, Permissions::ofThisSystem(),
+    return {&link, [&link](const QString &line) { link.send(line); }, Permissions::ofThisSystem(),
         Microphone::ofThisSystem(), Recogniser::ofThisSystem(), std::make_unique<QSettings>(),
         kelo::baseDir()};
+}
+
+VoiceSetup VoiceSetup::deaf()
+{
+    return {nullptr, {}, Permissions::ofThisSystem(), Microphone::none(), nullptr, nullptr, {}};
 }
 
 VoiceControl::VoiceControl(VoiceSetup setup, QObject *parent)
@@ -100,7 +104,7 @@ void VoiceControl::askForMicrophone()
             return;
         }
         on = true;
-        setup_.settings->setValue(u"voice"_s, true);
+        remember(true);
         openMicrophone(false);
     });
 }
@@ -109,7 +113,7 @@ void VoiceControl::stop()
 {
     ++turn_;
     on = false;
-    setup_.settings->setValue(u"voice"_s, false);
+    remember(false);
     refresh_.reset();
     retry_.reset();
     endSession();
@@ -121,8 +125,14 @@ void VoiceControl::stop()
 
 void VoiceControl::resumeIfWanted()
 {
-    if (setup_.settings->value(u"voice"_s, false).toBool())
+    if (setup_.settings && setup_.settings->value(u"voice"_s, false).toBool())
         begin();
+}
+
+void VoiceControl::remember(bool wanted)
+{
+    if (setup_.settings)
+        setup_.settings->setValue(u"voice"_s, wanted);
 }
 
 // ---- the microphone ----
@@ -219,7 +229,7 @@ void VoiceControl::listen()
         stop();
         return;
     }
-    const QString assistant = setup_.link.assistant;
+    const QString assistant = setup_.link->assistant;
     RecognitionRequest request;
     wakeModel_.apply(request, assistant);
     wakeModel_.prepare(assistant, [this] { startOver(); });
@@ -259,7 +269,7 @@ QStringList VoiceControl::expectedPhrases() const
 {
     if (!vocabulary_.isEmpty())
         return vocabulary_;
-    const QString assistant = setup_.link.assistant;
+    const QString assistant = setup_.link->assistant;
     return {assistant, "Hey "_L1 + assistant, u"composition"_s, u"metronome"_s, u"REAPER"_s,
         u"Clair de Lune"_s, u"ear training"_s, u"jazz lesson"_s};
 }
@@ -276,7 +286,7 @@ void VoiceControl::watch()
 {
     setup_.time.after(watchdogEvery, refresh_.get(), [this] {
         watch();
-        if (on && !setup_.link.speaking && setup_.time.now() - lastHeardAt_ > quietBeforeRenewal)
+        if (on && !setup_.link->speaking && setup_.time.now() - lastHeardAt_ > quietBeforeRenewal)
             listen();
     });
 }
@@ -291,7 +301,7 @@ void VoiceControl::handle(qint64 session, const std::optional<Transcript> &trans
             lastWords_ = transcript->words;
             lastHeardAt_ = setup_.time.now();
         }
-        if (!setup_.link.typing)
+        if (!setup_.link->typing)
             setup_.send(earLine(transcript->words, transcript->final));
     }
     if (error && !isExpected(*error)) {

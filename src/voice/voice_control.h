@@ -4,6 +4,7 @@
 #include "link/shell.h"
 #include "voice/audio.h"
 #include "voice/microphone.h"
+#include "voice/permissions.h"
 #include "voice/wake_model.h"
 
 #include <functional>
@@ -12,20 +13,20 @@
 
 namespace kelo {
 
-class Permissions;
-
 /// What voice control is made of; tests bring their own.
 struct VoiceSetup {
-    Link &link; ///< who the assistant is, whether it speaks, whether the user types
+    Link *link = nullptr; ///< who the assistant is, whether it speaks, whether the user types
     std::function<void(const QString &line)> send; ///< to the engine
     std::unique_ptr<Permissions> permissions;
     std::unique_ptr<Microphone> microphone;
     std::unique_ptr<Recogniser> recogniser; ///< null when there is none
-    std::unique_ptr<QSettings> settings;
+    std::unique_ptr<QSettings> settings; ///< null: nothing is remembered
     QString baseDir; ///< the data directory
     TimeSource &time = TimeSource::system();
 
     static VoiceSetup ofThisProcess();
+    /// Finds no microphone and remembers nothing: for pictures, and for tests of other rooms.
+    static VoiceSetup deaf();
 };
 
 /// Turns the user's voice into text for the engine.
@@ -44,7 +45,7 @@ class VoiceControl : public QObject, public Ears {
     template <typename T> using Field = Published<T, VoiceControl>;
 
 public:
-    explicit VoiceControl(VoiceSetup setup, QObject *parent = nullptr);
+    explicit VoiceControl(VoiceSetup setup = VoiceSetup::deaf(), QObject *parent = nullptr);
     ~VoiceControl() override;
 
     /// The instance of this process, made on first use; it needs the application object.
@@ -109,6 +110,7 @@ private:
     void handle(qint64 session, const std::optional<Transcript> &transcript,
         const std::optional<RecogniserError> &error);
     void renew(qint64 session);
+    void remember(bool wanted);
 
     VoiceSetup setup_;
     WakeModel wakeModel_;

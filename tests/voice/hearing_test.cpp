@@ -61,7 +61,7 @@ void HearingTest::init()
     link_->write(u"voice-log.txt"_s, {});
     Link &link = link_->link();
     link.start();
-    voice_ = std::make_unique<VoiceControl>(VoiceSetup{link,
+    voice_ = std::make_unique<VoiceControl>(VoiceSetup{&link,
         [&link](const QString &line) { link.send(line); }, Permissions::ofThisSystem(),
         Microphone::ofThisSystem(), Recogniser::ofThisSystem(),
         std::make_unique<QSettings>(link_->settingsFile, QSettings::IniFormat), link_->dataDir});

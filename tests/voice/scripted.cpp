@@ -96,7 +96,7 @@ VoiceFixture::VoiceFixture()
     microphone = ear.get();
     recogniser = listener.get();
     microphone->events = recogniser->events = &events;
-    voice = std::make_unique<VoiceControl>(VoiceSetup{link.link(),
+    voice = std::make_unique<VoiceControl>(VoiceSetup{&link.link(),
         [this](const QString &line) {
             if (!line.endsWith(u'\n') || line.count(u'\n') != 1)
                 qFatal("not one line: %s", qPrintable(line));

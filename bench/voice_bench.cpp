@@ -1,0 +1,267 @@
+// How well names are heard, and at what cost:
+//   voice_bench [MINUTES [NAME...]]
+// with so many minutes of other talk a name (2), for all names of the corpus or those given.
+// Speech is made by espeak-ng, so the figures compare builds with each other, not with people.
+
+#include "support/figures.h"
+#include "voice/recording.h"
+#include "voice/speech_sample.h"
+#include "voice/sphinx_decoder.h"
+#include "voice/sphinx_recogniser.h"
+#include "voice/taught_name.h"
+#include "voice/wake_training.h"
+#include "voice_corpus.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <ctime>
+#include <future>
+#include <numeric>
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+using namespace kelo;
+using namespace kelo::bench;
+
+namespace {
+
+constexpr std::array speeds{140, 175, 210}; // words a minute
+constexpr std::array<std::optional<double>, 3> rooms{std::nullopt, 20.0, 10.0};
+constexpr std::array roomNames{"clean", "20 dB", "10 dB"};
+
+struct Tally {
+    double hits = 0;
+    double samples = 0;
+    [[nodiscard]] double percent() const { return samples > 0 ? 100 * hits / samples : 0; }
+    void add(const Tally &other)
+    {
+        hits += other.hits;
+        samples += other.samples;
+    }
+};
+
+struct Figures {
+    std::array<Tally, rooms.size()> heard;
+    Tally plain;
+    Tally otherWordsWrong; ///< "hits" are the wrong ones
+    Tally falseNames; ///< "samples" are seconds
+    Tally soundAlikes; ///< that were taken for the name
+};
+
+/// Words to insert, delete or replace to turn one list into the other.
+double distance(const QStringList &from, const QStringList &to)
+{
+    std::vector<double> row(static_cast<std::size_t>(to.size()) + 1);
+    std::iota(row.begin(), row.end(), 0);
+    for (const QString &word : from) {
+        double diagonal = row[0]++;
+        for (std::size_t i = 1; i < row.size(); ++i) {
+            const bool same = word == to[static_cast<qsizetype>(i) - 1];
+            const double best = std::min({row[i] + 1, row[i - 1] + 1, diagonal + !same});
+            diagonal = std::exchange(row[i], best);
+        }
+    }
+    return row.back();
+}
+
+class Bench {
+public:
+    Figures measure(const QString &name, double seconds);
+    void costs();
+
+private:
+    [[nodiscard]] Samples spoken(
+        const QString &text, const QString &voice, int speed, std::optional<double> noise);
+    void otherTalk(Figures &figures, const QString &token, const TaughtModel &model,
+        double seconds);
+
+    QTemporaryDir folder_;
+    SphinxRecogniser recogniser_{QStringLiteral(KELO_POCKETSPHINX)};
+    std::mt19937 random_{20};
+};
+
+Samples Bench::spoken(
+    const QString &text, const QString &voice, int speed, std::optional<double> noise)
+{
+    const QString file = folder_.filePath(u"speech.wav"_s);
+    const auto speech
+        = speakToFile(text, voice, speed, file) ? readSpeech(file) : std::optional<Samples>();
+    if (!speech)
+        throw std::runtime_error("espeak-ng is missing");
+    return inRoom(*speech, noise, random_);
+}
+
+Figures Bench::measure(const QString &name, double seconds)
+{
+    Figures figures;
+    const QString token = nameToken(name);
+    const TaughtModel model = recogniser_.teach(
+        WakeTraining::of(name), SpeechModelFiles::of(folder_.path(), name));
+    std::size_t number = 0;
+    for (const QString &phrase : phrasesWith(name)) {
+        for (const QString &voice : sampleVoices()) {
+            const int speed = speeds[number++ % speeds.size()];
+            for (std::size_t room = 0; room < rooms.size(); ++room) {
+                const Samples sound = spoken(phrase, voice, speed, rooms[room]);
+                QStringList words = tokensOf(recognised(recogniser_, model, sound), name);
+                figures.heard[room].add({double(words.contains(token)), 1});
+                if (room > 0)
+                    continue;
+                QStringList said = tokensOf(phrase, name);
+                words.removeAll(token);
+                said.removeAll(token);
+                figures.otherWordsWrong.add({distance(said, words), double(said.size())});
+                const QString plain = recognised(recogniser_, {}, sound);
+                figures.plain.add({double(tokensOf(plain, name).contains(token)), 1});
+            }
+        }
+    }
+    otherTalk(figures, token, model, seconds);
+    return figures;
+}
+
+void Bench::otherTalk(
+    Figures &figures, const QString &token, const TaughtModel &model, double seconds)
+{
+    const auto falseNames = [&](const Samples &sound) {
+        const auto words = tokensOf(recognised(recogniser_, model, sound), model.name);
+        return static_cast<double>(words.count(token));
+    };
+    const auto anyVoice
+        = [&] { return sampleVoices()[static_cast<qsizetype>(random_() % 6)]; };
+    while (figures.falseNames.samples < seconds) {
+        const int speed = speeds[random_() % speeds.size()];
+        const Samples sound = spoken(everydaySentence(random_), anyVoice(), speed, {});
+        figures.falseNames.add({falseNames(sound), secondsOf(sound)});
+    }
+    for (const QString &word : soundAlikes()) {
+        if (word == token)
+            continue;
+        const QString sentence = u"I said %1 to my brother"_s.arg(word);
+        figures.soundAlikes.add({falseNames(spoken(sentence, anyVoice(), speeds[1], {})), 1});
+    }
+}
+
+double cpuSeconds()
+{
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+void Bench::costs()
+{
+    QElapsedTimer clock;
+    const auto milliseconds = [&] { return static_cast<double>(clock.nsecsElapsed()) / 1e6; };
+    const double before = privateMemory();
+    clock.start();
+    auto decoder = SphinxDecoder::load(QStringLiteral(KELO_POCKETSPHINX));
+    print(u"load the decoder"_s, milliseconds(), u"ms"_s);
+    print(u"memory, general model"_s, (privateMemory() - before) / 1e6, u"MB"_s);
+    clock.start();
+    const TaughtModel model = recogniser_.teach(
+        WakeTraining::of(u"Kelo"_s), SpeechModelFiles::of(folder_.path(), u"Kelo"_s));
+    print(u"prepare a taught model"_s, milliseconds(), u"ms"_s);
+    clock.start();
+    decoder->expect(model, {});
+    print(u"take up a taught model"_s, milliseconds(), u"ms"_s);
+    print(u"memory, taught"_s, (privateMemory() - before) / 1e6, u"MB"_s);
+    clock.start();
+    decoder->expect(model, {u"jazz lesson"_s, u"ear training"_s});
+    print(u"a session with new phrases"_s, milliseconds(), u"ms"_s);
+    clock.start();
+    decoder->expect(model, {u"jazz lesson"_s, u"ear training"_s});
+    print(u"a session with the same phrases"_s, milliseconds(), u"ms"_s);
+    clock.start();
+    decoder->expect(model, {u"Zyrkal sonata"_s});
+    print(u"a session with new words"_s, milliseconds(), u"ms"_s);
+    decoder.reset();
+
+    // As it is spoken, through the gate.
+    Samples speech;
+    while (secondsOf(speech) < 20) {
+        const Samples more = spoken(everydaySentence(random_), sampleVoices()[0], speeds[1], {});
+        speech.insert(speech.end(), more.begin() + 8000, more.end() - 12000);
+    }
+    Samples hiss(20 * 16000);
+    std::normal_distribution<double> noise(0, 60);
+    for (qint16 &sample : hiss)
+        sample = static_cast<qint16>(noise(random_));
+    const auto perSecond = [&](const Samples &sound) {
+        const double start = cpuSeconds();
+        (void)recognised(recogniser_, model, sound);
+        return (cpuSeconds() - start) / secondsOf(sound);
+    };
+    (void)perSecond(Samples(1600));
+    print(u"CPU seconds a second of speech"_s, perSecond(speech), u"s"_s);
+    print(u"CPU seconds a second of hiss at -55 dB"_s, perSecond(hiss), u"s"_s);
+
+    const auto live = [&](const Samples &sound, const RecognitionTask::Handler &handler) {
+        const auto task = recogniser_.start({{}, model, true}, handler);
+        for (std::size_t at = 0; at + 320 <= sound.size(); at += 320) {
+            task->append({{}, QByteArray(reinterpret_cast<const char *>(sound.data() + at), 640)});
+            QThread::msleep(20);
+        }
+        return task;
+    };
+    const double start = cpuSeconds();
+    live(Samples(5 * 16000), [](const auto &, const auto &) {})->cancel();
+    print(u"CPU seconds a second of silence, gated"_s, (cpuSeconds() - start) / 5, u"s"_s);
+
+    const Samples phrase = spoken(u"Kelo, play some music"_s, sampleVoices()[0], speeds[1], {});
+    std::atomic<qint64> finalAt = 0;
+    QElapsedTimer spokenFor;
+    spokenFor.start();
+    live(phrase, [&](const auto &transcript, const auto &) {
+        if (transcript && transcript->final)
+            finalAt = spokenFor.elapsed();
+    })->cancel();
+    const double end = secondsOf(phrase) - 1.0; // the room is silent for a second
+    print(u"end of phrase to final result"_s, static_cast<double>(finalAt) / 1000 - end, u"s"_s);
+}
+
+void printRow(const QString &name, const Figures &figures)
+{
+    const double hours = figures.falseNames.samples / 3600;
+    std::printf("%-10s %6.1f %6.1f %6.1f %6.1f %8.1f %8.1f %8.1f\n", qPrintable(name),
+        figures.plain.percent(), figures.heard[0].percent(), figures.heard[1].percent(),
+        figures.heard[2].percent(), figures.otherWordsWrong.percent(),
+        hours > 0 ? figures.falseNames.hits / hours : 0, figures.soundAlikes.percent());
+    std::fflush(stdout);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    QStringList arguments = QCoreApplication::arguments().sliced(1);
+    const double minutes = arguments.isEmpty() ? 2 : arguments.takeFirst().toDouble();
+    printMachine();
+    Bench bench;
+    try {
+        bench.costs();
+        std::printf("\n%-10s %6s %6s %6s %6s %8s %8s %8s\n", "name, %", "plain", roomNames[0],
+            roomNames[1], roomNames[2], "rest bad", "false/h", "alikes");
+        Figures all;
+        for (const QString &name : arguments.isEmpty() ? names() : arguments) {
+            const Figures figures = bench.measure(name, minutes * 60);
+            printRow(name, figures);
+            for (std::size_t room = 0; room < rooms.size(); ++room)
+                all.heard[room].add(figures.heard[room]);
+            all.plain.add(figures.plain);
+            all.otherWordsWrong.add(figures.otherWordsWrong);
+            all.falseNames.add(figures.falseNames);
+            all.soundAlikes.add(figures.soundAlikes);
+        }
+        printRow(u"all"_s, all);
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "voice_bench: %s\n", error.what());
+        return 1;
+    }
+    return 0;
+}
