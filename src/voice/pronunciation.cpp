@@ -65,6 +65,7 @@ struct AccentRule {
 constexpr std::array accentRules{
     AccentRule{u"*", u"AA", u"*", u"AO"}, // caught and cot
     AccentRule{u"*", u"AO", u"*", u"AA"},
+    AccentRule{u"*", u"AA", u"*", u"AE"}, // the a of the north
     AccentRule{u"*", u"EY", u"*", u"EH"}, // a vowel without its glide
     AccentRule{u"*", u"EH", u"R", u"AE"}, // merry and marry
     AccentRule{u"*", u"AE", u"R", u"EH"},
@@ -162,7 +163,10 @@ Phones phonesOfIpa(const QString &ipa)
             ++at;
             continue;
         }
-        phones += sound->phones.toString().split(u' ');
+        for (const QString &phone : sound->phones.toString().split(u' ')) {
+            if (phones.isEmpty() || phones.last() != phone) // no phone is said twice
+                phones.append(phone);
+        }
         at += sound->symbol.size();
     }
     return phones;

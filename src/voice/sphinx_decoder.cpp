@@ -46,6 +46,7 @@ using LanguageModel = std::unique_ptr<ngram_model_t, Freeing<ngram_model_t, ngra
 struct SphinxDecoder::Library {
     Config config;
     LanguageModel general;
+    LanguageModel phrases; ///< those of the last rebuild, whose spellings `all` goes on using
     LanguageModel all; ///< the models beside each other, as searched
     Decoder decoder;
 };
@@ -194,7 +195,7 @@ ngram_model_t *SphinxDecoder::modelOfPhrases() const
 
 void SphinxDecoder::rebuild()
 {
-    const LanguageModel phrases(modelOfPhrases());
+    LanguageModel phrases(modelOfPhrases());
     const LanguageModel taught(taughtModel_.isEmpty() ? nullptr : modelOf(taughtModel_));
     std::vector<ngram_model_t *> models{library_->general.get()};
     std::vector<const char *> names{"general"};
@@ -219,6 +220,7 @@ void SphinxDecoder::rebuild()
         return;
     }
     library_->all = std::move(all);
+    library_->phrases = std::move(phrases);
 }
 
 // ---- utterances ----

@@ -31,6 +31,7 @@ WakeModel::WakeModel(Recogniser *recogniser, QString folder,
     , log_(std::move(log))
 {
     background_.setMaxThreadCount(1);
+    background_.setExpiryTimeout(100); // it is needed once a name
 }
 
 WakeModel::~WakeModel()
