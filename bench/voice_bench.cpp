@@ -78,8 +78,8 @@ public:
 private:
     [[nodiscard]] Samples spoken(
         const QString &text, const QString &voice, int speed, std::optional<double> noise);
-    void otherTalk(Figures &figures, const QString &token, const TaughtModel &model,
-        double seconds);
+    void otherTalk(
+        Figures &figures, const QString &token, const TaughtModel &model, double seconds);
 
     QTemporaryDir folder_;
     SphinxRecogniser recogniser_{QStringLiteral(KELO_POCKETSPHINX)};
@@ -90,8 +90,8 @@ Samples Bench::spoken(
     const QString &text, const QString &voice, int speed, std::optional<double> noise)
 {
     const QString file = folder_.filePath(u"speech.wav"_s);
-    const auto speech
-        = speakToFile(text, voice, speed, file) ? readSpeech(file) : std::optional<Samples>();
+    const auto speech =
+        speakToFile(text, voice, speed, file) ? readSpeech(file) : std::optional<Samples>();
     if (!speech)
         throw std::runtime_error("espeak-ng is missing");
     return inRoom(*speech, noise, random_);
@@ -101,8 +101,8 @@ Figures Bench::measure(const QString &name, double seconds)
 {
     Figures figures;
     const QString token = nameToken(name);
-    const TaughtModel model = recogniser_.teach(
-        WakeTraining::of(name), SpeechModelFiles::of(folder_.path(), name));
+    const TaughtModel model =
+        recogniser_.teach(WakeTraining::of(name), SpeechModelFiles::of(folder_.path(), name));
     // Room after room: the decoder gets used to one, as it would to a real one.
     for (std::size_t room = 0; room < rooms.size(); ++room) {
         std::size_t number = 0;
@@ -134,8 +134,7 @@ void Bench::otherTalk(
         const auto words = tokensOf(recognised(recogniser_, model, sound), model.name);
         return static_cast<double>(words.count(token));
     };
-    const auto anyVoice
-        = [&] { return sampleVoices()[static_cast<qsizetype>(random_() % 6)]; };
+    const auto anyVoice = [&] { return sampleVoices()[static_cast<qsizetype>(random_() % 6)]; };
     while (figures.falseNames.samples < seconds) {
         const int speed = speeds[random_() % speeds.size()];
         const Samples sound = spoken(everydaySentence(random_), anyVoice(), speed, {});

@@ -11,8 +11,7 @@ namespace {
 /// "<kind>" stands for any of the kind.
 const QStringList &patterns()
 {
-    static const QStringList list =
-        uR"(I think <person> wants to <do> the <thing> before <time>
+    static const QStringList list = uR"(I think <person> wants to <do> the <thing> before <time>
 could you bring the <adjective> <thing> to the <place>
 <person> said that <person> will <do> it <time>
 we were at the <place> <time> and it was <adjective>
@@ -38,22 +37,28 @@ she opened the window because the <place> was too <adjective>)"_s.split(u'\n');
 const QMap<QString, QStringList> &kinds()
 {
     static const QMap<QString, QStringList> map{
-        {u"person"_s, u"Peter|Susan|my neighbour|the teacher|David|Martha|our driver|Thomas|the "
-                      "boss|somebody|Jennifer|the old man"_s.split(u'|')},
+        {u"person"_s,
+            u"Peter|Susan|my neighbour|the teacher|David|Martha|our driver|Thomas|the "
+            "boss|somebody|Jennifer|the old man"_s.split(u'|')},
         {u"relative"_s, u"brother|sister|mother|uncle|daughter|cousin|grandson|wife"_s.split(u'|')},
-        {u"do"_s, u"fix|clean|carry|paint|sell|finish|change|borrow|practise|write about|move|"
-                  "forget|look at|explain|take back"_s.split(u'|')},
-        {u"thing"_s, u"car|letter|bicycle|piano|guitar|kitchen chair|blue coat|newspaper|camera|"
-                     "garden fence|birthday cake|telephone|green bottle|book about trains|ticket|"
-                     "lamp|suitcase|radio|picture|computer"_s.split(u'|')},
-        {u"place"_s, u"office|station|hospital|market|living room|school|bridge|concert hall|"
-                     "kitchen|library|airport|park behind the church|bakery"_s.split(u'|')},
-        {u"adjective"_s, u"heavy|cheap|beautiful|broken|noisy|strange|little|expensive|quiet|"
-                         "terrible|warm|wooden|different|famous"_s.split(u'|')},
-        {u"time"_s, u"tomorrow|last week|on Sunday|this evening|at six|before breakfast|in March|"
-                    "two years ago|next month|after lunch"_s.split(u'|')},
-        {u"number"_s, u"three|seven|eleven|twenty|forty two|about a hundred|nineteen|six"_s.split(
-                          u'|')},
+        {u"do"_s,
+            u"fix|clean|carry|paint|sell|finish|change|borrow|practise|write about|move|"
+            "forget|look at|explain|take back"_s.split(u'|')},
+        {u"thing"_s,
+            u"car|letter|bicycle|piano|guitar|kitchen chair|blue coat|newspaper|camera|"
+            "garden fence|birthday cake|telephone|green bottle|book about trains|ticket|"
+            "lamp|suitcase|radio|picture|computer"_s.split(u'|')},
+        {u"place"_s,
+            u"office|station|hospital|market|living room|school|bridge|concert hall|"
+            "kitchen|library|airport|park behind the church|bakery"_s.split(u'|')},
+        {u"adjective"_s,
+            u"heavy|cheap|beautiful|broken|noisy|strange|little|expensive|quiet|"
+            "terrible|warm|wooden|different|famous"_s.split(u'|')},
+        {u"time"_s,
+            u"tomorrow|last week|on Sunday|this evening|at six|before breakfast|in March|"
+            "two years ago|next month|after lunch"_s.split(u'|')},
+        {u"number"_s,
+            u"three|seven|eleven|twenty|forty two|about a hundred|nineteen|six"_s.split(u'|')},
     };
     return map;
 }
@@ -74,7 +79,8 @@ QStringList names()
 QStringList phrasesWith(const QString &name)
 {
     return {"Hey "_L1 + name + ", what's the weather"_L1, name + " stop"_L1,
-        "so anyway. "_L1 + name + ", play some music"_L1, "Okay "_L1 + name + ", what time is it"_L1};
+        "so anyway. "_L1 + name + ", play some music"_L1,
+        "Okay "_L1 + name + ", what time is it"_L1};
 }
 
 QStringList soundAlikes()

@@ -31,8 +31,7 @@ std::array<Histories, order> countsOf(const QList<CountedSentence> &sentences)
         for (qsizetype at = 1; at < words.size(); ++at) {
             for (qsizetype length = 0; length < order && length <= at; ++length)
                 counts[static_cast<std::size_t>(length)][words.sliced(at - length, length)]
-                      [words[at]]
-                    += sentence.count;
+                      [words[at]] += sentence.count;
         }
     }
     return counts;
@@ -130,8 +129,8 @@ QByteArray arpaModel(const QList<CountedSentence> &sentences, double loneWord)
             for (const QString &word : history->keys()) {
                 const QStringList gram = history.key() + QStringList{word};
                 const bool lone = length == 0 && word != "</s>"_L1;
-                const double probability
-                    = model.probability(history.key(), word) * (lone ? loneWord : 1);
+                const double probability =
+                    model.probability(history.key(), word) * (lone ? loneWord : 1);
                 const double backoff = length + 1 < order ? model.backoff(gram) : 1;
                 write(out, probability, gram, length + 1 < order ? &backoff : nullptr);
             }

@@ -199,8 +199,8 @@ void PulseMicrophone::found(const pa_source_info &source)
         return;
     const QString id = QString::fromUtf8(source.name);
     const QString name = QString::fromUtf8(source.description).simplified();
-    search_->devices.append({id, name.isEmpty() ? id : name, isInternal(source.proplist),
-        id == search_->defaultId});
+    search_->devices.append(
+        {id, name.isEmpty() ? id : name, isInternal(source.proplist), id == search_->defaultId});
 }
 
 void PulseMicrophone::answer()
@@ -244,8 +244,8 @@ Microphone::Opening PulseMicrophone::open(const MicrophoneDevice &device, Sink s
     constexpr uint32_t any = static_cast<uint32_t>(-1);
     const pa_buffer_attr attributes{any, any, any, any, bufferBytes};
     // Not moved: when its device is pulled the stream shall end rather than listen elsewhere.
-    constexpr auto flags
-        = static_cast<pa_stream_flags_t>(PA_STREAM_DONT_MOVE | PA_STREAM_ADJUST_LATENCY);
+    constexpr auto flags =
+        static_cast<pa_stream_flags_t>(PA_STREAM_DONT_MOVE | PA_STREAM_ADJUST_LATENCY);
     if (pa_stream_connect_record(stream_, device.id.toUtf8().constData(), &attributes, flags) < 0) {
         dropStream();
         return Opening::NotAttached;

@@ -76,8 +76,7 @@ public:
     [[nodiscard]] virtual bool isOnDevice() const = 0;
     /// Starts a session. No sessions but the newest get any words.
     virtual std::shared_ptr<RecognitionTask> start(
-        const RecognitionRequest &request, RecognitionTask::Handler handler)
-        = 0;
+        const RecognitionRequest &request, RecognitionTask::Handler handler) = 0;
 
     /// It can take models of names.
     [[nodiscard]] virtual bool canBeTaught() const = 0;

@@ -23,8 +23,9 @@ QString recognised(
     });
     for (std::size_t at = 0; at < recording.size(); at += bufferSize) {
         const std::size_t size = std::min(bufferSize, recording.size() - at);
-        task->append({{}, QByteArray(reinterpret_cast<const char *>(recording.data() + at),
-                              static_cast<qsizetype>(size * sizeof(qint16)))});
+        task->append({{},
+            QByteArray(reinterpret_cast<const char *>(recording.data() + at),
+                static_cast<qsizetype>(size * sizeof(qint16)))});
     }
     task->endAudio();
     return words.get();

@@ -22,8 +22,8 @@ constexpr int loud = 64;
 
 bool isQuiet(const Samples &samples)
 {
-    return std::none_of(
-        samples.begin(), samples.end(), [](qint16 sample) { return std::abs(int{sample}) >= loud; });
+    return std::none_of(samples.begin(), samples.end(),
+        [](qint16 sample) { return std::abs(int{sample}) >= loud; });
 }
 
 } // namespace

@@ -36,8 +36,8 @@ Samples resampled(const Samples &samples, double rate)
     for (std::size_t i = 0; i < count; ++i) {
         const double centre = static_cast<double>(i) * step;
         const auto first = static_cast<std::size_t>(std::max(0.0, std::ceil(centre - radius)));
-        const auto last = std::min(
-            samples.size() - 1, static_cast<std::size_t>(std::floor(centre + radius)));
+        const auto last =
+            std::min(samples.size() - 1, static_cast<std::size_t>(std::floor(centre + radius)));
         double sum = 0;
         for (std::size_t k = first; k <= last; ++k) {
             const double distance = static_cast<double>(k) - centre;
@@ -59,13 +59,12 @@ template <typename T> T little(const QByteArray &bytes, qsizetype at)
 
 const QStringList &sampleVoices()
 {
-    static const QStringList voices{u"gmw/en-US"_s, u"gmw/en-US+f2"_s, u"gmw/en"_s,
-        u"gmw/en+f4"_s, u"gmw/en-GB-scotland"_s, u"gmw/en-GB-x-rp+f3"_s};
+    static const QStringList voices{u"gmw/en-US"_s, u"gmw/en-US+f2"_s, u"gmw/en"_s, u"gmw/en+f4"_s,
+        u"gmw/en-GB-scotland"_s, u"gmw/en-GB-x-rp+f3"_s};
     return voices;
 }
 
-bool speakToFile(
-    const QString &text, const QString &voice, int wordsPerMinute, const QString &path)
+bool speakToFile(const QString &text, const QString &voice, int wordsPerMinute, const QString &path)
 {
     QProcess synthesiser;
     synthesiser.start(u"espeak-ng"_s,
@@ -115,12 +114,12 @@ Samples inRoom(const Samples &speech, std::optional<double> signalToNoise, std::
     double power = 0;
     for (const qint16 sample : speech)
         power += static_cast<double>(sample) * sample;
-    const double loudness
-        = std::sqrt(power / static_cast<double>(std::max<std::size_t>(speech.size(), 1)));
+    const double loudness =
+        std::sqrt(power / static_cast<double>(std::max<std::size_t>(speech.size(), 1)));
     std::normal_distribution<double> noise(0, loudness * std::pow(10, -*signalToNoise / 20));
     for (qint16 &sample : room)
-        sample = static_cast<qint16>(
-            std::clamp(std::lround(sample + noise(random)), -32768L, 32767L));
+        sample =
+            static_cast<qint16>(std::clamp(std::lround(sample + noise(random)), -32768L, 32767L));
     return room;
 }
 

@@ -8,12 +8,12 @@
 #include <QLoggingCategory>
 #include <QTemporaryFile>
 
-#include <array>
-#include <vector>
-
 #include <pocketsphinx.h>
 #include <sphinxbase/err.h>
 #include <sphinxbase/ngram_model.h>
+
+#include <array>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -163,8 +163,8 @@ void SphinxDecoder::addWord(const QString &token, const QList<QStringList> &pron
         const QString phones = pronunciation.join(u' ');
         if (present.contains(phones))
             continue;
-        if (ps_add_word(decoder, entry(present.size() + 1).constData(),
-                phones.toUtf8().constData(), FALSE)
+        if (ps_add_word(
+                decoder, entry(present.size() + 1).constData(), phones.toUtf8().constData(), FALSE)
             >= 0)
             present.append(phones);
     }

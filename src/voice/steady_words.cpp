@@ -41,13 +41,13 @@ const QStringList &SteadyWords::update(const QStringList &words, double now)
     for (const Place &place : places_) {
         if (!stands(place.since, now, place.word == name_ ? nameStands : wordStands))
             break;
-        const bool contradicts
-            = steady.size() < shown_.size() && shown_[steady.size()] != place.word;
+        const bool contradicts =
+            steady.size() < shown_.size() && shown_[steady.size()] != place.word;
         longSteady = longSteady && (!contradicts || stands(place.since, now, takenBackAfter));
         steady.append(place.word);
     }
-    const bool extends = steady.size() >= shown_.size()
-        && std::equal(shown_.begin(), shown_.end(), steady.begin());
+    const bool extends =
+        steady.size() >= shown_.size() && std::equal(shown_.begin(), shown_.end(), steady.begin());
     const bool shortened = steady.size() == words.size() && steady.size() < shown_.size();
     if (extends || (longSteady && steady.size() >= shown_.size())
         || (longSteady && shortened && stands(lengthSince_, now, takenBackAfter)))

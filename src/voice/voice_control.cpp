@@ -25,10 +25,11 @@ constexpr double renewalDelay = 0.4;
 constexpr double lookAgainAfter = 1.0;
 constexpr double answerWindow = 8.0;
 
-constexpr auto notReadyLine = "~speak I can't listen yet. This Mac hasn't set up speech recognition "
-                              "that stays on the Mac. Turn on Dictation in System Settings, under "
-                              "Keyboard, wait a minute for it to download, then switch my listening "
-                              "back on.\n"_L1;
+constexpr auto notReadyLine =
+    "~speak I can't listen yet. This Mac hasn't set up speech recognition "
+    "that stays on the Mac. Turn on Dictation in System Settings, under "
+    "Keyboard, wait a minute for it to download, then switch my listening "
+    "back on.\n"_L1;
 
 /// Silence, cancellation and the end of a session are no news.
 bool isExpected(const RecogniserError &error)
@@ -70,8 +71,8 @@ VoiceControl::~VoiceControl()
 
 VoiceControl &VoiceControl::shared()
 {
-    static auto *control
-        = new VoiceControl(VoiceSetup::ofThisProcess(), QCoreApplication::instance());
+    static auto *control =
+        new VoiceControl(VoiceSetup::ofThisProcess(), QCoreApplication::instance());
     return *control;
 }
 
@@ -178,8 +179,8 @@ bool VoiceControl::attach(const QList<MicrophoneDevice> &devices, bool quietly)
     const MicrophoneDevice *device = chosenMicrophone(devices);
     if (!device)
         return failed(u"could not open any microphone"_s);
-    switch (setup_.microphone->open(
-        *device, [this](const AudioBuffer &buffer) { captured(buffer); })) {
+    switch (
+        setup_.microphone->open(*device, [this](const AudioBuffer &buffer) { captured(buffer); })) {
     case Microphone::Opening::NoInput:
         return failed(u"could not open any microphone"_s);
     case Microphone::Opening::NotAttached:

@@ -42,7 +42,8 @@ constexpr std::array otherTalk{
 QStringList phrasesWith(const QString &name)
 {
     return {"Hey "_L1 + name + ", what's the weather"_L1, name + " stop"_L1,
-        "so anyway. "_L1 + name + ", play some music"_L1, "Okay "_L1 + name + ", what time is it"_L1};
+        "so anyway. "_L1 + name + ", play some music"_L1,
+        "Okay "_L1 + name + ", what time is it"_L1};
 }
 
 struct Sample {
@@ -183,7 +184,7 @@ std::optional<TaughtModel> Lab::taughtModel()
         waiting.quit();
     });
     QTimer::singleShot(teachingPatience, &waiting, &QEventLoop::quit);
-    model.prepare(name_, [] { });
+    model.prepare(name_, [] {});
     waiting.exec();
     model.apply(request, name_);
     return request.taught;
@@ -217,8 +218,8 @@ void Lab::advise(const PassResult &plain, const PassResult &taught, const Taught
 bool Lab::save() const
 {
     QSaveFile file(out_);
-    return file.open(QIODevice::WriteOnly)
-        && file.write((lines_.join(u'\n') + u'\n').toUtf8()) >= 0 && file.commit();
+    return file.open(QIODevice::WriteOnly) && file.write((lines_.join(u'\n') + u'\n').toUtf8()) >= 0
+        && file.commit();
 }
 
 } // namespace

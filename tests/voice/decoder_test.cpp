@@ -159,8 +159,8 @@ void DecoderTest::strangeNamesCanBeTaught()
 {
     QFETCH(QString, name);
     SphinxRecogniser recogniser(model);
-    const SpeechModelFiles files{folder_.filePath(u"x.bin"_s), folder_.filePath(u"x-lm"_s),
-        folder_.filePath(u"x-vocab"_s)};
+    const SpeechModelFiles files{
+        folder_.filePath(u"x.bin"_s), folder_.filePath(u"x-lm"_s), folder_.filePath(u"x-vocab"_s)};
     const auto taught = recogniser.teach(WakeTraining::of(name), files);
     QVERIFY(!recognised(recogniser, taught, spoken(u"what time is it"_s)).isEmpty());
     QVERIFY_THROWS_EXCEPTION(

@@ -56,10 +56,10 @@ void HearingTest::initTestCase()
     link_.engine.play("serve");
     link_.write(u"voice-log.txt"_s, {});
     init();
-    voice_ = std::make_unique<VoiceControl>(VoiceSetup{&link_.link(),
-        [this](const QString &line) { link_->send(line); }, Permissions::ofThisSystem(),
-        Microphone::ofThisSystem(), Recogniser::ofThisSystem(),
-        std::make_unique<QSettings>(link_.settingsFile, QSettings::IniFormat), link_.dataDir});
+    voice_ = std::make_unique<VoiceControl>(
+        VoiceSetup{&link_.link(), [this](const QString &line) { link_->send(line); },
+            Permissions::ofThisSystem(), Microphone::ofThisSystem(), Recogniser::ofThisSystem(),
+            std::make_unique<QSettings>(link_.settingsFile, QSettings::IniFormat), link_.dataDir});
     link_->setEars(voice_.get());
     turnOn();
     QTRY_VERIFY_WITH_TIMEOUT(logHas(u"the recogniser has been taught the name"_s), 20000);
@@ -129,14 +129,12 @@ void HearingTest::hearsACommand()
 
     QVERIFY(microphone_.speak(u"Kelo, play me something. nice and slow"_s));
     QStringList whileSpeaking;
-    QTRY_VERIFY_WITH_TIMEOUT(
-        (whileSpeaking += sent(), !microphone_.isSpeaking()), 15000);
+    QTRY_VERIFY_WITH_TIMEOUT((whileSpeaking += sent(), !microphone_.isSpeaking()), 15000);
     QVERIFY2(!whileSpeaking.filter(u"~ear 0 "_s).isEmpty(), "no word while it was spoken");
     QVERIFY(whileSpeaking.filter(u"~lvl "_s).size() > whileSpeaking.count(u"~lvl 0.0000"_s) + 5);
 
     QStringList after;
-    QTRY_VERIFY_WITH_TIMEOUT(
-        (after += sent(), !after.filter(u"~ear 1 "_s).isEmpty()), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT((after += sent(), !after.filter(u"~ear 1 "_s).isEmpty()), 10000);
     QTest::qWait(1500);
     const QStringList finals = (whileSpeaking + after + sent()).filter(u"~ear 1 "_s);
     QCOMPARE(finals.size(), 1);
@@ -149,14 +147,14 @@ void HearingTest::hearsACommand()
 void HearingTest::obeysTheEngine()
 {
     turnOn();
-    QVERIFY(microphone_.speak(u"everyone could see that it was raining, so nobody wanted to leave the house"_s));
+    QVERIFY(microphone_.speak(
+        u"everyone could see that it was raining, so nobody wanted to leave the house"_s));
     QStringList lines;
     QTRY_VERIFY_WITH_TIMEOUT((lines += sent(), !lines.filter(u"~ear 0 "_s).isEmpty()), 10000);
     const QString before = lines.filter(u"~ear 0 "_s).last().mid(7);
     link_.say({"earreset"});
     QStringList after;
-    QTRY_VERIFY_WITH_TIMEOUT(
-        (after += sent(), !after.filter(u"~ear 1 "_s).isEmpty()), 15000);
+    QTRY_VERIFY_WITH_TIMEOUT((after += sent(), !after.filter(u"~ear 1 "_s).isEmpty()), 15000);
     QVERIFY2(!after.last().contains(before), qPrintable(after.last())); // it began empty
     link_.say({"ears off"});
     QCOMPARE(voice_->status.get(), u"OFF"_s);
@@ -240,9 +238,8 @@ void HearingTest::canBeSwitchedForever()
         const QString name = u"Kelo"_s + QChar(u'a' + i);
         link_->assistant = name;
         voice_->listen();
-        QTRY_COMPARE_WITH_TIMEOUT(
-            link_.read(u"voice-log.txt"_s).count("has been taught the name"), taught + i + 1,
-            20000);
+        QTRY_COMPARE_WITH_TIMEOUT(link_.read(u"voice-log.txt"_s).count("has been taught the name"),
+            taught + i + 1, 20000);
         QCOMPARE(voice_->status.get(), u"LISTENING FOR “%1”"_s.arg(name.toUpper()));
     }
     QTRY_COMPARE(threads(), before);

@@ -59,7 +59,10 @@ public:
     void cancel() override { note(u"cancel"_s); }
 
 private:
-    void note(const QString &what) { *recogniser_.events << what + u' ' + QString::number(number_); }
+    void note(const QString &what)
+    {
+        *recogniser_.events << what + u' ' + QString::number(number_);
+    }
 
     ScriptedRecogniser &recogniser_;
     std::size_t number_;
@@ -77,8 +80,7 @@ std::shared_ptr<RecognitionTask> ScriptedRecogniser::start(
     return std::make_shared<ScriptedTask>(*this, handlers.size() - 1);
 }
 
-TaughtModel ScriptedRecogniser::teach(
-    const WakeTraining &training, const SpeechModelFiles &files)
+TaughtModel ScriptedRecogniser::teach(const WakeTraining &training, const SpeechModelFiles &files)
 {
     ++taughtNames;
     if (!teachingFails.isEmpty())

@@ -31,8 +31,8 @@ class ScriptedMicrophone final : public Microphone {
     Q_OBJECT
 
 public:
-    QList<MicrophoneDevice> devices{{QStringLiteral("desk"), QStringLiteral("Desk Mic"), false,
-        true}};
+    QList<MicrophoneDevice> devices{
+        {QStringLiteral("desk"), QStringLiteral("Desk Mic"), false, true}};
     Opening opening = Opening::Started;
     QString openDevice;
     QStringList *events = nullptr;

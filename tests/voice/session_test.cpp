@@ -55,12 +55,10 @@ void SessionTest::turningOn_data()
             found + QStringList{u"using microphone: Desk Mic"_s}, {u"open desk"_s, u"start 0"_s}},
         {"no speech", [](auto &f) { f.permissions->speech = false; }, u"SPEECH NOT ALLOWED"_s,
             false, {u"turning on"_s, u"speech recognition permission: not allowed"_s}, {}},
-        {"no hearing", [](auto &f) { f.permissions->hearing = false; },
-            u"MICROPHONE NOT ALLOWED"_s, false,
-            allowed.first(2) + QStringList{u"microphone permission: not allowed"_s}, {}},
+        {"no hearing", [](auto &f) { f.permissions->hearing = false; }, u"MICROPHONE NOT ALLOWED"_s,
+            false, allowed.first(2) + QStringList{u"microphone permission: not allowed"_s}, {}},
         {"no microphone", [](auto &f) { f.microphone->devices.clear(); }, u"NO MICROPHONE"_s, true,
-            allowed
-                + QStringList{u"microphones found: none"_s, u"could not open any microphone"_s},
+            allowed + QStringList{u"microphones found: none"_s, u"could not open any microphone"_s},
             {}},
         {"no input", [](auto &f) { f.microphone->opening = Microphone::Opening::NoInput; },
             u"NO MICROPHONE"_s, true, found + QStringList{u"could not open any microphone"_s}, {}},
@@ -69,8 +67,8 @@ void SessionTest::turningOn_data()
         {"no recogniser", [](auto &f) { f.recogniser->available = false; },
             u"RECOGNISER UNAVAILABLE"_s, true,
             found
-                + QStringList{
-                    u"using microphone: Desk Mic"_s, u"the speech recogniser is not available"_s},
+                + QStringList{u"using microphone: Desk Mic"_s,
+                    u"the speech recogniser is not available"_s},
             {u"open desk"_s}},
         {"another name", [](auto &f) { f.link->assistant = u"Zoë"_s; }, u"LISTENING FOR “ZOË”"_s,
             true, found + QStringList{u"using microphone: Desk Mic"_s},
@@ -91,8 +89,8 @@ void SessionTest::turningOn()
     VoiceFixture voice;
     prepare(voice);
     QStringList told;
-    QObject::connect(voice.voice.get(), &VoiceControl::statusChanged, this,
-        [&] { told.append(voice->status); });
+    QObject::connect(
+        voice.voice.get(), &VoiceControl::statusChanged, this, [&] { told.append(voice->status); });
     QCOMPARE(voice->status.get(), u"OFF"_s);
     voice->begin();
     QCOMPARE(told.first(), u"ASKING PERMISSION"_s);
@@ -244,11 +242,11 @@ void SessionTest::handsWordsOn_data()
     QTest::newRow("no second command") << u"stop~quit"_s << u"stopquit"_s;
     QTest::newRow("delete is no control here") << u"a\u007fb"_s << u"a\u007fb"_s;
     QTest::newRow("beyond the basic plane") << u"\U0001D11E\n~"_s << u"\U0001D11E"_s;
-    QTest::newRow("the end of much") << QString(400, u'a') + QString(600, u'b')
-                                     << QString(600, u'b');
+    QTest::newRow("the end of much")
+        << QString(400, u'a') + QString(600, u'b') << QString(600, u'b');
     QTest::newRow("just enough") << QString(600, u'b') << QString(600, u'b');
-    QTest::newRow("counted when clean") << QString(500, u'a') + QString(100, u'~')
-                                        << QString(500, u'a');
+    QTest::newRow("counted when clean")
+        << QString(500, u'a') + QString(100, u'~') << QString(500, u'a');
     const QString family = u"👩‍👩‍👧"_s;
     const QString accented = u"e\u0301"_s;
     QTest::newRow("as a reader counts") << u"x"_s + accented.repeated(300) + family.repeated(300)
@@ -265,8 +263,8 @@ void SessionTest::handsWordsOn()
     voice.recogniser->say(words);
     voice.recogniser->say(words); // also when nothing is new
     voice.recogniser->say(words, true);
-    QCOMPARE(voice.sent(),
-        (QStringList{u"~ear 0 "_s + sent, u"~ear 0 "_s + sent, u"~ear 1 "_s + sent}));
+    QCOMPARE(
+        voice.sent(), (QStringList{u"~ear 0 "_s + sent, u"~ear 0 "_s + sent, u"~ear 1 "_s + sent}));
 }
 
 void SessionTest::dropsWordsWhileTheUserTypes()
@@ -432,8 +430,8 @@ void SessionTest::metersTheMicrophone()
     voice.logged();
     const auto hear = [&](qint16 value) {
         const std::vector<qint16> samples(320, value);
-        voice.microphone->hear({{},
-            QByteArray(reinterpret_cast<const char *>(samples.data()), 640)});
+        voice.microphone->hear(
+            {{}, QByteArray(reinterpret_cast<const char *>(samples.data()), 640)});
         voice.link.time.advance(0.02);
     };
     for (int i = 0; i < 11; ++i)

@@ -56,8 +56,8 @@ bool VirtualMicrophone::start()
     QFile modules(path("modules"));
     if (!modules.open(QIODevice::WriteOnly))
         return false;
-    modules.write("load-module module-native-protocol-unix auth-anonymous=1 socket="
-        + path("socket").toUtf8()
+    modules.write(
+        "load-module module-native-protocol-unix auth-anonymous=1 socket=" + path("socket").toUtf8()
         + "\nload-module module-null-sink sink_name=speakers norewinds=1"
           "\nload-module module-null-sink sink_name=vmic norewinds=1"
           "\nload-module "

@@ -28,7 +28,8 @@ void WakeModelTest::countsPhrases()
     QCOMPARE(training.phrases.size(), 3 + 2 * 26);
     QStringList lines;
     for (const qsizetype i : {0, 1, 2, 3, 4, 53, 54})
-        lines.append(training.phrases[i].phrase + u' ' + QString::number(training.phrases[i].count));
+        lines.append(
+            training.phrases[i].phrase + u' ' + QString::number(training.phrases[i].count));
     QCOMPARE(lines,
         (QStringList{u"Kelo 2 5000"_s, u"Hey Kelo 2 2500"_s, u"Okay Kelo 2 800"_s,
             u"Kelo 2 what's the weather 400"_s, u"Hey Kelo 2 what's the weather 150"_s,
@@ -114,8 +115,8 @@ void WakeModelTest::triesAgainAfterFailure()
     ModelFixture f;
     f.recogniser.teachingFails = u"no room"_s;
     f.model.prepare(u"Kelo"_s, f.then);
-    QTRY_COMPARE(f.logged,
-        QStringList{u"the name could not be taught to the recogniser: no room"_s});
+    QTRY_COMPARE(
+        f.logged, QStringList{u"the name could not be taught to the recogniser: no room"_s});
     f.recogniser.teachingFails.clear();
     f.model.prepare(u"Kelo"_s, f.then);
     QTRY_COMPARE(f.told, 1);

@@ -48,8 +48,7 @@ void WordsTest::mapsSoundsToPhones()
     QFETCH(QString, ipa);
     QTEST(phonesOfIpa(ipa).join(u' '), "phones");
     QCOMPARE(phonesOfXSampa(u"k e l oU"_s), (Phones{u"K"_s, u"EY"_s, u"L"_s, u"OW"_s}));
-    QCOMPARE(phonesOfXSampa(u"\"dZ{z r\\Q"_s),
-        (Phones{u"JH"_s, u"AE"_s, u"Z"_s, u"R"_s, u"AA"_s}));
+    QCOMPARE(phonesOfXSampa(u"\"dZ{z r\\Q"_s), (Phones{u"JH"_s, u"AE"_s, u"Z"_s, u"R"_s, u"AA"_s}));
 }
 
 void WordsTest::everyNameCanBeSaid()
@@ -60,9 +59,11 @@ void WordsTest::everyNameCanBeSaid()
         u"S"_s, u"SH"_s, u"T"_s, u"TH"_s, u"UH"_s, u"UW"_s, u"V"_s, u"W"_s, u"Y"_s, u"Z"_s,
         u"ZH"_s};
     const QStringList names =
-        u"Kelo Apollo Harmony Phoenix Luna Melody Aria Zoë Jürgen François Søren Björn Łukasz Çelik "
+        u"Kelo Apollo Harmony Phoenix Luna Melody Aria Zoë Jürgen François Søren Björn Łukasz "
+        u"Çelik "
         "Iñigo Siobhán Nguyễn Владимир Ольга Юлия Дмитрий Екатерина 李娜 王伟 張偉 さくら ひろし "
-        "アキラ محمد فاطمة عائشة Ελένη Γιώργος Νίκος דוד שרה רחל अनीता राहुल प्रिया 김민수 박지영 이서연 "
+        "アキラ محمد فاطمة عائشة Ελένη Γιώργος Νίκος דוד שרה רחל अनीता राहुल प्रिया 김민수 박지영 "
+        "이서연 "
         "Saoirse Niamh Caoimhe Tadhg Eoin Ruairí Llewelyn Angharad Myfanwy Rhys Ioan Xavier "
         "Joaquín Jorge Guadalupe Ximena Nuño Begoña Iker Itziar Aitor Xabier João Conceição Inês "
         "Tomás Luís Giovanni Chiara Giulia Beatrice Gnocchi Ignazio Jean-Luc Geneviève Étienne "
@@ -109,17 +110,15 @@ void WordsTest::namesAreOneWord_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QStringList>("tokens");
     QTest::newRow("plain") << u"Kelo"_s << u"Hey Kelo, what's the weather?"_s
-                           << QStringList{u"hey"_s, u"kelo"_s, u"what's"_s, u"the"_s,
-                                  u"weather"_s};
-    QTest::newRow("with a number") << u"Kelo 2"_s << u"okay Kelo 2 stop"_s
-                                   << QStringList{u"okay"_s, u"kelo_2"_s, u"stop"_s};
-    QTest::newRow("the library's own marks") << u"</s> (2)"_s << u"Hey </s> (2) play"_s
-                                             << QStringList{u"hey"_s, u"s___2"_s, u"play"_s};
-    QTest::newRow("not inside a word") << u"Kelo"_s << u"Kelos kelo"_s
-                                       << QStringList{u"kelos"_s, u"kelo"_s};
+                           << QStringList{u"hey"_s, u"kelo"_s, u"what's"_s, u"the"_s, u"weather"_s};
+    QTest::newRow("with a number")
+        << u"Kelo 2"_s << u"okay Kelo 2 stop"_s << QStringList{u"okay"_s, u"kelo_2"_s, u"stop"_s};
+    QTest::newRow("the library's own marks")
+        << u"</s> (2)"_s << u"Hey </s> (2) play"_s << QStringList{u"hey"_s, u"s___2"_s, u"play"_s};
+    QTest::newRow("not inside a word")
+        << u"Kelo"_s << u"Kelos kelo"_s << QStringList{u"kelos"_s, u"kelo"_s};
     QTest::newRow("other letters") << u"Zoë"_s << u"hey ZOË"_s << QStringList{u"hey"_s, u"zoë"_s};
-    QTest::newRow("no letters") << u"!!"_s << u"Hey !! stop"_s
-                                << QStringList{u"hey"_s, u"stop"_s};
+    QTest::newRow("no letters") << u"!!"_s << u"Hey !! stop"_s << QStringList{u"hey"_s, u"stop"_s};
 }
 
 void WordsTest::namesAreOneWord()
@@ -139,8 +138,8 @@ void WordsTest::probabilitiesSumToOne()
     // Reads the file as its users do: what is listed, else the shorter history times the weight.
     QHash<QString, double> probability;
     QHash<QString, double> backoff;
-    static const QRegularExpression gram(u"^(-?[0-9.]+)\t([^\t\n]+)(?:\t(-?[0-9.]+))?$"_s,
-        QRegularExpression::MultilineOption);
+    static const QRegularExpression gram(
+        u"^(-?[0-9.]+)\t([^\t\n]+)(?:\t(-?[0-9.]+))?$"_s, QRegularExpression::MultilineOption);
     for (auto match = gram.globalMatch(arpa); match.hasNext();) {
         const auto line = match.next();
         probability[line.captured(2)] = std::pow(10, line.captured(1).toDouble());
