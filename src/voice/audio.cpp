@@ -96,7 +96,7 @@ double LevelReport::shown() const
     return std::min(peak * displayGain, 1.0);
 }
 
-std::optional<LevelReport> LevelMeter::add(double peak, double now)
+std::optional<LevelReport> PeakMeter::add(double peak, double now)
 {
     ++buffers_;
     loudest_ = std::max(loudest_, peak);

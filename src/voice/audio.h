@@ -47,7 +47,7 @@ struct LevelReport {
 };
 
 /// Counts buffers and gathers their peaks into reports, one at most every 0.08 seconds.
-class LevelMeter {
+class PeakMeter {
 public:
     /// `now` is seconds of uptime.
     std::optional<LevelReport> add(double peak, double now);

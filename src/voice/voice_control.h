@@ -126,7 +126,7 @@ private:
 
     std::mutex feeding_;
     std::shared_ptr<RecognitionTask> fed_; // what capture feeds; guarded by `feeding_`
-    LevelMeter meter_; // on the microphone's thread
+    PeakMeter meter_; // on the microphone's thread
 };
 
 } // namespace kelo

@@ -87,7 +87,7 @@ void SoundTest::mixesToMono()
 
 void SoundTest::reportsAtMostEvery80Milliseconds()
 {
-    LevelMeter meter;
+    PeakMeter meter;
     QVERIFY(meter.add(0.5, 100));
     QVERIFY(!meter.add(0.75, 100.04));
     QVERIFY(!meter.add(0.25, 100.0799));
