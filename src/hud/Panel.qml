@@ -10,7 +10,7 @@ Item {
     property real contentHeight: 0 // of what does not simply fill the panel
     default property alias content: room.data
 
-    implicitHeight: heading.height + 1 + contentHeight
+    implicitHeight: heading.height + 2 + contentHeight
 
     Accessible.role: Accessible.Grouping
     Accessible.name: title

@@ -38,8 +38,9 @@ Flickable {
     function reveal() {
         if (!holds(focused))
             return;
-        const top = focused.mapToItem(column, 0, 0).y + inset - margin;
-        const bottom = top + focused.height + 2 * margin;
+        const around = Math.max(0, Math.min(margin, (height - focused.height) / 2));
+        const top = focused.mapToItem(column, 0, 0).y + inset - around;
+        const bottom = top + focused.height + 2 * around;
         if (top < contentY)
             contentY = Math.max(0, top);
         else if (bottom > contentY + height)

@@ -24,10 +24,12 @@ private Q_SLOTS:
 /// Keys and what they send, a group a line. What engines out there answer to.
 void CommandTableTest::sendsToTheByte()
 {
-    const QByteArrayList expected{
+    const char *const assistant =
         "ASSISTANT|♪=~say play me something\n|ALBUM=~say play my album\n|JAM=~say jam with me\n"
         "|LULL=~say make it a lullaby\n|8BIT=~say make it a video game\n|EPIC=~say make it epic\n"
-        "|?!=~say surprise me\n",
+        "|?!=~say surprise me\n";
+    const QByteArrayList expected{
+        assistant,
         "PLAY|⌫=\177|STOP=~drop\n|SPACE= |N=n|→=\033[C|←=\033[D|RETURN=\n|S=s|0=0|H=h",
         "MODES|C=c|B=b|STYLE=~bandstyle\n|T=t|J=j|M=m|L=l|G=g|R=r",
         "SOUND|−=-|===|[=[|]=]|,=,|.=.|V=v|P=p",

@@ -37,8 +37,8 @@ void LayoutTest::holds_data()
         + QByteArrayList{"name Philadelphia|Ann", "mode reaper", "hands right", "bandlevel medium",
             "jazz Swing feel|Walking bass lines for the left hand alone, slowly|Blues",
             "update 2.4.0|" + QByteArray("Better lessons for the left hand. ").repeated(30)};
-    for (const QSize size :
-        {QSize(496, 336), QSize(620, 420), QSize(900, 600), QSize(1240, 840), QSize(2560, 1440), QSize(3840, 2160)}) {
+    for (const QSize size : {QSize(496, 336), QSize(620, 420), QSize(900, 600), QSize(1240, 840),
+             QSize(2560, 1440), QSize(3840, 2160)}) {
         const auto row = [size](const char *name) -> QTestData & {
             return QTest::addRow("%s at %d", name, size.width());
         };
