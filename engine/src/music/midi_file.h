@@ -27,11 +27,16 @@ struct TimedMessage {
     ChannelMessage message;
 };
 
+/// How the black keys are called: C sharp, D flat, or each by its commoner name.
+enum class Spelling { Sharps, Flats, Mixed };
+
 /// A piece of music. Both lists are in the order of time.
 struct Piece {
     std::vector<Note> notes;
     std::vector<TimedMessage> messages;
     double length = 0; ///< seconds until the last note has ended
+    std::vector<double> bars; ///< when each bar begins; an upbeat is part of the first
+    Spelling spelling = Spelling::Mixed;
 };
 
 enum class MidiFault { NotMidi, Unsupported, Empty };
