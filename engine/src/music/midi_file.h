@@ -39,6 +39,9 @@ struct Piece {
     Spelling spelling = Spelling::Mixed;
 };
 
+/// Adds what a piano is told to play the notes, and the length.
+void addMessages(Piece &piece);
+
 enum class MidiFault { NotMidi, Unsupported, Empty };
 
 /// Reads a Standard MIDI File of format 0 or 1. A damaged one gives what is whole in it; notes

@@ -170,17 +170,7 @@ std::optional<Piece> readSheet(const Sheet &sheet)
             return {};
     }
     std::ranges::stable_sort(piece.notes, {}, &Note::at);
-    for (const Note &note : piece.notes) {
-        const auto channel = static_cast<unsigned char>(note.channel);
-        const auto pitch = static_cast<unsigned char>(note.pitch);
-        piece.messages.push_back({note.at,
-            {static_cast<unsigned char>(0x90 | channel), pitch,
-                static_cast<unsigned char>(note.velocity)}});
-        piece.messages.push_back(
-            {note.at + note.duration, {static_cast<unsigned char>(0x80 | channel), pitch, 0}});
-        piece.length = std::max(piece.length, note.at + note.duration);
-    }
-    std::ranges::stable_sort(piece.messages, {}, &TimedMessage::at);
+    addMessages(piece);
     for (int at = 0; end && at < *end; at += at == 0 && upbeat > 0 ? upbeat + bar : bar)
         piece.bars.push_back(at * perTick);
     return piece;
