@@ -18,7 +18,7 @@ Piece sheet(const char *right, const char *left)
         .value();
 }
 
-QString text(const LessonReply &reply)
+QString text(const Reply &reply)
 {
     QString all = QString::fromStdString(reply.words);
     if (reply.good)
@@ -222,7 +222,7 @@ void LessonsTest::everyShippedSongCanBeLearnt()
     for (std::size_t song = 0; song < library.size(); ++song) {
         Lesson lesson(
             std::get<Piece>(library.load(song)), library.names()[song].title, Hands::Both);
-        LessonReply reply = lesson.begin();
+        Reply reply = lesson.begin();
         double now = 0;
         int phrases = 0;
         for (; reply.demo && phrases < 300; ++phrases) {

@@ -40,7 +40,7 @@ std::string Lesson::whereWeAre() const
         + ", " + spoken(excerpt.hands) + ".";
 }
 
-LessonReply Lesson::present(std::string before)
+Reply Lesson::present(std::string before)
 {
     attempt.reset();
     if (!before.empty())
@@ -48,19 +48,19 @@ LessonReply Lesson::present(std::string before)
     return {{}, before + whereWeAre(), true};
 }
 
-LessonReply Lesson::begin()
+Reply Lesson::begin()
 {
     place = 0;
     misses = 0;
     return present("A lesson on " + songTitle + ". Listen, then play it back.");
 }
 
-LessonReply Lesson::repeat()
+Reply Lesson::repeat()
 {
     return present();
 }
 
-LessonReply Lesson::skip()
+Reply Lesson::skip()
 {
     if (place + 1 >= excerpts.size())
         return {{}, "This is the last part."};
@@ -69,7 +69,7 @@ LessonReply Lesson::skip()
     return present();
 }
 
-LessonReply Lesson::back()
+Reply Lesson::back()
 {
     if (place == 0)
         return present("This is the first part.");
@@ -78,7 +78,7 @@ LessonReply Lesson::back()
     return present();
 }
 
-LessonReply Lesson::setHands(Hands which)
+Reply Lesson::setHands(Hands which)
 {
     auto found = excerptsOf(piece, which);
     if (found.empty())
@@ -125,7 +125,7 @@ void Lesson::listen(double now)
     reminded = false;
 }
 
-LessonReply Lesson::press(int pitch, double now)
+Reply Lesson::press(int pitch, double now)
 {
     if (!attempt)
         return {};
@@ -143,11 +143,11 @@ LessonReply Lesson::press(int pitch, double now)
     return {};
 }
 
-LessonReply Lesson::passed()
+Reply Lesson::passed()
 {
     const std::string rhythm = attempt->rhythm();
     const std::string praise = rhythm.empty() ? "Good." : "Good. " + rhythm;
-    LessonReply reply;
+    Reply reply;
     if (place + 1 < excerpts.size()) {
         ++place;
         misses = 0;
@@ -161,7 +161,7 @@ LessonReply Lesson::passed()
     return reply;
 }
 
-LessonReply Lesson::missed()
+Reply Lesson::missed()
 {
     std::string words = attempt->fault();
     if (++misses % missesBeforeDemo == 0) {
@@ -173,7 +173,7 @@ LessonReply Lesson::missed()
     return {{}, words + " Try again."};
 }
 
-LessonReply Lesson::advance(double now)
+Reply Lesson::advance(double now)
 {
     const auto due = deadline();
     if (!due || now < *due)

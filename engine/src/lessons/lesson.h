@@ -2,19 +2,12 @@
 
 #include "lessons/attempt.h"
 #include "lessons/excerpt.h"
+#include "lessons/reply.h"
 
 #include <optional>
 #include <string>
 
 namespace kelo::engine {
-
-/// What a lesson wants done, in this order: flash, words, then the excerpt played.
-struct LessonReply {
-    std::optional<bool> good; ///< flash that it was right, or wrong
-    std::string words;
-    bool demo = false;
-    bool over = false; ///< the piece has been learnt
-};
 
 /// A lesson on one piece: it plays a phrase, waits, listens to what is played and says what was
 /// wrong, or goes on to the next. Keys that are played while nobody waits for them count for
@@ -26,11 +19,11 @@ public:
     /// Nothing can be learnt where there are no notes for these hands.
     [[nodiscard]] bool empty() const { return excerpts.empty(); }
 
-    [[nodiscard]] LessonReply begin();
-    [[nodiscard]] LessonReply repeat();
-    [[nodiscard]] LessonReply skip();
-    [[nodiscard]] LessonReply back();
-    [[nodiscard]] LessonReply setHands(Hands which);
+    [[nodiscard]] Reply begin();
+    [[nodiscard]] Reply repeat();
+    [[nodiscard]] Reply skip();
+    [[nodiscard]] Reply back();
+    [[nodiscard]] Reply setHands(Hands which);
 
     /// The notes of the phrase, in words.
     [[nodiscard]] std::string notes() const;
@@ -41,8 +34,8 @@ public:
     /// It has said and played what it wanted to; it is the player's turn.
     void listen(double now);
 
-    [[nodiscard]] LessonReply press(int pitch, double now);
-    [[nodiscard]] LessonReply advance(double now);
+    [[nodiscard]] Reply press(int pitch, double now);
+    [[nodiscard]] Reply advance(double now);
     [[nodiscard]] std::optional<double> deadline() const;
 
     [[nodiscard]] const std::string &title() const { return songTitle; }
@@ -50,10 +43,10 @@ public:
     [[nodiscard]] bool listening() const { return attempt.has_value(); }
 
 private:
-    [[nodiscard]] LessonReply present(std::string before = {});
+    [[nodiscard]] Reply present(std::string before = {});
     [[nodiscard]] std::string whereWeAre() const;
-    [[nodiscard]] LessonReply missed();
-    [[nodiscard]] LessonReply passed();
+    [[nodiscard]] Reply missed();
+    [[nodiscard]] Reply passed();
 
     Piece piece;
     std::string songTitle;
