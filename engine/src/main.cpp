@@ -122,11 +122,11 @@ int main()
     Output output(mixer, clock, setting("KELO_SOUND"));
     Synthesiser voice([news] { eventfd_write(news, 1); });
     Speaker speaker(wire, voice, mixer, clock);
-    Player player(wire, mixer, clock);
+    Player player(wire, mixer.music(), clock);
     Assistant assistant(wire, speaker, player);
     InputReader input;
 
-    assistant.greet(voice.voiceName(), troubleWith(output, synth), currentMoment());
+    assistant.greet("x", troubleWith(output, synth), currentMoment());
     std::array<char, 65536> bytes{};
     while (open && !assistant.finished()) {
         std::vector<Input> inputs;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "music/midi_file.h"
+#include "music/piece.h"
 
 #include <string_view>
 #include <vector>

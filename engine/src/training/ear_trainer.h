@@ -1,7 +1,7 @@
 #pragma once
 
 #include "lessons/reply.h"
-#include "music/midi_file.h"
+#include "music/piece.h"
 
 #include <cstdint>
 #include <optional>
