@@ -14,6 +14,7 @@ enum class Action : std::uint8_t {
     PlaySong,
     Learn,
     ListSongs,
+    ListChoices,
     CountSongs,
     Next,
     Previous,

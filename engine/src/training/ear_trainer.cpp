@@ -58,7 +58,7 @@ void EarTrainer::ask()
     } while (notes == before);
     played.clear();
     triesLeft = tries;
-    listening = false;
+    waiting = false;
 }
 
 Reply EarTrainer::begin()
@@ -72,7 +72,7 @@ Reply EarTrainer::begin()
 void EarTrainer::listen()
 {
     played.clear();
-    listening = true;
+    waiting = true;
 }
 
 std::string EarTrainer::tally() const
@@ -113,7 +113,7 @@ Piece EarTrainer::demo() const
 
 Reply EarTrainer::press(int pitch)
 {
-    if (!listening)
+    if (!waiting)
         return {};
     played.push_back(pitch);
     const std::size_t count = played.size();
@@ -144,7 +144,7 @@ Reply EarTrainer::right()
 Reply EarTrainer::wrong()
 {
     const int away = notes[played.size() - 1] - played.back();
-    listening = false;
+    waiting = false;
     if (--triesLeft > 0)
         return {false, away > 0 ? "It is higher." : "It is lower.", true};
     Reply reply = skip();

@@ -38,6 +38,7 @@ public:
 
     /// It has said and played what it wanted to; it is the player's turn.
     void listen();
+    [[nodiscard]] bool listening() const { return waiting; }
 
     [[nodiscard]] Reply press(int pitch);
 
@@ -54,7 +55,7 @@ private:
     int currentLevel = 0;
     std::vector<int> notes;
     std::vector<int> played;
-    bool listening = false;
+    bool waiting = false; ///< for the player
     int triesLeft = 0;
     int streak = 0; ///< right ones in a row, or below 0 missed ones
     int asking = 0; ///< how many have been asked and dealt with
