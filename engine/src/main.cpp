@@ -1,12 +1,19 @@
 #include "assistant/assistant.h"
+#include "assistant/demo.h"
+#include "piano/piano.h"
+#include "piano/through.h"
 #include "protocol/input.h"
 #include "protocol/wire.h"
+#include "setup/voice_log.h"
+#include "songs/library.h"
 #include "sound/mixer.h"
 #include "sound/output.h"
 #include "speech/speaker.h"
 #include "speech/synthesiser.h"
 
+#include <fcntl.h>
 #include <poll.h>
+#include <spawn.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
@@ -17,7 +24,11 @@
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
+#include <functional>
 #include <optional>
+#include <random>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,7 +40,7 @@ namespace {
 /// Takes standard output for the protocol alone: what libraries print goes to standard error.
 int claimStandardOutput()
 {
-    const int lines = dup(STDOUT_FILENO);
+    const int lines = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0);
     dup2(STDERR_FILENO, STDOUT_FILENO);
     return lines;
 }
@@ -53,7 +64,8 @@ Moment currentMoment()
     const std::time_t wall = std::time(nullptr);
     std::tm local{};
     localtime_r(&wall, &local);
-    return {monotonicNow(), local.tm_hour, local.tm_min};
+    return {monotonicNow(), {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday}, local.tm_hour,
+        local.tm_min};
 }
 
 std::string setting(const char *name)
@@ -71,21 +83,42 @@ std::vector<std::string> soundfonts()
         "/usr/share/sounds/sf2/TimGM6mb.sf2", "/usr/share/sounds/sf3/default-GM.sf3"};
 }
 
-std::string_view troubleWith(const Output &output, const Synth &synth)
+std::string troubleWith(const Output &output, const Synth &synth, const Piano &piano)
 {
+    std::string trouble;
     if (!output.audible())
-        return "I found no way to make sound, so I keep time in silence.";
+        trouble += "I found no way to make sound, so I keep time in silence. ";
     if (!synth.sounds())
-        return "I found no soundfont, so you won't hear music. The package timgm6mb-soundfont has "
-               "one.";
-    return {};
+        trouble += "I found no soundfont, so you won't hear music. The package timgm6mb-soundfont "
+                   "has one. ";
+    return trouble.append(piano.trouble());
 }
 
-/// Sleeps until there is input, news or `deadline`, a second at most. True when there is input.
-bool wait(int news, const std::optional<double> &deadline)
+/// Where the engine keeps its files.
+std::filesystem::path homeFolder()
+{
+    if (std::getenv("KELO_HOME"))
+        return setting("KELO_HOME");
+    return std::filesystem::path(setting("HOME")) / ".local" / "share" / "Kelo";
+}
+
+/// Shows a page with whatever the desktop has for it.
+bool openWithDesktop(const std::filesystem::path &page)
+{
+    std::string program = "xdg-open";
+    std::string file = page.string();
+    const std::array<char *, 3> arguments{program.data(), file.data(), nullptr};
+    pid_t child = 0;
+    return posix_spawnp(&child, program.c_str(), nullptr, nullptr, arguments.data(), environ) == 0;
+}
+
+/// Sleeps until there is input, news, something from the piano or `deadline`, a second at most.
+/// True when there is input.
+bool wait(int news, int piano, const std::optional<double> &deadline)
 {
     const double left = deadline ? std::clamp(*deadline - monotonicNow(), 0.0, 1.0) : 1.0;
-    std::array<pollfd, 2> sources{{{STDIN_FILENO, POLLIN, 0}, {news, POLLIN, 0}}};
+    std::array<pollfd, 3> sources{
+        {{STDIN_FILENO, POLLIN, 0}, {news, POLLIN, 0}, {piano, POLLIN, 0}}};
     const int ready =
         poll(sources.data(), sources.size(), static_cast<int>(std::ceil(left * 1000)));
     eventfd_t count = 0;
@@ -105,32 +138,100 @@ void leaveWithinASecond()
     alarm(1);
 }
 
+/// The assistant and all that it works with.
+class Engine {
+public:
+    Engine(Wire &lines, std::function<void()> news, bool showsItself)
+        : wire(lines)
+        , voice(news)
+        , piano(std::move(news), setting("KELO_PIANO"))
+    {
+        piano.look(monotonicNow());
+        if (showsItself)
+            demo.emplace(monotonicNow());
+        const Moment now = currentMoment();
+        assistant.begin(demo ? "Demo piano" : piano.name(), !demo, now);
+        if (!demo)
+            assistant.greet(troubleWith(output, synth, piano), now);
+    }
+
+    void advance(std::span<const Input> inputs)
+    {
+        for (const ChannelMessage message : piano.take())
+            assistant.takePiano(message, currentMoment());
+        for (auto next = inputs.begin(); next != inputs.end() && !finished(); ++next)
+            assistant.take(*next, currentMoment());
+        if (piano.look(monotonicNow()) && !demo)
+            assistant.pianoChanged(piano.name());
+        if (demo)
+            show();
+        assistant.advance(currentMoment());
+    }
+
+    [[nodiscard]] std::optional<double> deadline() const
+    {
+        const auto own = demo ? demo->deadline() : std::nullopt;
+        return earlier(earlier(assistant.deadline(), own), piano.deadline());
+    }
+    [[nodiscard]] bool finished() const { return assistant.finished(); }
+    [[nodiscard]] int pianoFile() const { return piano.file(); }
+
+private:
+    void show()
+    {
+        while (const auto step = demo->advance(assistant.quiet(), monotonicNow())) {
+            if (const auto *message = std::get_if<ChannelMessage>(&*step))
+                assistant.takePiano(*message, currentMoment());
+            else if (const auto *command = std::get_if<Command>(&*step))
+                assistant.take(*command, currentMoment());
+            else
+                assistant.take(std::get<Key>(*step), currentMoment());
+        }
+    }
+
+    Wire &wire;
+    AudioClock clock{monotonicNow()};
+    Synth synth{soundfonts()};
+    Mixer mixer{synth, clock};
+    Output output{mixer, clock, setting("KELO_SOUND")};
+    Synthesiser voice;
+    Piano piano;
+    Through through{mixer.music(), clock, [this](ChannelMessage message) { piano.send(message); }};
+    Speaker speaker{wire, voice, mixer, clock};
+    Player player{wire, through, clock};
+    Metronome metronome{wire, mixer.rhythm(), clock};
+    Band band{wire, mixer.rhythm(), clock};
+    const std::filesystem::path home = homeFolder();
+    const std::filesystem::path songs = songsFolder(setting("HOME"));
+    Library library{songs};
+    Assistant assistant{
+        {wire, speaker, player, metronome, band, through, mixer.keys(), library,
+            [this](float loudness) { mixer.setVoiceLoudness(loudness); }, openWithDesktop},
+        {home / "profile.json", home / "commands.html", songs}, std::random_device{}()};
+    std::optional<Demo> demo;
+};
+
 } // namespace
 
-int main()
+int main(int argc, char *argv[])
 {
     const int lines = claimStandardOutput();
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGCHLD, SIG_IGN);
     const int news = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
     bool open = true;
     Wire wire([&](std::string_view line) { open = open && writeAll(lines, line); });
+    const bool demo =
+        (argc > 1 && std::string_view(argv[1]) == "--demo") || std::getenv("KELO_DEMO");
 
-    AudioClock clock(monotonicNow());
-    const auto fonts = soundfonts();
-    Synth synth(fonts);
-    Mixer mixer(synth, clock);
-    Output output(mixer, clock, setting("KELO_SOUND"));
-    Synthesiser voice([news] { eventfd_write(news, 1); });
-    Speaker speaker(wire, voice, mixer, clock);
-    Player player(wire, mixer, clock);
-    Assistant assistant(wire, speaker, player);
+    prepareVoiceLog(homeFolder());
+    Engine engine(
+        wire, [news] { eventfd_write(news, 1); }, demo);
     InputReader input;
-
-    assistant.greet(voice.voiceName(), troubleWith(output, synth), currentMoment());
     std::array<char, 65536> bytes{};
-    while (open && !assistant.finished()) {
+    while (open && !engine.finished()) {
         std::vector<Input> inputs;
-        if (wait(news, earlier(assistant.deadline(), input.deadline()))) {
+        if (wait(news, engine.pianoFile(), earlier(engine.deadline(), input.deadline()))) {
             const ssize_t count = read(STDIN_FILENO, bytes.data(), bytes.size());
             if (count == 0 || (count < 0 && errno != EINTR && errno != EAGAIN))
                 break;
@@ -139,9 +240,7 @@ int main()
         } else if (const auto key = input.expire(monotonicNow())) {
             inputs.push_back(*key);
         }
-        for (auto next = inputs.begin(); next != inputs.end() && !assistant.finished(); ++next)
-            assistant.take(*next, currentMoment());
-        assistant.advance(currentMoment());
+        engine.advance(inputs);
     }
     leaveWithinASecond();
     return 0;

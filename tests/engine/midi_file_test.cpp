@@ -16,6 +16,8 @@ class MidiFileTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void drawsBarLines_data();
+    void drawsBarLines();
     void readsNotes_data();
     void readsNotes();
     void refuses_data();
@@ -150,6 +152,46 @@ void MidiFileTest::endsAfterADay()
     QVERIFY(std::holds_alternative<Piece>(read));
     QCOMPARE(std::get<Piece>(read).notes.size(), 1U);
     QVERIFY(std::get<Piece>(read).length <= 86400);
+}
+
+void MidiFileTest::drawsBarLines_data()
+{
+    QTest::addColumn<midi::Bytes>("bytes");
+    QTest::addColumn<QList<double>>("bars");
+    QTest::addColumn<int>("spelling"); // sharps, flats, mixed
+    const auto row = [](const char *name, const midi::Bytes &events, const QList<double> &bars,
+                         int spelling = 2, int division = 96) {
+        QTest::newRow(name) << join({header(0, 1, division), track(join({events, end}))}) << bars
+                            << spelling;
+    };
+    const Bytes on{0x90, 60, 80};
+    const Bytes off{0x80, 60, 0};
+    row("four quarters unless said", join({at(0, on), at(800, off)}), {0, 2, 4});
+    row("three quarters, two sharps",
+        join({at(0, {0xff, 0x58, 4, 3, 2, 24, 8}), at(0, {0xff, 0x59, 2, 2, 0}), at(0, on),
+            at(600, off)}),
+        {0, 1.5, 3}, 0);
+    row("an upbeat, then six eighths, flats",
+        join({at(0, {0xff, 0x58, 4, 1, 3, 24, 8}), at(0, {0xff, 0x59, 2, 0xfd, 0}), at(0, on),
+            at(48, {0xff, 0x58, 4, 6, 3, 24, 8}), at(400, off)}),
+        {0, 0.25, 1.75}, 1);
+    row("a tempo that changes within a bar",
+        join({at(0, on), at(192, tempo(1000000)), at(300, off)}), {0, 3});
+    row("bars of no length",
+        join({at(0, {0xff, 0x58, 4, 0, 2, 24, 8}), at(0, {0xff, 0x58, 4, 4, 99, 24, 8}), at(0, on),
+            at(400, off)}),
+        {0, 2});
+    row("seconds have no bars", join({at(0, on), at(4000, off)}), {}, 2, 0xe728);
+}
+
+void MidiFileTest::drawsBarLines()
+{
+    QFETCH(midi::Bytes, bytes);
+    QFETCH(QList<double>, bars);
+    QFETCH(int, spelling);
+    const auto piece = std::get<Piece>(readMidiFile(bytes));
+    QCOMPARE(QList<double>(piece.bars.begin(), piece.bars.end()), bars);
+    QCOMPARE(static_cast<int>(piece.spelling), spelling);
 }
 
 QTEST_APPLESS_MAIN(MidiFileTest)

@@ -100,13 +100,13 @@ void MixerTest::aFullQueueSaysSo()
 {
     Bench bench;
     int taken = 0;
-    while (taken < 100000 && bench.mixer.play(1 << 20, {0x90, 60, 1}))
+    while (taken < 100000 && bench.mixer.music().play(1 << 20, {0x90, 60, 1}))
         ++taken;
     QVERIFY(taken >= 1000 && taken < 100000);
     bench.render(2);
-    bench.mixer.silence();
+    bench.mixer.music().silence();
     bench.render(2);
-    QVERIFY(bench.mixer.play(1 << 20, {0x90, 60, 1}));
+    QVERIFY(bench.mixer.music().play(1 << 20, {0x90, 60, 1}));
 }
 
 void MixerTest::theClockSmoothsJitterAndFollowsGaps()

@@ -68,6 +68,8 @@ private Q_SLOTS:
     void aStopPutsOutEveryLamp();
     void drumsSoundButAreNotShown();
     void carryingOnRestoresTheChannels();
+    void playsInAnotherTempo();
+    void demonstratesWithoutARoll();
     void aLongRollComesInBatches();
 };
 
@@ -182,6 +184,38 @@ void PlayerTest::aLongRollComesInBatches()
         notes += line.count(u';') + 1;
     QCOMPARE(notes, 1000);
     QVERIFY(stage.sound.played.size() < 200); // the sound is told only what is near
+}
+
+void PlayerTest::playsInAnotherTempo()
+{
+    Stage stage;
+    const Piece music = piece(join({at(0, {0x90, 60, 80}), at(480, {0x80, 60, 0}),
+        at(480, {0x90, 62, 80}), at(480, {0x80, 62, 0})})); // at 0 and at 1 s
+    stage.player.setTempo(0.5, 0);
+    stage.player.start(music, "T", 0);
+    QCOMPARE(stage.take().mid(1),
+        QStringList({u"@rolln 0.0000,1.0000,60,80,0;2.0000,1.0000,62,80,0"_s,
+            u"@rollstart 3.0000 3.0000"_s}));
+    stage.runTo(4.5); // three quarters of a second of it
+    stage.take();
+    stage.player.setTempo(1, 4.5);
+    QCOMPARE(stage.take().last(), u"@rollstart -0.6500 1.5000"_s);
+    stage.runTo(6);
+    QCOMPARE(stage.take(), QStringList({u"@out 62 80"_s, u"@out 62 0"_s, u"@rollstop"_s}));
+    QVERIFY(std::abs(stage.times.at(stage.times.size() - 3) - 4.85) < 0.002);
+}
+
+void PlayerTest::demonstratesWithoutARoll()
+{
+    Stage stage;
+    stage.player.demonstrate(piece(join({at(0, {0x90, 60, 80}), at(480, {0x80, 60, 0})})), 0);
+    stage.runTo(0.5);
+    stage.player.pause(0.5);
+    stage.player.carryOn(1);
+    stage.now = 1;
+    stage.runTo(2);
+    QCOMPARE(stage.take(),
+        QStringList({u"@out 60 80"_s, u"@out 60 0"_s, u"@paused 1"_s, u"@paused 0"_s}));
 }
 
 QTEST_APPLESS_MAIN(PlayerTest)

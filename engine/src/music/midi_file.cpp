@@ -1,5 +1,7 @@
 #include "music/midi_file.h"
 
+#include "music/midi_track.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -8,120 +10,8 @@ namespace kelo::engine {
 
 namespace {
 
-using Bytes = std::span<const std::uint8_t>;
-using Ticks = std::uint64_t;
-
 constexpr double longest = 24 * 3600.0;
 constexpr double defaultTempo = 0.5; ///< seconds a quarter note
-
-/// Reads big-endian numbers from the front; past the end it has failed and gives zeros.
-class Reader {
-public:
-    explicit Reader(Bytes all)
-        : bytes(all)
-    {
-    }
-
-    [[nodiscard]] bool failed() const { return truncated; }
-    [[nodiscard]] bool atEnd() const { return bytes.empty(); }
-
-    [[nodiscard]] int peek() const { return bytes.empty() ? -1 : bytes.front(); }
-
-    Bytes take(std::size_t count)
-    {
-        truncated = truncated || count > bytes.size();
-        const Bytes taken = bytes.first(std::min(count, bytes.size()));
-        bytes = bytes.subspan(taken.size());
-        return taken;
-    }
-
-    std::uint32_t number(std::size_t size)
-    {
-        std::uint32_t value = 0;
-        for (const std::uint8_t byte : take(size))
-            value = value << 8 | byte;
-        return value;
-    }
-
-    std::uint8_t byte() { return static_cast<std::uint8_t>(number(1)); }
-
-    /// Seven bits a byte, four bytes at most.
-    std::uint32_t variable()
-    {
-        std::uint32_t value = 0;
-        for (int i = 0; i < 4; ++i) {
-            const std::uint8_t next = byte();
-            value = value << 7 | (next & 0x7fU);
-            if ((next & 0x80) == 0)
-                return value;
-        }
-        truncated = true;
-        return value;
-    }
-
-private:
-    Bytes bytes;
-    bool truncated = false;
-};
-
-struct Event {
-    Ticks at = 0;
-    int track = 0;
-    ChannelMessage message; ///< status 0 where `tempo` is meant, or the track's end
-    double tempo = 0; ///< seconds a quarter note
-};
-
-std::size_t dataBytes(int kind)
-{
-    return kind == 0xc0 || kind == 0xd0 ? 1 : 2;
-}
-
-/// The events of a track up to its end, or to where it is damaged.
-void readTrack(Bytes bytes, int track, std::vector<Event> &events)
-{
-    constexpr int tempoEvent = 0x51;
-    constexpr int endEvent = 0x2f;
-    Reader reader(bytes);
-    Ticks now = 0;
-    std::uint8_t running = 0;
-    while (!reader.atEnd()) {
-        const std::uint32_t delta = reader.variable();
-        if (reader.failed())
-            break;
-        now += delta;
-        const int first = reader.peek();
-        if (first == 0xff) {
-            reader.byte();
-            const int kind = reader.byte();
-            const Bytes data = reader.take(reader.variable());
-            if (reader.failed() || kind == endEvent)
-                break;
-            if (kind == tempoEvent && data.size() == 3) {
-                const std::uint32_t microseconds = Reader(data).number(3);
-                if (microseconds > 0)
-                    events.push_back({now, track, {}, microseconds / 1e6});
-            }
-            continue;
-        }
-        if (first == 0xf0 || first == 0xf7) {
-            reader.byte();
-            reader.take(reader.variable());
-            running = 0;
-            continue;
-        }
-        if (first >= 0x80)
-            running = reader.byte();
-        if (running < 0x80 || running >= 0xf0)
-            break;
-        ChannelMessage message{running, reader.byte(), 0};
-        if (dataBytes(message.kind()) == 2)
-            message.second = reader.byte();
-        if (reader.failed() || ((message.first | message.second) & 0x80) != 0)
-            break;
-        events.push_back({now, track, message, 0});
-    }
-    events.push_back({now, track, {}, 0});
-}
 
 /// Turns ticks, in order, into seconds.
 class TempoMap {
@@ -140,9 +30,14 @@ public:
         perTick = 1 / (framesPerSecond * (division & 0xff));
     }
 
+    [[nodiscard]] double timeOf(Ticks at) const
+    {
+        return time + static_cast<double>(at - last) * perTick;
+    }
+
     double advance(Ticks to)
     {
-        time += static_cast<double>(to - last) * perTick;
+        time = timeOf(to);
         last = to;
         return time;
     }
@@ -158,6 +53,42 @@ private:
     double perTick = 0;
     Ticks last = 0;
     double time = 0;
+};
+
+/// Draws the bar lines as time goes by.
+class BarLines {
+public:
+    /// `ticksPerQuarter` 0: the file counts in seconds and has no bars.
+    BarLines(std::vector<double> &pieceBars, double ticksPerQuarter)
+        : bars(pieceBars)
+        , quarter(ticksPerQuarter)
+    {
+        setBar(0, 0, 4);
+    }
+
+    /// Draws those before `until`; `tempo` has not yet gone that far.
+    void drawTo(Ticks until, const TempoMap &tempo)
+    {
+        for (; length > 0 && next < until && bars.size() < most; next += length)
+            bars.push_back(tempo.timeOf(next));
+    }
+
+    /// From `at` on, which is a bar line, bars have `quarters`.
+    void setBar(Ticks at, double now, double quarters)
+    {
+        length = static_cast<Ticks>(quarters * quarter);
+        next = at;
+        if (!bars.empty() && bars.back() >= now)
+            bars.pop_back();
+    }
+
+private:
+    static constexpr std::size_t most = 20000;
+
+    std::vector<double> &bars;
+    double quarter;
+    Ticks length = 0;
+    Ticks next = 0;
 };
 
 /// Finds for each release the press that it ends: the oldest one of that key.
@@ -210,21 +141,28 @@ private:
     std::array<std::size_t, std::size_t{16} * 128> tails{};
 };
 
-Piece assemble(std::vector<Event> events, std::uint16_t division)
+Piece assemble(std::vector<MidiEvent> events, std::uint16_t division)
 {
-    std::stable_sort(
-        events.begin(), events.end(), [](const Event &a, const Event &b) { return a.at < b.at; });
+    std::stable_sort(events.begin(), events.end(),
+        [](const MidiEvent &a, const MidiEvent &b) { return a.at < b.at; });
     Piece piece;
     TempoMap tempo(division);
     NotePairing pairing(piece.notes);
+    BarLines barLines(piece.bars, (division & 0x8000) == 0 ? division : 0);
     double now = 0;
-    for (const Event &event : events) {
-        const double at = tempo.advance(event.at);
-        if (at > longest)
+    for (const MidiEvent &event : events) {
+        if (tempo.timeOf(event.at) > longest)
             break;
-        now = at;
+        barLines.drawTo(event.at, tempo);
+        now = tempo.advance(event.at);
         if (event.tempo > 0)
             tempo.setTempo(event.tempo);
+        if (event.bar > 0)
+            barLines.setBar(event.at, now, event.bar);
+        if (event.sharps)
+            piece.spelling = *event.sharps > 0 ? Spelling::Sharps
+                : *event.sharps < 0            ? Spelling::Flats
+                                               : Spelling::Mixed;
         if (event.message.status == 0)
             continue;
         const ChannelMessage message = event.message;
@@ -240,7 +178,7 @@ Piece assemble(std::vector<Event> events, std::uint16_t division)
     return piece;
 }
 
-std::string_view tag(Bytes bytes)
+std::string_view tag(MidiBytes bytes)
 {
     return {reinterpret_cast<const char *>(bytes.data()), bytes.size()};
 }
@@ -249,10 +187,10 @@ std::string_view tag(Bytes bytes)
 
 std::variant<Piece, MidiFault> readMidiFile(std::span<const std::uint8_t> bytes)
 {
-    Reader file(bytes);
+    MidiReader file(bytes);
     if (tag(file.take(4)) != "MThd")
         return MidiFault::NotMidi;
-    Reader header(file.take(file.number(4)));
+    MidiReader header(file.take(file.number(4)));
     const std::uint32_t format = header.number(2);
     header.number(2); // how many tracks it says it has; those that are there count
     const auto division = static_cast<std::uint16_t>(header.number(2));
@@ -262,11 +200,11 @@ std::variant<Piece, MidiFault> readMidiFile(std::span<const std::uint8_t> bytes)
     if (format > 1 || timeless)
         return MidiFault::Unsupported;
 
-    std::vector<Event> events;
+    std::vector<MidiEvent> events;
     int track = 0;
     while (!file.atEnd()) {
         const std::string_view name = tag(file.take(4));
-        const Bytes body = file.take(file.number(4));
+        const MidiBytes body = file.take(file.number(4));
         if (name == "MTrk")
             readTrack(body, track++, events);
     }

@@ -1,38 +1,12 @@
 #pragma once
 
-#include "sound/synth.h"
+#include "music/piece.h"
 
 #include <cstdint>
 #include <span>
 #include <variant>
-#include <vector>
 
 namespace kelo::engine {
-
-/// A note of a piece; seconds from its beginning.
-struct Note {
-    double at = 0;
-    double duration = 0;
-    int pitch = 0;
-    int velocity = 0;
-    int track = 0;
-    int channel = 0;
-
-    friend bool operator==(const Note &, const Note &) = default;
-};
-
-/// What an instrument is told, and when.
-struct TimedMessage {
-    double at = 0;
-    ChannelMessage message;
-};
-
-/// A piece of music. Both lists are in the order of time.
-struct Piece {
-    std::vector<Note> notes;
-    std::vector<TimedMessage> messages;
-    double length = 0; ///< seconds until the last note has ended
-};
 
 enum class MidiFault { NotMidi, Unsupported, Empty };
 

@@ -10,6 +10,7 @@ namespace {
 
 constexpr double scheduleAhead = 0.2; ///< seconds of music that outlast a busy moment
 constexpr double scheduleEvery = 0.1;
+constexpr double demonstrationDelay = 0.3;
 constexpr double carryOnDelay = 0.1; ///< longer than any block is on its way to the loudspeaker
 constexpr int drumChannel = 9;
 constexpr std::size_t notesPerLine = 64;
@@ -30,9 +31,23 @@ Player::Player(Wire &lines, Instrument &sound, const AudioClock &audioClock)
 
 void Player::start(Piece music, std::string name, double now)
 {
+    prepare(std::move(music));
+    title = std::move(name);
+    shown = true;
+    playFrom(0, leadIn, now);
+}
+
+void Player::demonstrate(Piece music, double now)
+{
+    prepare(std::move(music));
+    shown = false;
+    playFrom(0, demonstrationDelay, now);
+}
+
+void Player::prepare(Piece music)
+{
     stop();
     piece = std::move(music);
-    title = std::move(name);
     lamps.clear();
     for (const Note &note : piece.notes) {
         if (note.channel == drumChannel)
@@ -42,7 +57,6 @@ void Player::start(Piece music, std::string name, double now)
     }
     std::stable_sort(
         lamps.begin(), lamps.end(), [](const Lamp &a, const Lamp &b) { return a.at < b.at; });
-    playFrom(0, leadIn, now);
 }
 
 void Player::again(double now)
@@ -50,7 +64,7 @@ void Player::again(double now)
     if (!hasPiece())
         return;
     stop();
-    playFrom(0, leadIn, now);
+    playFrom(0, shown ? leadIn : demonstrationDelay, now);
 }
 
 void Player::carryOn(double now)
@@ -65,18 +79,37 @@ void Player::pause(double now)
 {
     if (!playing())
         return;
-    position = std::clamp(seconds(clock.frameAt(now) - origin), 0.0, piece.length);
+    position = positionAt(now);
     halt();
     state = State::Paused;
-    wire.send("rollstop");
+    if (shown)
+        wire.send("rollstop");
     wire.send("paused", "1");
+}
+
+double Player::positionAt(double now) const
+{
+    return std::clamp(seconds(clock.frameAt(now) - origin) * speed, 0.0, piece.length);
+}
+
+void Player::setTempo(double factor, double now)
+{
+    if (!playing()) {
+        speed = factor;
+        return;
+    }
+    const double at = positionAt(now);
+    halt();
+    speed = factor;
+    playFrom(at, carryOnDelay, now);
 }
 
 void Player::stop()
 {
     if (playing()) {
         halt();
-        wire.send("rollstop");
+        if (shown)
+            wire.send("rollstop");
     }
     if (paused())
         wire.send("paused", "0");
@@ -97,8 +130,9 @@ void Player::halt()
 void Player::playFrom(double from, double delay, double now)
 {
     state = State::Playing;
-    origin = clock.frameAt(now + delay - from);
-    showRoll(from);
+    origin = clock.frameAt(now + delay - from / speed);
+    if (shown)
+        showRoll(from);
     restoreChannels(from);
     nextMessage =
         static_cast<std::size_t>(std::partition_point(piece.messages.begin(), piece.messages.end(),
@@ -107,9 +141,11 @@ void Player::playFrom(double from, double delay, double now)
     nextLamp = static_cast<std::size_t>(std::partition_point(lamps.begin(), lamps.end(),
                                             [&](const Lamp &lamp) { return lamp.at < from; })
         - lamps.begin());
-    char zero[64];
-    std::snprintf(zero, sizeof zero, "%.4f %.4f", delay - from, piece.length);
-    wire.send("rollstart", zero);
+    if (shown) {
+        char zero[64];
+        std::snprintf(zero, sizeof zero, "%.4f %.4f", delay - from / speed, piece.length / speed);
+        wire.send("rollstart", zero);
+    }
     advance(now);
 }
 
@@ -128,8 +164,8 @@ void Player::showRoll(double from)
         if (note.channel == drumChannel || note.at + note.duration < from)
             continue;
         char text[96];
-        std::snprintf(text, sizeof text, "%s%.4f,%.4f,%d,%d,%d", count > 0 ? ";" : "", note.at,
-            note.duration, note.pitch, note.velocity, note.track);
+        std::snprintf(text, sizeof text, "%s%.4f,%.4f,%d,%d,%d", count > 0 ? ";" : "",
+            note.at / speed, note.duration / speed, note.pitch, note.velocity, note.track);
         line += text;
         if (++count == notesPerLine)
             flush();

@@ -21,8 +21,15 @@ public:
     /// Shows the piece's roll and begins to play it after `leadIn` seconds.
     void start(Piece music, std::string name, double now);
 
+    /// Plays an example soon, without a roll.
+    void demonstrate(Piece music, double now);
+
     /// Plays what was started last from its beginning. Nothing without one.
     void again(double now);
+
+    /// How fast: 1 is as written. What plays goes on from where it is.
+    void setTempo(double factor, double now);
+    [[nodiscard]] double tempo() const { return speed; }
 
     void pause(double now);
     void carryOn(double now);
@@ -51,7 +58,9 @@ private:
     void restoreChannels(double until);
     void halt();
     void light(const Lamp &lamp);
-    [[nodiscard]] Frame frameOf(double at) const { return origin + frames(at); }
+    [[nodiscard]] Frame frameOf(double at) const { return origin + frames(at / speed); }
+    [[nodiscard]] double positionAt(double now) const;
+    void prepare(Piece music);
 
     Wire &wire;
     Instrument &instrument;
@@ -59,6 +68,8 @@ private:
     State state = State::Stopped;
     Piece piece;
     std::string title;
+    bool shown = true; ///< its roll is on the display
+    double speed = 1;
     std::vector<Lamp> lamps; ///< in the order of time
     Frame origin = 0; ///< sounds when the piece's time 0 does
     double position = 0; ///< where it was paused

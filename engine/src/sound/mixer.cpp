@@ -14,17 +14,6 @@ Mixer::Mixer(Synth &instruments, AudioClock &audioClock)
     : synth(instruments)
     , clock(audioClock)
 {
-    pending.reserve(notesWaiting);
-}
-
-bool Mixer::play(Frame frame, ChannelMessage message)
-{
-    return notes.push({frame, noteOrder++, epoch.load(std::memory_order_relaxed), message});
-}
-
-void Mixer::silence()
-{
-    epoch.fetch_add(1, std::memory_order_release);
 }
 
 bool Mixer::speak(std::uint32_t utterance, Frame frame, std::span<const float> samples)
@@ -47,51 +36,30 @@ void Mixer::render(std::span<float> left, std::span<float> right, double now)
     position += static_cast<Frame>(left.size());
 }
 
-void Mixer::gatherNotes()
-{
-    const auto current = epoch.load(std::memory_order_acquire);
-    if (current != heardEpoch) {
-        heardEpoch = current;
-        pending.clear();
-        synth.release();
-    }
-    while (const Note *note = notes.front()) {
-        const auto ahead = static_cast<std::int32_t>(note->epoch - heardEpoch);
-        if (ahead > 0 || (ahead == 0 && pending.size() == notesWaiting))
-            return; // for a later block
-        if (ahead == 0) {
-            pending.push_back(*note);
-            std::push_heap(pending.begin(), pending.end(), Later{});
-        }
-        notes.pop();
-    }
-}
-
 void Mixer::renderNotes(std::span<float> left, std::span<float> right)
 {
-    gatherNotes();
+    for (Section &section : sections)
+        section.gather(synth);
     std::size_t done = 0;
     while (done < left.size()) {
-        std::size_t until = left.size();
-        while (!pending.empty()) {
-            const Frame due = pending.front().frame - position;
-            if (due > static_cast<Frame>(done)) {
-                until =
-                    static_cast<std::size_t>(std::min<Frame>(due, static_cast<Frame>(left.size())));
-                break;
-            }
-            synth.play(pending.front().message);
-            std::pop_heap(pending.begin(), pending.end(), Later{});
-            pending.pop_back();
+        auto until = static_cast<Frame>(left.size());
+        for (Section &section : sections) {
+            auto due = section.due();
+            for (; due && *due - position <= static_cast<Frame>(done); due = section.due())
+                section.playNext(synth);
+            if (due)
+                until = std::min(until, *due - position);
         }
-        synth.render(left.subspan(done, until - done), right.subspan(done, until - done));
-        done = until;
+        const std::size_t count = static_cast<std::size_t>(until) - done;
+        synth.render(left.subspan(done, count), right.subspan(done, count));
+        done += count;
     }
 }
 
 void Mixer::renderVoice(std::span<float> left, std::span<float> right)
 {
     const auto current = wanted.load(std::memory_order_acquire);
+    const float loudness = voiceLoudness.load(std::memory_order_relaxed);
     const Frame end = position + static_cast<Frame>(left.size());
     while (const Block *block = blocks.front()) {
         if (block->utterance != current && (block->utterance != heardUtterance || voiceGain <= 0)) {
@@ -109,7 +77,7 @@ void Mixer::renderVoice(std::span<float> left, std::span<float> right)
             if (heardUtterance != current)
                 voiceGain = std::max(voiceGain - fadeStep, 0.0F);
             const float sample =
-                voiceGain * block->samples[static_cast<std::size_t>(at - block->frame)];
+                loudness * voiceGain * block->samples[static_cast<std::size_t>(at - block->frame)];
             left[static_cast<std::size_t>(at - position)] += sample;
             right[static_cast<std::size_t>(at - position)] += sample;
         }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sound/audio_clock.h"
+#include "sound/section.h"
 #include "sound/spsc_ring.h"
 #include "sound/synth.h"
 
@@ -8,22 +9,8 @@
 #include <atomic>
 #include <cstdint>
 #include <span>
-#include <vector>
 
 namespace kelo::engine {
-
-/// What plays music asks of the sound below it.
-class Instrument {
-public:
-    virtual ~Instrument() = default;
-
-    /// Plays `message` when `frame` sounds, or at once if that is past. False when too much is
-    /// waiting already: try again soon.
-    virtual bool play(Frame frame, ChannelMessage message) = 0;
-
-    /// Forgets what is waiting and lets go of every key.
-    virtual void silence() = 0;
-};
 
 /// What speaks asks of the sound below it.
 class Mouth {
@@ -41,12 +28,19 @@ public:
 
 /// Mixes the instruments and the voice. `render` is the audio thread's and neither locks,
 /// allocates nor waits; everything else belongs to one other thread.
-class Mixer : public Instrument, public Mouth {
+class Mixer : public Mouth {
 public:
     Mixer(Synth &instruments, AudioClock &audioClock);
 
-    bool play(Frame frame, ChannelMessage message) override;
-    void silence() override;
+    /// Pieces that are played, the player's own keys, and what keeps time: each can be silenced
+    /// without the others.
+    [[nodiscard]] Instrument &music() { return sections[0]; }
+    [[nodiscard]] Instrument &keys() { return sections[1]; }
+    [[nodiscard]] Instrument &rhythm() { return sections[2]; }
+
+    /// 1 is how loud the voice is by itself.
+    void setVoiceLoudness(float value) { voiceLoudness.store(value, std::memory_order_relaxed); }
+
     bool speak(std::uint32_t utterance, Frame frame, std::span<const float> samples) override;
     void listenTo(std::uint32_t utterance) override;
 
@@ -54,18 +48,6 @@ public:
     void render(std::span<float> left, std::span<float> right, double now);
 
 private:
-    struct Note {
-        Frame frame = 0;
-        std::uint64_t order = 0;
-        std::uint32_t epoch = 0;
-        ChannelMessage message;
-    };
-    struct Later {
-        bool operator()(const Note &a, const Note &b) const
-        {
-            return a.frame != b.frame ? a.frame > b.frame : a.order > b.order;
-        }
-    };
     struct Block {
         std::uint32_t utterance = 0;
         Frame frame = 0;
@@ -73,25 +55,21 @@ private:
         std::array<float, blockSize> samples{};
     };
 
-    void gatherNotes();
     void renderNotes(std::span<float> left, std::span<float> right);
     void renderVoice(std::span<float> left, std::span<float> right);
 
-    static constexpr std::size_t notesWaiting = 4096;
     static constexpr std::size_t blocksWaiting = 256;
 
     Synth &synth;
     AudioClock &clock;
-    SpscRing<Note, notesWaiting> notes;
+    std::array<Section, 3> sections{
+        Section(SynthPart::Music), Section(SynthPart::Keys), Section(SynthPart::Rhythm)};
     SpscRing<Block, blocksWaiting> blocks;
-    std::atomic<std::uint32_t> epoch = 0;
     std::atomic<std::uint32_t> wanted = 0;
-    std::uint64_t noteOrder = 0;
+    std::atomic<float> voiceLoudness = 1;
 
     // The audio thread's own.
     Frame position = 0;
-    std::uint32_t heardEpoch = 0;
-    std::vector<Note> pending; ///< a heap, soonest first
     std::uint32_t heardUtterance = 0;
     float voiceGain = 0;
 };

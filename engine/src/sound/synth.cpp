@@ -9,6 +9,20 @@
 
 namespace kelo::engine {
 
+namespace {
+
+constexpr int channelsPerPart = 16;
+constexpr int parts = 3;
+constexpr int channels = parts * channelsPerPart;
+constexpr int drumChannel = 9;
+
+int firstChannel(SynthPart part)
+{
+    return static_cast<int>(part) * channelsPerPart;
+}
+
+} // namespace
+
 struct Synth::Library {
     fluid_settings_t *settings = new_fluid_settings();
     fluid_synth_t *synth = nullptr;
@@ -29,6 +43,7 @@ Synth::Synth(std::span<const std::string> soundfonts)
     fluid_settings_setnum(library->settings, "synth.sample-rate", sampleRate);
     fluid_settings_setnum(library->settings, "synth.gain", 0.5);
     fluid_settings_setint(library->settings, "synth.threadsafe-api", 0);
+    fluid_settings_setint(library->settings, "synth.midi-channels", channels);
     library->synth = new_fluid_synth(library->settings);
     loaded = library->synth != nullptr
         && std::any_of(soundfonts.begin(), soundfonts.end(), [this](const std::string &path) {
@@ -36,16 +51,20 @@ Synth::Synth(std::span<const std::string> soundfonts)
                return std::filesystem::is_regular_file(path, error)
                    && fluid_synth_sfload(library->synth, path.c_str(), 1) != FLUID_FAILED;
            });
+    for (int channel = drumChannel; loaded && channel < channels; channel += channelsPerPart) {
+        fluid_synth_set_channel_type(library->synth, channel, CHANNEL_TYPE_DRUM);
+        fluid_synth_program_change(library->synth, channel, 0);
+    }
 }
 
 Synth::~Synth() = default;
 
-void Synth::play(ChannelMessage message)
+void Synth::play(SynthPart part, ChannelMessage message)
 {
     if (!loaded)
         return;
     fluid_synth_t *synth = library->synth;
-    const int channel = message.channel();
+    const int channel = firstChannel(part) + message.channel();
     switch (message.kind()) {
     case 0x80:
         fluid_synth_noteoff(synth, channel, message.first);
@@ -73,11 +92,12 @@ void Synth::play(ChannelMessage message)
     }
 }
 
-void Synth::release()
+void Synth::release(SynthPart part)
 {
     constexpr int resetControllers = 121;
     constexpr int allNotesOff = 123;
-    for (int channel = 0; loaded && channel < 16; ++channel) {
+    const int first = firstChannel(part);
+    for (int channel = first; loaded && channel < first + channelsPerPart; ++channel) {
         fluid_synth_cc(library->synth, channel, resetControllers, 0);
         fluid_synth_cc(library->synth, channel, allNotesOff, 0);
     }

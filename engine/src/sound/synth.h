@@ -18,6 +18,9 @@ struct ChannelMessage {
     friend bool operator==(const ChannelMessage &, const ChannelMessage &) = default;
 };
 
+/// Sixteen of the synthesiser's channels, with drums on the tenth.
+enum class SynthPart { Music, Keys, Rhythm };
+
 /// The instruments. Whoever renders owns it: no two threads may call it at a time; nothing but
 /// the constructor allocates or waits.
 class Synth {
@@ -31,10 +34,10 @@ public:
     /// False without a soundfont: it then renders silence.
     [[nodiscard]] bool sounds() const { return loaded; }
 
-    void play(ChannelMessage message);
+    void play(SynthPart part, ChannelMessage message);
 
-    /// Lets go of every key and pedal.
-    void release();
+    /// Lets go of every key and pedal of a part.
+    void release(SynthPart part);
 
     /// Writes the next samples of both sides.
     void render(std::span<float> left, std::span<float> right);

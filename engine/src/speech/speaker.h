@@ -22,6 +22,9 @@ public:
     /// Says `text` now; what was being said is cut off.
     void say(std::string_view text, double now);
 
+    /// Speaks with one of `voices` from the next text on.
+    void setVoice(std::size_t index) { synthesiser.setVoice(index); }
+
     void stop();
     [[nodiscard]] bool speaking() const { return utterance.has_value(); }
 

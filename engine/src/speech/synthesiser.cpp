@@ -4,6 +4,7 @@
 #include "sound/audio_clock.h"
 #include "speech/resampler.h"
 #include "speech/spectrum.h"
+#include "speech/voices.h"
 
 #include <espeak-ng/speak_lib.h>
 
@@ -66,13 +67,24 @@ Synthesiser::Synthesiser(std::function<void()> ready)
         AUDIO_OUTPUT_SYNCHRONOUS, chunkMilliseconds, nullptr, espeakINITIALIZE_DONT_EXIT);
     if (!works())
         return;
-    if (espeak_SetVoiceByName("en-us") != EE_OK)
-        espeak_SetVoiceByName("en");
-    if (const espeak_VOICE *speaking = espeak_GetCurrentVoice(); speaking && speaking->name)
-        voice = oneLine(speaking->name);
+    useVoice(0);
     espeak_SetSynthCallback(&Job::receive);
     thread = std::jthread([this](const std::stop_token &stop) { run(stop); });
     stopping = thread.get_stop_token();
+}
+
+void Synthesiser::useVoice(std::size_t index)
+{
+    const Voice &voice = voices[index];
+    if (espeak_SetVoiceByName(voice.espeak) != EE_OK)
+        espeak_SetVoiceByName("en");
+    espeak_SetParameter(espeakRATE, voice.speed, 0);
+}
+
+void Synthesiser::setVoice(std::size_t index)
+{
+    const std::lock_guard lock(mutex);
+    wantedVoice = index % voices.size();
 }
 
 Synthesiser::~Synthesiser()
@@ -110,13 +122,17 @@ std::vector<SpeechChunk> Synthesiser::take()
 
 void Synthesiser::run(const std::stop_token &stop)
 {
+    std::size_t voice = 0;
     for (;;) {
         std::unique_lock lock(mutex);
         if (!changed.wait(lock, stop, [this] { return !waiting.empty(); }))
             return;
         const std::string text = std::exchange(waiting, {});
         const std::uint32_t utterance = current;
+        const std::size_t wanted = wantedVoice;
         lock.unlock();
+        if (wanted != voice)
+            useVoice(voice = wanted);
         speak(text, utterance);
     }
 }

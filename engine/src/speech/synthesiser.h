@@ -32,7 +32,9 @@ public:
     Synthesiser &operator=(const Synthesiser &) = delete;
 
     [[nodiscard]] bool works() const { return rate > 0; }
-    [[nodiscard]] const std::string &voiceName() const { return voice; }
+
+    /// Speaks with one of `voices` from the next text on.
+    void setVoice(std::size_t index);
 
     /// Gives up what is being spoken and begins `text` (one line of valid UTF-8).
     void begin(std::uint32_t utterance, std::string text);
@@ -46,16 +48,17 @@ private:
 
     void run(const std::stop_token &stop);
     void speak(const std::string &text, std::uint32_t utterance);
+    void useVoice(std::size_t index);
     [[nodiscard]] bool deliver(SpeechChunk chunk);
 
     std::function<void()> notify;
     double rate = 0; ///< samples a second as spoken
-    std::string voice;
 
     std::mutex mutex;
     std::condition_variable_any changed;
     std::uint32_t current = 0;
     std::string waiting; ///< the text to begin, if any
+    std::size_t wantedVoice = 0;
     std::deque<SpeechChunk> chunks;
     std::stop_token stopping;
     std::jthread thread;

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "protocol/input.h"
+#include "sound/synth.h"
+
+#include <cstddef>
+#include <optional>
+#include <variant>
+
+namespace kelo::engine {
+
+/// A minute in which everything happens by itself, for someone who has neither keyboard nor
+/// microphone: what a user would have said, pressed and played. Seconds throughout.
+class Demo {
+public:
+    using Step = std::variant<Command, Key, ChannelMessage>;
+
+    explicit Demo(double now)
+        : last(now)
+    {
+    }
+
+    /// The next step, if it is due; some wait until the assistant is `quiet`.
+    [[nodiscard]] std::optional<Step> advance(bool quiet, double now);
+
+    [[nodiscard]] std::optional<double> deadline() const;
+    [[nodiscard]] bool over() const;
+
+private:
+    std::size_t next = 0;
+    double last; ///< when the step before was taken, or the assistant last was not quiet
+};
+
+} // namespace kelo::engine

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "lessons/excerpt.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kelo::engine {
+
+/// Follows a player through an excerpt: the right keys in the right order. The keys of a chord
+/// may come in any order, rolled as slowly as one likes, and hands that are not quite together
+/// are forgiven. When each came is noted, but not held against anyone. Seconds throughout.
+class Attempt {
+public:
+    enum class State { Going, Passed, Missed };
+
+    Attempt(std::vector<Step> what, Spelling how)
+        : steps(std::move(what))
+        , spelling(how)
+    {
+    }
+
+    State press(int pitch, double now);
+
+    /// A key that came too early has turned out to be wrong, once `deadline` has passed.
+    State expire(double now);
+    [[nodiscard]] std::optional<double> deadline() const;
+
+    [[nodiscard]] State state() const { return current; }
+    [[nodiscard]] bool begun() const { return step > 0 || !pressed.empty(); }
+
+    /// What comes next: "E", or "C and G together".
+    [[nodiscard]] std::string next() const;
+
+    /// What was wrong: "The third note was E, you played F."
+    [[nodiscard]] std::string fault() const;
+
+    /// Something kind about the rhythm of an attempt that passed; empty for little to say.
+    [[nodiscard]] std::string rhythm() const;
+
+private:
+    struct Early {
+        int pitch;
+        double at;
+    };
+
+    [[nodiscard]] const Step &expected() const { return steps[step]; }
+    [[nodiscard]] bool missing(int pitch) const;
+    void take(int pitch, double now);
+    State miss(int pitch);
+
+    std::vector<Step> steps;
+    Spelling spelling;
+    State current = State::Going;
+    std::size_t step = 0;
+    std::vector<int> pressed; ///< of the current step
+    std::vector<double> times; ///< of the first key of each step
+    std::optional<Early> early; ///< a key of the next step, before this one is complete
+    int wrong = 0;
+};
+
+} // namespace kelo::engine

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "music/piece.h"
+
+#include <string_view>
+#include <vector>
+
+namespace kelo::engine {
+
+enum class Hands { Both, Right, Left };
+
+/// "both", "right" or "left".
+[[nodiscard]] std::string_view nameOf(Hands hands);
+
+/// Keys that are pressed together.
+struct Step {
+    double at = 0; ///< seconds from the piece's beginning
+    std::vector<int> pitches; ///< ascending, each once
+};
+
+/// What is learnt at a time: one bar or two of one hand or both.
+struct Excerpt {
+    double from = 0; ///< seconds from the piece's beginning
+    double to = 0;
+    int firstBar = 0; ///< counted from 1
+    int lastBar = 0;
+    Hands hands = Hands::Both;
+    std::vector<Step> steps; ///< at least one
+};
+
+/// Whose hand each note of a piece is: of two tracks the higher is the right hand's, otherwise
+/// middle C and what is above it. Drums are nobody's: they count as `Both`.
+[[nodiscard]] std::vector<Hands> handsOf(const Piece &piece);
+
+/// The way through a piece for `hands`, phrase by phrase: for both hands each phrase comes with
+/// the right hand alone, the left hand alone, then together. Bars without notes are left out.
+[[nodiscard]] std::vector<Excerpt> excerptsOf(const Piece &piece, Hands hands);
+
+/// An excerpt as a piece of its own that begins at 0; what the hands hold ends with it.
+[[nodiscard]] Piece pieceOf(const Excerpt &excerpt, const Piece &whole);
+
+} // namespace kelo::engine

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "lessons/attempt.h"
+#include "lessons/excerpt.h"
+#include "lessons/reply.h"
+
+#include <optional>
+#include <string>
+
+namespace kelo::engine {
+
+/// A lesson on one piece: it plays a phrase, waits, listens to what is played and says what was
+/// wrong, or goes on to the next. Keys that are played while nobody waits for them count for
+/// nothing. Seconds throughout.
+class Lesson {
+public:
+    Lesson(Piece music, std::string name, Hands which);
+
+    /// Nothing can be learnt where there are no notes for these hands.
+    [[nodiscard]] bool empty() const { return excerpts.empty(); }
+
+    [[nodiscard]] Reply begin();
+    [[nodiscard]] Reply repeat();
+    [[nodiscard]] Reply skip();
+    [[nodiscard]] Reply back();
+    [[nodiscard]] Reply setHands(Hands which);
+
+    /// The notes of the phrase, in words.
+    [[nodiscard]] std::string notes() const;
+
+    /// What `demo` means: the phrase, by itself.
+    [[nodiscard]] Piece demo() const { return pieceOf(excerpts[place], piece); }
+
+    /// It has said and played what it wanted to; it is the player's turn.
+    void listen(double now);
+
+    [[nodiscard]] Reply press(int pitch, double now);
+    [[nodiscard]] Reply advance(double now);
+    [[nodiscard]] std::optional<double> deadline() const;
+
+    [[nodiscard]] const std::string &title() const { return songTitle; }
+    [[nodiscard]] Hands hands() const { return chosen; }
+    [[nodiscard]] bool listening() const { return attempt.has_value(); }
+
+private:
+    [[nodiscard]] Reply present(std::string before = {});
+    [[nodiscard]] std::string whereWeAre() const;
+    [[nodiscard]] Reply missed();
+    [[nodiscard]] Reply passed();
+
+    Piece piece;
+    std::string songTitle;
+    Hands chosen;
+    std::vector<Excerpt> excerpts;
+    std::size_t place = 0;
+    std::optional<Attempt> attempt;
+    int misses = 0; ///< of this excerpt
+    double lastKey = 0;
+    bool reminded = false;
+};
+
+} // namespace kelo::engine

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "listen/wake.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace kelo::engine {
+
+/// Follows what the recogniser makes of the microphone, line by line, and gives each command
+/// once, when no more words are to be expected. While the assistant speaks it hears mostly
+/// itself: nothing counts then but its name and "stop". Seconds throughout.
+class Ear {
+public:
+    /// How long words must have stood before they are taken, final ones aside.
+    static constexpr double settle = 0.7;
+
+    explicit Ear(Understands understandsCommand)
+        : understands(std::move(understandsCommand))
+    {
+    }
+
+    void setName(std::string_view name);
+
+    /// Everything said is meant for the assistant, without its name.
+    void setOpen(bool on) { open = on; }
+
+    /// What is said next needs no name, if it comes soon.
+    void expectAnswer(double now) { answerUntil = now + answerTime; }
+
+    /// The whole of what this session of the recogniser has understood so far. Gives the words
+    /// of a command that is complete; none of them where only the name was said.
+    [[nodiscard]] std::optional<std::string> hear(
+        bool final, std::string_view transcript, bool speaking, double now);
+
+    /// A command that has stood for long enough.
+    [[nodiscard]] std::optional<std::string> expire(double now);
+    [[nodiscard]] std::optional<double> deadline() const;
+
+    /// Whether it listened to the assistant itself since this was last asked.
+    [[nodiscard]] bool takeOverheard() { return std::exchange(overheard, false); }
+
+private:
+    struct Pending {
+        std::string command;
+        double since = 0;
+    };
+
+    static constexpr double answerTime = 8;
+
+    [[nodiscard]] std::size_t spentWords(std::span<const Word> words, bool final, double now);
+    [[nodiscard]] std::optional<std::string> commandIn(
+        std::span<const Word> words, double now) const;
+    void spend(std::vector<Word> words, bool final, double now);
+
+    Understands understands;
+    std::string name = "kelo";
+    bool open = false;
+    bool overheard = false;
+    double answerUntil = -1;
+    std::optional<Pending> pending;
+    std::vector<Word> latest; ///< of the pending command's utterance
+
+    // What has been dealt with: the words of one utterance.
+    std::vector<Word> spent;
+    bool spentFinal = false;
+    double spentAt = 0;
+};
+
+} // namespace kelo::engine

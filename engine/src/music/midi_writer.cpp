@@ -1,0 +1,60 @@
+#include "music/midi_writer.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kelo::engine {
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr std::uint32_t ticksPerQuarter = 480;
+constexpr double ticksPerSecond = 960; // two quarters, unless a file says otherwise
+constexpr std::uint32_t longestDelta = 0x0fffffff;
+
+void addNumber(Bytes &bytes, std::uint32_t value, int size)
+{
+    for (int shift = 8 * (size - 1); shift >= 0; shift -= 8)
+        bytes.push_back(static_cast<std::uint8_t>(value >> shift));
+}
+
+void addVariable(Bytes &bytes, std::uint32_t value)
+{
+    for (int shift = 21; shift > 0; shift -= 7) {
+        if (value >> shift != 0)
+            bytes.push_back(static_cast<std::uint8_t>(0x80 | (value >> shift & 0x7f)));
+    }
+    bytes.push_back(static_cast<std::uint8_t>(value & 0x7f));
+}
+
+} // namespace
+
+Bytes writeMidiFile(const Piece &piece)
+{
+    Bytes track;
+    std::uint32_t now = 0;
+    for (const auto &[at, message] : piece.messages) {
+        const double ticks = std::clamp(at * ticksPerSecond, 0.0, double{longestDelta});
+        const auto due = std::max(now, static_cast<std::uint32_t>(std::llround(ticks)));
+        addVariable(track, due - now);
+        now = due;
+        track.push_back(message.status);
+        track.push_back(message.first);
+        if (message.kind() != 0xc0 && message.kind() != 0xd0)
+            track.push_back(message.second);
+    }
+    track.insert(track.end(), {0, 0xff, 0x2f, 0});
+
+    Bytes file{'M', 'T', 'h', 'd'};
+    addNumber(file, 6, 4);
+    addNumber(file, 0, 2);
+    addNumber(file, 1, 2);
+    addNumber(file, ticksPerQuarter, 2);
+    file.insert(file.end(), {'M', 'T', 'r', 'k'});
+    addNumber(file, static_cast<std::uint32_t>(track.size()), 4);
+    file.insert(file.end(), track.begin(), track.end());
+    return file;
+}
+
+} // namespace kelo::engine

@@ -1,0 +1,36 @@
+#include "piano/command_keys.h"
+
+#include <algorithm>
+
+namespace kelo::engine {
+
+namespace {
+
+constexpr int lowestTop = 36;
+
+bool isBlack(int pitch)
+{
+    return (0b010101001010 >> (pitch % 12) & 1) != 0;
+}
+
+} // namespace
+
+void CommandKeys::setTop(int top)
+{
+    int pitch = std::clamp(top, lowestTop, 127);
+    for (int &key : keys) {
+        while (isBlack(pitch))
+            --pitch;
+        key = pitch--;
+    }
+}
+
+std::optional<int> CommandKeys::place(int pitch) const
+{
+    const auto found = std::ranges::find(keys, pitch);
+    if (found == keys.end())
+        return {};
+    return static_cast<int>(found - keys.begin());
+}
+
+} // namespace kelo::engine

@@ -1,0 +1,179 @@
+#include "setup/profile.h"
+
+#include "protocol/text.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <system_error>
+#include <type_traits>
+
+namespace kelo::engine {
+
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr std::uintmax_t largestProfile = 1 << 20;
+constexpr std::size_t longestAnswer = 200;
+
+/// Calls `visit` with every key and the member that it holds.
+template <typename Members, typename Visit> void visitMembers(Members &profile, Visit visit)
+{
+    visit("assistant", profile.assistant);
+    visit("user", profile.user);
+    visit("city", profile.city);
+    visit("fahrenheit", profile.fahrenheit);
+    visit("needs", profile.needs);
+    visit("plays", profile.plays);
+    visit("birthday", profile.birthday);
+    visit("naturalVoice", profile.naturalVoice);
+    visit("wishedIn", profile.wishedIn);
+    visit("topKey", profile.topKey);
+    visit("voice", profile.voice);
+    visit("voiceLoudness", profile.voiceLoudness);
+    visit("keysSound", profile.keysSound);
+}
+
+Json readObject(const std::filesystem::path &path)
+{
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)
+        || std::filesystem::file_size(path, error) > largestProfile)
+        return {};
+    std::ifstream file(path, std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    Json json = Json::parse(text, nullptr, false);
+    return json.is_object() ? json : Json();
+}
+
+bool isName(std::string_view name)
+{
+    return !name.empty()
+        && std::ranges::none_of(name, [](unsigned char c) { return c < 0x80 && !std::isalpha(c); });
+}
+
+bool isDay(std::string_view text)
+{
+    constexpr std::array<int, 13> longest{0, 31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    const auto digit = [&](std::size_t i) { return text[i] >= '0' && text[i] <= '9'; };
+    if (text.size() != 5 || text[2] != '-' || !digit(0) || !digit(1) || !digit(3) || !digit(4))
+        return false;
+    const int month = (text[0] - '0') * 10 + text[1] - '0';
+    const int day = (text[3] - '0') * 10 + text[4] - '0';
+    return month >= 1 && month <= 12 && day >= 1 && day <= longest[static_cast<std::size_t>(month)];
+}
+
+/// What a file that anyone may have edited can do harm with.
+void repair(Profile &profile)
+{
+    profile.assistant = oneLine(profile.assistant);
+    profile.user = oneLine(profile.user);
+    if (!isName(profile.assistant))
+        profile.assistant = Profile{}.assistant;
+    if (!isDay(profile.birthday))
+        profile.birthday.clear();
+    profile.topKey = std::clamp(profile.topKey, 36, 127);
+    profile.voice = std::clamp(profile.voice, 0, 99);
+    profile.voiceLoudness = std::clamp(profile.voiceLoudness, 10, 200);
+}
+
+/// The file's name is only ever that of a whole file, whenever the machine stops.
+bool replaceFile(const std::filesystem::path &path, std::string_view text)
+{
+    const std::string draft = path.string() + ".new";
+    const int file = open(draft.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    if (file < 0)
+        return false;
+    bool written = true;
+    while (written && !text.empty()) {
+        const ssize_t count = write(file, text.data(), text.size());
+        written = count > 0;
+        text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    }
+    written = fsync(file) == 0 && written;
+    written = close(file) == 0 && written;
+    if (written && std::rename(draft.c_str(), path.c_str()) == 0)
+        return true;
+    unlink(draft.c_str());
+    return false;
+}
+
+} // namespace
+
+Profile profileFromSetup(std::string_view line, const Profile &old)
+{
+    std::array<std::string, 8> fields;
+    for (std::string &field : fields) {
+        const auto bar = std::min(line.find('|'), line.size());
+        field = oneLine(line.substr(0, std::min(bar, longestAnswer)));
+        line.remove_prefix(std::min(bar + 1, line.size()));
+    }
+    Profile profile = old;
+    profile.user = fields[0];
+    profile.assistant = fields[1];
+    profile.city = fields[2];
+    profile.fahrenheit = fields[3] == "F";
+    profile.needs = fields[4];
+    profile.plays = fields[5] == "true";
+    profile.birthday = fields[6];
+    profile.naturalVoice = fields[7] == "true";
+    repair(profile);
+    return profile;
+}
+
+std::optional<Profile> loadProfile(const std::filesystem::path &file)
+{
+    const Json json = readObject(file);
+    if (json.is_null())
+        return {};
+    Profile profile;
+    visitMembers(profile, [&](const char *key, auto &member) {
+        using Member = std::remove_reference_t<decltype(member)>;
+        const auto found = json.find(key);
+        if (found == json.end())
+            return;
+        if constexpr (std::is_same_v<Member, bool>) {
+            if (found->is_boolean())
+                member = found->template get<bool>();
+        } else if constexpr (std::is_same_v<Member, int>) {
+            constexpr double most = 1e9;
+            if (found->is_number())
+                member = static_cast<int>(std::clamp(found->template get<double>(), -most, most));
+        } else if (found->is_string()) {
+            member = found->template get<std::string>();
+        }
+    });
+    repair(profile);
+    return profile;
+}
+
+bool saveProfile(const Profile &profile, const std::filesystem::path &file)
+{
+    Json json = readObject(file);
+    visitMembers(profile, [&](const char *key, const auto &member) { json[key] = member; });
+    std::error_code error;
+    std::filesystem::create_directories(file.parent_path(), error);
+    return replaceFile(file, json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+}
+
+bool isBirthday(const Profile &profile, const Day &today)
+{
+    if (profile.birthday.empty())
+        return false;
+    const bool leap = (today.year % 4 == 0 && today.year % 100 != 0) || today.year % 400 == 0;
+    std::array<char, 16> text{};
+    std::snprintf(text.data(), text.size(), "%02d-%02d", today.month % 100, today.day % 100);
+    if (profile.birthday == "02-29" && !leap)
+        return text.data() == std::string_view("02-28");
+    return profile.birthday == text.data();
+}
+
+} // namespace kelo::engine

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "listen/phrases.h"
+#include "music/midi_file.h"
+
+#include <filesystem>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace kelo::engine {
+
+/// The songs there are: those that ship, from easy to hard, then the MIDI files of a folder by
+/// name.
+class Library {
+public:
+    /// Looks into the folder; a missing one holds nothing.
+    explicit Library(std::filesystem::path songsFolder);
+
+    void refresh();
+
+    [[nodiscard]] const std::vector<SongName> &names() const { return songNames; }
+    [[nodiscard]] std::size_t size() const { return songNames.size(); }
+
+    [[nodiscard]] std::variant<Piece, MidiFault> load(std::size_t song) const;
+
+    static constexpr std::size_t mostFiles = 500;
+
+private:
+    std::filesystem::path folder;
+    std::vector<SongName> songNames;
+    std::vector<std::filesystem::path> files; ///< of the songs after the shipped ones
+};
+
+/// Reads a MIDI file of a size that a piece of music may have.
+[[nodiscard]] std::variant<Piece, MidiFault> loadMidiFile(const std::filesystem::path &path);
+
+/// The music folder's "Kelo Songs", as the desktop's settings and `home` have it.
+[[nodiscard]] std::filesystem::path songsFolder(const std::filesystem::path &home);
+
+} // namespace kelo::engine

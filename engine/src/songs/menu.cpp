@@ -1,0 +1,61 @@
+#include "songs/menu.h"
+
+#include <algorithm>
+
+namespace kelo::engine {
+
+namespace {
+
+constexpr std::size_t longestList = 40;
+
+} // namespace
+
+std::size_t SongMenu::current() const
+{
+    return names.empty() ? 0 : std::min(chosen, names.size() - 1);
+}
+
+void SongMenu::next()
+{
+    chosen = names.empty() ? 0 : (current() + 1) % names.size();
+}
+
+void SongMenu::previous()
+{
+    chosen = names.empty() ? 0 : (current() + names.size() - 1) % names.size();
+}
+
+bool SongMenu::choose(int number)
+{
+    if (number < 1 || static_cast<std::size_t>(number) > names.size())
+        return false;
+    chosen = static_cast<std::size_t>(number) - 1;
+    return true;
+}
+
+std::string SongMenu::describe() const
+{
+    if (names.empty())
+        return "There are no songs.";
+    const SongName &song = names[current()];
+    return "Song " + std::to_string(current() + 1) + " of " + std::to_string(names.size()) + ": "
+        + song.title + (song.composer.empty() ? "" : ", " + song.composer) + ".";
+}
+
+std::string SongMenu::count() const
+{
+    return names.size() == 1 ? "There is one song."
+                             : "There are " + std::to_string(names.size()) + " songs.";
+}
+
+std::string SongMenu::list() const
+{
+    std::string text = count();
+    for (std::size_t i = 0; i < std::min(names.size(), longestList); ++i)
+        text += " " + std::to_string(i + 1) + ": " + names[i].title + ".";
+    if (names.size() > longestList)
+        text += " And more. Ask for them by name.";
+    return text;
+}
+
+} // namespace kelo::engine

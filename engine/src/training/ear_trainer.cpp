@@ -1,0 +1,169 @@
+#include "training/ear_trainer.h"
+
+#include "lessons/pitch_names.h"
+#include "listen/words.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace kelo::engine {
+
+namespace {
+
+constexpr int middleC = 60;
+constexpr double noteLength = 0.8;
+constexpr double noteEvery = 1.0;
+constexpr int tries = 2;
+constexpr int rightToClimb = 3;
+constexpr int missedToDescend = 2;
+constexpr int tallyEvery = 5;
+
+struct Level {
+    int highest; ///< semitones above middle C
+    bool blackKeys;
+    int notes;
+    const char *words; ///< said when it is reached
+};
+
+constexpr Level levels[] = {
+    {7, false, 1, "I play middle C and then another white key. Find that one."},
+    {12, false, 1, "Now all white keys of the octave."},
+    {12, true, 1, "Now the black keys, too."},
+    {7, false, 2, "Now two notes. The first is near middle C. Play both."},
+    {12, true, 2, "Now any two notes of the octave."},
+};
+
+bool isBlack(int pitch)
+{
+    return (0b010101001010 >> (pitch % 12) & 1) != 0;
+}
+
+} // namespace
+
+void EarTrainer::ask()
+{
+    const Level &level = levels[currentLevel];
+    const auto before = notes;
+    do {
+        notes.clear();
+        while (static_cast<int>(notes.size()) < level.notes) {
+            const int pitch =
+                middleC + std::uniform_int_distribution<int>(0, level.highest)(random);
+            const bool usable = level.blackKeys || !isBlack(pitch);
+            const bool repeats = !notes.empty() && notes.back() == pitch;
+            const bool reference = level.notes == 1 && pitch == middleC;
+            if (usable && !repeats && !reference)
+                notes.push_back(pitch);
+        }
+    } while (notes == before);
+    played.clear();
+    triesLeft = tries;
+    waiting = false;
+}
+
+Reply EarTrainer::begin()
+{
+    currentLevel = 0;
+    streak = asking = found = 0;
+    ask();
+    return {{}, std::string("Ear training. ") + levels[0].words, true};
+}
+
+void EarTrainer::listen()
+{
+    played.clear();
+    waiting = true;
+}
+
+std::string EarTrainer::tally() const
+{
+    if (asking == 0)
+        return "Nothing found yet.";
+    return "You found " + numberInWords(found) + " of " + numberInWords(asking) + ".";
+}
+
+std::string EarTrainer::tallyNowAndThen() const
+{
+    return asking % tallyEvery == 0 ? " " + tally() : "";
+}
+
+std::string EarTrainer::answer() const
+{
+    std::string text = pitchName(notes.front(), Spelling::Mixed);
+    for (std::size_t i = 1; i < notes.size(); ++i)
+        text += ", then " + pitchName(notes[i], Spelling::Mixed);
+    return text;
+}
+
+Piece EarTrainer::demo() const
+{
+    Piece piece;
+    double at = 0;
+    const auto add = [&](int pitch) {
+        piece.notes.push_back({at, noteLength, pitch, 84, 0, 0});
+        at += noteEvery;
+    };
+    if (notes.size() == 1)
+        add(middleC);
+    for (const int pitch : notes)
+        add(pitch);
+    addMessages(piece);
+    return piece;
+}
+
+Reply EarTrainer::press(int pitch)
+{
+    if (!waiting)
+        return {};
+    played.push_back(pitch);
+    const std::size_t count = played.size();
+    const bool starts = (played.front() - notes.front()) % 12 == 0;
+    const bool fits = starts
+        && (count == 1 || played.back() - played.front() == notes[count - 1] - notes.front());
+    if (!fits)
+        return wrong();
+    return count == notes.size() ? right() : Reply{};
+}
+
+Reply EarTrainer::right()
+{
+    std::string words = "Yes, " + answer() + ".";
+    ++asking;
+    ++found;
+    streak = std::max(streak, 0) + (triesLeft == tries ? 1 : 0);
+    words += tallyNowAndThen();
+    if (streak >= rightToClimb && currentLevel + 1 < static_cast<int>(std::size(levels))) {
+        ++currentLevel;
+        streak = 0;
+        words += std::string(" ") + levels[currentLevel].words;
+    }
+    ask();
+    return {true, words, true};
+}
+
+Reply EarTrainer::wrong()
+{
+    const int away = notes[played.size() - 1] - played.back();
+    waiting = false;
+    if (--triesLeft > 0)
+        return {false, away > 0 ? "It is higher." : "It is lower.", true};
+    Reply reply = skip();
+    reply.good = false;
+    return reply;
+}
+
+Reply EarTrainer::skip()
+{
+    std::string words = "It was " + answer() + ".";
+    ++asking;
+    streak = std::min(streak, 0) - 1;
+    words += tallyNowAndThen();
+    if (streak <= -missedToDescend && currentLevel > 0) {
+        --currentLevel;
+        streak = 0;
+    }
+    ask();
+    return {{}, words, true};
+}
+
+} // namespace kelo::engine

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QProcess>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <memory>
+
+/// The engine itself, driven as a display does: by its standard streams. It has a home of its own
+/// and, if one is plugged in, a piano that is a pipe.
+class EngineProcess {
+public:
+    /// Someone called Ann has been here before, unless `known` is false.
+    explicit EngineProcess(bool known = true);
+
+    void start(const QStringList &arguments = {});
+
+    /// Asks it to quit and says what was wrong with that or with any of its lines; empty if
+    /// nothing was.
+    [[nodiscard]] QString end();
+
+    void send(const QByteArray &bytes);
+
+    /// Waits until a line matches, after those that have matched before; gives it back without
+    /// "@", or nothing after `seconds`.
+    QString waitFor(const QString &pattern, int seconds = 10);
+
+    /// Says something to it and waits for what it answers.
+    QString ask(const QByteArray &request);
+
+    void plugIn();
+    void pullOut();
+    void play(int pitch, int velocity = 80);
+    /// Presses and lets go of each key, one after the other.
+    void tap(const QList<int> &pitches);
+
+    [[nodiscard]] QString path(const QString &name) const { return folder.filePath(name); }
+    QString write(const QString &name, const QByteArray &bytes) const;
+
+    std::unique_ptr<QProcess> process;
+    QStringList lines; ///< all that it has said, with "@"
+
+private:
+    void read();
+
+    QTemporaryDir folder;
+    qsizetype seen = 0;
+    int piano = -1;
+};
