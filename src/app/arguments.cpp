@@ -23,7 +23,8 @@ Arguments Arguments::read(const QStringList &list)
     if (read.snapshotFolder && !names.startsWith(u'-'))
         read.snapshotNames = names;
     read.wakeTestReport = following(u"--wake-test"_s);
-    read.wakeTestName = list.value(list.indexOf(u"--wake-test"_s) + 2, u"Kelo"_s);
+    const QString name = list.value(list.indexOf(u"--wake-test"_s) + 2);
+    read.wakeTestName = name.isEmpty() || name.startsWith(u"--"_s) ? u"Kelo"_s : name;
     return read;
 }
 

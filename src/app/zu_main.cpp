@@ -8,6 +8,7 @@
 #include "link/link.h"
 #include "link/paths.h"
 #include "voice/voice_control.h"
+#include "voice/wake_lab.h"
 
 #include <QApplication>
 
@@ -18,11 +19,16 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr const char *usage =
-    R"(Usage: kelo [--hidden] [--snapshot FOLDER [NAME]] [--help] [--version]
+    R"(Usage: kelo [--hidden]
+       kelo --snapshot FOLDER [NAME]
+       kelo --wake-test REPORT [NAME] [--quick]
+       kelo --help | --version
 
   --hidden            start with the main window hidden
   --snapshot FOLDER   write a picture of every screen into FOLDER and end;
                       with NAME only of those whose names begin with it
+  --wake-test REPORT  measure how well NAME (Kelo) is heard, write it to REPORT and end;
+                      with --quick without teaching the name first
   --help              show this and end
   --version           show the version and end
 )";
@@ -61,6 +67,11 @@ extern "C" int zu_main(int argc, char **argv)
         return 0;
     }
     nameApplication();
+    if (arguments.wakeTestReport && !arguments.snapshotFolder) {
+        const QCoreApplication application(argc, argv);
+        return kelo::WakeLab::run(
+            *arguments.wakeTestReport, arguments.wakeTestName, arguments.quick);
+    }
     if (!kelo::session::prepareDisplay()) {
         std::fputs("kelo: there is no display to show anything on\n", stderr);
         return 1;
