@@ -1,6 +1,8 @@
 import QtQuick
 import QtQuick.Layouts
+import Kelo.App
 import Kelo.Hud
+import Kelo.Visual as Visual
 
 // What the caption panel shows, newest things largest. All of it stands in the main window too,
 // which is where screen readers find it.
@@ -10,7 +12,6 @@ Item {
     required property Link link
     required property VoiceControl voice
     required property Overlay overlay
-    property Component caption
 
     Item {
         anchors.fill: parent
@@ -79,10 +80,10 @@ Item {
                 Layout.fillWidth: true
             }
 
-            Loader {
+            Visual.Caption {
                 Layout.fillWidth: true
                 Layout.fillHeight: true
-                sourceComponent: view.caption
+                link: view.link
             }
 
             HudText {

@@ -48,7 +48,8 @@ std::vector<SnapshotScene> questions()
     for (int step = 0; step < questionCount; ++step) {
         const QString name = u"question-%1"_s.arg(step + 1);
         const std::vector<SnapshotStep> steps{{0, {"mode idle", "welcome"}}};
-        scenes.push_back({.name = name, .steps = steps, .question = step});
+        scenes.push_back(
+            {.name = name, .steps = steps, .question = step, .sizes = {{1240, 840}}});
         scenes.push_back({.name = name + u"-large"_s,
             .steps = steps,
             .question = step,

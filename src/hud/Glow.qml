@@ -26,6 +26,7 @@ HudText {
             height: glow.height
             text: glow.text
             textFormat: Text.PlainText
+            renderType: glow.renderType
             font: glow.font
             fontSizeMode: glow.fontSizeMode
             minimumPixelSize: glow.minimumPixelSize

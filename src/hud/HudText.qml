@@ -7,4 +7,5 @@ Text {
     color: Hud.soft
     font: Hud.mono(13)
     textFormat: Text.PlainText
+    renderType: Hud.magnified ? Text.QtRendering : Text.NativeRendering
 }

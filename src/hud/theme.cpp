@@ -65,6 +65,14 @@ void Hud::setContrast(bool on)
     Q_EMIT contrastChanged();
 }
 
+void Hud::setMagnified(bool on)
+{
+    if (on == magnified_)
+        return;
+    magnified_ = on;
+    Q_EMIT magnifiedChanged();
+}
+
 QFont Hud::mono(double size, int weight, double tracking)
 {
     QFont font = kelo::mono(size, static_cast<QFont::Weight>(weight));

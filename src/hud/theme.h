@@ -27,6 +27,7 @@ class Hud : public QObject {
     Q_PROPERTY(QColor soft READ soft NOTIFY contrastChanged)
     Q_PROPERTY(QColor dim READ dim NOTIFY contrastChanged)
     Q_PROPERTY(bool contrast READ contrast NOTIFY contrastChanged)
+    Q_PROPERTY(bool magnified READ magnified NOTIFY magnifiedChanged)
 
 public:
     /// The theme of this process, made on first use. The contrast switch starts as the user
@@ -45,6 +46,10 @@ public:
     [[nodiscard]] bool contrast() const { return contrast_; }
     void setContrast(bool on);
 
+    /// All is drawn at another than its designed size, so glyphs must stretch well.
+    [[nodiscard]] bool magnified() const { return magnified_; }
+    void setMagnified(bool on);
+
     /// The system's fixed-width face, `size` logical pixels high (whole ones: the font engine
     /// knows no others), with `tracking` pixels added after each letter.
     Q_INVOKABLE [[nodiscard]] static QFont mono(
@@ -52,11 +57,13 @@ public:
 
 Q_SIGNALS:
     void contrastChanged();
+    void magnifiedChanged();
 
 private:
     Hud();
 
     bool contrast_;
+    bool magnified_ = false;
 };
 
 } // namespace kelo

@@ -43,6 +43,7 @@ FocusScope {
         selectedTextColor: Hud.bg
         selectByMouse: true
         font: Hud.mono(22)
+        renderType: Hud.magnified ? TextInput.QtRendering : TextInput.NativeRendering
         verticalAlignment: TextInput.AlignVCenter
         onTextEdited: field.edited(text)
 
