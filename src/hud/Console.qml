@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Layouts
 import Kelo.Hud
 
-// The main screen: header, caption, three columns, keyboard. Where there is no room for columns, in a
-// small window, under a long banner or with all drawn large, they stand one below the other and all
+// The main screen: header, caption, three columns, keyboard. Where it is too narrow for columns, in
+// a small window or with all drawn large, they stand one below the other; where it is too low, all
 // of it scrolls.
 Scroller {
     id: console_
@@ -15,7 +15,7 @@ Scroller {
     property Component keyStrip
 
     readonly property int gap: 14
-    readonly property bool stacked: width < 800 || height < 400
+    readonly property bool stacked: width < 800
     // Room for the longest line of a caption, wrapped.
     readonly property int letter: link.large ? 36 : 24
     readonly property real captionHeight: Math.max(44, Math.ceil(86 * 0.602 * letter / width) * letter * 1.17 + 4)

@@ -41,6 +41,16 @@ std::optional<double> decimal(QByteArrayView text)
     return value;
 }
 
+QString text(QByteArrayView bytes)
+{
+    return QString::fromUtf8(bytes);
+}
+
+QStringList list(QByteArrayView bytes)
+{
+    return text(bytes).split(u'|', Qt::SkipEmptyParts);
+}
+
 Pieces pieces(QByteArrayView text, char separator, int most)
 {
     Pieces found;

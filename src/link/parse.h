@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArrayView>
+#include <QStringList>
 #include <QVarLengthArray>
 
 #include <optional>
@@ -14,6 +15,12 @@ namespace kelo::parse {
 
 /// A finite decimal number ("2", "-0.5", "1e3") that takes up all of `text`.
 [[nodiscard]] std::optional<double> decimal(QByteArrayView text);
+
+/// The text of valid UTF-8.
+[[nodiscard]] QString text(QByteArrayView bytes);
+
+/// The texts between "|", empty ones dropped.
+[[nodiscard]] QStringList list(QByteArrayView bytes);
 
 using Pieces = QVarLengthArray<QByteArrayView, 8>;
 using Integers = QVarLengthArray<qint64, 16>;
