@@ -30,6 +30,9 @@ FocusScope {
         transformOrigin: Item.TopLeft
         link: view.link
         voice: view.voice
+
+        // Components reach out of themselves to what this view was given.
+        // qmllint disable unqualified
         backdrop: Visual.Grid {}
         core: Visual.Core {
             link: view.link
@@ -54,11 +57,12 @@ FocusScope {
             link: view.link
         }
         welcomeScreen: WelcomeScreen {
-            questions: view.questions // qmllint disable unqualified
+            questions: view.questions
             core: Visual.Core {
                 link: view.link
             }
         }
+        // qmllint enable unqualified
     }
 
     Notice {

@@ -45,8 +45,8 @@ void AppDelegate::chooseMidiFile(
         fileDialog_->activateWindow();
         return;
     }
-    fileDialog_ = new QFileDialog(nullptr, tr("Choose a MIDI file to play"),
-        folder.isEmpty() ? QDir::homePath() : folder);
+    fileDialog_ = new QFileDialog(
+        nullptr, tr("Choose a MIDI file to play"), folder.isEmpty() ? QDir::homePath() : folder);
     fileDialog_->setAttribute(Qt::WA_DeleteOnClose);
     fileDialog_->setFileMode(QFileDialog::ExistingFile);
     fileDialog_->setMimeTypeFilters({u"audio/midi"_s});

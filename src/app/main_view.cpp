@@ -22,8 +22,9 @@ void fillWithMainView(QQuickView &window, const MainViewParts &parts)
     window.engine()->addImportPath(u"qrc:/qt/qml"_s);
     window.setColor(Hud::shared().bg());
     window.setResizeMode(QQuickView::SizeRootObjectToView);
-    const auto followScale
-        = [scale = parts.scale] { Hud::shared().setMagnified(scale->factor() != 1); };
+    const auto followScale = [scale = parts.scale] {
+        Hud::shared().setMagnified(scale->factor() != 1);
+    };
     QObject::connect(parts.scale, &DisplayScale::factorChanged, &window, followScale);
     followScale();
     window.setInitialProperties({

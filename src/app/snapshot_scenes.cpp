@@ -48,9 +48,8 @@ std::vector<SnapshotScene> questions()
     for (int step = 0; step < questionCount; ++step) {
         const QString name = u"question-%1"_s.arg(step + 1);
         const std::vector<SnapshotStep> steps{{0, {"mode idle", "welcome"}}};
-        scenes.push_back(
-            {.name = name, .steps = steps, .question = step, .sizes = {{1240, 840}}});
-        scenes.push_back({.name = name + u"-large"_s,
+        scenes.push_back({.name = name, .steps = steps, .question = step, .sizes = {{1240, 840}}});
+        scenes.push_back({.name = u"magnified-"_s + name,
             .steps = steps,
             .question = step,
             .scale = 2,
@@ -152,7 +151,7 @@ std::vector<SnapshotScene> snapshotScenes()
         flash(u"flash-good"_s, "flash good"),
         flash(u"flash-wrong"_s, "flash wrong"),
         {.name = u"console"_s, .steps = evening("idle")},
-        {.name = u"console-large"_s,
+        {.name = u"magnified-console"_s,
             .steps = evening("idle"),
             .scale = 2.5,
             .sizes = {{1240, 840}}},

@@ -18,7 +18,7 @@ Item {
             readonly property bool several: modelData.lines > 1
 
             x: modelData.x - (modelData.centred ? width / 2 : 0)
-            y: labels.height - modelData.y - (several ? 0 : baselineOffset)
+            y: labels.height - modelData.y - (several ? 0 : baselineOffset) // qmllint disable unqualified
             width: modelData.width > 0 ? Math.min(implicitWidth, modelData.width) : implicitWidth
             text: modelData.text
             textFormat: Text.PlainText

@@ -12,7 +12,7 @@ namespace kelo {
 
 /// What the assistant says, as one large line whose light follows the voice. The line's letters
 /// and their glow are drawn once; each frame only colours them.
-class CaptionDrawing : public SceneItem {
+class CaptionDrawing : public kelo::SceneItem {
     Q_OBJECT
     Q_PROPERTY(QString text READ text NOTIFY lineChanged)
     Q_PROPERTY(QFont font READ font NOTIFY lineChanged)

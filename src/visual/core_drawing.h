@@ -9,7 +9,7 @@ namespace kelo {
 
 /// The ring scene as an item: it draws the circles and arcs and says how the two pictures, which
 /// are shader effects over it, look and where they belong.
-class CoreDrawing : public SceneItem {
+class CoreDrawing : public kelo::SceneItem {
     Q_OBJECT
     Q_PROPERTY(QMatrix4x4 bands READ bands NOTIFY advanced)
     Q_PROPERTY(float level READ level NOTIFY advanced)

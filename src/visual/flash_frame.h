@@ -6,7 +6,7 @@
 namespace kelo {
 
 /// The frame over the whole window that flashes on beats and on right and wrong answers.
-class FlashFrame : public SceneItem {
+class FlashFrame : public kelo::SceneItem {
     Q_OBJECT
     QML_ELEMENT
 

@@ -5,7 +5,7 @@
 namespace kelo {
 
 /// The faint squared backdrop behind the screens.
-class GridBackdrop : public SpriteItem {
+class GridBackdrop : public kelo::SpriteItem {
     Q_OBJECT
     QML_NAMED_ELEMENT(Grid)
 

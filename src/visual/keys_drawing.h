@@ -6,7 +6,7 @@
 namespace kelo {
 
 /// The keyboard strip as an item. It moves smoothly while active, else twice a second.
-class KeysDrawing : public SceneItem {
+class KeysDrawing : public kelo::SceneItem {
     Q_OBJECT
     QML_ELEMENT
 

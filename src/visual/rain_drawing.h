@@ -9,7 +9,7 @@
 namespace kelo {
 
 /// The falling-notes scene as an item. While it exists the link tells it of notes.
-class RainDrawing : public SceneItem {
+class RainDrawing : public kelo::SceneItem {
     Q_OBJECT
     Q_PROPERTY(QColor background READ background CONSTANT)
     Q_PROPERTY(double captionTop MEMBER captionTop_ NOTIFY captionTopChanged)

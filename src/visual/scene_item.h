@@ -8,7 +8,7 @@ namespace kelo {
 
 /// An item that shows a scene of sprites and texts over the link: once a frame it brings the scene
 /// to the link's time and draws it.
-class SceneItem : public SpriteItem {
+class SceneItem : public kelo::SpriteItem {
     Q_OBJECT
     Q_PROPERTY(kelo::Link *link READ link WRITE setLink NOTIFY linkChanged)
     Q_PROPERTY(bool active READ isActive WRITE setActive NOTIFY activeChanged)

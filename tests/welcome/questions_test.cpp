@@ -270,8 +270,8 @@ void QuestionsTest::putsTheFocusIntoTheField()
     begin();
     using Focus = WelcomeQuestions::Focus;
     QList<Focus> fields;
-    connect(questions_.get(), &WelcomeQuestions::asked, this,
-        [&] { fields += questions_->focus(); });
+    connect(
+        questions_.get(), &WelcomeQuestions::asked, this, [&] { fields += questions_->focus(); });
     press(link_->link(), "NNNNNN");
     QCOMPARE(fields,
         (QList<Focus>{Focus::NameField, Focus::OwnNameField, Focus::TownField, Focus::Nowhere,
