@@ -182,10 +182,8 @@ private:
         while (const auto step = demo->advance(assistant.quiet(), monotonicNow())) {
             if (const auto *message = std::get_if<ChannelMessage>(&*step))
                 assistant.takePiano(*message, currentMoment());
-            else if (const auto *command = std::get_if<Command>(&*step))
-                assistant.take(*command, currentMoment());
             else
-                assistant.take(std::get<Key>(*step), currentMoment());
+                assistant.take(std::get<Command>(*step), currentMoment());
         }
     }
 

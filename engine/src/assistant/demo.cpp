@@ -12,19 +12,20 @@ namespace {
 struct Scene {
     double after; ///< seconds after the step before
     bool waits; ///< for the assistant to be quiet, first
-    Demo::Step step;
+    std::string command; ///< or, where it is empty,
+    ChannelMessage message;
 };
 
 class Script {
 public:
     Script &says(std::string_view words, double after = 0.6)
     {
-        scenes.push_back({after, true, Command{"ear 1 kelo " + std::string(words)}});
+        scenes.push_back({after, true, "ear 1 kelo " + std::string(words), {}});
         return *this;
     }
     Script &hears(std::string_view words)
     {
-        scenes.push_back({0.3, true, Command{"speak " + std::string(words)}});
+        scenes.push_back({0.3, true, "speak " + std::string(words), {}});
         return *this;
     }
     Script &plays(std::initializer_list<int> pitches, double length, double after = 0)
@@ -39,7 +40,7 @@ public:
     }
     Script &waitsForQuiet(double after)
     {
-        scenes.push_back({after, true, Command{"lvl 0"}});
+        scenes.push_back({after, true, "lvl 0", {}});
         return *this;
     }
 
@@ -48,8 +49,8 @@ public:
 private:
     void add(double after, int status, int pitch, int velocity)
     {
-        scenes.push_back({after, false,
-            ChannelMessage{static_cast<unsigned char>(status), static_cast<unsigned char>(pitch),
+        scenes.push_back({after, false, {},
+            {static_cast<unsigned char>(status), static_cast<unsigned char>(pitch),
                 static_cast<unsigned char>(velocity)}});
     }
 };
@@ -108,7 +109,9 @@ std::optional<Demo::Step> Demo::advance(bool quiet, double now)
         return {};
     last = now;
     ++next;
-    return scene.step;
+    if (scene.command.empty())
+        return scene.message;
+    return Command{scene.command};
 }
 
 } // namespace kelo::engine

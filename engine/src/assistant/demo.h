@@ -13,7 +13,7 @@ namespace kelo::engine {
 /// microphone: what a user would have said, pressed and played. Seconds throughout.
 class Demo {
 public:
-    using Step = std::variant<Command, Key, ChannelMessage>;
+    using Step = std::variant<Command, ChannelMessage>;
 
     explicit Demo(double now)
         : last(now)

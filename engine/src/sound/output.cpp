@@ -12,8 +12,8 @@ namespace kelo::engine {
 
 namespace {
 
-constexpr Frame period = 256; ///< frames a block
-constexpr Frame periods = 4; ///< blocks on their way to the loudspeaker
+constexpr Frame period = 128; ///< frames a block
+constexpr Frame periods = 5; ///< blocks on their way: with the one that is waited for 17 ms
 
 } // namespace
 
