@@ -1,0 +1,182 @@
+#include "app/app_delegate.h"
+#include "app/arguments.h"
+#include "app/overlay.h"
+#include "app/window_sight.h"
+#include "support/link_fixture.h"
+#include "voice/voice_control.h"
+
+#include <QProcess>
+#include <QRasterWindow>
+#include <QScreen>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace kelo;
+using namespace kelo::test;
+
+/// The caption panel beside a real main window on a real, if bare, desktop.
+class OverlayTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void cleanupTestCase();
+    void seesWhatTheUserSees();
+    void showsWhileTheDisplayIsNotSeen();
+    void standsAtTheBottomOutOfTheWay();
+    void staysAwayWhenSwitchedOff();
+
+private:
+    [[nodiscard]] bool panelShows() const
+    {
+        const auto *panel = delegate_->overlay().window();
+        return panel && panel->isVisible();
+    }
+
+    QProcess windowManager_;
+    std::unique_ptr<LinkFixture> link_;
+    std::unique_ptr<VoiceControl> voice_;
+    std::unique_ptr<AppDelegate> delegate_;
+};
+
+void OverlayTest::initTestCase()
+{
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
+    QCoreApplication::setOrganizationName(u"Kelo"_s);
+    QCoreApplication::setApplicationName(u"OverlayTest"_s);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    windowManager_.start(u"openbox"_s, {u"--sm-disable"_s});
+    QVERIFY(windowManager_.waitForStarted());
+}
+
+void OverlayTest::init()
+{
+    QSettings().clear();
+    link_ = std::make_unique<LinkFixture>();
+    voice_ = std::make_unique<VoiceControl>();
+    delegate_ = std::make_unique<AppDelegate>(link_->link(), *voice_);
+    delegate_->launch({});
+    QVERIFY(QTest::qWaitForWindowActive(delegate_->window(), 20'000));
+}
+
+void OverlayTest::cleanup()
+{
+    link_->link().stop();
+    delegate_.reset();
+    voice_.reset();
+    link_.reset();
+}
+
+void OverlayTest::cleanupTestCase()
+{
+    windowManager_.terminate();
+    windowManager_.waitForFinished();
+}
+
+void OverlayTest::seesWhatTheUserSees()
+{
+    QWindow *window = delegate_->window();
+    QCOMPARE(sightOf(nullptr), MainWindow::Missing);
+    QTRY_COMPARE(sightOf(window), MainWindow::Seen);
+
+    QRasterWindow other;
+    other.setGeometry(window->frameGeometry().adjusted(-20, -20, -300, 20));
+    other.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&other));
+    QTest::qWait(300);
+    QCOMPARE(sightOf(window), MainWindow::Seen); // a part of it
+    other.showMaximized();
+    QTRY_COMPARE(sightOf(window), MainWindow::Unseen);
+    window->raise();
+    window->requestActivate();
+    QTRY_COMPARE(sightOf(window), MainWindow::Seen);
+    other.raise();
+    other.requestActivate();
+    QTRY_COMPARE(sightOf(window), MainWindow::Unseen);
+    other.close();
+    QTRY_COMPARE(sightOf(window), MainWindow::Seen);
+
+    delegate_->minimiseWindow();
+    QTRY_COMPARE(sightOf(window), MainWindow::Unseen);
+    delegate_->showWindow();
+    QTRY_COMPARE(sightOf(window), MainWindow::Seen);
+
+    QProcess::execute(u"xdotool"_s, {u"set_desktop"_s, u"1"_s});
+    QTRY_COMPARE(sightOf(window), MainWindow::Unseen);
+    QProcess::execute(u"xdotool"_s, {u"set_desktop"_s, u"0"_s});
+    QTRY_COMPARE(sightOf(window), MainWindow::Seen);
+    delegate_->closeWindow();
+    QCOMPARE(sightOf(window), MainWindow::Unseen);
+}
+
+void OverlayTest::showsWhileTheDisplayIsNotSeen()
+{
+    link_->say({"say You can see me."});
+    QTest::qWait(100);
+    QVERIFY(!panelShows());
+
+    delegate_->closeWindow();
+    link_->say({"heard play me something"});
+    QTRY_VERIFY(panelShows());
+    delegate_->showWindow();
+    QTRY_VERIFY2(!panelShows(), "it goes when the display comes");
+
+    delegate_->closeWindow();
+    link_->say({"flash wrong"});
+    QTest::qWait(100);
+    QVERIFY(!panelShows());
+    link_->say({"flash good"});
+    QTRY_VERIFY(panelShows());
+    link_->time.advance(9.1);
+    QTRY_VERIFY2(!panelShows(), "its time is over");
+}
+
+void OverlayTest::standsAtTheBottomOutOfTheWay()
+{
+    delegate_->closeWindow();
+    link_->say({"say Still here."});
+    QTRY_VERIFY(panelShows());
+    const QWindow *panel = delegate_->overlay().window();
+    const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+    QCOMPARE(panel->size(), QSize(848, 272));
+    QCOMPARE(area.bottom() - panel->geometry().bottom(), 26);
+    QVERIFY(qAbs(panel->geometry().center().x() - area.center().x()) <= 1);
+
+    // A full-screen window does not cover it, takes the click under it and keeps the focus.
+    class Target : public QRasterWindow {
+    public:
+        int clicks = 0;
+
+    protected:
+        void mousePressEvent(QMouseEvent *) override { ++clicks; }
+    } target;
+    target.showFullScreen();
+    QVERIFY(QTest::qWaitForWindowActive(&target));
+    const QPoint middle = panel->geometry().center();
+    QProcess::execute(u"xdotool"_s,
+        {u"mousemove"_s, u"--sync"_s, QString::number(middle.x()), QString::number(middle.y()),
+            u"click"_s, u"1"_s});
+    QTRY_COMPARE(target.clicks, 1);
+    QVERIFY(target.isActive());
+    link_->say({"heard and still"});
+    const QImage seen =
+        target.screen()->grabWindow(0, middle.x() - 300, middle.y() - 100, 600, 200).toImage();
+    QVERIFY2(seen.pixelColor(1, 1) != QColor(Qt::black), "the panel shows over it");
+}
+
+void OverlayTest::staysAwayWhenSwitchedOff()
+{
+    delegate_->closeWindow();
+    link_->say({"heard one"});
+    QTRY_VERIFY(panelShows());
+    delegate_->overlay().setEnabled(false);
+    QTRY_VERIFY(!panelShows());
+    link_->say({"heard two"});
+    QTest::qWait(100);
+    QVERIFY(!panelShows());
+}
+
+QTEST_MAIN(OverlayTest)
+#include "overlay_test.moc"

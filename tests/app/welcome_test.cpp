@@ -1,0 +1,142 @@
+#include "app/app_delegate.h"
+#include "app/arguments.h"
+#include "support/link_fixture.h"
+#include "voice/voice_control.h"
+
+#include <QQuickItem>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace kelo;
+using namespace kelo::test;
+
+/// The first-run questions in the real window, by real key events, down to the engine.
+class WelcomeTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void answersByKeyboardAlone();
+    void typesIntoTheFieldsAndNowhereElse();
+    void goesOnWhereTheWindowWasClosed();
+
+private:
+    void press(const char *keys);
+    /// The accessible name of what has the keyboard focus.
+    [[nodiscard]] QString focused() const;
+
+    std::unique_ptr<LinkFixture> link_;
+    std::unique_ptr<VoiceControl> voice_;
+    std::unique_ptr<AppDelegate> delegate_;
+};
+
+void WelcomeTest::initTestCase()
+{
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
+    QCoreApplication::setOrganizationName(u"Kelo"_s);
+    QCoreApplication::setApplicationName(u"WelcomeTest"_s);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+}
+
+void WelcomeTest::init()
+{
+    QSettings().clear();
+    link_ = std::make_unique<LinkFixture>();
+    link_->engine.play("line @welcome\nserve");
+    voice_ = std::make_unique<VoiceControl>();
+    delegate_ = std::make_unique<AppDelegate>(link_->link(), *voice_);
+    delegate_->launch({});
+    QTRY_VERIFY_WITH_TIMEOUT(link_->link().welcome, 20'000);
+    QVERIFY(QTest::qWaitForWindowExposed(delegate_->window()));
+}
+
+void WelcomeTest::cleanup()
+{
+    link_->link().stop();
+    delegate_.reset();
+    voice_.reset();
+    link_.reset();
+}
+
+/// L, R, U, D for the arrows, N for Return, E for Escape, T and B for Tab forth and back, S for
+/// Space; anything else is typed.
+void WelcomeTest::press(const char *keys)
+{
+    const QHash<char, Qt::Key> codes{{'L', Qt::Key_Left}, {'R', Qt::Key_Right}, {'U', Qt::Key_Up},
+        {'D', Qt::Key_Down}, {'N', Qt::Key_Return}, {'E', Qt::Key_Escape}, {'T', Qt::Key_Tab},
+        {'B', Qt::Key_Backtab}, {'S', Qt::Key_Space}};
+    for (; *keys; ++keys) {
+        if (codes.contains(*keys))
+            QTest::keyClick(delegate_->window(), codes.value(*keys));
+        else
+            QTest::keyClick(delegate_->window(), *keys);
+    }
+}
+
+QString WelcomeTest::focused() const
+{
+    const QQuickItem *item = delegate_->window()->activeFocusItem();
+    const QObject *accessible = nullptr;
+    for (const QObject *child : item->children()) {
+        if (child->inherits("QQuickAccessibleAttached"))
+            accessible = child;
+    }
+    return accessible ? accessible->property("name").toString() : QString();
+}
+
+void WelcomeTest::answersByKeyboardAlone()
+{
+    press("N");
+    QCOMPARE(focused(), u"Your name"_s);
+    press("annN"); // and the assistant's name
+    QCOMPARE(focused(), u"Your own name for the assistant, one word"_s);
+    press("RRN"); // Harmony, and the town
+    QCOMPARE(focused(), u"Your town or city"_s);
+    press("portoDN"); // in Fahrenheit; the birthday
+    press("RRRUUUUUUN"); // the 7th of March; the needs
+    press("TTTS");
+    QVERIFY(focused().startsWith(u"I use a screen reader. "_s));
+    press("TSN"); // the piano too; the last one
+    press("DN");
+    QVERIFY(!link_->link().welcome);
+    QTRY_VERIFY(link_->engine.input().endsWith(
+        "~setup ann|Harmony|porto|F|uses a screen reader, so never rely on anything visual; "
+        "plays piano or makes music|true|03-07|true\n"));
+    QCOMPARE(link_->engine.input().count("~speak "), 6); // the last one was announced
+    QCOMPARE(QSettings().value(u"reader"_s), true);
+    QVERIFY(!voice_->on);
+    press("n");
+    QTRY_VERIFY(link_->engine.input().endsWith("\nn"));
+}
+
+void WelcomeTest::typesIntoTheFieldsAndNowhereElse()
+{
+    const QByteArray before = link_->engine.input();
+    press("fooqN"); // no field here: no visualiser, no file chooser, nothing to the engine
+    QVERIFY(!link_->link().visual);
+    press("f|oSB"); // in the field; then back among the buttons
+    press("qfT");
+    press("E");
+    press("NNNNNNN");
+    QTRY_VERIFY(link_->engine.input().contains("~setup f o|Kelo|"));
+    const QByteArrayList lines = link_->engine.input().split('\n');
+    for (const QByteArray &line : lines)
+        QVERIFY2(line.isEmpty() || line.startsWith("~speak ") || line.startsWith("~setup "), line);
+}
+
+void WelcomeTest::goesOnWhereTheWindowWasClosed()
+{
+    press("NannN");
+    QVERIFY(delegate_->window()->close());
+    delegate_->showWindow();
+    QCOMPARE(focused(), u"Your own name for the assistant, one word"_s);
+    const auto asked = [this] { return link_->engine.input().count("~speak And what will you"); };
+    QTRY_COMPARE(asked(), 2);
+    press("NNNNN");
+    QTRY_VERIFY(link_->engine.input().contains("~setup ann|Kelo|"));
+}
+
+QTEST_MAIN(WelcomeTest)
+#include "welcome_test.moc"
