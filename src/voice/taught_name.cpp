@@ -21,7 +21,7 @@ namespace {
 constexpr double loneWord = 0.01;
 
 /// More would let the name take the place of words that sound alike.
-constexpr qsizetype nameVariants = 12;
+constexpr qsizetype nameVariants = 20;
 
 void append(QList<Phones> &ways, const QList<Phones> &more)
 {
