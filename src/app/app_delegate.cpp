@@ -11,6 +11,7 @@
 #include "app/window_frame.h"
 #include "app/window_sight.h"
 #include "link/link.h"
+#include "visual/frame_pacer.h"
 #include "voice/voice_control.h"
 
 #include <QCoreApplication>
@@ -19,6 +20,7 @@
 #include <QQuickItem>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 Q_LOGGING_CATEGORY(appLog, "kelo.app")
 
@@ -92,10 +94,22 @@ void AppDelegate::makeWindow()
         Announcer::Sources{&link_, &voice_, &questions_, overlay_.get(), &scale_, &settings_});
     fillWithMainView(*window_, {&link_, &voice_, &questions_, &scale_, this, announcer_.get()});
     WindowFrame::restore(*window_, settings_);
+    watchSight();
     connect(
         window_.get(), &QQuickWindow::frameSwapped, this,
         [] { qCDebug(appLog) << "first frame after" << Link::clock() << "s of uptime"; },
         static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+}
+
+void AppDelegate::watchSight()
+{
+    const auto look = [this] {
+        FramePacer::setCovered(
+            *window_, window_->isExposed() && sightOf(window_.get()) == MainWindow::Unseen);
+    };
+    connect(&sightTimer_, &QTimer::timeout, this, look);
+    connect(window_.get(), &QWindow::activeChanged, this, look);
+    sightTimer_.start(1s);
 }
 
 // ---- the window ----

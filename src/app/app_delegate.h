@@ -11,6 +11,7 @@
 #include <QQmlEngine>
 #include <QQuickView>
 #include <QSettings>
+#include <QTimer>
 
 #include <memory>
 
@@ -70,6 +71,8 @@ protected:
 
 private:
     void makeWindow();
+    /// Lets nothing move in a window that other windows cover.
+    void watchSight();
     void windowClosed();
     void tellHowToComeBack();
     void end();
@@ -88,6 +91,7 @@ private:
     std::unique_ptr<Overlay> overlay_;
     std::unique_ptr<Announcer> announcer_;
     QPointer<QFileDialog> fileDialog_;
+    QTimer sightTimer_;
     bool toldBackground_ = false; // the engine knows that the display was closed
     bool closedHalfWay_ = false; // while the first-run questions showed
 };

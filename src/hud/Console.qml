@@ -16,6 +16,10 @@ Scroller {
     readonly property int gap: 14
     readonly property bool stacked: width < 800
 
+    // Room for the longest line of a caption, wrapped.
+    readonly property int letter: link.large ? 36 : 24
+    readonly property real captionHeight: Math.max(44, Math.ceil(86 * 0.602 * letter / width) * letter * 1.17 + 4)
+
     inset: 6
     sideInset: 6
 
@@ -34,7 +38,7 @@ Scroller {
         // What is said, and while nothing is, what one could ask for.
         Item {
             Layout.fillWidth: true
-            Layout.preferredHeight: (console_.link.large ? 92 : 60) * (console_.stacked ? 2 : 1)
+            Layout.preferredHeight: console_.captionHeight
 
             TrySaying {
                 anchors.fill: parent
@@ -87,7 +91,7 @@ Scroller {
                 Loader {
                     id: coreSlot
 
-                    readonly property real side: Math.min(centre.width, centre.height * 0.5, 560)
+                    readonly property real side: Math.min(centre.width, centre.height * 0.56, 560)
                     readonly property bool fits: active && side >= 140 && !console_.stacked
 
                     anchors.horizontalCenter: parent.horizontalCenter
@@ -148,7 +152,7 @@ Scroller {
                 Loader {
                     width: parent.width
                     height: Math.max(106, Math.min(180, console_.height * 0.17))
-                    active: console_.keyStrip !== null && (console_.stacked || console_.height >= 500)
+                    active: console_.keyStrip !== null && (console_.stacked || console_.height - console_.captionHeight >= 450)
                     visible: active
                     sourceComponent: console_.keyStrip
                 }

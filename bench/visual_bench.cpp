@@ -1,0 +1,159 @@
+// What a frame of everything that moves costs, each on its own and the idle console as a whole.
+
+#include "app/display_scale.h"
+#include "app/main_view.h"
+#include "frame_meter.h"
+#include "link/link.h"
+#include "support/figures.h"
+#include "visual/scene_item.h"
+#include "voice/voice_control.h"
+#include "welcome/welcome_questions.h"
+
+#include <QApplication>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickView>
+#include <QTemporaryDir>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+using namespace kelo;
+using namespace kelo::bench;
+
+namespace {
+
+constexpr double measured = 4; // seconds
+
+/// A window with one item of the visual module over a link that no engine speaks to.
+class Stand {
+public:
+    Stand(const QString &type, QSize size)
+    {
+        window_.engine()->addImportPath(u"qrc:/qt/qml"_s);
+        window_.setColor(Qt::black);
+        window_.setResizeMode(QQuickView::SizeRootObjectToView);
+        QQmlComponent component(window_.engine());
+        component.setData(u"import Kelo.Visual\n%1 {}"_s.arg(type).toUtf8(), QUrl());
+        auto *item = qobject_cast<SceneItem *>(component.create());
+        if (!item)
+            qFatal("%s", qPrintable(component.errorString()));
+        window_.resize(size);
+        window_.setContent(QUrl(), nullptr, item);
+        item->setLink(&link);
+        link.state = u"ONLINE"_s;
+    }
+
+    FrameCost measure(const std::function<void()> &tick = {})
+    {
+        return bench::measure(window_, measured, tick);
+    }
+
+private:
+    QTemporaryDir home_;
+
+public:
+    Link link{LinkSetup{home_.path(), home_.path(), {},
+        std::make_unique<QSettings>(home_.filePath(u"s.ini"_s), QSettings::IniFormat)}};
+
+private:
+    QQuickView window_;
+};
+
+/// A roll that keeps `inView` notes of half a second above the keys, for a minute.
+void playRoll(Link &link, double inView)
+{
+    constexpr double view = (840 - 160) / 330.0; // seconds of the roll that can be seen
+    constexpr double lasts = 0.5;
+    const double spacing = (view + lasts) / inView;
+    link.handle("rollnew Figures");
+    for (double t = 0; t < 60;) {
+        QByteArray line = "rolln ";
+        for (int i = 0; i < 200; ++i, t += spacing) {
+            line += QByteArray::number(t, 'f', 5) + ",0.5,"
+                + QByteArray::number(21 + static_cast<int>(t / spacing * 37) % 88) + ",90,"
+                + QByteArray::number(i % 2) + ';';
+        }
+        link.handle(line);
+    }
+    link.handle("rollstart -5 60");
+}
+
+void fallingNotes()
+{
+    for (const int notes : {100, 300, 500, 2000}) {
+        Stand stand(u"Visualiser"_s, {1240, 840});
+        playRoll(stand.link, notes);
+        for (int i = 0; i < 30; ++i) // 30 glows, and as many fires: 400 sparks
+            stand.link.handle("on " + QByteArray::number(30 + 2 * i) + " 90");
+        print(u"%1 falling notes, 30 glows, 400 sparks, 1240x840"_s.arg(notes), stand.measure());
+    }
+    Stand stand(u"Visualiser"_s, {1280, 720});
+    playRoll(stand.link, 1300 / 60.0 * 2.5); // 1,300 notes a minute
+    print(u"a song of 1,300 notes in a minute, 1280x720"_s, stand.measure());
+}
+
+void ringCaptionStrip()
+{
+    {
+        Stand stand(u"Core"_s, {360, 400});
+        stand.link.handle("say A sentence without a spectrum, so that the ring shimmers with it.");
+        print(u"ring 360 wide, speaking"_s, stand.measure());
+    }
+    {
+        Stand stand(u"Caption"_s, {1240, 120});
+        int word = 0;
+        print(u"caption of 74 letters"_s, stand.measure([&] {
+            if (word++ % 300 == 0) {
+                stand.link.handle("say " + QByteArray("seventy-four ").repeated(6).left(74));
+                stand.link.handle("word 0 74 9000");
+            }
+        }));
+    }
+    {
+        Stand stand(u"Keys"_s, {1240, 160});
+        int key = 0;
+        print(u"keyboard strip 1240x160, keys going down"_s, stand.measure([&] {
+            const QByteArray pitch = QByteArray::number(21 + key % 88);
+            stand.link.handle("on " + pitch + (key++ % 3 == 0 ? " 0" : " 90"));
+        }));
+    }
+}
+
+void idleConsole()
+{
+    const QTemporaryDir home;
+    Link link{LinkSetup{home.path(), home.path(), {},
+        std::make_unique<QSettings>(home.filePath(u"s.ini"_s), QSettings::IniFormat)}};
+    VoiceControl voice;
+    WelcomeQuestions questions(link, voice);
+    QSettings settings(home.filePath(u"d.ini"_s), QSettings::IniFormat);
+    DisplayScale scale(settings);
+    link.state = u"ONLINE"_s;
+    QQuickView window;
+    fillWithMainView(window, {&link, &voice, &questions, &scale, nullptr, nullptr});
+    window.resize(1240, 840);
+    const FrameCost cost = measure(window, measured);
+    print(u"idle console, ring at rest"_s, cost);
+    print(u"idle console: frames"_s, cost.frames / measured, u"a second"_s);
+    print(u"idle console: CPU"_s, cost.cpu, u"% of a core"_s);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QApplication app(argc, argv);
+    printMachine();
+    const QStringList wanted = QApplication::arguments().mid(1);
+    const auto wants = [&](const QString &name) {
+        return wanted.isEmpty() || wanted.contains(name);
+    };
+    if (wants(u"notes"_s))
+        fallingNotes();
+    if (wants(u"items"_s))
+        ringCaptionStrip();
+    if (wants(u"idle"_s))
+        idleConsole();
+    return 0;
+}
