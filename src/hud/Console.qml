@@ -20,10 +20,6 @@ Scroller {
     readonly property int letter: link.large ? 36 : 24
     readonly property real captionHeight: Math.max(44, Math.ceil(86 * 0.602 * letter / width) * letter * 1.17 + 4)
 
-    // Room for the longest line of a caption, wrapped.
-    readonly property int letter: link.large ? 36 : 24
-    readonly property real captionHeight: Math.max(44, Math.ceil(86 * 0.602 * letter / width) * letter * 1.17 + 4)
-
     inset: 6
     sideInset: 6
 
