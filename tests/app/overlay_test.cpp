@@ -113,7 +113,7 @@ void OverlayTest::seesWhatTheUserSees()
 
 void OverlayTest::showsWhileTheDisplayIsNotSeen()
 {
-    link_->say({"say You can see me."});
+    link_->say({"say You can see me.", "done"});
     QTest::qWait(100);
     QVERIFY(!panelShows());
 
