@@ -33,9 +33,9 @@ Announcer::Announcer(const Sources &sources, QObject *parent)
         return tr("Size %1 percent").arg(qRound(scale->factor() * 100));
     });
     connect(sources.questions, &WelcomeQuestions::questionAnnounced, this,
-        [this](const QString &text) { event(Topic::Question, text); });
+        [this](const QString &text) { happened(Topic::Question, text); });
     connect(sources.questions, &WelcomeQuestions::choiceAnnounced, this,
-        [this](const QString &text) { event(Topic::Choice, text); });
+        [this](const QString &text) { happened(Topic::Choice, text); });
 }
 
 template <typename Sender, typename Signal>
@@ -84,11 +84,11 @@ void Announcer::followCaptions(Link *link, QSettings *settings)
 {
     connect(link, &Link::captionChanged, this, [this, link, settings] {
         if (settings->value(u"reader"_s).toBool())
-            event(Topic::Caption, link->caption);
+            happened(Topic::Caption, link->caption);
     });
 }
 
-void Announcer::event(Topic topic, const QString &text)
+void Announcer::happened(Topic topic, const QString &text)
 {
     announcements_.event(topic, text);
     schedule();

@@ -47,7 +47,7 @@ private:
     void follow(Topic topic, Sender *sender, Signal changed, std::function<QString()> text);
     void followLink(Link *link);
     void followCaptions(Link *link, QSettings *settings);
-    void event(Topic topic, const QString &text);
+    void happened(Topic topic, const QString &text);
     void sayWhatIsDue();
     void schedule();
 

@@ -16,7 +16,7 @@ namespace kelo {
 
 namespace {
 
-constexpr qint64 longestEntry = 64 * 1024; // bytes; what is longer was not written for us
+constexpr qint64 longestEntry = 65'536; // bytes; what is longer was not written for us
 
 /// One argument of an Exec line. Three layers: a percent sign would begin a field code, the
 /// quotes want a backslash before what means something inside them, and then the line is a
