@@ -21,7 +21,7 @@ QString TrySayingHint::text() const
 {
     const QStringList examples{tr("play me something"), tr("surprise me"), tr("what can you do"),
         tr("teach me a song"), tr("jam with me")};
-    const QString example = examples[minute_ % examples.size()];
+    const QString &example = examples[minute_ % examples.size()];
     return voiceOn_ ? tr("PRESS A AND TYPE  “%2”  OR SAY  “%1, %2”").arg(assistant_, example)
                     : tr("PRESS A AND TYPE  “%1, %2”").arg(assistant_, example);
 }
