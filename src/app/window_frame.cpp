@@ -17,7 +17,7 @@ namespace {
 const QString frameKey = u"KeloMain"_s;
 const QString maximisedKey = u"KeloMainMaximised"_s;
 
-constexpr QSize handle{200, 60}; // what must show of a window for the user to drag it back
+constexpr QSize grip{200, 60}; // what must show of a window for the user to drag it back
 
 } // namespace
 
@@ -27,7 +27,7 @@ QRect WindowFrame::placed(const QRect &wanted, std::span<const QRect> screens)
         return wanted;
     const bool reachable = std::ranges::any_of(screens, [&wanted](const QRect &screen) {
         const QSize shown = screen.intersected(wanted).size();
-        return shown.width() >= handle.width() && shown.height() >= handle.height();
+        return shown.width() >= grip.width() && shown.height() >= grip.height();
     });
     if (reachable)
         return wanted;

@@ -12,10 +12,10 @@ public:
     [[nodiscard]] bool forgive(double now)
     {
         std::erase_if(crashes_, [now](double at) { return now - at >= windowSeconds; });
-        if (crashes_.size() >= forgiven)
-            return false;
-        crashes_.push_back(now);
-        return true;
+        const bool forgives = crashes_.size() < forgiven;
+        if (forgives)
+            crashes_.push_back(now);
+        return forgives;
     }
 
 private:
