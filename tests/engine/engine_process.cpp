@@ -29,7 +29,7 @@ QString EngineProcess::write(const QString &name, const QByteArray &bytes) const
     return file.fileName();
 }
 
-void EngineProcess::start(const QStringList &arguments)
+void EngineProcess::start(const QStringList &arguments, const QMap<QString, QString> &settings)
 {
     lines.clear();
     seen = 0;
@@ -40,6 +40,8 @@ void EngineProcess::start(const QStringList &arguments)
     environment.insert(u"HOME"_s, folder.path());
     environment.insert(u"PATH"_s, folder.path()); // no desktop to open pages with
     environment.insert(u"KELO_PIANO"_s, path(u"Stage Piano"_s));
+    for (const auto &[name, value] : settings.asKeyValueRange())
+        environment.insert(name, value);
     process->setProcessEnvironment(environment);
     process->setStandardErrorFile(path(u"errors"_s));
     process->start(QStringLiteral(ENGINE_PROGRAM), arguments);

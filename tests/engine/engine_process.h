@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMap>
 #include <QProcess>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -13,7 +14,8 @@ public:
     /// Someone called Ann has been here before, unless `known` is false.
     explicit EngineProcess(bool known = true);
 
-    void start(const QStringList &arguments = {});
+    /// `settings` are of its environment, over those that every test has.
+    void start(const QStringList &arguments = {}, const QMap<QString, QString> &settings = {});
 
     /// Asks it to quit and says what was wrong with that or with any of its lines; empty if
     /// nothing was.

@@ -82,6 +82,9 @@ public:
     /// The piano was found, or lost where `name` is empty.
     void pianoChanged(std::string_view name);
 
+    /// What is said can be heard, which it could not be before.
+    void soundCame(const Moment &now) { say("I have sound now.", now); }
+
     /// It neither speaks nor shows anything: the next move is the player's.
     [[nodiscard]] bool quiet() const { return !speaker.speaking() && !demoWaits; }
 
