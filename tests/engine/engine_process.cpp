@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QJsonDocument>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -103,6 +104,29 @@ QString EngineProcess::ask(const QByteArray &request)
     seen = lines.size();
     send("~say " + request + '\n');
     return waitFor(u"say .*"_s).mid(4);
+}
+
+void EngineProcess::begin(bool withPiano)
+{
+    if (withPiano)
+        plugIn();
+    start();
+    QVERIFY(!waitFor(u"say .*"_s).isEmpty());
+    send("\n");
+}
+
+void EngineProcess::expect(const QByteArray &bytes, const QStringList &patterns)
+{
+    send(bytes);
+    for (const QString &pattern : patterns)
+        QVERIFY2(!waitFor(pattern).isEmpty(), qPrintable(pattern));
+}
+
+QJsonObject EngineProcess::profile() const
+{
+    QFile file(path(u"profile.json"_s));
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
+                                          : QJsonObject();
 }
 
 void EngineProcess::plugIn()

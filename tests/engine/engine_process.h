@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QMap>
 #include <QProcess>
 #include <QStringList>
@@ -29,6 +30,12 @@ public:
 
     /// Says something to it and waits for what it answers.
     QString ask(const QByteArray &request);
+
+    /// Starts and cuts the greeting short.
+    void begin(bool withPiano = false);
+    /// Sends, and expects each of these lines in this order.
+    void expect(const QByteArray &bytes, const QStringList &patterns);
+    [[nodiscard]] QJsonObject profile() const;
 
     void plugIn();
     void pullOut();

@@ -209,6 +209,8 @@ void Assistant::pauseOrCarryOn(const Moment &now)
         playChosen(now);
     else if (tools.metronome.ticking())
         tools.metronome.stop();
+    else if (tools.band.on())
+        perform({Action::Band}, now);
 }
 
 void Assistant::silence(const Moment &now)

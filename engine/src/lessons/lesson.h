@@ -25,6 +25,9 @@ public:
     [[nodiscard]] Reply back();
     [[nodiscard]] Reply setHands(Hands which);
 
+    /// "Bars one and two, right hand."
+    [[nodiscard]] std::string whereWeAre() const;
+
     /// The notes of the phrase, in words.
     [[nodiscard]] std::string notes() const;
 
@@ -44,7 +47,6 @@ public:
 
 private:
     [[nodiscard]] Reply present(std::string before = {});
-    [[nodiscard]] std::string whereWeAre() const;
     [[nodiscard]] Reply missed();
     [[nodiscard]] Reply passed();
 
