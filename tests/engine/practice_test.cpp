@@ -83,8 +83,19 @@ void PracticeTest::teachesAPart()
     expect("\x1b[C", {u"say Bars one and two, both hands\\."_s});
     expect("~hands\n", {u"say Bars .*, right hand\\."_s, u"hands right"_s});
     expect("~say both hands\n", {u"hands both"_s});
+    QCOMPARE(engine->ask("where am i"),
+        u"You are in a lesson on Twinkle, Twinkle, Little Star. Bars one and two, right hand."_s);
+    expect("t", {u"mode talk"_s, u"say Talk mode\\. The lesson is over\\..*"_s});
+    expect("~say teach me twinkle twinkle\n", {u"mode teach"_s});
     expect("~drop\n", {u"mode menu"_s});
     QCOMPARE(engine->ask("note names"), u"There is no lesson now."_s);
+    // A lesson that is left goes on where it was, one that is dropped begins anew.
+    expect("~say teach me ode to joy\n", {u"mode teach"_s});
+    expect("\x1b[C\x1b[C\x1b[C", {u"say Bars three and four, right hand\\."_s});
+    expect("0", {u"mode idle"_s});
+    expect("~say teach me ode to joy\n", {u"say .*where we were\\. Bars three and four.*"_s});
+    expect("~drop\n", {u"mode menu"_s});
+    expect("~say teach me ode to joy\n", {u"say .*Listen.* Bars one and two.*"_s});
     // A whole piece, as fast as it can be learnt.
     expect("~say teach me au clair de la lune\n~say left hand\n", {u"hands left"_s});
     for (int part = 0; part < 60; ++part)
@@ -136,6 +147,9 @@ void PracticeTest::theTopKeysGiveCommands()
     engine->tap({95});
     QVERIFY(!engine->waitFor(u"mode idle"_s).isEmpty());
     QVERIFY(engine->lines.filter(u"@on"_s).isEmpty());
+    expect("Kv", {u"say Press the highest key.*"_s, u"voice .*"_s}); // thought better of it
+    engine->tap({84});
+    QVERIFY(!engine->waitFor(u"on 84 80"_s).isEmpty());
     expect("K", {u"say Press the highest key.*"_s});
     engine->tap({84});
     QVERIFY(!engine->waitFor(u"buttons 84 83 81 79 77 76 74 72 71 69"_s).isEmpty());
@@ -175,7 +189,7 @@ void PracticeTest::keepsTime()
     expect("~bandstyle\n", {u"bandstyle simple"_s});
     expect("]", {u"bandlevel \\d+%"_s});
     expect("-", {u"say The band at 95\\."_s});
-    expect("b", {u"live 0"_s});
+    expect("\n", {u"live 0"_s, u"say The band is off\\."_s});
 }
 
 QTEST_GUILESS_MAIN(PracticeTest)

@@ -22,6 +22,7 @@
 #include <bitset>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -167,6 +168,7 @@ private:
     bool pieceIsNews = false; ///< a piece was played since a choice was last made
     SongMenu menu;
     std::optional<Lesson> lesson;
+    std::map<std::string, int> reached; ///< bars of songs whose lessons were left
     std::optional<EarTrainer> trainer;
     Hands hands = Hands::Both;
     bool demoWaits = false; ///< for the words before it
