@@ -1,8 +1,9 @@
 // How well the engine finds its name and what follows it in what the recogniser really wrote down:
 //   engine_wake_bench [-v]
-// replays the recorded sessions of heard.tsv, each line a session: "wake" or "talk", the name,
-// whether the recogniser had been taught it, what was said after it, and all that was understood
-// of it, step by step, "=" before what is final. -v prints the sessions that went wrong.
+// replays the recorded sessions of heard.tsv, which heard_table makes, each line a session: "wake"
+// or "talk", the name, whether the recogniser had been taught it, what was said after it, and all
+// that was understood of it, step by step, "=" before what is final. -v prints the sessions that
+// went wrong.
 
 #include "listen/ear.h"
 #include "listen/phrases.h"
@@ -26,11 +27,18 @@ struct Tally {
     int written = 0; ///< the name stood in the final transcript
     int found = 0; ///< a command was taken
     int right = 0; ///< and it was the one that was said
+    int literal = 0; ///< and it would be, if only its very words counted
+    int other = 0; ///< and it was understood as another
 };
 
-std::optional<Request> meaning(const std::string &text, const Library &library)
+std::optional<Request> meaning(const QString &text, const Library &library)
 {
-    return understand(wordsOf(text), library.names());
+    return understandKindly(wordsOf(text.toStdString()), library.names());
+}
+
+std::optional<Request> literalMeaning(const QString &text, const Library &library)
+{
+    return understand(wordsOf(text.toStdString()), library.names());
 }
 
 /// The commands that a session gives; a step comes every tenth of a second.
@@ -79,10 +87,12 @@ int main(int argc, char *argv[])
         ++tally.sessions;
         tally.written += steps.last().contains(fields[1], Qt::CaseInsensitive);
         tally.found += !commands.isEmpty();
-        const bool right = commands.size() == 1
-            && meaning(commands[0].toStdString(), library)
-                == meaning(fields[3].toStdString(), library);
+        const auto said = meaning(fields[3], library);
+        const auto taken = commands.size() == 1 ? meaning(commands[0], library) : std::nullopt;
+        const bool right = taken && taken == said;
         tally.right += right;
+        tally.literal += right && literalMeaning(commands[0], library) == said;
+        tally.other += taken && !right;
         if (verbose && called != right)
             QTextStream(stdout) << line << "\n    -> " << commands.join(u" | "_s) << '\n';
     }
@@ -91,8 +101,11 @@ int main(int argc, char *argv[])
         kelo::bench::print(what, tally.sessions, u"sessions"_s);
         kelo::bench::print(u"  the name is written"_s, percent(tally.written), u"%"_s);
         kelo::bench::print(u"  a command is taken"_s, percent(tally.found), u"%"_s);
-        if (what.startsWith(u"called"))
+        kelo::bench::print(u"  and understood as another"_s, percent(tally.other), u"%"_s);
+        if (what.startsWith(u"called")) {
             kelo::bench::print(u"  and the right one"_s, percent(tally.right), u"%"_s);
+            kelo::bench::print(u"  ... by its very words"_s, percent(tally.literal), u"%"_s);
+        }
     }
     return 0;
 }

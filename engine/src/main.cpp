@@ -31,6 +31,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 using namespace kelo::engine;
@@ -143,6 +144,7 @@ class Engine {
 public:
     Engine(Wire &lines, std::function<void()> news, bool showsItself)
         : wire(lines)
+        , output(mixer, clock, setting("KELO_SOUND"), news)
         , voice(news)
         , piano(std::move(news), setting("KELO_PIANO"))
     {
@@ -150,6 +152,7 @@ public:
         if (showsItself)
             demo.emplace(monotonicNow());
         const Moment now = currentMoment();
+        audible = output.audible();
         assistant.begin(demo ? "Demo piano" : piano.name(), !demo, now);
         if (!demo)
             assistant.greet(troubleWith(output, synth, piano), now);
@@ -163,6 +166,8 @@ public:
             assistant.take(*next, currentMoment());
         if (piano.look(monotonicNow()) && !demo)
             assistant.pianoChanged(piano.name());
+        if (!std::exchange(audible, output.audible()) && audible)
+            assistant.soundCame(currentMoment());
         if (demo)
             show();
         assistant.advance(currentMoment());
@@ -191,7 +196,7 @@ private:
     AudioClock clock{monotonicNow()};
     Synth synth{soundfonts()};
     Mixer mixer{synth, clock};
-    Output output{mixer, clock, setting("KELO_SOUND")};
+    Output output;
     Synthesiser voice;
     Piano piano;
     Through through{mixer.music(), clock, [this](ChannelMessage message) { piano.send(message); }};
@@ -207,6 +212,7 @@ private:
             [this](float loudness) { mixer.setVoiceLoudness(loudness); }, openWithDesktop},
         {home / "profile.json", home / "commands.html", songs}, std::random_device{}()};
     std::optional<Demo> demo;
+    bool audible = false;
 };
 
 } // namespace

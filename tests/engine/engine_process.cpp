@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QJsonDocument>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -29,7 +30,7 @@ QString EngineProcess::write(const QString &name, const QByteArray &bytes) const
     return file.fileName();
 }
 
-void EngineProcess::start(const QStringList &arguments)
+void EngineProcess::start(const QStringList &arguments, const QMap<QString, QString> &settings)
 {
     lines.clear();
     seen = 0;
@@ -40,6 +41,8 @@ void EngineProcess::start(const QStringList &arguments)
     environment.insert(u"HOME"_s, folder.path());
     environment.insert(u"PATH"_s, folder.path()); // no desktop to open pages with
     environment.insert(u"KELO_PIANO"_s, path(u"Stage Piano"_s));
+    for (const auto &[name, value] : settings.asKeyValueRange())
+        environment.insert(name, value);
     process->setProcessEnvironment(environment);
     process->setStandardErrorFile(path(u"errors"_s));
     process->start(QStringLiteral(ENGINE_PROGRAM), arguments);
@@ -101,6 +104,29 @@ QString EngineProcess::ask(const QByteArray &request)
     seen = lines.size();
     send("~say " + request + '\n');
     return waitFor(u"say .*"_s).mid(4);
+}
+
+void EngineProcess::begin(bool withPiano)
+{
+    if (withPiano)
+        plugIn();
+    start();
+    QVERIFY(!waitFor(u"say .*"_s).isEmpty());
+    send("\n");
+}
+
+void EngineProcess::expect(const QByteArray &bytes, const QStringList &patterns)
+{
+    send(bytes);
+    for (const QString &pattern : patterns)
+        QVERIFY2(!waitFor(pattern).isEmpty(), qPrintable(pattern));
+}
+
+QJsonObject EngineProcess::profile() const
+{
+    QFile file(path(u"profile.json"_s));
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
+                                          : QJsonObject();
 }
 
 void EngineProcess::plugIn()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QJsonObject>
+#include <QMap>
 #include <QProcess>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -13,7 +15,8 @@ public:
     /// Someone called Ann has been here before, unless `known` is false.
     explicit EngineProcess(bool known = true);
 
-    void start(const QStringList &arguments = {});
+    /// `settings` are of its environment, over those that every test has.
+    void start(const QStringList &arguments = {}, const QMap<QString, QString> &settings = {});
 
     /// Asks it to quit and says what was wrong with that or with any of its lines; empty if
     /// nothing was.
@@ -27,6 +30,12 @@ public:
 
     /// Says something to it and waits for what it answers.
     QString ask(const QByteArray &request);
+
+    /// Starts and cuts the greeting short.
+    void begin(bool withPiano = false);
+    /// Sends, and expects each of these lines in this order.
+    void expect(const QByteArray &bytes, const QStringList &patterns);
+    [[nodiscard]] QJsonObject profile() const;
 
     void plugIn();
     void pullOut();

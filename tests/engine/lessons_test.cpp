@@ -121,6 +121,11 @@ void LessonsTest::cutsAPieceIntoPhrases()
     QCOMPARE(demo.notes.size(), 5U);
     QCOMPARE(demo.notes.front().at, 0.0);
     QVERIFY(demo.notes.front().track == 1 && demo.length <= 4.0);
+    Piece staccato = piece; // its last note is over at once, and belongs to its part
+    staccato.notes.back().duration = 0.02;
+    staccato.length = staccato.notes.back().at + 0.02;
+    const auto ends = excerptsOf(staccato, Hands::Both);
+    QVERIFY(!pieceOf(ends.back(), staccato).notes.empty());
     Piece metreless = piece;
     metreless.bars.clear();
     QVERIFY(!excerptsOf(metreless, Hands::Right).empty());

@@ -53,6 +53,7 @@ private Q_SLOTS:
     void theVoiceSoundsAtItsFrame();
     void aLateVoiceKeepsItsPlaceInTime();
     void aVoiceThatIsCutOffFadesAndTheNextOneFollows();
+    void afterAnOutageNothingIsLate();
     void aFullQueueSaysSo();
     void theClockSmoothsJitterAndFollowsGaps();
     void theClockNeverShowsHalfAnAnchor();
@@ -94,6 +95,20 @@ void MixerTest::aVoiceThatIsCutOffFadesAndTheNextOneFollows()
     QCOMPARE(std::count(heard.begin() + 300, heard.end(), 1.0F), 256);
     bench.mixer.listenTo(0);
     QCOMPARE(firstSound(bench.render(4)), 1024);
+}
+
+void MixerTest::afterAnOutageNothingIsLate()
+{
+    Bench bench;
+    bench.mixer.listenTo(1);
+    bench.render(1);
+    constexpr Frame lost = 100 * static_cast<Frame>(period);
+    bench.say(1, period, 4); // swallowed
+    bench.say(1, lost + 2 * static_cast<Frame>(period), 1);
+    bench.position += 2 * lost; // nobody asked for sound
+    bench.say(1, bench.position + 300, 1);
+    QCOMPARE(firstSound(bench.render(4)), 300);
+    QVERIFY(std::abs(bench.clock.timeOf(bench.position) - seconds(bench.position)) < 0.01);
 }
 
 void MixerTest::aFullQueueSaysSo()

@@ -31,6 +31,8 @@ class PhrasesTest : public QObject {
 private Q_SLOTS:
     void understands_data();
     void understands();
+    void understandsWhatSoundsAlike_data();
+    void understandsWhatSoundsAlike();
     void leavesTheRestAlone_data();
     void leavesTheRestAlone();
     void everyExampleMeansItsJob();
@@ -115,8 +117,10 @@ void PhrasesTest::understands_data()
     // What the display's buttons ask for.
     row("play me something", {Action::MakeUp});
     row("surprise me", {Action::MakeUp});
-    row("play my album", {Action::Compose});
-    row("jam with me", {Action::Compose});
+    row("play my album", {Action::Album});
+    row("jam with me", {Action::Jam});
+    row("good morning", {Action::Greet});
+    row("play fur elise", {Action::PlaySong, {}, 4});
     row("make it a lullaby", {Action::Compose});
     row("make it a video game", {Action::Compose});
     row("make it epic", {Action::Compose});
@@ -134,6 +138,32 @@ void PhrasesTest::understands()
     QCOMPARE(
         static_cast<int>(asked->song.value_or(99)), static_cast<int>(request->song.value_or(99)));
     QCOMPARE(asked->on ? *asked->on : -1, request->on ? *request->on : -1);
+}
+
+void PhrasesTest::understandsWhatSoundsAlike_data()
+{
+    QTest::addColumn<QByteArray>("meant"); // nothing: it is not to be guessed
+    const auto row = [](const char *heard, const char *meant) {
+        QTest::newRow(heard) << QByteArray(meant);
+    };
+    row("repeet", "repeat");
+    row("reap eat", "repeat");
+    row("metro gnome at ninety", "metronome at ninety");
+    row("play for a lease", "play fur elise");
+    row("teach me the owed to joy", "teach me the ode to joy");
+    row("play the minute in g", "play the minuet in g");
+    row("you training", "ear training");
+    row("south", "");
+    row("you", "");
+    row("is clear", "");
+    row("a failed", "");
+}
+
+void PhrasesTest::understandsWhatSoundsAlike()
+{
+    QFETCH(QByteArray, meant);
+    const auto asked = understandKindly(wordsOf(QTest::currentDataTag()), songs);
+    QVERIFY2(asked == ask(meant), asked ? "something else" : "nothing");
 }
 
 void PhrasesTest::leavesTheRestAlone_data()

@@ -57,7 +57,7 @@ void WordsTest::readsNumbers()
 void WordsTest::knowsWhereSentencesBegin()
 {
     const std::vector<Word> expected{
-        {"what's", true}, {"that", false}, {"zo\xc3\xab", true}, {"stop", false}};
+        {"what's", true}, {"that", false}, {"zoe", true}, {"stop", false}};
     QVERIFY(wordsOf(" What's 'that'?  -- Zo\xc3\xab, STOP!!") == expected);
     QVERIFY(wordsOf("' .,\t").empty());
 }

@@ -176,8 +176,10 @@ void Assistant::answer(std::string_view text, const Moment &now)
     if (words.size() > 1
         && wordsOf(settings.assistant) == std::vector{Word{words.front().text, true}})
         words.erase(words.begin());
-    if (const auto request = understand(words, tools.library.names()))
+    if (const auto request = understandKindly(words, tools.library.names()))
         perform(*request, now);
+    else if (std::ranges::find(words, "play", &Word::text) != words.end())
+        say("I don't know that song. Ask which songs there are, or press L.", now);
     else
         say("I didn't understand that. Ask what you can say, or press H for help.", now);
 }
@@ -185,6 +187,7 @@ void Assistant::answer(std::string_view text, const Moment &now)
 void Assistant::perform(const Request &request, const Moment &now)
 {
     hush();
+    settingTopKey = false;
     if (const auto refusal = refusalOf(request.action); !refusal.empty()) {
         say(refusal, now);
         return;

@@ -22,6 +22,7 @@
 #include <bitset>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -81,6 +82,9 @@ public:
 
     /// The piano was found, or lost where `name` is empty.
     void pianoChanged(std::string_view name);
+
+    /// What is said can be heard, which it could not be before.
+    void soundCame(const Moment &now) { say("I have sound now.", now); }
 
     /// It neither speaks nor shows anything: the next move is the player's.
     [[nodiscard]] bool quiet() const { return !speaker.speaking() && !demoWaits; }
@@ -164,6 +168,7 @@ private:
     bool pieceIsNews = false; ///< a piece was played since a choice was last made
     SongMenu menu;
     std::optional<Lesson> lesson;
+    std::map<std::string, int> reached; ///< bars of songs whose lessons were left
     std::optional<EarTrainer> trainer;
     Hands hands = Hands::Both;
     bool demoWaits = false; ///< for the words before it

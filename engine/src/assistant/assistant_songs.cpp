@@ -71,9 +71,14 @@ bool Assistant::performSongs(const Request &request, const Moment &now)
         std::minstd_rand random(static_cast<std::uint32_t>(now.uptime * 1000) ^ randomSeed);
         const int count = static_cast<int>(tools.library.size());
         menu.choose(std::uniform_int_distribution<int>(1, count)(random));
+        auto read = tools.library.load(menu.current());
+        for (int i = 1; i < count && !std::holds_alternative<Piece>(read); ++i) {
+            menu.next(); // that file is no music
+            read = tools.library.load(menu.current());
+        }
         stopTeaching(Mode::Idle);
         const std::string &name = tools.library.names()[menu.current()].title;
-        play(tools.library.load(menu.current()), name,
+        play(std::move(read), name,
             "I can't make music up, so here is a piece that I know: " + name + ".", now);
         return true;
     }
@@ -209,6 +214,8 @@ void Assistant::pauseOrCarryOn(const Moment &now)
         playChosen(now);
     else if (tools.metronome.ticking())
         tools.metronome.stop();
+    else if (tools.band.on())
+        perform({Action::Band}, now);
 }
 
 void Assistant::silence(const Moment &now)

@@ -13,9 +13,12 @@ bool Assistant::performTalk(const Request &request, const Moment &now)
     switch (request.action) {
     case Action::TalkMode:
         if (request.on.value_or(mode != Mode::Talk)) {
+            const bool lessonEnds = teaching();
             stopTeaching(Mode::Talk);
             setMode(Mode::Talk);
-            say("Talk mode. I listen without my name.", now);
+            say(std::string("Talk mode. ") + (lessonEnds ? "The lesson is over. " : "")
+                    + "I listen without my name.",
+                now);
         } else {
             setMode(Mode::Idle);
             say("Talk mode is off.", now);
@@ -50,6 +53,9 @@ bool Assistant::performTalk(const Request &request, const Moment &now)
         return true;
     case Action::WhoAreYou:
         say("I'm " + settings.assistant + ", and I practise the piano with you.", now);
+        return true;
+    case Action::Greet:
+        say("Hello. What would you like to do? Press H for help.", now);
         return true;
     case Action::Thanks:
         say("You're welcome.", now);
@@ -158,16 +164,18 @@ void Assistant::openPage(const Moment &now)
     std::ofstream file(places.page, std::ios::binary);
     file << commandPage(settings.assistant);
     file.close();
-    say(!file                             ? "I couldn't write the command page."
-            : tools.openPage(places.page) ? "Here are all commands."
-                                          : "The command page is in my folder, as commands.html.",
+    say(!file ? "I couldn't write the command page."
+            : tools.openPage(places.page)
+            ? "Here are all commands."
+            : "I wrote the command page, but nothing here opens it. It is in my folder, as "
+              "commands.html.",
         now);
 }
 
 std::string Assistant::whereWeAre() const
 {
     if (lesson)
-        return "You are in a lesson on " + lesson->title() + ".";
+        return "You are in a lesson on " + lesson->title() + ". " + lesson->whereWeAre();
     std::string text = mode == Mode::Menu ? "You are in the song menu. " + menu.describe()
         : mode == Mode::Ear               ? "This is ear training."
         : mode == Mode::Talk              ? "This is talk mode."

@@ -41,14 +41,17 @@ bool Assistant::performTeaching(const Request &request, const Moment &now)
         else
             say(lastSaid.empty() ? "I haven't said anything yet." : lastSaid, now);
         return true;
-    case Action::Drop:
+    case Action::Drop: {
         if (!lesson) {
             say("There is no lesson now.", now);
             return true;
         }
         say("All right. We leave " + lesson->title() + ".", now);
+        const std::string song = lesson->title();
         stopTeaching(Mode::Menu);
+        reached.erase(song);
         return true;
+    }
     default:
         return false;
     }
@@ -70,7 +73,8 @@ void Assistant::learnChosen(const Moment &now)
     stopTeaching(Mode::Teach);
     setMode(Mode::Teach);
     lesson.emplace(std::move(next));
-    Reply reply = lesson->begin();
+    const auto place = reached.find(name);
+    Reply reply = lesson->begin(place == reached.end() ? 1 : place->second);
     if (pianoName.empty())
         reply.words.insert(0, "I don't see a piano yet. ");
     teach(reply, now);
@@ -98,7 +102,9 @@ void Assistant::teach(const Reply &reply, const Moment &now)
         player.stop();
     }
     if (reply.over) {
+        const std::string song = lesson ? lesson->title() : "";
         stopTeaching(Mode::Menu);
+        reached.erase(song);
     }
 }
 
@@ -149,6 +155,8 @@ void Assistant::stopTeaching(Mode next)
     if (!teaching())
         return;
     player.stop();
+    if (lesson)
+        reached[lesson->title()] = lesson->bar();
     lesson.reset();
     trainer.reset();
     demoWaits = false;

@@ -71,6 +71,7 @@ const std::vector<Scene> &scenes()
         script.says("go home", 2.5);
         script.says("play the minuet in G", 0.3);
         script.says("stop", 13);
+        script.says("visualiser off", 0.2);
         script.says("metronome at one twenty", 0.3);
         script.says("metronome off", 2.5);
         script.says("live band", 0.3);

@@ -62,7 +62,12 @@ std::string_view refusalOf(Action action)
 {
     switch (action) {
     case Action::Compose:
-        return "I can't make music of my own. I play songs, teach them and play along.";
+        return "I can't make or change music myself. I play songs, teach them and play along.";
+    case Action::Jam:
+        return "I can't answer with music of my own. The live band plays along with your chords: "
+               "press B.";
+    case Action::Album:
+        return "There is no album here. S keeps what you play, and it is then in the song menu.";
     case Action::Jazz:
         return "I don't have a jazz course. The live band plays along with your chords, if you "
                "like: press B.";

@@ -104,8 +104,8 @@ std::vector<Excerpt> excerptsOf(const Piece &piece, Hands hands)
             auto found = steps(whose, count);
             if (found.empty() || (whose == Hands::Both && all.size() - before < 2))
                 continue; // nothing to play, or nothing to put together
-            all.push_back({startOf(bar), std::min(startOf(bar + count), piece.length),
-                static_cast<int>(bar) + 1, static_cast<int>(bar + count), whose, std::move(found)});
+            all.push_back({startOf(bar), startOf(bar + count), static_cast<int>(bar) + 1,
+                static_cast<int>(bar + count), whose, std::move(found)});
         }
         bar += count;
     }

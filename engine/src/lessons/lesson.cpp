@@ -48,11 +48,21 @@ Reply Lesson::present(std::string before)
     return {{}, before + whereWeAre(), true};
 }
 
-Reply Lesson::begin()
+/// The first part that has this bar or a later one.
+void Lesson::goTo(int bar)
 {
-    place = 0;
+    const auto found = std::ranges::find_if(
+        excerpts, [&](const Excerpt &excerpt) { return excerpt.lastBar >= bar; });
+    place = found == excerpts.end() ? 0 : static_cast<std::size_t>(found - excerpts.begin());
     misses = 0;
-    return present("A lesson on " + songTitle + ". Listen, then play it back.");
+}
+
+Reply Lesson::begin(int bar)
+{
+    goTo(bar);
+    const std::string how =
+        place > 0 ? ". We go on where we were." : ". Listen, then play it back.";
+    return present("A lesson on " + songTitle + how);
 }
 
 Reply Lesson::repeat()
@@ -84,12 +94,9 @@ Reply Lesson::setHands(Hands which)
     if (found.empty())
         return {{}, "There is nothing for the " + spoken(which) + " in this piece."};
     const int bar = excerpts.empty() ? 1 : excerpts[place].firstBar;
-    const auto same =
-        std::ranges::find_if(found, [&](const Excerpt &excerpt) { return excerpt.lastBar >= bar; });
-    place = same == found.end() ? 0 : static_cast<std::size_t>(same - found.begin());
     excerpts = std::move(found);
     chosen = which;
-    misses = 0;
+    goTo(bar);
     return present();
 }
 

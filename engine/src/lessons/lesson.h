@@ -19,11 +19,18 @@ public:
     /// Nothing can be learnt where there are no notes for these hands.
     [[nodiscard]] bool empty() const { return excerpts.empty(); }
 
-    [[nodiscard]] Reply begin();
+    /// At the part that has this bar, from 1 on.
+    [[nodiscard]] Reply begin(int bar = 1);
     [[nodiscard]] Reply repeat();
     [[nodiscard]] Reply skip();
     [[nodiscard]] Reply back();
     [[nodiscard]] Reply setHands(Hands which);
+
+    /// The bar where the part begins.
+    [[nodiscard]] int bar() const { return excerpts[place].firstBar; }
+
+    /// "Bars one and two, right hand."
+    [[nodiscard]] std::string whereWeAre() const;
 
     /// The notes of the phrase, in words.
     [[nodiscard]] std::string notes() const;
@@ -43,8 +50,8 @@ public:
     [[nodiscard]] bool listening() const { return attempt.has_value(); }
 
 private:
+    void goTo(int bar);
     [[nodiscard]] Reply present(std::string before = {});
-    [[nodiscard]] std::string whereWeAre() const;
     [[nodiscard]] Reply missed();
     [[nodiscard]] Reply passed();
 

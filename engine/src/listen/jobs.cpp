@@ -86,7 +86,7 @@ constexpr Job lessons[] = {
 constexpr Job training[] = {
     {Action::EarTraining, InIdle | InMenu | InTalk, "EAR", "Ear training: find the note I play.",
         {{{"ear|ears training|train|exercise|practice|game ?start", "ear training"},
-            {"train ear|ears|hearing", ""}}}},
+            {"train ear|ears|hearing", ""}, {"training", ""}}}},
     {Action::Metronome, Everywhere, "TICK", "The metronome, on or off, at any speed.",
         {{{"metronome|click|tick ?at|tempo|speed #", "metronome at ninety"},
             {"metronome|click|tick stop|away|quiet", "metronome off", false},
@@ -139,6 +139,8 @@ constexpr Job voice[] = {
     {Action::WhoAreYou, Everywhere, "", "Who I am.",
         {{{"who are you", "who are you"}, {"what your|you name|called", ""}}}},
     {Action::Thanks, Everywhere, "", "", {{{"thanks|thank ?you|very|much", ""}}}},
+    {Action::Greet, Everywhere, "", "",
+        {{{"hello|hi|hey", ""}, {"good morning|afternoon|evening", ""}, {"how are you", ""}}}},
 };
 
 constexpr Job piano[] = {
@@ -179,15 +181,17 @@ constexpr Job beyond[] = {
     {Action::Compose, 0, "", "",
         {{{"compose|composition|improvise|variation ?new|piece|song|music", ""},
             {"make|turn lullaby|game|epic|score|film|song|piece|happy|sad", ""},
-            {"jam ?with|me", ""}, {"album ?play|my", ""},
             {"write song|piece|music|composition", ""}}}},
+    {Action::Jam, 0, "", "", {{{"jam|jamming ?with|me", ""}}}},
+    {Action::Album, 0, "", "", {{{"album ?play|my", ""}}}},
     {Action::Jazz, 0, "", "", {{{"jazz ?course|lesson|lessons|learn|teach", ""}}}},
     {Action::Studio, 0, "", "", {{{"logic|reaper ?control|open|start", ""}}}},
     {Action::World, 0, "", "",
         {{{"weather|news|forecast|temperature|rain ?what", ""},
             {"open|start safari|browser|mail|email|program", ""},
             {"alarm|timer|reminder|shopping|message|call ?set|add|list|remind", ""},
-            {"remember|remind|brief|search ?me|that", ""}, {"read window|screen|mail|news", ""}}}},
+            {"remember|remind|brief|search ?me|that", ""},
+            {"read window|screen|mail|email|news", ""}, {"joke|story ?tell", ""}}}},
     {Action::NaturalVoice, 0, "", "", {{{"natural|human voice ?install|download", ""}}}},
 };
 

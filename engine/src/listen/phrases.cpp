@@ -1,5 +1,8 @@
 #include "listen/phrases.h"
 
+#include "listen/near_words.h"
+#include "listen/song_match.h"
+
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -10,19 +13,6 @@ namespace {
 
 constexpr int songsNamedByNumber = 10;
 constexpr int songsNamedByTitle = 40;
-
-/// Said without changing what is meant.
-constexpr std::string_view courtesies[] = {"a", "an", "the", "please", "me", "my", "i", "you",
-    "your", "to", "of", "for", "in", "at", "it", "its", "it's", "that", "this", "is", "are", "am",
-    "be", "do", "does", "can", "could", "would", "will", "like", "want", "wanna", "let", "let's",
-    "us", "we", "and", "then", "now", "just", "some", "by", "with", "one", "on", "off", "up",
-    "there", "uh", "um", "er", "oh", "okay", "well", "i'd", "i'm", "give", "go", "get", "kindly",
-    "quickly", "here"};
-
-bool isCourtesy(std::string_view word)
-{
-    return std::ranges::find(courtesies, word) != std::end(courtesies);
-}
 
 /// "what's" and "today's" are what they begin with.
 std::string_view stem(std::string_view word)
@@ -89,52 +79,6 @@ std::optional<NumberFound> numberIn(std::span<const Word> words)
             return NumberFound{{value, 1}, i};
     }
     return {};
-}
-
-struct SongFound {
-    std::size_t song;
-    std::vector<bool> named; ///< the words that name it
-};
-
-/// The song of whose title the greatest part was said, at least half; or that is the only one
-/// of its composer.
-std::optional<SongFound> songIn(std::span<const Word> words, std::span<const SongName> songs)
-{
-    std::optional<SongFound> best;
-    double bestShare = 0;
-    bool tie = false;
-    for (std::size_t song = 0; song < songs.size(); ++song) {
-        std::vector<bool> named(words.size());
-        const auto countNamed = [&](std::string_view name) {
-            int said = 0;
-            int all = 0;
-            for (const Word &part : wordsOf(name)) {
-                if (isCourtesy(part.text))
-                    continue;
-                ++all;
-                for (std::size_t i = 0; i < words.size(); ++i) {
-                    if (words[i].text == part.text && !named[i]) {
-                        named[i] = true;
-                        ++said;
-                        break;
-                    }
-                }
-            }
-            return all == 0 ? 0.0 : static_cast<double>(said) / all;
-        };
-        const double title = countNamed(songs[song].title);
-        const auto &composer = songs[song].composer;
-        const auto surname = composer.rfind(' ') + 1; // 0 where there is one name alone
-        const double by = countNamed(std::string_view(composer).substr(surname));
-        const double share = (title >= 0.5 ? title : 0) + by;
-        countNamed(std::string_view(composer).substr(0, surname));
-        if (share < 0.5 || share < bestShare)
-            continue;
-        tie = share == bestShare;
-        bestShare = share;
-        best = SongFound{song, std::move(named)};
-    }
-    return tie && bestShare < 1 ? std::nullopt : best;
 }
 
 /// How the words fit one phrase.
@@ -230,11 +174,12 @@ std::string filled(std::string_view example, std::string_view mark, std::string_
 
 } // namespace
 
-std::optional<Request> understand(std::span<const Word> words, std::span<const SongName> songs)
+std::optional<Request> understand(
+    std::span<const Word> words, std::span<const SongName> songs, Spoken how)
 {
     const auto flag = flagIn(words);
     const auto number = numberIn(words);
-    const auto song = songIn(words, songs);
+    const auto song = songIn(words, songs, how);
     std::optional<Request> best;
     int bestScore = 0;
     for (const JobGroup &group : jobGroups()) {
@@ -260,6 +205,14 @@ std::optional<Request> understand(std::span<const Word> words, std::span<const S
         }
     }
     return best;
+}
+
+std::optional<Request> understandKindly(
+    std::span<const Word> words, std::span<const SongName> songs)
+{
+    if (auto request = understand(words, songs))
+        return request;
+    return understand(nearWords(words, songs), songs, Spoken::Roughly);
 }
 
 std::vector<std::string> vocabulary(unsigned where, std::span<const SongName> songs)

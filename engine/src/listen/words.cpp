@@ -19,6 +19,25 @@ constexpr std::array<std::string_view, 10> tens{
 constexpr std::array<std::string_view, 13> ordinals{"", "first", "second", "third", "fourth",
     "fifth", "sixth", "seventh", "eighth", "ninth", "tenth", "eleventh", "twelfth"};
 
+/// The plain letters of U+00C0 to U+00FF; nobody types or recognises accents reliably.
+constexpr std::string_view plainLetters =
+    "aaaaaaaceeeeiiiidnooooo ouuuuytsaaaaaaaceeeeiiiidnooooo ouuuuyty";
+
+std::string withoutAccents(std::string_view text)
+{
+    std::string plain;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto low = i + 1 < text.size() ? static_cast<unsigned char>(text[i + 1]) : 0U;
+        if (text[i] == '\xc3' && low >= 0x80 && low < 0xc0) {
+            plain += plainLetters[low - 0x80];
+            ++i;
+        } else {
+            plain += text[i];
+        }
+    }
+    return plain;
+}
+
 bool isLetter(char c)
 {
     const auto byte = static_cast<unsigned char>(c);
@@ -55,7 +74,7 @@ std::vector<Word> wordsOf(std::string_view text)
         if (!word.empty())
             words.push_back({std::exchange(word, {}), std::exchange(opens, false)});
     };
-    for (char c : text) {
+    for (char c : withoutAccents(text)) {
         if (c >= 'A' && c <= 'Z')
             c = static_cast<char>(c - 'A' + 'a');
         if (isLetter(c) || (c == '\'' && !word.empty())) {

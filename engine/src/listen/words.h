@@ -8,7 +8,7 @@
 
 namespace kelo::engine {
 
-/// A word as it was heard: lower case, letters, digits and apostrophes alone.
+/// A word as it was heard: lower case, without accents, letters, digits and apostrophes alone.
 struct Word {
     std::string text;
     bool opens = false; ///< the first word, or the first after the end of a sentence

@@ -37,6 +37,9 @@ public:
     [[nodiscard]] Frame frameAt(double time) const;
     [[nodiscard]] double timeOf(Frame frame) const;
 
+    /// The frame that should be rendered at a time.
+    [[nodiscard]] Frame frameRenderedAt(double time) const { return frameAt(time + latency); }
+
 private:
     struct Anchor {
         Frame frame;

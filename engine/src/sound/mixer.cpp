@@ -7,6 +7,7 @@ namespace kelo::engine {
 namespace {
 
 constexpr float fadeStep = 1.0F / 128; ///< a voice that is cut off fades in 3 ms, without a click
+constexpr Frame outage = frames(1); ///< longer than a busy machine ever keeps the sound waiting
 
 } // namespace
 
@@ -30,6 +31,9 @@ void Mixer::listenTo(std::uint32_t utterance)
 
 void Mixer::render(std::span<float> left, std::span<float> right, double now)
 {
+    // After an outage what it swallowed stays unheard: nothing that follows shall be late.
+    if (const Frame missed = clock.frameRenderedAt(now) - position; missed > outage)
+        position += missed;
     clock.tick(position, now);
     renderNotes(left, right);
     renderVoice(left, right);

@@ -2,11 +2,7 @@
 
 #include <fluidsynth.h>
 
-#include <chrono>
-#include <stop_token>
-#include <thread>
 #include <utility>
-#include <vector>
 
 namespace kelo::engine {
 
@@ -14,6 +10,10 @@ namespace {
 
 constexpr Frame period = 128; ///< frames a block
 constexpr Frame periods = 5; ///< blocks on their way: with the one that is waited for 17 ms
+constexpr double patience = 2; ///< seconds without a call after which a device is given up
+constexpr std::chrono::milliseconds watchEvery{250};
+constexpr std::chrono::seconds tryEvery{3};
+constexpr std::chrono::seconds firstTry{2}; ///< the greeting waits for it
 
 } // namespace
 
@@ -47,17 +47,24 @@ public:
 
     [[nodiscard]] bool works() const { return driver != nullptr; }
 
+    /// It still asks for sound. A server that has gone or hangs does not.
+    [[nodiscard]] bool alive() const { return monotonicNow() - lastCall < patience; }
+
 private:
     static int render(void *self, int count, int, float *[], int sides, float *out[])
     {
         if (sides < 2)
             return FLUID_FAILED;
         const auto size = static_cast<std::size_t>(count);
-        static_cast<Device *>(self)->mixer.render({out[0], size}, {out[1], size}, monotonicNow());
+        auto &device = *static_cast<Device *>(self);
+        const double now = monotonicNow();
+        device.lastCall = now;
+        device.mixer.render({out[0], size}, {out[1], size}, now);
         return FLUID_OK;
     }
 
     Mixer &mixer;
+    std::atomic<double> lastCall = monotonicNow();
     fluid_settings_t *settings;
     fluid_audio_driver_t *driver = nullptr;
 };
@@ -84,27 +91,68 @@ private:
     std::jthread thread;
 };
 
-Output::Output(Mixer &mixer, AudioClock &clock, const std::string &driver)
+Output::Output(
+    Mixer &source, AudioClock &clock, const std::string &driver, std::function<void()> changed)
+    : mixer(source)
+    , drivers(driver.empty()       ? std::vector<std::string>{"pulseaudio", "alsa"}
+              : driver == "silent" ? std::vector<std::string>{}
+                                   : std::vector<std::string>{driver})
+    , notify(std::move(changed))
 {
-    const auto names = driver.empty() ? std::vector<std::string>{"pulseaudio", "alsa"}
-                                      : std::vector<std::string>{driver};
-    clock.setLatency(seconds(period * periods));
-    for (const std::string &name : names) {
-        auto candidate = name == "silent" ? nullptr : std::make_unique<Device>(mixer, name);
-        if (candidate && candidate->works()) {
-            device = std::move(candidate);
-            return;
-        }
-    }
-    clock.setLatency(0);
-    silence = std::make_unique<Silence>(mixer);
+    clock.setLatency(drivers.empty() ? 0 : seconds(period * periods));
+    keeper = std::jthread([this](const std::stop_token &stop) { keepOpen(stop); });
+    std::unique_lock lock(mutex);
+    news.wait_for(lock, firstTry, [this] { return tried; });
 }
 
 Output::~Output() = default;
 
-bool Output::audible() const
+void Output::keepOpen(const std::stop_token &stop)
 {
-    return device != nullptr;
+    while (!stop.stop_requested()) {
+        if (const auto device = open()) {
+            tell(true);
+            while (!stop.stop_requested() && device->alive())
+                rest(stop, watchEvery);
+        } else {
+            tell(false);
+            const Silence silence(mixer);
+            do
+                rest(stop, tryEvery);
+            while (drivers.empty() && !stop.stop_requested());
+        }
+    }
+}
+
+/// The first device that works. Later on no other will do: one that goes around the server would
+/// keep it from coming back.
+std::unique_ptr<Output::Device> Output::open()
+{
+    for (const std::string &name : drivers) {
+        auto device = std::make_unique<Device>(mixer, name);
+        if (!device->works())
+            continue;
+        drivers = {std::string(name)};
+        return device;
+    }
+    return {};
+}
+
+void Output::tell(bool works)
+{
+    {
+        const std::lock_guard lock(mutex);
+        tried = true;
+    }
+    news.notify_all();
+    if (heard.exchange(works) != works)
+        notify();
+}
+
+void Output::rest(const std::stop_token &stop, std::chrono::milliseconds time)
+{
+    std::unique_lock lock(mutex);
+    news.wait_for(lock, stop, time, [] { return false; });
 }
 
 } // namespace kelo::engine

@@ -2,8 +2,16 @@
 
 #include "sound/mixer.h"
 
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <functional>
 #include <memory>
+#include <mutex>
+#include <stop_token>
 #include <string>
+#include <thread>
+#include <vector>
 
 namespace kelo::engine {
 
@@ -11,21 +19,37 @@ namespace kelo::engine {
 [[nodiscard]] double monotonicNow();
 
 /// The way to the loudspeakers: a thread that asks the mixer for sound, for as long as this
-/// lives. Where no sound can be had it keeps time all the same, in silence.
+/// lives. Where no sound can be had it keeps time all the same, in silence, and looks again and
+/// again: a sound server may start late, end and come back. Nobody else ever waits for it.
 class Output {
 public:
     /// `driver` is "pulseaudio", "alsa" or another that FluidSynth knows; "silent" for none;
-    /// empty takes the first that works.
-    Output(Mixer &mixer, AudioClock &clock, const std::string &driver);
+    /// empty takes the first that works. `changed` is called on a thread of its own when
+    /// `audible` changes.
+    Output(
+        Mixer &source, AudioClock &clock, const std::string &driver,
+        std::function<void()> changed = [] {});
     ~Output();
 
-    [[nodiscard]] bool audible() const;
+    [[nodiscard]] bool audible() const { return heard; }
 
 private:
     class Device;
     class Silence;
-    std::unique_ptr<Device> device;
-    std::unique_ptr<Silence> silence;
+
+    void keepOpen(const std::stop_token &stop);
+    [[nodiscard]] std::unique_ptr<Device> open();
+    void tell(bool works);
+    void rest(const std::stop_token &stop, std::chrono::milliseconds time);
+
+    Mixer &mixer;
+    std::vector<std::string> drivers; ///< that may work
+    std::function<void()> notify;
+    std::atomic<bool> heard = false;
+    std::mutex mutex;
+    std::condition_variable_any news;
+    bool tried = false; ///< guarded by `mutex`
+    std::jthread keeper; ///< last, for it uses all the rest
 };
 
 } // namespace kelo::engine

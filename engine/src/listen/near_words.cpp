@@ -1,0 +1,99 @@
+#include "listen/near_words.h"
+
+#include "listen/jobs.h"
+#include "listen/song_match.h"
+#include "listen/sound_alike.h"
+
+#include <algorithm>
+#include <optional>
+#include <set>
+#include <string>
+
+namespace kelo::engine {
+
+namespace {
+
+constexpr std::size_t certainSounds = 3; ///< shorter words sound like too many others
+constexpr std::size_t longestPhrase = 40; ///< words; nobody asks for anything at such length
+
+std::set<std::string, std::less<>> wordsOfPhrases()
+{
+    std::set<std::string, std::less<>> all;
+    for (const JobGroup &group : jobGroups()) {
+        for (const Job &job : group.jobs) {
+            for (const Phrase &phrase : job.phrases) {
+                for (Word &word : wordsOf(phrase.words)) // its marks are no letters
+                    all.insert(std::move(word.text));
+            }
+        }
+    }
+    for (int number = 1; number < 100; ++number) {
+        for (Word &word : wordsOf(numberInWords(number)))
+            all.insert(std::move(word.text));
+    }
+    return all;
+}
+
+class Dictionary {
+public:
+    explicit Dictionary(std::span<const SongName> songs)
+    {
+        for (const SongName &song : songs) {
+            for (Word &word : wordsOf(song.title + ' ' + song.composer))
+                words.insert(std::move(word.text));
+        }
+    }
+
+    [[nodiscard]] bool knows(const std::string &word) const
+    {
+        return isCourtesy(word) || words.contains(word);
+    }
+
+    /// The known word that sounds most like `word`.
+    [[nodiscard]] std::optional<std::string> nearest(const std::string &word) const
+    {
+        std::optional<std::string> best;
+        double least = 0;
+        for (const std::string &known : words) {
+            const double distance = soundDistance(word, known);
+            const bool alike =
+                soundsOf(known).size() < certainSounds ? distance <= 0 : soundsLike(word, known);
+            if (!alike || (best && distance >= least))
+                continue;
+            best = known;
+            least = distance;
+        }
+        return best;
+    }
+
+private:
+    std::set<std::string, std::less<>> words = wordsOfPhrases();
+};
+
+} // namespace
+
+std::vector<Word> nearWords(std::span<const Word> words, std::span<const SongName> songs)
+{
+    const Dictionary dictionary(songs);
+    std::vector<Word> near;
+    words = words.first(std::min(words.size(), longestPhrase));
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        Word word = words[i];
+        const bool known = dictionary.knows(word.text);
+        const bool nextIsKnown = i + 1 >= words.size() || dictionary.knows(words[i + 1].text);
+        if (!known || !nextIsKnown) {
+            auto whole = i + 1 < words.size() ? dictionary.nearest(word.text + words[i + 1].text)
+                                              : std::nullopt;
+            if (whole) {
+                word.text = std::move(*whole);
+                ++i;
+            } else if (!known) {
+                word.text = dictionary.nearest(word.text).value_or(word.text);
+            }
+        }
+        near.push_back(std::move(word));
+    }
+    return near;
+}
+
+} // namespace kelo::engine

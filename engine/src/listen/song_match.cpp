@@ -1,0 +1,98 @@
+#include "listen/song_match.h"
+
+#include "listen/sound_alike.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+namespace kelo::engine {
+
+namespace {
+
+/// Said without changing what is meant.
+constexpr std::string_view courtesies[] = {"a", "an", "the", "please", "me", "my", "i", "you",
+    "your", "to", "of", "for", "in", "at", "it", "its", "it's", "that", "this", "is", "are", "am",
+    "be", "do", "does", "can", "could", "would", "will", "like", "want", "wanna", "let", "let's",
+    "us", "we", "and", "then", "now", "just", "some", "by", "with", "one", "on", "off", "up",
+    "there", "uh", "um", "er", "oh", "okay", "well", "i'd", "i'm", "give", "go", "get", "kindly",
+    "quickly", "here"};
+
+/// How the words name one title or composer.
+class Naming {
+public:
+    Naming(std::span<const Word> heard, Spoken how)
+        : words(heard)
+    {
+        for (const Word &word : how == Spoken::Roughly ? heard : std::span<const Word>{})
+            sounds.push_back(soundsOf(word.text));
+    }
+
+    /// The part of `name` that was said and not counted before.
+    double share(std::string_view name, std::vector<bool> &named) const
+    {
+        int said = 0;
+        int all = 0;
+        for (const Word &part : wordsOf(name)) {
+            if (isCourtesy(part.text))
+                continue;
+            ++all;
+            if (const auto at = find(part.text, named)) {
+                named[*at] = true;
+                ++said;
+            }
+        }
+        return all == 0 ? 0.0 : static_cast<double>(said) / all;
+    }
+
+private:
+    [[nodiscard]] std::optional<std::size_t> find(
+        const std::string &part, const std::vector<bool> &named) const
+    {
+        for (std::size_t i = 0; i < words.size(); ++i) {
+            if (!named[i] && words[i].text == part)
+                return i;
+        }
+        for (std::size_t i = 0; i < sounds.size(); ++i) {
+            if (!named[i] && sounds[i] == soundsOf(part))
+                return i;
+        }
+        return {};
+    }
+
+    std::span<const Word> words;
+    std::vector<std::string> sounds; ///< of each word, where they count
+};
+
+} // namespace
+
+bool isCourtesy(std::string_view word)
+{
+    return std::ranges::find(courtesies, word) != std::end(courtesies);
+}
+
+std::optional<SongFound> songIn(
+    std::span<const Word> words, std::span<const SongName> songs, Spoken how)
+{
+    const Naming naming(words, how);
+    std::optional<SongFound> best;
+    double bestShare = 0;
+    bool tie = false;
+    for (std::size_t song = 0; song < songs.size(); ++song) {
+        std::vector<bool> named(words.size());
+        const double title = naming.share(songs[song].title, named);
+        const std::string_view composer = songs[song].composer;
+        const auto surname = composer.rfind(' ') + 1; // 0 where there is one name alone
+        const double by = naming.share(composer.substr(surname), named);
+        const double share = (title >= 0.5 ? title : 0) + by;
+        static_cast<void>(naming.share(composer.substr(0, surname), named));
+        if (share < 0.5 || share < bestShare)
+            continue;
+        tie = share == bestShare;
+        bestShare = share;
+        best = SongFound{song, std::move(named)};
+    }
+    return tie && bestShare < 1 ? std::nullopt : best;
+}
+
+} // namespace kelo::engine
