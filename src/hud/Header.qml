@@ -29,12 +29,10 @@ GridLayout {
             Accessible.name: text
         }
 
-        HudText {
+        Words {
             text: qsTr("MUSIC ASSISTANT  //  V3")
             font: Hud.mono(11)
             color: Hud.dim
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
         }
     }
 
@@ -62,12 +60,10 @@ GridLayout {
             }
         }
 
-        HudText {
+        Words {
             text: qsTr("Kelo is %1").arg(header.link.state)
             font: Hud.mono(12)
             color: Hud.dim
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
         }
     }
 

@@ -12,7 +12,7 @@ Flow {
 
     spacing: 8
 
-    Accessible.role: Accessible.StaticText
+    Accessible.role: Accessible.Paragraph
     Accessible.name: title.text + CommandTable.jobsInWords(mode)
 
     HudText {

@@ -34,7 +34,7 @@ Item {
         color: Hud.green
     }
 
-    HudText {
+    Words {
         anchors.right: parent.right
         anchors.rightMargin: 16
         anchors.left: heading.right
@@ -47,8 +47,6 @@ Item {
         elide: Text.ElideRight
         color: Hud.dim
         font: Hud.mono(11)
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
         Accessible.ignored: !visible
     }
 

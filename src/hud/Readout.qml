@@ -14,7 +14,7 @@ Item {
     implicitWidth: 220
     implicitHeight: 30
 
-    Accessible.role: Accessible.StaticText
+    Accessible.role: Accessible.Paragraph
     Accessible.name: qsTr("%1: %2").arg(label).arg(line)
 
     HudText {

@@ -2,7 +2,7 @@ import QtQuick
 import Kelo.Hud
 
 // What one could ask for now.
-HudText {
+Words {
     id: hint
 
     required property Link link
@@ -21,6 +21,4 @@ HudText {
     horizontalAlignment: Text.AlignHCenter
     verticalAlignment: Text.AlignVCenter
     wrapMode: Text.WordWrap
-    Accessible.role: Accessible.StaticText
-    Accessible.name: text
 }

@@ -61,12 +61,10 @@ Item {
             sideInset: 0
             visible: banner.notes !== ""
 
-            HudText {
+            Words {
                 width: parent.width
                 text: banner.notes
                 wrapMode: Text.Wrap
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
             }
         }
 

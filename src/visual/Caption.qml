@@ -26,6 +26,7 @@ CaptionDrawing {
         verticalAlignment: TextEdit.AlignVCenter
         wrapMode: TextEdit.WordWrap
 
+        Accessible.role: Accessible.Paragraph
         Accessible.name: caption.link ? caption.link.caption : ""
     }
 }

@@ -15,6 +15,7 @@ Pressable {
     Accessible.role: Accessible.RadioButton
     Accessible.checkable: true
     Accessible.checked: checked
+    Accessible.focusable: focusPolicy !== Qt.NoFocus // arrows lead to the others
 
     contentItem: HudText {
         text: choice.mark ? choice.mark + " " + choice.text : choice.text

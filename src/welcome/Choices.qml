@@ -44,8 +44,8 @@ Flow {
             required property int index
 
             width: Math.max(implicitWidth, choices.cell)
-            text: choices.texts[index]
-            label: choices.labels[index]
+            text: choices.texts[index] ?? "" // none while the row goes
+            label: choices.labels[index] ?? ""
             size: choices.size
             mark: !choices.marked ? "" : checked ? "●" : "○"
             checked: index === choices.current

@@ -29,13 +29,6 @@ Column {
         return Boolean(field);
     }
 
-    component Words: HudText {
-        width: parent?.width ?? 0
-        wrapMode: Text.Wrap
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
-    }
-
     Arrive {
         width: parent.width
         shown: page.arrived
@@ -55,9 +48,11 @@ Column {
         order: 1
 
         Words {
+            width: parent.width
             text: page.questions.sub
             font: Hud.mono(page.narrow ? 16 : 20)
             lineHeight: 1.25
+            wrapMode: Text.Wrap
         }
     }
 
@@ -67,9 +62,11 @@ Column {
         order: 2
 
         Words {
+            width: parent.width
             text: page.questions.hint
             font: Hud.mono(15)
             color: Hud.dim
+            wrapMode: Text.Wrap
         }
     }
 

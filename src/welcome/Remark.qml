@@ -2,9 +2,7 @@ import QtQuick
 import Kelo.Hud
 
 // A line about what has been answered so far.
-HudText {
+Words {
     font: Hud.mono(19)
     wrapMode: Text.Wrap
-    Accessible.role: Accessible.StaticText
-    Accessible.name: text
 }

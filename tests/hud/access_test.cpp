@@ -85,7 +85,7 @@ void AccessTest::tellsAScreenReader()
             headings << name;
         else if (each->role() == QAccessible::ListItem)
             rows << name;
-        else if (each->role() == QAccessible::StaticText)
+        else if (each->role() == QAccessible::Paragraph)
             texts << name;
         else if (each->role() == QAccessible::Button)
             QVERIFY2(each->actionInterface()->actionNames().contains(
