@@ -15,9 +15,10 @@ Answer {
 
     Toggle {
         width: parent.width
+        questions: answer.questions
         title: qsTr("Give me my natural voice")
         description: qsTr("A free, one time download of about 400 megabytes, fetched in the background. It runs on this Mac and sounds far more human.")
         on: answer.questions.answers.natural
-        onClicked: answer.questions.answers.natural = !on
+        onSwitched: on => answer.questions.answers.natural = on
     }
 }

@@ -1,14 +1,32 @@
 import QtQuick
 import QtQuick.Layouts
 import Kelo.Hud
+import Kelo.Welcome
 
 // A title with a line of description, on or off.
 Pressable {
     id: toggle
 
+    required property WelcomeQuestions questions
     required property string title
     required property string description
     required property bool on
+
+    signal switched(bool on)
+
+    function speak() {
+        questions.speakChoice(on ? qsTr("%1: on").arg(title) : qsTr("%1: off").arg(title));
+    }
+
+    onClicked: {
+        switched(!on);
+        if (activeFocus)
+            speak();
+    }
+    onActiveFocusChanged: {
+        if (activeFocus)
+            speak();
+    }
 
     leftPadding: 14
     rightPadding: 14

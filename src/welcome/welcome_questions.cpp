@@ -3,6 +3,8 @@
 #include "link/link.h"
 #include "link/shell.h"
 
+#include <QAccessible>
+
 using namespace Qt::StringLiterals;
 
 namespace kelo {
@@ -108,11 +110,16 @@ void WelcomeQuestions::say()
     } else {
         QString spoken = words;
         spoken.remove(u'“').remove(u'”').replace(u'\n', u' ').replace(u'\r', u' ');
-        link_.send(u"~speak "_s + spoken + u'\n');
+        speak(spoken);
     }
     focus_ = fieldOf(step_);
     Q_EMIT focusChanged();
     Q_EMIT asked();
+}
+
+void WelcomeQuestions::speak(const QString &text)
+{
+    link_.send(u"~speak "_s + text + u'\n');
 }
 
 void WelcomeQuestions::next()
@@ -172,10 +179,33 @@ void WelcomeQuestions::edit(void (Answers::*choose)(int), int value)
     Q_EMIT changed();
 }
 
+bool WelcomeQuestions::readerRuns() const
+{
+    return answers_.reader || QAccessible::isActive();
+}
+
+void WelcomeQuestions::speakChoice(const QString &choice)
+{
+    if (!readerRuns())
+        speak(choice);
+}
+
+/// What has just been chosen is heard once, from the screen reader or else from the engine.
+void WelcomeQuestions::tell(const QString &choice)
+{
+    if (readerRuns())
+        Q_EMIT choiceAnnounced(choice);
+    else
+        speak(choice);
+}
+
+/// The same, unless the keyboard focus goes to the choice, which a screen reader says by itself.
 void WelcomeQuestions::tell(Focus kind, const QString &choice)
 {
-    if (focus_ != kind)
-        Q_EMIT choiceAnnounced(choice);
+    if (focus_ == kind)
+        speakChoice(choice);
+    else
+        tell(choice);
 }
 
 void WelcomeQuestions::moved(bool gained, Focus place)
@@ -252,8 +282,7 @@ bool WelcomeQuestions::upOrDown(int by)
     case Step::Listening:
         answers_.natural = !answers_.natural;
         Q_EMIT changed();
-        Q_EMIT choiceAnnounced(
-            answers_.natural ? tr("The natural voice: on") : tr("The natural voice: off"));
+        tell(answers_.natural ? tr("The natural voice: on") : tr("The natural voice: off"));
         return true;
     default:
         return false;

@@ -79,6 +79,10 @@ public:
     Q_INVOKABLE void chooseMonth(int number);
     Q_INVOKABLE void chooseDay(int number);
 
+    /// For those who hear the engine alone: speaks what the keyboard focus came to or has just
+    /// switched. A screen reader says that by itself.
+    Q_INVOKABLE void speakChoice(const QString &choice);
+
     /// The keyboard focus came to `place` or left it.
     Q_INVOKABLE void moved(bool gained, kelo::WelcomeQuestions::Focus place);
 
@@ -92,7 +96,7 @@ Q_SIGNALS:
     void asked();
     void focusChanged();
     /// For the screen reader: a whole question, and what an arrow key has just chosen unless the
-    /// keyboard focus goes there, which is heard anyway.
+    /// keyboard focus goes there, which is heard anyway. Where none runs the engine speaks them.
     void questionAnnounced(const QString &text);
     void choiceAnnounced(const QString &text);
     /// All answers are in and sent.
@@ -106,6 +110,9 @@ private:
     bool upOrDown(int by);
     void edit(void (Answers::*choose)(int), int value);
     void goTo(int step);
+    [[nodiscard]] bool readerRuns() const;
+    void speak(const QString &text);
+    void tell(const QString &choice);
     void tell(Focus kind, const QString &choice);
 
     Link &link_;
