@@ -31,7 +31,7 @@ Item {
         Rectangle {
             anchors.fill: parent
             color: Hud.bg
-            opacity: view.overlay.seeThrough ? 0.9 : 1
+            opacity: view.overlay.seeThrough ? 0.98 : 1 // less would cost the text its contrast
             radius: view.overlay.seeThrough ? 14 : 0
             border.color: Hud.green
         }

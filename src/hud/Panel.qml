@@ -45,7 +45,6 @@ Item {
         text: panel.note
         visible: text !== ""
         elide: Text.ElideRight
-        color: Hud.dim
         font: Hud.mono(11)
         Accessible.ignored: !visible
     }

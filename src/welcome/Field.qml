@@ -14,7 +14,7 @@ FocusScope {
 
     Rectangle {
         anchors.fill: parent
-        color: Hud.panel
+        color: Hud.bg
         border.color: input.activeFocus ? Hud.green : Hud.dim
         radius: 4
     }

@@ -1,0 +1,115 @@
+#include "app/app_delegate.h"
+#include "app/arguments.h"
+#include "hud/theme.h"
+#include "support/link_fixture.h"
+#include "voice/voice_control.h"
+
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QDBusVariant>
+#include <QProcess>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace kelo;
+using namespace kelo::test;
+
+/// The desktop's settings portal as far as anyone asks it for contrast.
+class Portal : public QObject, protected QDBusContext {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+public:
+    QVariant answer; // none is an error
+    int asked = 0;
+
+public Q_SLOTS:
+    QDBusVariant Read(const QString &space, const QString &key)
+    {
+        ++asked;
+        if (!answer.isValid() || space != u"org.freedesktop.appearance"_s || key != u"contrast"_s)
+            sendErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, u"no such setting"_s);
+        return QDBusVariant(answer);
+    }
+};
+
+/// The display follows the desktop's wish for contrast until the user has one of their own.
+class DesktopContrastTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void followsTheDesktop_data();
+    void followsTheDesktop();
+    void cleanupTestCase();
+
+private:
+    QProcess bus_;
+    Portal portal_;
+};
+
+void DesktopContrastTest::initTestCase()
+{
+    QCoreApplication::setOrganizationName(u"Kelo"_s);
+    QCoreApplication::setApplicationName(u"DesktopContrastTest"_s);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    bus_.start(
+        u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--nopidfile"_s, u"--print-address"_s});
+    QVERIFY(bus_.waitForReadyRead());
+    const QByteArray address = bus_.readLine().trimmed();
+    qputenv("DBUS_SESSION_BUS_ADDRESS", address);
+    auto desktop = QDBusConnection::connectToBus(QString::fromUtf8(address), u"desktop"_s);
+    QVERIFY(desktop.registerObject(
+        u"/org/freedesktop/portal/desktop"_s, &portal_, QDBusConnection::ExportAllSlots));
+    QVERIFY(desktop.registerService(u"org.freedesktop.portal.Desktop"_s));
+}
+
+void DesktopContrastTest::cleanupTestCase()
+{
+    bus_.terminate();
+    bus_.waitForFinished();
+}
+
+void DesktopContrastTest::followsTheDesktop_data()
+{
+    const auto within = [](uint number) {
+        return QVariant::fromValue(QDBusVariant(QVariant(number)));
+    };
+    QTest::addColumn<QVariant>("answer");
+    QTest::addColumn<QVariant>("users"); // what the user has set
+    QTest::addColumn<bool>("contrast");
+    QTest::newRow("more") << within(1) << QVariant() << true;
+    QTest::newRow("more, in one variant") << QVariant(1U) << QVariant() << true;
+    QTest::newRow("no preference") << within(0) << QVariant() << false;
+    QTest::newRow("something newer") << within(2) << QVariant() << false;
+    QTest::newRow("not a number") << QVariant(u"very"_s) << QVariant() << false;
+    QTest::newRow("unknown there") << QVariant() << QVariant() << false;
+    QTest::newRow("more, but the user said no") << within(1) << QVariant(false) << false;
+}
+
+void DesktopContrastTest::followsTheDesktop()
+{
+    QFETCH(const QVariant, answer);
+    QFETCH(const QVariant, users);
+    portal_.answer = answer;
+    portal_.asked = 0;
+    QSettings().clear();
+    if (users.isValid())
+        QSettings().setValue(u"contrast"_s, users);
+    Hud::shared().setContrast(false);
+    LinkFixture link;
+    link.engine.play("line @mode teach\nserve");
+    VoiceControl voice;
+    AppDelegate delegate(link.link(), voice);
+    delegate.launch(Arguments::read({u"--hidden"_s}));
+    QTRY_COMPARE(link->mode.get(), u"teach"_s);
+    QTRY_COMPARE(portal_.asked, users.isValid() ? 0 : 1);
+    QTest::qWait(50); // for the answer
+    QTEST(link->contrast.get(), "contrast");
+    QTEST(Hud::shared().contrast(), "contrast");
+    QVERIFY2(QSettings().value(u"contrast"_s) == users, "the user has not been asked");
+    link->stop();
+}
+
+QTEST_MAIN(DesktopContrastTest)
+#include "desktop_contrast_test.moc"
