@@ -91,11 +91,34 @@ bool CaptionDrawing::advance(Link &link, double now)
     if (!isShown()) {
         line_.reset();
         leaving_.reset();
+        setMark({});
         return wasShown;
     }
     leaving_ = write(scene_.leaving(), line_ && line_->line == scene_.leaving() ? line_ : leaving_);
     line_ = write(scene_.line(), line_);
+    setMark(link.speaking ? markAt(scene_.position()) : QRectF());
     return true;
+}
+
+void CaptionDrawing::setMark(QRectF mark)
+{
+    if (mark == mark_)
+        return;
+    mark_ = mark;
+    Q_EMIT markChanged();
+}
+
+QRectF CaptionDrawing::markAt(double position) const
+{
+    if (!line_)
+        return {};
+    QRectF mark;
+    for (const auto &[start, under] : line_->raster.words) {
+        if (static_cast<double>(line_->line.start + start) > position)
+            break;
+        mark = under.translated(origin(*line_, scene_.arrival()));
+    }
+    return mark;
 }
 
 CaptionDrawing::Picture CaptionDrawing::write(const CaptionLine &line, const Picture &old) const

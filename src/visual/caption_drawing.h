@@ -17,6 +17,7 @@ class CaptionDrawing : public kelo::SceneItem {
     Q_PROPERTY(QString text READ text NOTIFY lineChanged)
     Q_PROPERTY(QFont font READ font NOTIFY lineChanged)
     Q_PROPERTY(bool shown READ isShown NOTIFY shownChanged)
+    Q_PROPERTY(QRectF mark READ mark NOTIFY markChanged)
     QML_ELEMENT
 
 public:
@@ -28,8 +29,12 @@ public:
     [[nodiscard]] QFont font() const { return font_; }
     /// Anything of it can be seen.
     [[nodiscard]] bool isShown() const { return scene_.opacity() > 0; }
+    /// The place of a line beneath the word that is being spoken, for those who cannot tell it by
+    /// its colour; empty while none is.
+    [[nodiscard]] QRectF mark() const { return mark_; }
 
 Q_SIGNALS:
+    void markChanged();
     void lineChanged();
     void shownChanged();
 
@@ -58,10 +63,13 @@ private:
     [[nodiscard]] QPointF origin(const Written &written, CaptionScene::Motion motion) const;
     [[nodiscard]] Colour colourAt(const Written &written, qsizetype unit) const;
     [[nodiscard]] Colour glow() const;
+    void setMark(QRectF mark);
+    [[nodiscard]] QRectF markAt(double position) const;
 
     CaptionScene scene_;
     QFont font_;
     bool contrast_ = false;
+    QRectF mark_;
     Picture line_;
     Picture leaving_;
 };

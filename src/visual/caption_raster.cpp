@@ -51,6 +51,27 @@ std::vector<CaptionRaster::Cell> cellsOf(const QTextLayout &layout, const QRectF
     return cells;
 }
 
+std::vector<CaptionRaster::Word> wordsOf(const QTextLayout &layout)
+{
+    std::vector<CaptionRaster::Word> words;
+    const QString text = layout.text();
+    const double thickness = std::max(2.0, std::round(layout.font().pixelSize() / 12.0));
+    for (int n = 0; n < layout.lineCount(); ++n) {
+        const QTextLine line = layout.lineAt(n);
+        const int end = line.textStart() + line.textLength();
+        for (int from = line.textStart(), to = from; from < end; from = to + 1) {
+            for (to = from; to < end && !text[to].isSpace(); ++to) { }
+            if (to == from)
+                continue;
+            const double left = std::min(line.cursorToX(from), line.cursorToX(to));
+            const double right = std::max(line.cursorToX(from), line.cursorToX(to));
+            const double top = std::round(line.y() + line.ascent() + line.descent() * 0.8);
+            words.push_back({from, {left, top, right - left, thickness}});
+        }
+    }
+    return words;
+}
+
 /// One pass of a box blur of 2 × `reach` + 1 bytes over `count` bytes that lie `stride` apart.
 void blurLine(uchar *bytes, qsizetype count, qsizetype stride, int reach, std::vector<uchar> &copy)
 {
@@ -97,6 +118,7 @@ CaptionRaster rasterise(const QString &text, const QFont &font, double width, do
     // Whole points, so that the picture's pixels meet the screen's.
     raster.area = bounds.adjusted(-glowMargin, -glowMargin, glowMargin, glowMargin).toAlignedRect();
     raster.cells = cellsOf(layout, raster.area);
+    raster.words = wordsOf(layout);
 
     QImage letters((raster.area.size() * pixels).toSize(), QImage::Format_Alpha8);
     letters.fill(0);

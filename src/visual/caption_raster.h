@@ -19,10 +19,17 @@ struct CaptionRaster {
         QRectF place; ///< in points, from the text's upper left corner
     };
 
+    /// One word of the text and the place of a line beneath it.
+    struct Word {
+        qsizetype start = 0; ///< in UTF-16 units
+        QRectF under; ///< in points, from the text's upper left corner
+    };
+
     QImage picture; ///< red: how much of a pixel the text covers; green: the light around it
     QRectF area; ///< of the picture, in points, from the text's upper left corner
     QSizeF size; ///< of the text, wrapped to its width, in points
     std::vector<Cell> cells;
+    std::vector<Word> words; ///< in their order
 };
 
 /// Lays `text` out centred in `width` points, wrapped between words, and draws it and its blurred
