@@ -15,7 +15,6 @@ T.AbstractButton {
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
 
-    Accessible.role: Accessible.Button
     Accessible.name: label
     Accessible.description: hint
     Accessible.onPressAction: button.clicked()

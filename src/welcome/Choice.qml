@@ -1,21 +1,30 @@
 import QtQuick
+import QtQuick.Templates as T
 import Kelo.Hud
 
-// One of several answers that exclude each other.
-Pressable {
+// One of several answers that exclude each other. Qt's own button for that, for only that one is
+// told of as such; in all else it is like the other buttons.
+T.RadioButton {
     id: choice
 
+    property string label: text // what screen readers call it
     property real size: 18
     property string mark: checked ? "●" : "○" // so that no choice goes by its colour alone
 
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
     leftPadding: 10
     rightPadding: 10
     verticalPadding: 7
+    hoverEnabled: true
 
-    Accessible.role: Accessible.RadioButton
-    Accessible.checkable: true
-    Accessible.checked: checked
+    Accessible.name: label
     Accessible.focusable: focusPolicy !== Qt.NoFocus // arrows lead to the others
+    Accessible.onPressAction: choice.clicked()
+    Accessible.onToggleAction: choice.clicked()
+
+    Keys.onReturnPressed: choice.clicked()
+    Keys.onEnterPressed: choice.clicked()
 
     contentItem: HudText {
         text: choice.mark ? choice.mark + " " + choice.text : choice.text
@@ -30,4 +39,6 @@ Pressable {
         border.color: choice.hovered || choice.checked ? Hud.green : Hud.faint
         radius: 3
     }
+
+    FocusRing {}
 }

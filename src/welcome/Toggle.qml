@@ -31,11 +31,10 @@ Pressable {
     leftPadding: 14
     rightPadding: 14
     verticalPadding: 10
+    checkable: true
+    checked: on
     label: title + ". " + description
 
-    Accessible.role: Accessible.CheckBox
-    Accessible.checkable: true
-    Accessible.checked: on
     Accessible.onToggleAction: toggle.clicked()
 
     contentItem: RowLayout {

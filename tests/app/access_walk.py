@@ -163,6 +163,10 @@ def questions(arguments):
               "Where in the world are you?", "When’s your birthday?", "How can I fit you best?",
               "One last thing: may I listen?"]
     fields = {1: "Your name", 2: "Your own name for the assistant, one word", 3: "Your town or city"}
+    controls = {
+        2: [(Atspi.Role.RADIO_BUTTON, "Harmony")], 3: [(Atspi.Role.RADIO_BUTTON, "Celsius")],
+        5: [(Atspi.Role.CHECK_BOX, "I use a screen reader. ")],
+        6: [(Atspi.Role.RADIO_BUTTON, "Not now"), (Atspi.Role.CHECK_BOX, "Give me my natural")]}
     with Program(*arguments, ["mode idle", "welcome"]) as program:
         for step, title in enumerate(titles):
             program.wait_for(title)
@@ -173,6 +177,12 @@ def questions(arguments):
                 press("Right")  # the days of January
                 program.find("January 1")
             check(program, title)
+            for role, begins in controls.get(step, []):
+                assert program.find(begins).get_role() == role, f"{begins} is no {role.value_nick}"
+            if step == 2:
+                luna = program.find("Luna")
+                luna.do_action(0)
+                until(lambda: has(luna, Atspi.StateType.CHECKED), "the name to be chosen")
             if step == 5:
                 toggle = program.find("I play piano or make music. ")
                 toggle.do_action(0)
