@@ -41,6 +41,15 @@ std::vector<SnapshotStep> followedBy(std::vector<SnapshotStep> steps, const Snap
     return steps;
 }
 
+/// `scene` drawn `scale` times as large in a window of the usual size.
+SnapshotScene magnified(SnapshotScene scene, double scale)
+{
+    scene.name = u"magnified-%1-%2"_s.arg(qRound(scale * 100)).arg(scene.name);
+    scene.scale = scale;
+    scene.sizes = {{1240, 840}};
+    return scene;
+}
+
 /// Every first-run question, at its own size and at twice that.
 std::vector<SnapshotScene> questions()
 {
@@ -49,11 +58,7 @@ std::vector<SnapshotScene> questions()
         const QString name = u"question-%1"_s.arg(step + 1);
         const std::vector<SnapshotStep> steps{{0, {"mode idle", "welcome"}}};
         scenes.push_back({.name = name, .steps = steps, .question = step, .sizes = {{1240, 840}}});
-        scenes.push_back({.name = u"magnified-"_s + name,
-            .steps = steps,
-            .question = step,
-            .scale = 2,
-            .sizes = {{1240, 840}}});
+        scenes.push_back(magnified(scenes.back(), 2));
     }
     return scenes;
 }
@@ -151,10 +156,6 @@ std::vector<SnapshotScene> snapshotScenes()
         flash(u"flash-good"_s, "flash good"),
         flash(u"flash-wrong"_s, "flash wrong"),
         {.name = u"console"_s, .steps = evening("idle")},
-        {.name = u"magnified-console"_s,
-            .steps = evening("idle"),
-            .scale = 2.5,
-            .sizes = {{1240, 840}}},
         {.name = u"console-compose"_s, .steps = evening("compose")},
         {.name = u"console-teach"_s, .steps = evening("teach")},
         {.name = u"console-jazz"_s,
@@ -169,6 +170,11 @@ std::vector<SnapshotScene> snapshotScenes()
                     {"update 3.2|A new lesson on pedalling, quieter drums, and names are heard "
                      "better in a noisy room."}})},
     };
+    for (const double scale : {0.75, 1.5, 2.5})
+        scenes.push_back(magnified({.name = u"console"_s, .steps = evening("idle")}, scale));
+    scenes.push_back(magnified(speaking(u"caption"_s, true), 2.5));
+    scenes.push_back(
+        magnified(playing(u"visualiser"_s, 16.05, {"say Now the left hand alone."}), 2.5));
     std::ranges::move(questions(), std::back_inserter(scenes));
     return scenes;
 }

@@ -9,9 +9,11 @@ Item {
     required property VoiceControl voice
     property Component scene
 
+    readonly property bool narrow: width < 620 // too narrow for all controls in a row
+
     // Where a text in the upper middle may begin: below the title while it fits beside the
     // controls, else below all that stands at the top.
-    readonly property real captionTop: (width + Math.min(width * 0.5, 620)) / 2 + 16 < controls.x ? 40 : 144
+    readonly property real captionTop: (width + Math.min(width * 0.5, 620)) / 2 + 16 < buttons.x ? 40 : 144
 
     Loader {
         anchors.fill: parent
@@ -19,16 +21,14 @@ Item {
     }
 
     Row {
-        id: controls
+        id: buttons
 
-        anchors.top: parent.top
-        anchors.topMargin: 20
-        anchors.right: parent.right
-        anchors.rightMargin: 30
+        y: 20
+        anchors.right: screen.narrow ? parent.right : ears.left
+        anchors.rightMargin: screen.narrow ? 30 : spacing
         spacing: 12
 
         HudButton {
-            anchors.verticalCenter: parent.verticalCenter
             visible: screen.link.rolling
             text: qsTr("STOP  [ RETURN ]")
             hint: qsTr("Stop the MIDI file")
@@ -36,7 +36,6 @@ Item {
         }
 
         HudButton {
-            anchors.verticalCenter: parent.verticalCenter
             visible: !screen.link.rolling
             text: qsTr("PLAY A MIDI FILE  [ O ]")
             hint: qsTr("Choose a MIDI file and watch its notes fall onto the keys")
@@ -44,16 +43,19 @@ Item {
         }
 
         HudButton {
-            anchors.verticalCenter: parent.verticalCenter
             text: qsTr("BACK  [ F ]")
             hint: qsTr("Leave the visualiser")
             onClicked: screen.link.visual = false
         }
+    }
 
-        VoiceReadout {
-            anchors.verticalCenter: parent.verticalCenter
-            width: 190
-            voice: screen.voice
-        }
+    VoiceReadout {
+        id: ears
+
+        y: screen.narrow ? buttons.y + buttons.height + 4 : buttons.y + (buttons.height - height) / 2
+        anchors.right: parent.right
+        anchors.rightMargin: 30
+        width: 190
+        voice: screen.voice
     }
 }
