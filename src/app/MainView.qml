@@ -36,6 +36,7 @@ FocusScope {
         backdrop: Visual.Grid {}
         core: Visual.Core {
             link: view.link
+            magnified: Hud.magnified
         }
         caption: Visual.Caption {
             link: view.link
@@ -51,6 +52,7 @@ FocusScope {
             scene: Visual.Visualiser {
                 link: view.link
                 captionTop: visualiser.captionTop
+                magnified: Hud.magnified
             }
         }
         flashFrame: Visual.FlashFrame {
@@ -60,6 +62,7 @@ FocusScope {
             questions: view.questions
             core: Visual.Core {
                 link: view.link
+                magnified: Hud.magnified
             }
         }
         // qmllint enable unqualified

@@ -5,6 +5,8 @@ import Kelo.Visual
 CoreDrawing {
     id: core
 
+    property bool magnified: false
+
     ShaderEffect {
         readonly property matrix4x4 bands: core.bands
         readonly property real level: core.level
@@ -31,5 +33,6 @@ CoreDrawing {
 
     Labels {
         scene: core
+        magnified: core.magnified
     }
 }

@@ -6,6 +6,7 @@ Item {
     id: labels
 
     required property SceneItem scene
+    property bool magnified: false // drawn at another size than its own, so glyphs must stretch well
 
     anchors.fill: scene
 
@@ -22,6 +23,7 @@ Item {
             width: modelData.width > 0 ? Math.min(implicitWidth, modelData.width) : implicitWidth
             text: modelData.text
             textFormat: Text.PlainText
+            renderType: labels.magnified ? Text.QtRendering : Text.NativeRendering // qmllint disable unqualified
             color: modelData.colour
             style: Text.Outline // what moves behind it does not blur it
             styleColor: "#020604"

@@ -5,6 +5,8 @@ import Kelo.Visual
 RainDrawing {
     id: rain
 
+    property bool magnified: false
+
     Rectangle {
         anchors.fill: parent
         z: -1
@@ -13,5 +15,6 @@ RainDrawing {
 
     Labels {
         scene: rain
+        magnified: rain.magnified
     }
 }
