@@ -8,6 +8,8 @@
 #include <QQuickWindow>
 #include <QSGTexture>
 
+#include <cmath>
+
 namespace kelo {
 
 namespace {
@@ -76,8 +78,16 @@ const SpriteList &CaptionDrawing::sprites() const
     return none;
 }
 
+CaptionDrawing::Look CaptionDrawing::look() const
+{
+    constexpr double positionSteps = 256; // a unit
+    return {line_, leaving_, scene_.arrival().opacity,
+        std::lround(scene_.position() * positionSteps), scene_.opacity(), scene_.glow(), contrast_};
+}
+
 bool CaptionDrawing::advance(Link &link, double now)
 {
+    const Look before = look();
     const bool wasShown = isShown();
     const QString oldText = text();
     const QFont oldFont = font_;
@@ -95,7 +105,7 @@ bool CaptionDrawing::advance(Link &link, double now)
     }
     leaving_ = write(scene_.leaving(), line_ && line_->line == scene_.leaving() ? line_ : leaving_);
     line_ = write(scene_.line(), line_);
-    return true;
+    return look() != before;
 }
 
 CaptionDrawing::Picture CaptionDrawing::write(const CaptionLine &line, const Picture &old) const

@@ -9,6 +9,7 @@ namespace kelo {
 namespace {
 
 constexpr double fullRate = 120; // frames a second
+constexpr double calmRate = 30; // while it only breathes
 constexpr double softwareRate = 12; // where each pixel costs our own time
 
 } // namespace
@@ -28,18 +29,39 @@ void CoreDrawing::geometryChange(const QRectF &now, const QRectF &before)
     SceneItem::geometryChange(now, before);
 }
 
+void CoreDrawing::linkSet(Link *link)
+{
+    if (!link)
+        return;
+    for (const auto changed :
+        {&Link::stateChanged, &Link::modeChanged, &Link::pausedChanged, &Link::speakingChanged,
+            &Link::rollingChanged, &Link::keysChanged, &Link::contrastChanged})
+        connect(link, changed, this, &CoreDrawing::disturb);
+    disturb();
+}
+
+void CoreDrawing::disturb()
+{
+    if (link())
+        motion_.disturb(link()->uptime());
+    wake();
+}
+
 bool CoreDrawing::advance(Link &link, double now)
 {
-    scene_.update(link, now);
+    if (link.speaking || link.rolling)
+        motion_.disturb(now);
+    motion_.advance(now);
+    scene_.update(link, now, {motion_.now(), motion_.pace()});
     Q_EMIT advanced();
     return true;
 }
 
 double CoreDrawing::rate() const
 {
-    if (!isActive())
+    if (!isActive() || motion_.isAtRest())
         return 0;
-    return drawsInSoftware() ? softwareRate : fullRate;
+    return drawsInSoftware() ? softwareRate : motion_.isLively() ? fullRate : calmRate;
 }
 
 void CoreDrawing::paint(QPainter &painter) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "visual/core_scene.h"
+#include "visual/motion_time.h"
 #include "visual/scene_item.h"
 
 #include <QMatrix4x4>
@@ -8,7 +9,7 @@
 namespace kelo {
 
 /// The ring scene as an item: it draws the circles and arcs and says how the two pictures, which
-/// are shader effects over it, look and where they belong.
+/// are shader effects over it, look and where they belong. While nothing happens it comes to rest.
 class CoreDrawing : public kelo::SceneItem {
     Q_OBJECT
     Q_PROPERTY(QMatrix4x4 bands READ bands NOTIFY advanced)
@@ -35,6 +36,7 @@ Q_SIGNALS:
     void placed();
 
 protected:
+    void linkSet(Link *link) override;
     bool advance(Link &link, double now) override;
     [[nodiscard]] double rate() const override;
     [[nodiscard]] const SpriteList &sprites() const override { return scene_.sprites(); }
@@ -43,7 +45,10 @@ protected:
     void geometryChange(const QRectF &now, const QRectF &before) override;
 
 private:
+    void disturb();
+
     CoreScene scene_;
+    MotionTime motion_;
 };
 
 } // namespace kelo

@@ -93,22 +93,22 @@ QRectF CoreScene::scopePlace() const
     return {centreX() - width / 2, height_ - scopeHeight, width, scopeHeight};
 }
 
-void CoreScene::update(Link &link, double now)
+void CoreScene::update(Link &link, double now, const Motion &motion)
 {
     const double step = std::clamp(now - std::exchange(last_, now), shortestStep, longestStep);
     offline_ = link.state == u"OFFLINE"_s;
-    flowTime_ = std::fmod(now, flowPeriod);
+    flowTime_ = std::fmod(motion.time, flowPeriod);
 
-    spring(targets(link, now), step);
+    spring(targets(link, now, motion.time), step);
     const double mean = std::accumulate(values_.begin(), values_.end(), 0.0) / voiceBandCount;
     const double loudness = std::min(mean * 1.7, 1.0);
     level_ += std::min(step * levelRate, 1.0) * (loudness - level_);
     link.level = level_;
 
+    // The arcs always drift, and faster the louder the voice is.
+    const double turn = step * motion.pace * (level_ * 2.2 + 0.9);
     for (std::size_t i = 0; i < arcs.size(); ++i) {
-        // The arcs always drift, and faster the louder the voice is.
-        turned_[i] =
-            std::remainder(turned_[i] + step * arcs[i].speed * (level_ * 2.2 + 0.9), 2 * pi);
+        turned_[i] = std::remainder(turned_[i] + turn * arcs[i].speed, 2 * pi);
     }
     sprites_.clear();
     labels_.clear();
@@ -118,7 +118,7 @@ void CoreScene::update(Link &link, double now)
     write(link);
 }
 
-VoiceFrame CoreScene::targets(const Link &link, double now) const
+VoiceFrame CoreScene::targets(const Link &link, double now, double motionTime) const
 {
     VoiceFrame target{};
     if (const auto bands = link.voiceBands(now)) {
@@ -133,7 +133,7 @@ VoiceFrame CoreScene::targets(const Link &link, double now) const
     } else if (!offline_) {
         // A slow breath.
         for (std::size_t i = 0; i < target.size(); ++i)
-            target[i] = std::sin(now * 1.1 + static_cast<double>(i) * 0.55) * 0.035 + 0.05;
+            target[i] = std::sin(motionTime * 1.1 + static_cast<double>(i) * 0.55) * 0.035 + 0.05;
     }
     const qsizetype oldest = std::max<qsizetype>(link.ripples.size() - newestRipples, 0);
     for (qsizetype r = oldest; r < link.ripples.size(); ++r) {

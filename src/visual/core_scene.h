@@ -17,8 +17,16 @@ public:
     /// Sets the size in points. The motion goes on across a change.
     void resize(double width, double height);
 
+    /// The motion that is there for its own sake.
+    struct Motion {
+        double time; ///< seconds
+        double pace = 1; ///< of the arcs: 1 is as fast as the clock
+    };
+
     /// Brings the scene to `now`, in seconds of uptime, and tells the link the voice's level.
-    void update(Link &link, double now);
+    void update(Link &link, double now) { update(link, now, {now}); }
+    /// The same where motion without a reason may rest.
+    void update(Link &link, double now, const Motion &motion);
 
     [[nodiscard]] const SpriteList &sprites() const { return sprites_; }
     [[nodiscard]] const LabelList &labels() const { return labels_; }
@@ -43,7 +51,7 @@ private:
     [[nodiscard]] double centreX() const { return width_ / 2; }
     [[nodiscard]] double centreY() const; // y up
 
-    [[nodiscard]] VoiceFrame targets(const Link &link, double now) const;
+    [[nodiscard]] VoiceFrame targets(const Link &link, double now, double motionTime) const;
     void spring(const VoiceFrame &targets, double step);
     void draw();
     void write(const Link &link);

@@ -84,7 +84,10 @@ private Q_SLOTS:
     void spritesCoverAddAndFade();
     void captionLettersHaveTheirColour_data();
     void captionLettersHaveTheirColour();
+    void theTextToSelectLiesOnTheDrawnOne_data();
+    void theTextToSelectLiesOnTheDrawnOne();
     void anUnseenWindowDrawsNothing();
+    void aStillDisplayDrawsNothing_data();
     void aStillDisplayDrawsNothing();
     void theStageIsTakenAndGivenBack();
 };
@@ -228,6 +231,40 @@ void DrawingsTest::captionLettersHaveTheirColour()
     }
 }
 
+void DrawingsTest::theTextToSelectLiesOnTheDrawnOne_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::newRow("one line") << 900;
+    QTest::newRow("wrapped") << 300;
+}
+
+void DrawingsTest::theTextToSelectLiesOnTheDrawnOne()
+{
+    QFETCH(int, width);
+    Stand stand(u"Caption"_s, {width, 160});
+    stand.fixture.say({"say We take it hand by hand, two bars at a time."});
+    (void)stand.picture();
+    const auto children = stand.item->childItems();
+    const auto edit = std::ranges::find_if(
+        children, [](const QQuickItem *child) { return child->inherits("QQuickTextEdit"); });
+    QVERIFY(edit != children.end());
+    QVERIFY((*edit)->isVisible());
+    QCOMPARE(
+        (*edit)->property("text").toString(), u"We take it hand by hand, two bars at a time."_s);
+
+    auto *caption = qobject_cast<CaptionDrawing *>(stand.item);
+    const CaptionRaster raster = rasterise(caption->text(), caption->font(), width, 1);
+    const double top = (160 - raster.size.height()) / 2;
+    for (const auto &[unit, place] : raster.cells) {
+        QRectF seen;
+        QMetaObject::invokeMethod(*edit, "positionToRectangle", Q_RETURN_ARG(QRectF, seen),
+            Q_ARG(int, static_cast<int>(unit)));
+        const bool firstOfLine = place.left() == raster.area.left();
+        QVERIFY(firstOfLine || std::abs(seen.left() - place.left()) <= 1.5);
+        QVERIFY(seen.center().y() > place.top() + top && seen.center().y() < place.bottom() + top);
+    }
+}
+
 void DrawingsTest::anUnseenWindowDrawsNothing()
 {
     Stand stand(u"Core"_s);
@@ -249,6 +286,9 @@ void DrawingsTest::anUnseenWindowDrawsNothing()
     stand.item->setVisible(false);
     QCOMPARE(movesFor(200), 0);
     stand.item->setVisible(true);
+    FramePacer::setCovered(stand.window, true);
+    QCOMPARE(movesFor(200), 0);
+    FramePacer::setCovered(stand.window, false);
     stand.window.hide();
     QCOMPARE(movesFor(200), 0);
     // Lines go on being handled meanwhile.
@@ -258,17 +298,43 @@ void DrawingsTest::anUnseenWindowDrawsNothing()
     QTRY_VERIFY(moved.count() > 5);
 }
 
+void DrawingsTest::aStillDisplayDrawsNothing_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QByteArrayList>("before"); // what happened a minute ago
+    QTest::addColumn<QByteArray>("waking");
+
+    const QByteArrayList played{"on 60 90", "on 60 0", "out 50 90"};
+    const QByteArrayList spoken{"say Good evening.", "word 0 4 300", "done"};
+    QTest::newRow("keys, at once") << u"Keys"_s << played << "on 60 90"_ba;
+    QTest::newRow("keys, marks") << u"Keys"_s << played << "buttons 108"_ba;
+    QTest::newRow("ring, a key") << u"Core"_s << played + spoken << "on 60 90"_ba;
+    QTest::newRow("ring, the engine's note") << u"Core"_s << spoken << "out 60 90"_ba;
+    QTest::newRow("ring, a mode") << u"Core"_s << spoken << "mode teach"_ba;
+    QTest::newRow("ring, speech") << u"Core"_s << spoken << "say Good night."_ba;
+    QTest::newRow("caption") << u"Caption"_s << spoken << "say Good night."_ba;
+}
+
 void DrawingsTest::aStillDisplayDrawsNothing()
 {
-    Stand stand(u"Keys"_s, {1040, 160});
+    QFETCH(QString, type);
+    QFETCH(QByteArrayList, before);
+    QFETCH(QByteArray, waking);
+    Stand stand(type, {1040, 160});
+    for (const QByteArray &line : before)
+        stand.fixture->handle(line);
+    for (int i = 0; i < 600; ++i) {
+        stand.fixture.time.advance(0.1);
+        stand.item->refresh();
+    }
     stand.window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&stand.window));
     QTest::qWait(300);
     QSignalSpy frames(&stand.window, &QQuickWindow::afterRendering);
-    QTest::qWait(500);
+    QTest::qWait(700); // whatever looks twice a second has looked
     QCOMPARE(frames.count(), 0);
-    stand.fixture.say({"on 60 90"});
-    QTRY_VERIFY(frames.count() > 0);
+    stand.fixture->handle(waking);
+    QTRY_VERIFY_WITH_TIMEOUT(frames.count() > 0, 300);
 }
 
 void DrawingsTest::theStageIsTakenAndGivenBack()
