@@ -166,8 +166,8 @@ void CaptionDrawing::paint(QPainter &painter) const
     for (int y = 0; y < coloured.height(); ++y) {
         const uchar *from = raster.picture.constScanLine(y);
         auto *to = reinterpret_cast<QRgb *>(coloured.scanLine(y));
-        for (int x = 0; x < coloured.width(); ++x)
-            to[x] = qRgba(from[4 * x], from[4 * x], from[4 * x], from[4 * x]);
+        for (int x = 0; x < coloured.width(); ++x, from += 4)
+            *to++ = qRgba(*from, *from, *from, *from);
     }
     QPainter tint(&coloured);
     tint.setCompositionMode(QPainter::CompositionMode_SourceIn);

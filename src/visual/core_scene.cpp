@@ -43,6 +43,26 @@ constexpr double tickOuter = 0.975; // radii
 constexpr double tickInner = 0.955;
 constexpr double longTickInner = 0.925; // every sixth
 
+// The words in the middle, in points from it and in points of their face.
+constexpr double modeBelow = 2;
+constexpr double modeSize = 15;
+constexpr double subBelow = 20;
+constexpr double subSize = 8.5;
+constexpr double letterWidth = 0.602; // of the face
+constexpr double capHeight = 0.73;
+constexpr double heartRim = 0.258 * 0.94; // within the heart's rim, of the ring's radius
+
+/// How much smaller the words must be to fit into a circle of `room` points; 1 at most.
+double wordScale(const QString &mode, const QString &sub, double room)
+{
+    const auto corner = [](const QString &word, double size, double height) {
+        return std::hypot(static_cast<double>(word.size()) * letterWidth * size / 2, height);
+    };
+    const double modeCorner = corner(mode, modeSize, modeSize * capHeight - modeBelow);
+    const double subCorner = corner(sub, subSize, subBelow);
+    return std::min(1.0, room / std::max(modeCorner, sub.isEmpty() ? 0 : subCorner));
+}
+
 struct Arc {
     double radius; // of the ring's
     double speed; // radians a second at rest, about
@@ -65,6 +85,9 @@ void CoreScene::resize(double width, double height)
 {
     width_ = width;
     height_ = height;
+    dial_.clear();
+    if (isUsable())
+        drawDial();
 }
 
 double CoreScene::radius() const
@@ -114,7 +137,7 @@ void CoreScene::update(Link &link, double now, const Motion &motion)
     labels_.clear();
     if (!isUsable())
         return;
-    draw();
+    drawArcs();
     write(link);
 }
 
@@ -163,20 +186,27 @@ void CoreScene::spring(const VoiceFrame &targets, double step)
     }
 }
 
-void CoreScene::draw()
+void CoreScene::drawDial()
 {
     const double r = radius();
     const double x = centreX();
     const double y = centreY();
-    sprites_.push_back(arc(x, y, r, 0, 2 * pi, 1, colours::green.faded(0.18)));
+    dial_.push_back(arc(x, y, r, 0, 2 * pi, 1, colours::green.faded(0.18)));
     for (int i = 0; i < ticks; ++i) {
         const double angle = 2 * pi * i / ticks;
         const double inner = r * (i % 6 == 0 ? longTickInner : tickInner);
         const double outer = r * tickOuter;
-        sprites_.push_back(line(x + inner * std::cos(angle), y + inner * std::sin(angle),
+        dial_.push_back(line(x + inner * std::cos(angle), y + inner * std::sin(angle),
             x + outer * std::cos(angle), y + outer * std::sin(angle), 1,
             colours::green.faded(0.35)));
     }
+}
+
+void CoreScene::drawArcs()
+{
+    const double r = radius();
+    const double x = centreX();
+    const double y = centreY();
     for (std::size_t i = 0; i < arcs.size(); ++i) {
         const Arc &row = arcs[i];
         const bool thin = row.width <= 1;
@@ -201,17 +231,18 @@ void CoreScene::write(const Link &link)
                                     : QString();
     // High contrast reaches the small words too: the shade is for those who see it well.
     const auto text = TextColours::of(link.contrast);
+    const double scale = wordScale(mode, sub, heartRim * radius());
     labels_.append({.text = mode,
         .x = centreX(),
-        .y = centreY() - 2,
-        .size = 15,
+        .y = centreY() - modeBelow * scale,
+        .size = modeSize * scale,
         .centred = true,
         .colour = text.soft});
     if (!sub.isEmpty()) {
         labels_.append({.text = sub,
             .x = centreX(),
-            .y = centreY() - 20,
-            .size = 8.5,
+            .y = centreY() - subBelow * scale,
+            .size = subSize * scale,
             .bold = false,
             .centred = true,
             .colour = link.contrast ? text.dim : colours::shade});

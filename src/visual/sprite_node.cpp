@@ -18,8 +18,10 @@ constexpr float bentStep = 0.06F; // radians a bent sprite turns from one joint 
 
 struct Vertex {
     float x, y; // in the item, y down
-    float acrossX, acrossY; // from the sprite's middle, along its own axes
-    float halfWidth, halfHeight, radius, feather;
+    // In feathers, along the sprite's own axes: its place from the sprite's middle, where the
+    // corners' circles have theirs, and their radius.
+    float acrossX, acrossY, cornerX, cornerY;
+    float radius;
     std::array<quint8, 4> light;
 };
 
@@ -28,8 +30,8 @@ const QSGGeometry::AttributeSet &attributes()
     using A = QSGGeometry::Attribute;
     static const std::array<A, 4> list{
         A::createWithAttributeType(0, 2, QSGGeometry::FloatType, QSGGeometry::PositionAttribute),
-        A::createWithAttributeType(1, 2, QSGGeometry::FloatType, QSGGeometry::UnknownAttribute),
-        A::createWithAttributeType(2, 4, QSGGeometry::FloatType, QSGGeometry::UnknownAttribute),
+        A::createWithAttributeType(1, 4, QSGGeometry::FloatType, QSGGeometry::UnknownAttribute),
+        A::createWithAttributeType(2, 1, QSGGeometry::FloatType, QSGGeometry::UnknownAttribute),
         A::createWithAttributeType(
             3, 4, QSGGeometry::UnsignedByteType, QSGGeometry::ColorAttribute)};
     static const QSGGeometry::AttributeSet set{
@@ -114,8 +116,8 @@ public:
         // A sharp edge fades over the one pixel that it runs through.
         const bool sharp = sprite.feather <= 0;
         const float margin = sharp ? pixel_ / 2 : 0;
-        shape_ = {sprite.halfWidth + margin, sprite.halfHeight + margin, sprite.radius + margin,
-            sharp ? pixel_ : sprite.feather};
+        shape_ = {sprite.halfWidth + margin, sprite.halfHeight + margin, sprite.radius + margin};
+        perFeather_ = 1 / (sharp ? pixel_ : sprite.feather);
         top_ = packed(sprite.top, sprite.additive);
         bottom_ = packed(sprite.bottom, sprite.additive);
         if (sprite.bend > 0)
@@ -126,7 +128,7 @@ public:
 
 private:
     struct Shape {
-        float halfWidth, halfHeight, radius, feather;
+        float halfWidth, halfHeight, radius;
     };
 
     void writeStraight(const Sprite &sprite)
@@ -164,9 +166,14 @@ private:
 
     void joint(float topX, float topY, float bottomX, float bottomY, float along)
     {
-        const auto [w, h, radius, feather] = shape_;
-        *vertex_++ = {topX, height_ - topY, along, h, w, h, radius, feather, top_};
-        *vertex_++ = {bottomX, height_ - bottomY, along, -h, w, h, radius, feather, bottom_};
+        const float x = shape_.halfWidth - shape_.radius;
+        const float y = shape_.halfHeight - shape_.radius;
+        const float h = shape_.halfHeight * perFeather_;
+        const float a = along * perFeather_;
+        const float r = shape_.radius * perFeather_;
+        *vertex_++ = {topX, height_ - topY, a, h, x * perFeather_, y * perFeather_, r, top_};
+        *vertex_++ = {
+            bottomX, height_ - bottomY, a, -h, x * perFeather_, y * perFeather_, r, bottom_};
     }
 
     /// Two triangles for each of the last `count` pieces.
@@ -184,6 +191,7 @@ private:
     float height_;
     float pixel_;
     Shape shape_{};
+    float perFeather_ = 1;
     std::array<quint8, 4> top_{};
     std::array<quint8, 4> bottom_{};
     quint32 first_ = 0;
