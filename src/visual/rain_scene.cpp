@@ -171,13 +171,19 @@ void RainScene::write()
         .y = top - 50,
         .size = 11,
         .colour = colours::green.faded(0.5)});
-    add({.text = link_->chord, .x = left, .y = top - 96, .size = 38, .colour = colours::soft});
+    add({.text = link_->chord,
+        .x = left,
+        .y = top - 96,
+        .size = 38,
+        .backed = true,
+        .colour = colours::soft});
     if (link_->rolling) {
         add({.text = u"NOW PLAYING  ·  "_s + link_->rollName->toUpper(),
             .x = left,
             .y = top - 124,
             .size = 13,
             .width = stage_.width - 2 * left,
+            .backed = true,
             .colour = colours::soft});
     }
     if (link_->speaking) {
@@ -189,6 +195,7 @@ void RainScene::write()
             .centred = true,
             .width = std::min(stage_.width * 0.5, 620.0),
             .lines = 2,
+            .backed = true,
             .colour = colours::soft});
     }
     const QString notice = link_->paused ? u"PAUSED  ·  RETURN OR KEY 6 TO CARRY ON"_s
@@ -200,6 +207,7 @@ void RainScene::write()
         .size = 22,
         .centred = true,
         .width = stage_.width - 2 * left,
+        .backed = true,
         .colour = colours::soft});
 }
 
