@@ -96,7 +96,7 @@ void RainScene::burst(int pitch, int count, double speed, double now)
         .seed = ~notes_});
 }
 
-void RainScene::update(double now)
+void RainScene::update(double now, double driftTime)
 {
     const double dt = now - std::exchange(last_, now);
     bars_.advance(now, std::clamp(dt, 0.0, longestStep) * Stage::speed, stage_);
@@ -110,14 +110,14 @@ void RainScene::update(double now)
     labels_.clear();
     if (!stage_.isUsable())
         return;
-    draw(now);
+    draw(now, driftTime);
     if (link_)
         write();
 }
 
-void RainScene::draw(double now)
+void RainScene::draw(double now, double driftTime)
 {
-    drawGrid(now);
+    drawGrid(driftTime);
     falling_.drawGlows(sprites_);
     bars_.drawGlows(sprites_, stage_);
     falling_.drawBars(sprites_);
@@ -131,7 +131,7 @@ void RainScene::draw(double now)
         progressHeight, colours::green));
 }
 
-void RainScene::drawGrid(double now)
+void RainScene::drawGrid(double driftTime)
 {
     for (int i = 0; i < keyboard::whiteCount; ++i) {
         if (keyboard::pitchClass(keyboard::whites[static_cast<std::size_t>(i)]) == 0) {
@@ -139,7 +139,7 @@ void RainScene::drawGrid(double now)
                 stage_.height - stage_.floor(), colours::green.faded(0.09)));
         }
     }
-    const double drift = std::fmod(now, gridPeriod) / gridPeriod * gridSpacing;
+    const double drift = std::fmod(driftTime, gridPeriod) / gridPeriod * gridSpacing;
     for (double y = 0; y < stage_.height + gridSpacing; y += gridSpacing) {
         sprites_.push_back(
             box(0, stage_.floor() + y + drift - 0.5, stage_.width, 1, colours::green.faded(0.05)));

@@ -299,6 +299,8 @@ void DrawingsTest::aStillDisplayDrawsNothing_data()
     QTest::newRow("ring, the engine's note") << u"Core"_s << spoken << "out 60 90"_ba;
     QTest::newRow("ring, a mode") << u"Core"_s << spoken << "mode teach"_ba;
     QTest::newRow("ring, speech") << u"Core"_s << spoken << "say Good night."_ba;
+    QTest::newRow("falling notes, a key") << u"Visualiser"_s << played << "on 60 90"_ba;
+    QTest::newRow("falling notes, a roll") << u"Visualiser"_s << played << "rollnew A"_ba;
     QTest::newRow("caption") << u"Caption"_s << spoken << "say Good night."_ba;
 }
 
@@ -321,7 +323,7 @@ void DrawingsTest::aStillDisplayDrawsNothing()
     QTest::qWait(700); // whatever looks twice a second has looked
     QCOMPARE(frames.count(), 0);
     stand.fixture->handle(waking);
-    QTRY_VERIFY_WITH_TIMEOUT(frames.count() > 0, 300);
+    QTRY_VERIFY_WITH_TIMEOUT(frames.count() > 0, 450);
 }
 
 void DrawingsTest::theStageIsTakenAndGivenBack()
