@@ -14,7 +14,7 @@ namespace kelo {
 
 namespace {
 
-constexpr double pi = std::numbers::pi;
+using std::numbers::pi;
 
 constexpr double shortestStep = 0.001; // seconds
 constexpr double longestStep = 0.05; // the springs stay stable up to here
@@ -48,8 +48,6 @@ constexpr double modeBelow = 2;
 constexpr double modeSize = 15;
 constexpr double subBelow = 20;
 constexpr double subSize = 8.5;
-constexpr double letterWidth = 0.602; // of the face
-constexpr double capHeight = 0.73;
 constexpr double heartRim = 0.258 * 0.94; // within the heart's rim, of the ring's radius
 
 /// How much smaller the words must be to fit into a circle of `room` points; 1 at most.

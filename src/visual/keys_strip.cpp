@@ -19,9 +19,8 @@ constexpr double labelMiddle = 72;
 constexpr double rippleSpeed = 46; // points a second, both growing and leaving
 constexpr double rippleWidth = 0.56; // of a key, the same for black and white ones
 constexpr double rippleCorner = 2;
-constexpr double glowRadius = 6; // of the blur around a held key
+constexpr double haloRadius = 6; // of the blur around a held key
 constexpr double labelSize = 8.5;
-constexpr double capHeight = 0.73; // of the face, to centre a label on its middle
 
 /// Draws a strip whose places are counted downwards.
 class Painter {
@@ -65,7 +64,7 @@ public:
         const auto held = link_.down.constFind(pitch);
         const bool isHeld = held != link_.down.cend();
         if (isHeld) {
-            const double reach = 2 * glowRadius;
+            const double reach = 2 * haloRadius;
             Sprite halo = fill(
                 left - reach / 2, keysTop - reach / 2, wide + reach, tall + reach, colours::green);
             halo.radius = halo.feather = static_cast<float>(reach);

@@ -11,7 +11,7 @@ constexpr double lively = 2; // after which nothing is left that answers an even
 constexpr double lingering = 5; // in which nothing happens before the motion slows down
 constexpr double slowing = 2;
 constexpr double waking = 0.5;
-constexpr double longestStep = 0.1; // while the pace changes
+constexpr double longestPaceStep = 0.1; // while the pace changes
 
 } // namespace
 
@@ -35,7 +35,7 @@ void MotionTime::advance(double now)
         return;
     }
     // However long it rested, it begins where it stopped.
-    const double step = rested ? 0 : std::clamp(gap, 0.0, longestStep);
+    const double step = rested ? 0 : std::clamp(gap, 0.0, longestPaceStep);
     const double paceBefore = pace();
     part_ = std::clamp(part_ + step / (awake_ ? waking : -slowing), 0.0, 1.0);
     now_ += step * (paceBefore + pace()) / 2;

@@ -17,7 +17,7 @@ namespace {
 constexpr qsizetype opacityOffset = 64; // bytes, in the shader's uniforms
 constexpr qsizetype numbersOffset = 80;
 
-struct Vertex {
+struct PictureVertex {
     float x, y;
     float u, v;
 };
@@ -85,7 +85,7 @@ void PictureNode::cover(std::span<const Corner> corners)
     const int count = static_cast<int>(corners.size());
     if (count != geometry()->vertexCount())
         geometry()->allocate(count);
-    auto *vertex = static_cast<Vertex *>(geometry()->vertexData());
+    auto *vertex = static_cast<PictureVertex *>(geometry()->vertexData());
     for (const auto &[place, spot] : corners) {
         *vertex++ = {static_cast<float>(place.x()), static_cast<float>(place.y()),
             static_cast<float>(spot.x()), static_cast<float>(spot.y())};

@@ -12,14 +12,14 @@ namespace kelo {
 
 namespace {
 
-constexpr double longestStep = 0.05; // seconds; after a stall nothing leaps
+constexpr double longestFrame = 0.05; // seconds; after a stall nothing leaps
 constexpr double burstRate = 900; // sparks a second
 constexpr std::size_t mostBursts = 128; // only a flood of notes reaches it
 
 constexpr double gridSpacing = 80; // points
 constexpr double gridPeriod = 1.6; // seconds in which the grid drifts up by one space
 
-constexpr double margin = 26; // points from the left edge to what is written there
+constexpr double leftMargin = 26; // points from the left edge to what is written there
 constexpr double progressHeight = 3;
 
 } // namespace
@@ -99,7 +99,7 @@ void RainScene::burst(int pitch, int count, double speed, double now)
 void RainScene::update(double now, double driftTime)
 {
     const double dt = now - std::exchange(last_, now);
-    bars_.advance(now, std::clamp(dt, 0.0, longestStep) * Stage::speed, stage_);
+    bars_.advance(now, std::clamp(dt, 0.0, longestFrame) * Stage::speed, stage_);
     if (link_ && link_->rollZero && stage_.isUsable()) {
         const double elapsed = now - *link_->rollZero;
         falling_.advance(link_->roll, elapsed, stage_);
@@ -148,7 +148,7 @@ void RainScene::drawGrid(double driftTime)
 
 void RainScene::write()
 {
-    const double left = margin;
+    const double left = leftMargin;
     const double top = stage_.height;
     const double middle = stage_.width / 2;
     const auto add = [this](Label label) {

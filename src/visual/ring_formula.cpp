@@ -11,7 +11,7 @@ namespace kelo {
 
 namespace {
 
-constexpr double pi = std::numbers::pi;
+using std::numbers::pi;
 
 double bell(double distance, double width)
 {

@@ -13,7 +13,7 @@ namespace kelo {
 
 namespace {
 
-constexpr double pi = std::numbers::pi;
+using std::numbers::pi;
 
 // Radii, where 1 is the edge of the ring's square. Between the heart's rim and the light of the
 // innermost wave there is nothing; all of the waves' light dies away within its reach of the
@@ -26,9 +26,10 @@ constexpr double waveLevel = 0.02;
 constexpr double lightReach = 0.126;
 constexpr double reachStep = 0.02; // the mesh stays the same within one
 
-constexpr int sides = 24; // of the polygons that stand for circles; a multiple of 8, for corners
+constexpr std::size_t sides =
+    24; // of the polygons that stand for circles; a multiple of 8, for corners
 
-float f(double value)
+float single(double value)
 {
     return static_cast<float>(value);
 }
@@ -42,9 +43,9 @@ PictureNode::Corner corner(const QRectF &place, double x, double y)
 }
 
 /// A corner of the polygon that encloses the circle of radius `reach`, within the square.
-PictureNode::Corner side(const QRectF &place, int i, double reach)
+PictureNode::Corner side(const QRectF &place, std::size_t i, double reach)
 {
-    const double angle = 2 * pi * i / sides;
+    const double angle = 2 * pi * static_cast<double>(i) / sides;
     const auto inSquare = [](double value) { return std::clamp(value, -1.0, 1.0); };
     return corner(place, inSquare(reach * std::cos(angle)), inSquare(reach * std::sin(angle)));
 }
@@ -61,8 +62,8 @@ double reachOf(const RingLook &look)
 
 void appendPhase(std::vector<float> &numbers, double phase)
 {
-    numbers.push_back(f(std::cos(phase)));
-    numbers.push_back(f(std::sin(phase)));
+    numbers.push_back(single(std::cos(phase)));
+    numbers.push_back(single(std::sin(phase)));
 }
 
 } // namespace
@@ -91,24 +92,23 @@ void RingNode::showWaves(const QRectF &place, const RingLook &look)
     if (place != ringPlace_ || reach != reach_) {
         reach_ = reach;
         std::array<PictureNode::Corner, 2 * (sides + 1)> strip;
-        for (int i = 0; i <= sides; ++i) {
-            const auto at = static_cast<std::size_t>(2 * i);
-            strip[at] = side(place, i, reach);
-            strip[at + 1] = side(place, i, heartReach);
+        for (std::size_t i = 0; i <= sides; ++i) {
+            strip[2 * i] = side(place, i, reach);
+            strip[2 * i + 1] = side(place, i, heartReach);
         }
         waves_->cover(strip);
     }
     std::vector<float> numbers;
     for (const double band : look.bands)
-        numbers.push_back(f(band));
+        numbers.push_back(single(band));
     for (int i = 0; i < 3; ++i) {
         appendPhase(numbers, -1.6 * look.time + 1.7 * i);
         appendPhase(numbers, 2.3 * look.time + i);
     }
     for (int i = 0; i < 3; ++i)
         appendPhase(numbers, look.time * (1.1 + 0.6 * i) + 2.1 * i);
-    numbers.push_back(f(look.level));
-    numbers.push_back(f(look.opacity));
+    numbers.push_back(single(look.level));
+    numbers.push_back(single(look.opacity));
     waves_->setNumbers(numbers);
 }
 
@@ -116,13 +116,13 @@ void RingNode::showHeart(const QRectF &place, const RingLook &look)
 {
     if (place != ringPlace_) {
         std::array<PictureNode::Corner, sides> strip; // to and fro across the polygon
-        for (int i = 0; i < sides; ++i) {
-            const int corner = i % 2 == 0 ? (sides - i / 2) % sides : (i + 1) / 2;
-            strip[static_cast<std::size_t>(i)] = side(place, corner, heartReach);
+        for (std::size_t i = 0; i < sides; ++i) {
+            const std::size_t corner = i % 2 == 0 ? (sides - i / 2) % sides : (i + 1) / 2;
+            strip[i] = side(place, corner, heartReach);
         }
         heart_->cover(strip);
     }
-    heart_->setNumbers(std::array{f(look.level), f(look.opacity)});
+    heart_->setNumbers(std::array{single(look.level), single(look.opacity)});
 }
 
 void RingNode::showScope(const QRectF &place, const RingLook &look)
@@ -135,7 +135,7 @@ void RingNode::showScope(const QRectF &place, const RingLook &look)
             {place.bottomRight(), {1, 0}},
         }});
     }
-    scope_->setNumbers(std::array{f(look.amplitude), f(look.time)});
+    scope_->setNumbers(std::array{single(look.amplitude), single(look.time)});
 }
 
 } // namespace kelo

@@ -16,7 +16,7 @@ namespace {
 
 constexpr float bentStep = 0.06F; // radians a bent sprite turns from one joint to the next
 
-struct Vertex {
+struct SpriteVertex {
     float x, y; // in the item, y down
     // In feathers, along the sprite's own axes: its place from the sprite's middle, where the
     // corners' circles have theirs, and their radius.
@@ -25,7 +25,7 @@ struct Vertex {
     std::array<quint8, 4> light;
 };
 
-const QSGGeometry::AttributeSet &attributes()
+const QSGGeometry::AttributeSet &spriteAttributes()
 {
     using A = QSGGeometry::Attribute;
     static const std::array<A, 4> list{
@@ -35,7 +35,7 @@ const QSGGeometry::AttributeSet &attributes()
         A::createWithAttributeType(
             3, 4, QSGGeometry::UnsignedByteType, QSGGeometry::ColorAttribute)};
     static const QSGGeometry::AttributeSet set{
-        static_cast<int>(list.size()), sizeof(Vertex), list.data()};
+        static_cast<int>(list.size()), sizeof(SpriteVertex), list.data()};
     return set;
 }
 
@@ -81,7 +81,7 @@ public:
 std::array<quint8, 4> packed(const Colour &colour, bool additive)
 {
     const float alpha = std::clamp(colour.alpha, 0.0F, 1.0F);
-    const auto byte = [](float value) { return static_cast<quint8>(value * 255.0F + 0.5F); };
+    const auto byte = [](float value) { return static_cast<quint8>(std::lround(value * 255.0F)); };
     return {byte(colour.red * alpha), byte(colour.green * alpha), byte(colour.blue * alpha),
         additive ? quint8(0) : byte(alpha)};
 }
@@ -104,7 +104,7 @@ std::size_t pieces(const Sprite &sprite)
 class Writer {
 public:
     Writer(QSGGeometry &geometry, double height, double pixels)
-        : vertex_(static_cast<Vertex *>(geometry.vertexData()))
+        : vertex_(static_cast<SpriteVertex *>(geometry.vertexData()))
         , index_(geometry.indexDataAsUInt())
         , height_(static_cast<float>(height))
         , pixel_(static_cast<float>(1 / pixels))
@@ -180,13 +180,13 @@ private:
     void connect(std::size_t count)
     {
         for (std::size_t i = 0; i < count; ++i, first_ += 2) {
-            for (const quint32 corner : {0, 1, 2, 2, 1, 3})
+            for (const quint32 corner : {0U, 1U, 2U, 2U, 1U, 3U})
                 *index_++ = first_ + corner;
         }
         first_ += 2;
     }
 
-    Vertex *vertex_;
+    SpriteVertex *vertex_;
     quint32 *index_;
     float height_;
     float pixel_;
@@ -201,7 +201,7 @@ private:
 
 SpriteNode::SpriteNode()
 {
-    auto *geometry = new QSGGeometry(attributes(), 0, 0, QSGGeometry::UnsignedIntType);
+    auto *geometry = new QSGGeometry(spriteAttributes(), 0, 0, QSGGeometry::UnsignedIntType);
     geometry->setDrawingMode(QSGGeometry::DrawTriangles);
     geometry->setVertexDataPattern(QSGGeometry::StreamPattern);
     geometry->setIndexDataPattern(QSGGeometry::StreamPattern);
