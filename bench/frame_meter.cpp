@@ -102,12 +102,13 @@ void run(double time, const std::function<void()> &tick)
 
 } // namespace
 
-FrameCost measure(QQuickWindow &window, double time, const std::function<void()> &tick)
+FrameCost measure(
+    QQuickWindow &window, double time, const std::function<void()> &tick, double settling)
 {
     Watch watch(window);
     window.show();
     window.update();
-    run(1.5, tick); // shaders, glyphs and buffers are made
+    run(settling, tick);
     if (!watch.renderer())
         return {};
     watch.clear();

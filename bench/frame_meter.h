@@ -18,8 +18,9 @@ struct FrameCost {
 };
 
 /// Lets `window` show frames for `seconds` and says what they cost. `tick` runs before each.
-[[nodiscard]] FrameCost measure(
-    QQuickWindow &window, double seconds, const std::function<void()> &tick = {});
+/// Before that it is shown for `settling` seconds, in which shaders, glyphs and buffers are made.
+[[nodiscard]] FrameCost measure(QQuickWindow &window, double seconds,
+    const std::function<void()> &tick = {}, double settling = 1.5);
 
 /// Rows of the table for what was measured.
 void print(const QString &what, const FrameCost &cost);

@@ -24,7 +24,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int starts = 7;
-constexpr auto settling = 3s;
+constexpr auto settling = 30s; // what it says first is said, and its ring rests
 constexpr auto idling = 10s;
 constexpr int patience = 20'000; // milliseconds
 

@@ -5,6 +5,7 @@
 #include "frame_meter.h"
 #include "link/link.h"
 #include "support/figures.h"
+#include "visual/frame_pacer.h"
 #include "visual/scene_item.h"
 #include "voice/voice_control.h"
 #include "welcome/welcome_questions.h"
@@ -13,6 +14,7 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickView>
+#include <QSGSimpleRectNode>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -59,6 +61,42 @@ public:
 private:
     QQuickView window_;
 };
+
+/// An item that is drawn anew each frame, with next to nothing in it.
+class Dot final : public QQuickItem {
+public:
+    Dot()
+    {
+        setFlag(ItemHasContents);
+        QObject::connect(&pacer_, &FramePacer::frame, this, &QQuickItem::update);
+        pacer_.setRate(120);
+    }
+
+protected:
+    QSGNode *updatePaintNode(QSGNode *old, UpdatePaintNodeData *) override
+    {
+        auto *node = old ? static_cast<QSGSimpleRectNode *>(old)
+                         : new QSGSimpleRectNode({0, 0, 1, 1}, Qt::white);
+        node->markDirty(QSGNode::DirtyGeometry);
+        return node;
+    }
+
+private:
+    FramePacer pacer_{*this};
+};
+
+/// What no frame can cost less than.
+void floorOfAll()
+{
+    for (const QSize size : {QSize(360, 400), QSize(1240, 160), QSize(1240, 840)}) {
+        QQuickView window;
+        window.setColor(Qt::black);
+        window.setContent(QUrl(), nullptr, new Dot);
+        window.resize(size);
+        print(u"a window of %1x%2 with one dot"_s.arg(size.width()).arg(size.height()),
+            measure(window, measured));
+    }
+}
 
 /// A roll that keeps `inView` notes of half a second above the keys, for a minute.
 void playRoll(Link &link, double inView)
@@ -133,10 +171,16 @@ void idleConsole()
     QQuickView window;
     fillWithMainView(window, {&link, &voice, &questions, &scale, nullptr, nullptr});
     window.resize(1240, 840);
-    const FrameCost cost = measure(window, measured);
-    print(u"idle console, ring at rest"_s, cost);
-    print(u"idle console: frames"_s, cost.frames / measured, u"a second"_s);
-    print(u"idle console: CPU"_s, cost.cpu, u"% of a core"_s);
+    const auto say = [&](const QString &what, double settling, double seconds) {
+        const FrameCost cost = measure(window, seconds, {}, settling);
+        print(what + u": frames"_s, cost.frames / seconds, u"a second"_s);
+        print(what + u": CPU"_s, cost.cpu, u"% of a core"_s);
+    };
+    link.rolling = true;
+    say(u"console, the ring lively"_s, 1.5, measured);
+    link.rolling = false;
+    say(u"console, the ring calm"_s, 2.2, 2); // lively after what happened, then calm, then at rest
+    say(u"idle console"_s, 5, measured);
 }
 
 } // namespace
@@ -149,6 +193,8 @@ int main(int argc, char **argv)
     const auto wants = [&](const QString &name) {
         return wanted.isEmpty() || wanted.contains(name);
     };
+    if (wants(u"floor"_s))
+        floorOfAll();
     if (wants(u"notes"_s))
         fallingNotes();
     if (wants(u"items"_s))

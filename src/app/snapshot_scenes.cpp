@@ -2,8 +2,9 @@
 
 #include "welcome/questions.h"
 
+#include <QFile>
+
 #include <algorithm>
-#include <array>
 #include <iterator>
 
 using namespace Qt::StringLiterals;
@@ -63,50 +64,32 @@ std::vector<SnapshotScene> questions()
     return scenes;
 }
 
-/// The notes of a prelude in broken chords: two low notes that are held, six high ones above them.
-QByteArray prelude()
+/// What the engine sends when it plays the Minuet in G from a MIDI file.
+QByteArrayList minuet()
 {
-    using Chord = std::array<int, 5>;
-    constexpr std::array<Chord, 8> bars{{{60, 64, 67, 72, 76}, {60, 62, 69, 74, 77},
-        {59, 62, 67, 74, 77}, {60, 64, 67, 72, 76}, {60, 64, 69, 76, 81}, {60, 62, 66, 69, 74},
-        {59, 62, 67, 74, 79}, {59, 60, 64, 67, 72}}};
-    constexpr double step = 0.2; // seconds from one note to the next
-    QByteArray notes = "rolln ";
-    const auto add = [&notes](double at, double lasts, int pitch, int velocity, int track) {
-        for (const double value : {at, lasts})
-            notes += QByteArray::number(value) + ',';
-        notes += QByteArray::number(pitch) + ',' + QByteArray::number(velocity) + ','
-            + QByteArray::number(track) + ';';
-    };
-    for (std::size_t half = 0; half < bars.size() * 2; ++half) {
-        const Chord &bar = bars[half / 2];
-        const double at = static_cast<double>(half) * 8 * step;
-        add(at, 8 * step - 0.05, bar[0] - 12, 58, 1);
-        add(at + step, 7 * step - 0.05, bar[1] - 12, 64, 1);
-        for (int i = 0; i < 6; ++i) {
-            const auto note = static_cast<std::size_t>(2 + i % 3);
-            add(at + (2 + i) * step, step * 0.9, bar[note], 70 + 8 * (i % 3), 0);
-        }
-    }
-    return notes;
+    QFile file(u":/kelo/snapshots/minuet.roll"_s);
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("no roll for the pictures");
+    return file.readAll().trimmed().split('\n');
 }
 
-/// The visualiser, `elapsed` seconds into the prelude. The engine sounds what falls due.
-SnapshotScene playing(const QString &name, double elapsed, const QByteArrayList &last = {})
+/// The visualiser, `elapsed` seconds into the minuet. The engine has sounded `notes` for a moment.
+SnapshotScene playing(const QString &name, double elapsed, const QByteArrayList &notes,
+    const QByteArrayList &last = {})
 {
     return {.name = name,
-        .steps = {{0,
-                      {"name Kelo|Ann", "buttons 108 107 105 103 101 100 98 96 95 93",
-                          "rollnew Prelude in C", prelude(), "rollstart 0 25.6"}},
-            {elapsed - 0.25, {}}},
-        .shown = {{0.05, {"out 48 58", "out 52 64"}}, {0.15, {"out 67 90"}}, {0.05, last}, {0, {}}},
+        .steps = {{0, {"name Kelo|Ann", "buttons 108 107 105 103 101 100 98 96 95 93"}},
+            {0, minuet()}, {elapsed - 0.2, {}}},
+        .shown = {{0.08, notes}, {0.12, last}, {0, {}}},
         .sizes = pictureSizes};
 }
 
 SnapshotScene flash(const QString &name, const QByteArray &line)
 {
-    return {
-        .name = name, .steps = followedBy(evening("teach"), {1, {line}}), .shown = {{0.05, {}}}};
+    return {.name = name,
+        .steps = followedBy(evening("teach"), {1, {line}}),
+        .shown = {{0.05, {}}},
+        .sizes = pictureSizes};
 }
 
 /// The middle of a sentence, at a word of its second line.
@@ -132,10 +115,14 @@ std::vector<SnapshotScene> snapshotScenes()
             .steps = {{0, {"name Kelo|Ann", "window visual 1"}}},
             .shown = {{1, {}}},
             .sizes = pictureSizes},
-        playing(u"visualiser-early"_s, 3.45),
-        playing(u"visualiser-late"_s, 16.05, {"say Now the left hand alone, and a little softer."}),
-        playing(u"visualiser-paused"_s, 8.05, {"paused 1"}),
-        {.name = u"visualiser-offline"_s, .steps = {{0, {"window visual 1"}}}, .offline = true},
+        playing(u"visualiser-early"_s, 10.3, {"out 59 62", "out 67 80"}),
+        playing(u"visualiser-late"_s, 30.66, {"out 57 70", "out 73 88"},
+            {"say Now the left hand alone, and a little softer."}),
+        playing(u"visualiser-paused"_s, 10.3, {}, {"paused 1"}),
+        {.name = u"visualiser-offline"_s,
+            .steps = {{0, {"window visual 1"}}},
+            .offline = true,
+            .sizes = pictureSizes},
         {.name = u"visualiser-duet"_s,
             .steps = {{0, {"buttons 108 107 105 103 101 100 98 96 95 93", "window visual 1"}}},
             .shown = {{0.1, {"on 48 96", "out 60 80"}}, {0.2, {"on 60 110", "on 64 70"}},
@@ -151,30 +138,38 @@ std::vector<SnapshotScene> snapshotScenes()
         speaking(u"caption-large"_s, true),
         {.name = u"caption-fading"_s,
             .steps = evening("idle"),
-            .shown = {{1, {"say Good evening, Ann."}}, {1, {"done"}}, {2.8, {}}}},
+            .shown = {{1, {"say Good evening, Ann."}}, {1, {"done"}}, {2.8, {}}},
+            .sizes = pictureSizes},
         flash(u"flash-beat"_s, "beat 0"),
         flash(u"flash-good"_s, "flash good"),
         flash(u"flash-wrong"_s, "flash wrong"),
-        {.name = u"console"_s, .steps = evening("idle")},
-        {.name = u"console-compose"_s, .steps = evening("compose")},
-        {.name = u"console-teach"_s, .steps = evening("teach")},
+        {.name = u"console"_s, .steps = evening("idle"), .shown = {{5, {}}}, .sizes = pictureSizes},
+        {.name = u"console-compose"_s, .steps = evening("compose"), .shown = {{1, {}}}},
+        {.name = u"console-teach"_s, .steps = evening("teach"), .shown = {{1, {}}}},
         {.name = u"console-jazz"_s,
             .steps = followedBy(evening("jazz"),
                 {1,
                     {"jazz Swing feel|Shell voicings|The two five one|A walking bass|"
-                     "Blues in F|Rootless chords"}})},
-        {.name = u"console-offline"_s, .steps = evening("idle"), .offline = true},
+                     "Blues in F|Rootless chords"}}),
+            .shown = {{1, {}}}},
+        {.name = u"console-offline"_s,
+            .steps = evening("idle"),
+            .shown = {{5, {}}},
+            .offline = true,
+            .sizes = pictureSizes},
         {.name = u"console-update"_s,
             .steps = followedBy(evening("idle"),
                 {1,
                     {"update 3.2|A new lesson on pedalling, quieter drums, and names are heard "
-                     "better in a noisy room."}})},
+                     "better in a noisy room."}}),
+            .shown = {{1, {}}}},
     };
     for (const double scale : {0.75, 1.5, 2.5})
-        scenes.push_back(magnified({.name = u"console"_s, .steps = evening("idle")}, scale));
+        scenes.push_back(
+            magnified({.name = u"console"_s, .steps = evening("idle"), .shown = {{5, {}}}}, scale));
     scenes.push_back(magnified(speaking(u"caption"_s, true), 2.5));
     scenes.push_back(
-        magnified(playing(u"visualiser"_s, 16.05, {"say Now the left hand alone."}), 2.5));
+        magnified(playing(u"visualiser"_s, 10.3, {"say Now the left hand alone."}), 2.5));
     std::ranges::move(questions(), std::back_inserter(scenes));
     return scenes;
 }

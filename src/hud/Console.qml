@@ -99,7 +99,9 @@ Scroller {
                 Loader {
                     id: coreSlot
 
-                    readonly property real side: Math.min(centre.width, centre.height * 0.56, 560)
+                    // All but what the last few lines of the conversation need.
+                    readonly property real most: Math.max(centre.height * 0.56, centre.height - console_.gap - 128)
+                    readonly property real side: Math.min(centre.width, most, Math.max(560, centre.height * 0.66))
                     readonly property bool fits: active && side >= 140 && !console_.stacked
 
                     anchors.horizontalCenter: parent.horizontalCenter

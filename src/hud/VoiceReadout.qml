@@ -41,7 +41,7 @@ Item {
         }
 
         Rectangle {
-            width: parent.width * meter.share
+            width: Math.round(parent.width * meter.share) // noise that cannot be seen draws no frame
             height: parent.height
             radius: 2
             color: Hud.green

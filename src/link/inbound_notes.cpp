@@ -4,6 +4,8 @@
 #include "link/parse.h"
 #include "link/shell.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
 
 namespace kelo {
@@ -53,6 +55,7 @@ void Inbound::on(QByteArrayView rest, double now)
     const auto event = NoteEvent::read(rest);
     if (!event)
         return;
+    const auto told = qScopeGuard([this] { Q_EMIT link_.keysChanged(); });
     if (link_.scene)
         link_.scene->note(event->pitch, event->strength(), true);
     if (event->released()) {
@@ -78,6 +81,7 @@ void Inbound::out(QByteArrayView rest, double now)
     const auto event = NoteEvent::read(rest);
     if (!event)
         return;
+    const auto told = qScopeGuard([this] { Q_EMIT link_.keysChanged(); });
     if (link_.scene)
         link_.scene->note(event->pitch, event->strength(), false);
     if (event->released()) {

@@ -259,6 +259,8 @@ Q_SIGNALS:
 
     /// `buttons` was replaced. Not a published field, but the display lists it.
     void buttonsChanged();
+    /// A key of the player or a note of the engine went down or up.
+    void keysChanged();
 
 private:
     friend class Inbound;

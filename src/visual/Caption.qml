@@ -23,6 +23,9 @@ CaptionDrawing {
 
         anchors.fill: parent
         visible: caption.shown
+        // So little that it is not drawn at all until it has a selection to show, yet not hidden
+        // from screen readers.
+        opacity: selectionStart === selectionEnd ? 0.0005 : 1
         text: caption.text
         textFormat: TextEdit.PlainText
         font: caption.font

@@ -32,6 +32,16 @@ Item {
             wrapMode: several ? Text.WordWrap : Text.NoWrap
             elide: modelData.width > 0 ? Text.ElideRight : Text.ElideNone
             maximumLineCount: modelData.lines
+
+            Rectangle {
+                anchors.centerIn: parent
+                z: -1
+                width: parent.contentWidth + 24
+                height: parent.contentHeight + 12
+                radius: 6
+                visible: parent.modelData.backed
+                color: "#c0020604"
+            }
         }
     }
 }

@@ -8,6 +8,8 @@
 #include <QQuickWindow>
 #include <QSGTexture>
 
+#include <cmath>
+
 namespace kelo {
 
 namespace {
@@ -76,8 +78,16 @@ const SpriteList &CaptionDrawing::sprites() const
     return none;
 }
 
+CaptionDrawing::Look CaptionDrawing::look() const
+{
+    constexpr double positionSteps = 256; // a unit
+    return {line_, leaving_, scene_.arrival().opacity,
+        std::lround(scene_.position() * positionSteps), scene_.opacity(), scene_.glow(), contrast_};
+}
+
 bool CaptionDrawing::advance(Link &link, double now)
 {
+    const Look before = look();
     const bool wasShown = isShown();
     const QString oldText = text();
     const QFont oldFont = font_;
@@ -97,7 +107,7 @@ bool CaptionDrawing::advance(Link &link, double now)
     leaving_ = write(scene_.leaving(), line_ && line_->line == scene_.leaving() ? line_ : leaving_);
     line_ = write(scene_.line(), line_);
     setMark(link.speaking ? markAt(scene_.position()) : QRectF());
-    return true;
+    return look() != before;
 }
 
 void CaptionDrawing::setMark(QRectF mark)
@@ -179,8 +189,8 @@ void CaptionDrawing::paint(QPainter &painter) const
     for (int y = 0; y < coloured.height(); ++y) {
         const uchar *from = raster.picture.constScanLine(y);
         auto *to = reinterpret_cast<QRgb *>(coloured.scanLine(y));
-        for (int x = 0; x < coloured.width(); ++x)
-            to[x] = qRgba(from[4 * x], from[4 * x], from[4 * x], from[4 * x]);
+        for (int x = 0; x < coloured.width(); ++x, from += 4)
+            *to++ = qRgba(*from, *from, *from, *from);
     }
     QPainter tint(&coloured);
     tint.setCompositionMode(QPainter::CompositionMode_SourceIn);

@@ -59,6 +59,20 @@ private:
     };
     using Picture = std::shared_ptr<const Written>;
 
+    /// All that its drawing depends on.
+    struct Look {
+        Picture line;
+        Picture leaving;
+        double arrived = 0; // part of the way from one to the other
+        long position = 0; // of the voice, in steps too small to be seen
+        double opacity = 0;
+        double glow = 0;
+        bool contrast = false;
+
+        friend bool operator==(const Look &, const Look &) = default;
+    };
+    [[nodiscard]] Look look() const;
+
     [[nodiscard]] Picture write(const CaptionLine &line, const Picture &old) const;
     [[nodiscard]] QPointF origin(const Written &written, CaptionScene::Motion motion) const;
     [[nodiscard]] Colour colourAt(const Written &written, qsizetype unit) const;

@@ -5,6 +5,7 @@
 #include <QSGTexture>
 
 #include <array>
+#include <cmath>
 #include <cstring>
 
 using namespace Qt::StringLiterals;
@@ -112,7 +113,7 @@ void CaptionNode::show(const CaptionRaster &raster, QPointF origin,
     geometry()->allocate(static_cast<int>(count * 4), static_cast<int>(count * 6));
     auto *vertex = static_cast<Vertex *>(geometry()->vertexData());
     auto *index = geometry()->indexDataAsUShort();
-    const auto byte = [](double value) { return static_cast<quint8>(value * 255 + 0.5); };
+    const auto byte = [](double value) { return static_cast<quint8>(std::lround(value * 255)); };
     for (std::size_t i = 0; i < count; ++i) {
         const auto &[unit, place] = raster.cells[i];
         const Colour lit = colour(unit);

@@ -11,7 +11,7 @@ namespace kelo {
 namespace {
 
 constexpr double tail = 9; // units over which the light dies away behind the voice
-constexpr double lead = 2.2; // units over which it grows before it
+constexpr double leadUnits = 2.2; // units over which it grows before it
 
 constexpr double stay = 2.0; // seconds
 constexpr double fading = 1.6;
@@ -38,7 +38,7 @@ Colour captionColour(double ahead, bool contrast)
     const Colour spoken = contrast ? Colour{0.93F, 1, 0.95F} : Colour{0.55F, 1, 0.78F};
     const Colour unspoken = contrast ? Colour{0.55F, 0.72F, 0.62F} : Colour{0.16F, 0.46F, 0.3F};
     return ahead >= 0 ? mixed(spoken, white, std::clamp(1 - ahead / tail, 0.0, 1.0))
-                      : mixed(unspoken, white, std::clamp(1 + ahead / lead, 0.0, 1.0));
+                      : mixed(unspoken, white, std::clamp(1 + ahead / leadUnits, 0.0, 1.0));
 }
 
 double captionOpacity(double silence)

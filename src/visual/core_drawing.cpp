@@ -1,6 +1,9 @@
 #include "visual/core_drawing.h"
 
 #include "visual/ring_formula.h"
+#include "visual/ring_node.h"
+#include "visual/sprite_node.h"
+#include "visual/sprite_painter.h"
 
 #include <QPainter>
 
@@ -9,52 +12,105 @@ namespace kelo {
 namespace {
 
 constexpr double fullRate = 120; // frames a second
+constexpr double calmRate = 30; // while it only breathes
 constexpr double softwareRate = 12; // where each pixel costs our own time
 
 } // namespace
 
-QMatrix4x4 CoreDrawing::bands() const
-{
-    QMatrix4x4 matrix;
-    for (int i = 0; i < voiceBandCount; ++i)
-        matrix(i % 4, i / 4) = static_cast<float>(scene_.bands()[static_cast<std::size_t>(i)]);
-    return matrix;
-}
+/// The dial, what turns on it, and the ring over both.
+class CoreDrawing::Node final : public QSGNode {
+public:
+    Node()
+    {
+        appendChildNode(dial_);
+        appendChildNode(arcs_);
+        appendChildNode(ring_);
+    }
+
+    void show(const CoreScene &scene, QSizeF size, double pixels)
+    {
+        if (size != size_ || pixels != pixels_)
+            dial_->show(scene.dial(), size.height(), pixels);
+        size_ = size;
+        pixels_ = pixels;
+        arcs_->show(scene.sprites(), size.height(), pixels);
+        ring_->show(scene.ringPlace(), scene.scopePlace(), scene.look());
+    }
+
+private:
+    SpriteNode *dial_ = new SpriteNode;
+    SpriteNode *arcs_ = new SpriteNode;
+    RingNode *ring_ = new RingNode;
+    QSizeF size_;
+    double pixels_ = 0;
+};
 
 void CoreDrawing::geometryChange(const QRectF &now, const QRectF &before)
 {
     scene_.resize(now.width(), now.height());
-    Q_EMIT placed();
     SceneItem::geometryChange(now, before);
+}
+
+void CoreDrawing::linkSet(Link *link)
+{
+    if (!link)
+        return;
+    for (const auto changed :
+        {&Link::stateChanged, &Link::modeChanged, &Link::pausedChanged, &Link::speakingChanged,
+            &Link::rollingChanged, &Link::keysChanged, &Link::contrastChanged})
+        connect(link, changed, this, &CoreDrawing::disturb);
+    disturb();
+}
+
+void CoreDrawing::disturb()
+{
+    if (link())
+        motion_.disturb(link()->uptime());
+    wake();
 }
 
 bool CoreDrawing::advance(Link &link, double now)
 {
-    scene_.update(link, now);
-    Q_EMIT advanced();
+    if (link.speaking || link.rolling)
+        motion_.disturb(now);
+    motion_.advance(now);
+    scene_.update(link, now, {motion_.now(), motion_.pace()});
     return true;
 }
 
 double CoreDrawing::rate() const
 {
-    if (!isActive())
+    if (!isActive() || motion_.isAtRest())
         return 0;
-    return drawsInSoftware() ? softwareRate : fullRate;
+    return drawsInSoftware() ? softwareRate : motion_.isLively() ? fullRate : calmRate;
+}
+
+QSGNode *CoreDrawing::updatePaintNode(QSGNode *old, UpdatePaintNodeData *data)
+{
+    if (drawsInSoftware())
+        return SceneItem::updatePaintNode(old, data);
+    if (sprites().empty()) {
+        delete old;
+        return nullptr;
+    }
+    auto *node = old ? static_cast<Node *>(old) : new Node;
+    node->show(scene_, size(), pixelsPerPoint());
+    return node;
 }
 
 void CoreDrawing::paint(QPainter &painter) const
 {
+    paintSprites(painter, scene_.dial(), height());
     SceneItem::paint(painter);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    const QRectF ring = ringPlace();
+    const RingLook look = scene_.look();
+    const QRectF ring = scene_.ringPlace();
     // A quarter of the pixels keeps the ring's shape; the painter smooths it.
-    painter.setOpacity(ringOpacity());
-    painter.drawImage(ring,
-        ringPicture((ring.size() / 2).toSize(), scene_.bands(), scene_.level(), scene_.flowTime()));
+    painter.setOpacity(look.opacity);
+    painter.drawImage(ring, ringPicture((ring.size() / 2).toSize(), look));
     painter.setOpacity(1);
-    const QRectF scope = scopePlace();
-    painter.drawImage(
-        scope, scopePicture(scope.size().toSize(), scene_.amplitude(), scene_.flowTime()));
+    const QRectF scope = scene_.scopePlace();
+    painter.drawImage(scope, scopePicture(scope.size().toSize(), look));
 }
 
 } // namespace kelo

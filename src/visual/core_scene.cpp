@@ -14,7 +14,7 @@ namespace kelo {
 
 namespace {
 
-constexpr double pi = std::numbers::pi;
+using std::numbers::pi;
 
 constexpr double shortestStep = 0.001; // seconds
 constexpr double longestStep = 0.05; // the springs stay stable up to here
@@ -43,6 +43,24 @@ constexpr double tickOuter = 0.975; // radii
 constexpr double tickInner = 0.955;
 constexpr double longTickInner = 0.925; // every sixth
 
+// The words in the middle, in points from it and in points of their face.
+constexpr double modeBelow = 2;
+constexpr double modeSize = 15;
+constexpr double subBelow = 20;
+constexpr double subSize = 8.5;
+constexpr double heartRim = 0.258 * 0.94; // within the heart's rim, of the ring's radius
+
+/// How much smaller the words must be to fit into a circle of `room` points; 1 at most.
+double wordScale(const QString &mode, const QString &sub, double room)
+{
+    const auto corner = [](const QString &word, double size, double height) {
+        return std::hypot(static_cast<double>(word.size()) * letterWidth * size / 2, height);
+    };
+    const double modeCorner = corner(mode, modeSize, modeSize * capHeight - modeBelow);
+    const double subCorner = corner(sub, subSize, subBelow);
+    return std::min(1.0, room / std::max(modeCorner, sub.isEmpty() ? 0 : subCorner));
+}
+
 struct Arc {
     double radius; // of the ring's
     double speed; // radians a second at rest, about
@@ -65,6 +83,9 @@ void CoreScene::resize(double width, double height)
 {
     width_ = width;
     height_ = height;
+    dial_.clear();
+    if (isUsable())
+        drawDial();
 }
 
 double CoreScene::radius() const
@@ -93,32 +114,32 @@ QRectF CoreScene::scopePlace() const
     return {centreX() - width / 2, height_ - scopeHeight, width, scopeHeight};
 }
 
-void CoreScene::update(Link &link, double now)
+void CoreScene::update(Link &link, double now, const Motion &motion)
 {
     const double step = std::clamp(now - std::exchange(last_, now), shortestStep, longestStep);
     offline_ = link.state == u"OFFLINE"_s;
-    flowTime_ = std::fmod(now, flowPeriod);
+    flowTime_ = std::fmod(motion.time, flowPeriod);
 
-    spring(targets(link, now), step);
+    spring(targets(link, now, motion.time), step);
     const double mean = std::accumulate(values_.begin(), values_.end(), 0.0) / voiceBandCount;
     const double loudness = std::min(mean * 1.7, 1.0);
     level_ += std::min(step * levelRate, 1.0) * (loudness - level_);
     link.level = level_;
 
+    // The arcs always drift, and faster the louder the voice is.
+    const double turn = step * motion.pace * (level_ * 2.2 + 0.9);
     for (std::size_t i = 0; i < arcs.size(); ++i) {
-        // The arcs always drift, and faster the louder the voice is.
-        turned_[i] =
-            std::remainder(turned_[i] + step * arcs[i].speed * (level_ * 2.2 + 0.9), 2 * pi);
+        turned_[i] = std::remainder(turned_[i] + turn * arcs[i].speed, 2 * pi);
     }
     sprites_.clear();
     labels_.clear();
     if (!isUsable())
         return;
-    draw();
+    drawArcs();
     write(link);
 }
 
-VoiceFrame CoreScene::targets(const Link &link, double now) const
+VoiceFrame CoreScene::targets(const Link &link, double now, double motionTime) const
 {
     VoiceFrame target{};
     if (const auto bands = link.voiceBands(now)) {
@@ -133,7 +154,7 @@ VoiceFrame CoreScene::targets(const Link &link, double now) const
     } else if (!offline_) {
         // A slow breath.
         for (std::size_t i = 0; i < target.size(); ++i)
-            target[i] = std::sin(now * 1.1 + static_cast<double>(i) * 0.55) * 0.035 + 0.05;
+            target[i] = std::sin(motionTime * 1.1 + static_cast<double>(i) * 0.55) * 0.035 + 0.05;
     }
     const qsizetype oldest = std::max<qsizetype>(link.ripples.size() - newestRipples, 0);
     for (qsizetype r = oldest; r < link.ripples.size(); ++r) {
@@ -163,20 +184,27 @@ void CoreScene::spring(const VoiceFrame &targets, double step)
     }
 }
 
-void CoreScene::draw()
+void CoreScene::drawDial()
 {
     const double r = radius();
     const double x = centreX();
     const double y = centreY();
-    sprites_.push_back(arc(x, y, r, 0, 2 * pi, 1, colours::green.faded(0.18)));
+    dial_.push_back(arc(x, y, r, 0, 2 * pi, 1, colours::green.faded(0.18)));
     for (int i = 0; i < ticks; ++i) {
         const double angle = 2 * pi * i / ticks;
         const double inner = r * (i % 6 == 0 ? longTickInner : tickInner);
         const double outer = r * tickOuter;
-        sprites_.push_back(line(x + inner * std::cos(angle), y + inner * std::sin(angle),
+        dial_.push_back(line(x + inner * std::cos(angle), y + inner * std::sin(angle),
             x + outer * std::cos(angle), y + outer * std::sin(angle), 1,
             colours::green.faded(0.35)));
     }
+}
+
+void CoreScene::drawArcs()
+{
+    const double r = radius();
+    const double x = centreX();
+    const double y = centreY();
     for (std::size_t i = 0; i < arcs.size(); ++i) {
         const Arc &row = arcs[i];
         const bool thin = row.width <= 1;
@@ -201,17 +229,18 @@ void CoreScene::write(const Link &link)
                                     : QString();
     // High contrast reaches the small words too: the shade is for those who see it well.
     const auto text = TextColours::of(link.contrast);
+    const double scale = wordScale(mode, sub, heartRim * radius());
     labels_.append({.text = mode,
         .x = centreX(),
-        .y = centreY() - 2,
-        .size = 15,
+        .y = centreY() - modeBelow * scale,
+        .size = modeSize * scale,
         .centred = true,
         .colour = text.soft});
     if (!sub.isEmpty()) {
         labels_.append({.text = sub,
             .x = centreX(),
-            .y = centreY() - 20,
-            .size = 8.5,
+            .y = centreY() - subBelow * scale,
+            .size = subSize * scale,
             .bold = false,
             .centred = true,
             .colour = link.contrast ? text.dim : colours::shade});

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/records.h"
+#include "visual/ring_formula.h"
 #include "visual/sprites.h"
 
 #include <QRectF>
@@ -17,21 +18,29 @@ public:
     /// Sets the size in points. The motion goes on across a change.
     void resize(double width, double height);
 
-    /// Brings the scene to `now`, in seconds of uptime, and tells the link the voice's level.
-    void update(Link &link, double now);
+    /// The motion that is there for its own sake.
+    struct Motion {
+        double time; ///< seconds
+        double pace = 1; ///< of the arcs: 1 is as fast as the clock
+    };
 
+    /// Brings the scene to `now`, in seconds of uptime, and tells the link the voice's level.
+    void update(Link &link, double now) { update(link, now, {now}); }
+    /// The same where motion without a reason may rest.
+    void update(Link &link, double now, const Motion &motion);
+
+    /// Circle and ticks; they change with the size alone.
+    [[nodiscard]] const SpriteList &dial() const { return dial_; }
+    /// What turns on it.
     [[nodiscard]] const SpriteList &sprites() const { return sprites_; }
     [[nodiscard]] const LabelList &labels() const { return labels_; }
 
-    /// The 16 bands as they are drawn, 0 to 1.4, lowest first.
-    [[nodiscard]] const VoiceFrame &bands() const { return values_; }
-    /// Smoothed loudness, 0 to 1.
-    [[nodiscard]] double level() const { return level_; }
-    /// Amplitude of the oscilloscope line; it never lies perfectly flat.
-    [[nodiscard]] double amplitude() const { return level_ + 0.04; }
-    [[nodiscard]] double ringOpacity() const { return offline_ ? 0.35 : 1; }
-    /// Seconds for what flows in the pictures. It starts over where all of their motions do.
-    [[nodiscard]] double flowTime() const { return flowTime_; }
+    /// How the pictures look. Bands are 0 to 1.4, the level 0 to 1; the line never lies perfectly
+    /// flat; the time starts over where all of their motions do.
+    [[nodiscard]] RingLook look() const
+    {
+        return {values_, level_, level_ + 0.04, flowTime_, offline_ ? 0.35 : 1};
+    }
 
     /// Where the pictures belong, in points, y down. Empty while the scene is too small.
     [[nodiscard]] QRectF ringPlace() const;
@@ -43,9 +52,10 @@ private:
     [[nodiscard]] double centreX() const { return width_ / 2; }
     [[nodiscard]] double centreY() const; // y up
 
-    [[nodiscard]] VoiceFrame targets(const Link &link, double now) const;
+    [[nodiscard]] VoiceFrame targets(const Link &link, double now, double motionTime) const;
     void spring(const VoiceFrame &targets, double step);
-    void draw();
+    void drawDial();
+    void drawArcs();
     void write(const Link &link);
 
     static constexpr std::size_t arcCount = 5;
@@ -60,6 +70,7 @@ private:
     double flowTime_ = 0;
     bool offline_ = false;
     std::array<double, arcCount> turned_{}; // radians beyond where each arc began
+    SpriteList dial_;
     SpriteList sprites_;
     LabelList labels_;
 };

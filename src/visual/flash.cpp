@@ -10,6 +10,8 @@ namespace kelo {
 
 namespace {
 
+constexpr double limitSpan = 1; // second, in which there are at most as many flashes as remembered
+
 constexpr Colour red{1.0F, 0.25F, 0.2F};
 
 bool isBeat(const QString &kind)
@@ -33,13 +35,16 @@ FlashLook flashLook(const QString &kind, bool firstBeat, double age)
     return {colour.faded(fade * 0.95), 14, colour.faded(fade * 0.12)};
 }
 
-bool FlashLimit::mayFill(double at)
+std::optional<double> FlashLimit::begin(const QString &kind, double at)
 {
-    if (at - fills_.front() < 1)
-        return false;
-    std::ranges::rotate(fills_, fills_.begin() + 1);
-    fills_.back() = at;
-    return true;
+    const bool oneWaits = at < begun_.back();
+    const double earliest = oneWaits ? begun_.back() : begun_.front() + limitSpan;
+    if (isBeat(kind) && at < earliest)
+        return std::nullopt;
+    if (oneWaits)
+        return earliest; // the newest answer instead of the one before it
+    std::shift_left(begun_.begin(), begun_.end(), 1);
+    return begun_.back() = std::max(at, earliest);
 }
 
 } // namespace kelo

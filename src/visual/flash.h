@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <array>
+#include <optional>
 
 namespace kelo {
 
@@ -22,15 +23,16 @@ struct FlashLook {
 /// Seconds that a flash of this kind takes to fade.
 [[nodiscard]] double flashDuration(const QString &kind);
 
-/// Keeps the window from filling with light more than three times in any second, which can bring
-/// on a seizure: a flash beyond that may only outline.
+/// Keeps the window from flashing more than three times in any second, which can bring on a
+/// seizure. Beats beyond that are left out; an answer, which says something, waits its turn.
 class FlashLimit {
 public:
-    /// Whether the flash that began at uptime `at` may fill. Ask once a flash, in order.
-    bool mayFill(double at);
+    /// When the flash of this kind that was asked for at uptime `at` begins; nothing when it is
+    /// left out. Ask once a flash, in order.
+    std::optional<double> begin(const QString &kind, double at);
 
 private:
-    std::array<double, 3> fills_{-10, -10, -10}; // uptimes of the latest fills, oldest first
+    std::array<double, 3> begun_{-10, -10, -10}; // uptimes of the latest flashes, oldest first
 };
 
 } // namespace kelo

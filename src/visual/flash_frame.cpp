@@ -10,19 +10,19 @@ void FlashFrame::linkSet(Link *link)
 
 bool FlashFrame::advance(Link &link, double now)
 {
-    const double age = now - link.flashAt;
-    flashing_ = age < flashDuration(link.flash);
-    if (!flashing_ && sprites_.empty())
-        return false;
-    sprites_.clear();
-    if (!flashing_)
-        return true;
-    FlashLook look = flashLook(link.flash, link.beat.get() == 0, age);
-    if (link.flashAt.get() != flashAt_) {
-        flashAt_ = link.flashAt;
-        mayFill_ = look.fill.alpha > 0 && limit_.mayFill(flashAt_);
+    if (link.flashAt.get() != asked_) {
+        asked_ = link.flashAt;
+        if (const auto begin = limit_.begin(link.flash, asked_))
+            flash_ = {link.flash, link.beat.get() == 0, *begin, *begin > asked_};
     }
-    if (mayFill_)
+    const double age = now - flash_.begin;
+    flashing_ = age < flashDuration(flash_.kind);
+    const bool wasLit = !sprites_.empty();
+    sprites_.clear();
+    if (!flashing_ || (flash_.waits && age < 0))
+        return wasLit;
+    const FlashLook look = flashLook(flash_.kind, flash_.firstBeat, age);
+    if (look.fill.alpha > 0)
         sprites_.push_back(box(0, 0, width(), height(), look.fill));
     outline(sprites_, 0, 0, width(), height(), look.width, look.outline);
     return true;

@@ -17,9 +17,17 @@ protected:
     [[nodiscard]] const SpriteList &sprites() const override { return sprites_; }
 
 private:
+    /// The flash that shows, or is about to.
+    struct Flash {
+        QString kind;
+        bool firstBeat = false;
+        double begin = 0; // uptime
+        bool waits = false; // for those before it
+    };
+
     FlashLimit limit_;
-    double flashAt_ = 0; // of the flash that is shown
-    bool mayFill_ = true;
+    double asked_ = 0; // uptime at which the latest flash was asked for
+    Flash flash_;
     bool flashing_ = false;
     SpriteList sprites_;
 };

@@ -7,6 +7,7 @@
 #include <QScreen>
 
 #include <cmath>
+#include <utility>
 
 namespace kelo {
 
@@ -95,7 +96,8 @@ void FramePacer::setRate(double rate)
 
 void FramePacer::apply()
 {
-    const double rate = canBeSeen() ? rate_ : 0;
+    const bool wasSeen = std::exchange(seen_, canBeSeen());
+    const double rate = seen_ ? rate_ : 0;
     if (rate > slow) {
         timer_.stop();
         beat_->start();
@@ -107,6 +109,8 @@ void FramePacer::apply()
         beat_->stop();
         timer_.stop();
     }
+    if (seen_ && !wasSeen)
+        Q_EMIT frame();
 }
 
 double FramePacer::period() const

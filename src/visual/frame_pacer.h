@@ -27,6 +27,7 @@ public:
     [[nodiscard]] double period() const;
 
 Q_SIGNALS:
+    /// It is time for a frame: by the rate, or since the item has come into sight.
     void frame();
 
 protected:
@@ -42,6 +43,7 @@ private:
     QQuickItem &item_;
     QPointer<QQuickWindow> window_;
     double rate_ = 0;
+    bool seen_ = false;
     double last_ = 0; // uptime of the last frame
     std::unique_ptr<Beat> beat_; // runs with the frames of the window
     QTimer timer_; // for low rates: Qt renders for as long as a beat runs, changes or not

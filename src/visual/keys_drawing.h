@@ -5,18 +5,22 @@
 
 namespace kelo {
 
-/// The keyboard strip as an item. It moves smoothly while active, else twice a second.
+/// The keyboard strip as an item. While active it shows each key at once and moves smoothly; what
+/// stands still is looked at twice a second.
 class KeysDrawing : public kelo::SceneItem {
     Q_OBJECT
     QML_ELEMENT
 
 protected:
+    void linkSet(Link *link) override;
     bool advance(Link &link, double now) override;
-    [[nodiscard]] double rate() const override { return isActive() ? 30 : 2; }
+    [[nodiscard]] double rate() const override { return isActive() && strip_.moves() ? 30 : 2; }
     [[nodiscard]] const SpriteList &sprites() const override { return strip_.sprites(); }
     [[nodiscard]] LabelList texts() const override { return strip_.labels(); }
 
 private:
+    void answer();
+
     KeysStrip strip_;
     SpriteList shown_; // what was drawn last
 };

@@ -19,9 +19,8 @@ constexpr double labelMiddle = 72;
 constexpr double rippleSpeed = 46; // points a second, both growing and leaving
 constexpr double rippleWidth = 0.56; // of a key, the same for black and white ones
 constexpr double rippleCorner = 2;
-constexpr double glowRadius = 6; // of the blur around a held key
+constexpr double haloRadius = 6; // of the blur around a held key
 constexpr double labelSize = 8.5;
-constexpr double capHeight = 0.73; // of the face, to centre a label on its middle
 
 /// Draws a strip whose places are counted downwards.
 class Painter {
@@ -35,14 +34,16 @@ public:
     {
     }
 
-    void ripple(const Ripple &ripple, double now)
+    /// Whether it is on its way.
+    bool ripple(const Ripple &ripple, double now)
     {
-        const double reach = rippleFloor - rippleTop;
+        constexpr double reach = rippleFloor - rippleTop;
         const double fade = ripple.off ? (now - *ripple.off) * rippleSpeed : 0;
         const double grow = std::min((now - ripple.at) * rippleSpeed, reach);
         const double tall = grow - fade;
+        const bool moves = grow < reach || (ripple.off && fade <= reach);
         if (fade > reach || tall < 1)
-            return;
+            return moves && !ripple.off;
         const Colour tip = colours::green.faded(0);
         const Colour foot = text_.soft.faded(ripple.strength * 0.6 + 0.35);
         Sprite sprite = fill(keyboard::centre(ripple.pitch, key_) - key_ * rippleWidth / 2,
@@ -51,6 +52,7 @@ public:
         sprite.top = mixed(tip, foot, 1 - grow / reach);
         sprite.bottom = mixed(tip, foot, 1 - fade / reach);
         sprites_.push_back(sprite);
+        return moves;
     }
 
     void whiteKey(int index)
@@ -62,7 +64,7 @@ public:
         const auto held = link_.down.constFind(pitch);
         const bool isHeld = held != link_.down.cend();
         if (isHeld) {
-            const double reach = 2 * glowRadius;
+            const double reach = 2 * haloRadius;
             Sprite halo = fill(
                 left - reach / 2, keysTop - reach / 2, wide + reach, tall + reach, colours::green);
             halo.radius = halo.feather = static_cast<float>(reach);
@@ -123,11 +125,12 @@ void KeysStrip::update(const Link &link, double width, double height, double now
 {
     sprites_.clear();
     labels_.clear();
+    moves_ = false;
     if (width <= 0 || height <= keysTop)
         return;
     Painter painter(sprites_, link, width, height);
     for (const Ripple &ripple : link.ripples)
-        painter.ripple(ripple, now);
+        moves_ = painter.ripple(ripple, now) || moves_;
     for (int i = 0; i < keyboard::whiteCount; ++i)
         painter.whiteKey(i);
     for (int i = 0; i < keyboard::whiteCount; ++i) {

@@ -15,8 +15,11 @@ public:
 
     [[nodiscard]] const SpriteList &sprites() const { return sprites_; }
     [[nodiscard]] const LabelList &labels() const { return labels_; }
+    /// A ripple is on its way: it will look different in a moment.
+    [[nodiscard]] bool moves() const { return moves_; }
 
 private:
+    bool moves_ = false;
     SpriteList sprites_;
     LabelList labels_;
 };

@@ -16,6 +16,23 @@ void RainDrawing::linkSet(Link *link)
         return;
     scene_ = std::make_unique<RainScene>(*link);
     scene_->resize(width(), height());
+    for (const auto changed :
+        {&Link::keysChanged, &Link::rollingChanged, &Link::speakingChanged, &Link::captionChanged,
+            &Link::pausedChanged, &Link::stateChanged, &Link::buttonsChanged})
+        connect(link, changed, this, &RainDrawing::disturb);
+    disturb();
+}
+
+void RainDrawing::disturb()
+{
+    motion_.disturb(link()->uptime());
+    wake();
+}
+
+double RainDrawing::rate() const
+{
+    constexpr double restingRate = 2; // frames a second
+    return !isActive() ? 0 : motion_.isAtRest() ? restingRate : 120;
 }
 
 void RainDrawing::geometryChange(const QRectF &now, const QRectF &before)
@@ -25,11 +42,20 @@ void RainDrawing::geometryChange(const QRectF &now, const QRectF &before)
     SceneItem::geometryChange(now, before);
 }
 
-bool RainDrawing::advance(Link & /*link*/, double now)
+bool RainDrawing::advance(Link &link, double now)
 {
+    // Held keys spray sparks for as long as they are down.
+    if (link.rolling || link.rollZero || link.speaking || !link.down.isEmpty())
+        motion_.disturb(now);
+    const double even = clock_.step(now, pacer().period());
+    motion_.advance(even);
     scene_->setCaptionTop(captionTop_);
-    scene_->update(clock_.step(now, pacer().period()));
-    return true;
+    scene_->update(even, motion_.now());
+    if (!motion_.isAtRest())
+        return true;
+    const bool changed = scene_->sprites() != shown_;
+    shown_ = scene_->sprites();
+    return changed;
 }
 
 const SpriteList &RainDrawing::sprites() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "visual/frame_clock.h"
+#include "visual/motion_time.h"
 #include "visual/rain_scene.h"
 #include "visual/scene_item.h"
 
@@ -8,7 +9,8 @@
 
 namespace kelo {
 
-/// The falling-notes scene as an item. While it exists the link tells it of notes.
+/// The falling-notes scene as an item. While it exists the link tells it of notes. While nothing
+/// happens it comes to rest.
 class RainDrawing : public kelo::SceneItem {
     Q_OBJECT
     Q_PROPERTY(QColor background READ background CONSTANT)
@@ -24,14 +26,18 @@ Q_SIGNALS:
 protected:
     void linkSet(Link *link) override;
     bool advance(Link &link, double now) override;
-    [[nodiscard]] double rate() const override { return isActive() ? 120 : 0; }
+    [[nodiscard]] double rate() const override;
     [[nodiscard]] const SpriteList &sprites() const override;
     [[nodiscard]] LabelList texts() const override;
     void geometryChange(const QRectF &now, const QRectF &before) override;
 
 private:
+    void disturb();
+
     std::unique_ptr<RainScene> scene_;
     FrameClock clock_;
+    MotionTime motion_;
+    SpriteList shown_; // what was drawn last, at rest
     double captionTop_ = RainScene::captionTop; // points
 };
 

@@ -12,14 +12,14 @@ namespace kelo {
 
 namespace {
 
-constexpr double longestStep = 0.05; // seconds; after a stall nothing leaps
+constexpr double longestFrame = 0.05; // seconds; after a stall nothing leaps
 constexpr double burstRate = 900; // sparks a second
 constexpr std::size_t mostBursts = 128; // only a flood of notes reaches it
 
 constexpr double gridSpacing = 80; // points
 constexpr double gridPeriod = 1.6; // seconds in which the grid drifts up by one space
 
-constexpr double margin = 26; // points from the left edge to what is written there
+constexpr double leftMargin = 26; // points from the left edge to what is written there
 constexpr double progressHeight = 3;
 
 } // namespace
@@ -96,10 +96,10 @@ void RainScene::burst(int pitch, int count, double speed, double now)
         .seed = ~notes_});
 }
 
-void RainScene::update(double now)
+void RainScene::update(double now, double driftTime)
 {
     const double dt = now - std::exchange(last_, now);
-    bars_.advance(now, std::clamp(dt, 0.0, longestStep) * Stage::speed, stage_);
+    bars_.advance(now, std::clamp(dt, 0.0, longestFrame) * Stage::speed, stage_);
     if (link_ && link_->rollZero && stage_.isUsable()) {
         const double elapsed = now - *link_->rollZero;
         falling_.advance(link_->roll, elapsed, stage_);
@@ -110,14 +110,14 @@ void RainScene::update(double now)
     labels_.clear();
     if (!stage_.isUsable())
         return;
-    draw(now);
+    draw(now, driftTime);
     if (link_)
         write();
 }
 
-void RainScene::draw(double now)
+void RainScene::draw(double now, double driftTime)
 {
-    drawGrid(now);
+    drawGrid(driftTime);
     falling_.drawGlows(sprites_);
     bars_.drawGlows(sprites_, stage_);
     falling_.drawBars(sprites_);
@@ -131,7 +131,7 @@ void RainScene::draw(double now)
         progressHeight, colours::green));
 }
 
-void RainScene::drawGrid(double now)
+void RainScene::drawGrid(double driftTime)
 {
     for (int i = 0; i < keyboard::whiteCount; ++i) {
         if (keyboard::pitchClass(keyboard::whites[static_cast<std::size_t>(i)]) == 0) {
@@ -139,7 +139,7 @@ void RainScene::drawGrid(double now)
                 stage_.height - stage_.floor(), colours::green.faded(0.09)));
         }
     }
-    const double drift = std::fmod(now, gridPeriod) / gridPeriod * gridSpacing;
+    const double drift = std::fmod(driftTime, gridPeriod) / gridPeriod * gridSpacing;
     for (double y = 0; y < stage_.height + gridSpacing; y += gridSpacing) {
         sprites_.push_back(
             box(0, stage_.floor() + y + drift - 0.5, stage_.width, 1, colours::green.faded(0.05)));
@@ -148,7 +148,7 @@ void RainScene::drawGrid(double now)
 
 void RainScene::write()
 {
-    const double left = margin;
+    const double left = leftMargin;
     const double top = stage_.height;
     const double middle = stage_.width / 2;
     const auto add = [this](Label label) {
@@ -171,13 +171,19 @@ void RainScene::write()
         .y = top - 50,
         .size = 11,
         .colour = colours::green.faded(0.5)});
-    add({.text = link_->chord, .x = left, .y = top - 96, .size = 38, .colour = colours::soft});
+    add({.text = link_->chord,
+        .x = left,
+        .y = top - 96,
+        .size = 38,
+        .backed = true,
+        .colour = colours::soft});
     if (link_->rolling) {
         add({.text = u"NOW PLAYING  ·  "_s + link_->rollName->toUpper(),
             .x = left,
             .y = top - 124,
             .size = 13,
             .width = stage_.width - 2 * left,
+            .backed = true,
             .colour = colours::soft});
     }
     if (link_->speaking) {
@@ -189,6 +195,7 @@ void RainScene::write()
             .centred = true,
             .width = std::min(stage_.width * 0.5, 620.0),
             .lines = 2,
+            .backed = true,
             .colour = colours::soft});
     }
     const QString notice = link_->paused ? u"PAUSED  ·  RETURN OR KEY 6 TO CARRY ON"_s
@@ -200,6 +207,7 @@ void RainScene::write()
         .size = 22,
         .centred = true,
         .width = stage_.width - 2 * left,
+        .backed = true,
         .colour = colours::soft});
 }
 

@@ -28,7 +28,9 @@ public:
     void setCaptionTop(double points) { captionTop_ = points; }
 
     /// Brings the scene to `now`, in seconds of uptime.
-    void update(double now);
+    void update(double now) { update(now, now); }
+    /// The same where the grid, which drifts for its own sake, goes by another time.
+    void update(double now, double driftTime);
 
     void note(qint64 pitch, double strength, bool mine) override;
     void clearRoll() override;
@@ -41,8 +43,8 @@ public:
 
 private:
     void burst(int pitch, int count, double speed, double now);
-    void draw(double now);
-    void drawGrid(double now);
+    void draw(double now, double driftTime);
+    void drawGrid(double driftTime);
     void write();
 
     QPointer<Link> link_;

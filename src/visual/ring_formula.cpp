@@ -1,5 +1,6 @@
 #include "visual/ring_formula.h"
 
+#include "visual/colour.h"
 #include "visual/palette.h"
 
 #include <algorithm>
@@ -10,7 +11,7 @@ namespace kelo {
 
 namespace {
 
-constexpr double pi = std::numbers::pi;
+using std::numbers::pi;
 
 double bell(double distance, double width)
 {
@@ -54,14 +55,15 @@ template <typename Pixel> QImage picture(QSize size, const Pixel &pixel)
     return image;
 }
 
-} // namespace
-
-Colour ringAt(double x, double y, const VoiceFrame &bands, double level, double time)
+/// The ring at (`x`, `y`), each -1 to 1, y up. Premultiplied.
+Colour ringAt(double x, double y, const RingLook &look)
 {
+    const double level = look.level;
+    const double time = look.time;
     constexpr double base = 0.50; // where the wave begins
     const double r = std::hypot(x, y);
     const double angle = std::atan2(y, x);
-    const double swell = swellOf(bands, x, y);
+    const double swell = swellOf(look.bands, x, y);
     Colour sum{0, 0, 0, 0};
     const auto add = [&sum](const Colour &colour, double light) {
         const auto a = static_cast<float>(light);
@@ -94,12 +96,14 @@ Colour ringAt(double x, double y, const VoiceFrame &bands, double level, double 
         std::clamp(sum.alpha, 0.0F, 1.0F)};
 }
 
-Colour scopeAt(double x, double y, double amplitude, double time)
+/// The line at (`x`, `y`), each 0 to 1, y up. Premultiplied.
+Colour scopeAt(double x, double y, const RingLook &look)
 {
+    const double time = look.time;
     const double pin = std::sin(pi * x);
     const double wave = (0.5 * std::sin(19 * x - 5 * time) + 0.28 * std::sin(41 * x + 7.5 * time)
                             + 0.42 * std::sin(7 * x - 2.2 * time))
-        * pin * amplitude;
+        * pin * look.amplitude;
     const double away = (y - 0.5) - 0.42 * wave;
     const double line = bell(away, 0.03);
     const double halo = bell(away, 0.16) * 0.35;
@@ -108,15 +112,16 @@ Colour scopeAt(double x, double y, double amplitude, double time)
     return {colour.red * a, colour.green * a, colour.blue * a, a};
 }
 
-QImage ringPicture(QSize size, const VoiceFrame &bands, double level, double time)
+} // namespace
+
+QImage ringPicture(QSize size, const RingLook &look)
 {
-    return picture(
-        size, [&](double x, double y) { return ringAt(2 * x - 1, 2 * y - 1, bands, level, time); });
+    return picture(size, [&](double x, double y) { return ringAt(2 * x - 1, 2 * y - 1, look); });
 }
 
-QImage scopePicture(QSize size, double amplitude, double time)
+QImage scopePicture(QSize size, const RingLook &look)
 {
-    return picture(size, [&](double x, double y) { return scopeAt(x, y, amplitude, time); });
+    return picture(size, [&](double x, double y) { return scopeAt(x, y, look); });
 }
 
 } // namespace kelo

@@ -1,22 +1,25 @@
 #pragma once
 
 #include "link/records.h"
-#include "visual/colour.h"
 
 #include <QImage>
 
-/// The formulas of the ring and of the oscilloscope line, pixel by pixel, as the shaders ring.frag
-/// and scope.frag evaluate them. They draw where there is no graphics processor, and say what its
-/// picture should be. Colours are premultiplied. `time` is in seconds.
+/// The formulas of the ring and of the oscilloscope line, pixel by pixel, as the shaders
+/// heart.frag, waves.frag and scope.frag evaluate them. They draw where there is no graphics
+/// processor, and say what its picture should be.
 namespace kelo {
 
-/// The ring at (`x`, `y`), each -1 to 1 across its picture, y up.
-[[nodiscard]] Colour ringAt(double x, double y, const VoiceFrame &bands, double level, double time);
+/// How ring and line look at a moment.
+struct RingLook {
+    VoiceFrame bands{};
+    double level = 0;
+    double amplitude = 0; ///< of the line
+    double time = 0; ///< seconds, of what flows
+    double opacity = 1; ///< of the ring
+};
 
-/// The line at (`x`, `y`), each 0 to 1 across its picture, y up.
-[[nodiscard]] Colour scopeAt(double x, double y, double amplitude, double time);
-
-[[nodiscard]] QImage ringPicture(QSize size, const VoiceFrame &bands, double level, double time);
-[[nodiscard]] QImage scopePicture(QSize size, double amplitude, double time);
+/// The ring at full opacity. Its square's edge is at 1, from its middle.
+[[nodiscard]] QImage ringPicture(QSize size, const RingLook &look);
+[[nodiscard]] QImage scopePicture(QSize size, const RingLook &look);
 
 } // namespace kelo

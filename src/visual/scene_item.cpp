@@ -12,6 +12,8 @@ void SceneItem::setLink(Link *link)
 {
     if (link == link_)
         return;
+    if (link_)
+        link_->disconnect(this);
     link_ = link;
     linkSet(link);
     polish();

@@ -17,8 +17,8 @@ constexpr double direction = std::numbers::pi / 2; // straight up
 constexpr double directionSpread = 1.5; // radians
 constexpr double speedSpread = 0.7; // of the mean speed
 constexpr double gravity = -520; // points a second, each second
-constexpr double fading = -2; // of its alpha, a second
-constexpr double size = 64 * 0.09; // points
+constexpr double dimming = -2; // of its alpha, a second
+constexpr double sparkSize = 64 * 0.09; // points
 constexpr double sizeSpread = 64 * 0.06;
 constexpr double shrinking = 64 * -0.08; // points a second
 
@@ -64,11 +64,11 @@ void Sparks::draw(SpriteList &list, double now) const
     for (qint64 i = first; i <= last; ++i) {
         Chance chance(seed, i);
         const double age = now - born - static_cast<double>(i) / rate;
-        const double alpha = 1 + fading * age;
+        const double alpha = 1 + dimming * age;
         const double itsLife = life + lifeSpread * chance.next();
         const double itsDirection = direction + directionSpread * chance.next();
         const double itsSpeed = speed * (1 + speedSpread * chance.next());
-        const double itsSize = size + sizeSpread * chance.next() + shrinking * age;
+        const double itsSize = sparkSize + sizeSpread * chance.next() + shrinking * age;
         if (age > itsLife || alpha <= 0 || itsSize <= 0)
             continue;
         list.push_back(glow(x + itsSpeed * std::cos(itsDirection) * age,

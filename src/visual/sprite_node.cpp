@@ -16,24 +16,26 @@ namespace {
 
 constexpr float bentStep = 0.06F; // radians a bent sprite turns from one joint to the next
 
-struct Vertex {
+struct SpriteVertex {
     float x, y; // in the item, y down
-    float acrossX, acrossY; // from the sprite's middle, along its own axes
-    float halfWidth, halfHeight, radius, feather;
+    // In feathers, along the sprite's own axes: its place from the sprite's middle, where the
+    // corners' circles have theirs, and their radius.
+    float acrossX, acrossY, cornerX, cornerY;
+    float radius;
     std::array<quint8, 4> light;
 };
 
-const QSGGeometry::AttributeSet &attributes()
+const QSGGeometry::AttributeSet &spriteAttributes()
 {
     using A = QSGGeometry::Attribute;
     static const std::array<A, 4> list{
         A::createWithAttributeType(0, 2, QSGGeometry::FloatType, QSGGeometry::PositionAttribute),
-        A::createWithAttributeType(1, 2, QSGGeometry::FloatType, QSGGeometry::UnknownAttribute),
-        A::createWithAttributeType(2, 4, QSGGeometry::FloatType, QSGGeometry::UnknownAttribute),
+        A::createWithAttributeType(1, 4, QSGGeometry::FloatType, QSGGeometry::UnknownAttribute),
+        A::createWithAttributeType(2, 1, QSGGeometry::FloatType, QSGGeometry::UnknownAttribute),
         A::createWithAttributeType(
             3, 4, QSGGeometry::UnsignedByteType, QSGGeometry::ColorAttribute)};
     static const QSGGeometry::AttributeSet set{
-        static_cast<int>(list.size()), sizeof(Vertex), list.data()};
+        static_cast<int>(list.size()), sizeof(SpriteVertex), list.data()};
     return set;
 }
 
@@ -79,7 +81,7 @@ public:
 std::array<quint8, 4> packed(const Colour &colour, bool additive)
 {
     const float alpha = std::clamp(colour.alpha, 0.0F, 1.0F);
-    const auto byte = [](float value) { return static_cast<quint8>(value * 255.0F + 0.5F); };
+    const auto byte = [](float value) { return static_cast<quint8>(std::lround(value * 255.0F)); };
     return {byte(colour.red * alpha), byte(colour.green * alpha), byte(colour.blue * alpha),
         additive ? quint8(0) : byte(alpha)};
 }
@@ -102,7 +104,7 @@ std::size_t pieces(const Sprite &sprite)
 class Writer {
 public:
     Writer(QSGGeometry &geometry, double height, double pixels)
-        : vertex_(static_cast<Vertex *>(geometry.vertexData()))
+        : vertex_(static_cast<SpriteVertex *>(geometry.vertexData()))
         , index_(geometry.indexDataAsUInt())
         , height_(static_cast<float>(height))
         , pixel_(static_cast<float>(1 / pixels))
@@ -114,8 +116,8 @@ public:
         // A sharp edge fades over the one pixel that it runs through.
         const bool sharp = sprite.feather <= 0;
         const float margin = sharp ? pixel_ / 2 : 0;
-        shape_ = {sprite.halfWidth + margin, sprite.halfHeight + margin, sprite.radius + margin,
-            sharp ? pixel_ : sprite.feather};
+        shape_ = {sprite.halfWidth + margin, sprite.halfHeight + margin, sprite.radius + margin};
+        perFeather_ = 1 / (sharp ? pixel_ : sprite.feather);
         top_ = packed(sprite.top, sprite.additive);
         bottom_ = packed(sprite.bottom, sprite.additive);
         if (sprite.bend > 0)
@@ -126,7 +128,7 @@ public:
 
 private:
     struct Shape {
-        float halfWidth, halfHeight, radius, feather;
+        float halfWidth, halfHeight, radius;
     };
 
     void writeStraight(const Sprite &sprite)
@@ -164,26 +166,32 @@ private:
 
     void joint(float topX, float topY, float bottomX, float bottomY, float along)
     {
-        const auto [w, h, radius, feather] = shape_;
-        *vertex_++ = {topX, height_ - topY, along, h, w, h, radius, feather, top_};
-        *vertex_++ = {bottomX, height_ - bottomY, along, -h, w, h, radius, feather, bottom_};
+        const float x = shape_.halfWidth - shape_.radius;
+        const float y = shape_.halfHeight - shape_.radius;
+        const float h = shape_.halfHeight * perFeather_;
+        const float a = along * perFeather_;
+        const float r = shape_.radius * perFeather_;
+        *vertex_++ = {topX, height_ - topY, a, h, x * perFeather_, y * perFeather_, r, top_};
+        *vertex_++ = {
+            bottomX, height_ - bottomY, a, -h, x * perFeather_, y * perFeather_, r, bottom_};
     }
 
     /// Two triangles for each of the last `count` pieces.
     void connect(std::size_t count)
     {
         for (std::size_t i = 0; i < count; ++i, first_ += 2) {
-            for (const quint32 corner : {0, 1, 2, 2, 1, 3})
+            for (const quint32 corner : {0U, 1U, 2U, 2U, 1U, 3U})
                 *index_++ = first_ + corner;
         }
         first_ += 2;
     }
 
-    Vertex *vertex_;
+    SpriteVertex *vertex_;
     quint32 *index_;
     float height_;
     float pixel_;
     Shape shape_{};
+    float perFeather_ = 1;
     std::array<quint8, 4> top_{};
     std::array<quint8, 4> bottom_{};
     quint32 first_ = 0;
@@ -193,7 +201,7 @@ private:
 
 SpriteNode::SpriteNode()
 {
-    auto *geometry = new QSGGeometry(attributes(), 0, 0, QSGGeometry::UnsignedIntType);
+    auto *geometry = new QSGGeometry(spriteAttributes(), 0, 0, QSGGeometry::UnsignedIntType);
     geometry->setDrawingMode(QSGGeometry::DrawTriangles);
     geometry->setVertexDataPattern(QSGGeometry::StreamPattern);
     geometry->setIndexDataPattern(QSGGeometry::StreamPattern);

@@ -62,6 +62,7 @@ struct Label {
     Q_PROPERTY(bool centred MEMBER centred)
     Q_PROPERTY(double width MEMBER width)
     Q_PROPERTY(int lines MEMBER lines)
+    Q_PROPERTY(bool backed MEMBER backed)
     Q_PROPERTY(QFont font READ font)
     Q_PROPERTY(QColor colour READ qColour)
 
@@ -74,6 +75,7 @@ public:
     bool centred = false;
     double width = 0; ///< most that it may take; longer text wraps, then is cut off. 0: any
     int lines = 1; ///< most lines
+    bool backed = false; ///< has a dark ground, to be read over whatever passes behind it
     Colour colour;
 
     [[nodiscard]] QFont font() const { return mono(size, bold ? QFont::Bold : QFont::Normal); }

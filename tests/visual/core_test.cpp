@@ -25,8 +25,16 @@ public:
             scene.update(fixture.link(), fixture.time.now());
         }
     }
-    [[nodiscard]] double highest() const { return *std::ranges::max_element(scene.bands()); }
-    [[nodiscard]] double lowest() const { return *std::ranges::min_element(scene.bands()); }
+    [[nodiscard]] double highest() const
+    {
+        const VoiceFrame bands = scene.look().bands;
+        return *std::ranges::max_element(bands);
+    }
+    [[nodiscard]] double lowest() const
+    {
+        const VoiceFrame bands = scene.look().bands;
+        return *std::ranges::min_element(bands);
+    }
     [[nodiscard]] QStringList words() const
     {
         QStringList list;
@@ -53,6 +61,8 @@ private Q_SLOTS:
     void arcsTurnFasterWithTheVoice();
     void wordsFollowTheState_data();
     void wordsFollowTheState();
+    void wordsFitIntoTheHeart_data();
+    void wordsFitIntoTheHeart();
     void picturesLieAboveTheScope();
 };
 
@@ -74,16 +84,16 @@ void CoreTest::theRingBreathesSpeaksAndFallsSilent()
     QVERIFY(!stand.fixture->voiceFrames.empty());
     stand.fixture.say({"start", "word 0 4 300"});
     stand.run(1);
-    QVERIFY(stand.scene.bands()[0] > stand.scene.bands()[8] + 0.2);
-    QCOMPARE(stand.fixture->level, stand.scene.level());
-    QVERIFY(stand.scene.level() > 0);
+    QVERIFY(stand.scene.look().bands[0] > stand.scene.look().bands[8] + 0.2);
+    QCOMPARE(stand.fixture->level, stand.scene.look().level);
+    QVERIFY(stand.scene.look().level > 0);
 
     stand.fixture.say({"done"});
     stand.fixture->state = u"OFFLINE"_s;
     stand.run(4);
     QVERIFY(stand.highest() < 1e-3);
-    QCOMPARE(stand.scene.ringOpacity(), 0.35);
-    QVERIFY(std::abs(stand.scene.amplitude() - 0.04) < 1e-3);
+    QCOMPARE(stand.scene.look().opacity, 0.35);
+    QVERIFY(std::abs(stand.scene.look().amplitude - 0.04) < 1e-3);
 }
 
 void CoreTest::onlyFreshKeysLiftTheBands_data()
@@ -112,7 +122,8 @@ void CoreTest::onlyFreshKeysLiftTheBands()
         return;
     }
     QVERIFY(stand.highest() > 0.2);
-    QCOMPARE(std::ranges::max_element(stand.scene.bands()) - stand.scene.bands().begin(), band);
+    const VoiceFrame bands = stand.scene.look().bands;
+    QCOMPARE(std::ranges::max_element(bands) - bands.begin(), band);
 }
 
 void CoreTest::bandsStayInBoundsUnderAnyStep_data()
@@ -133,9 +144,9 @@ void CoreTest::bandsStayInBoundsUnderAnyStep()
         stand.fixture.time.advance(step);
         stand.scene.update(stand.fixture.link(), stand.fixture.time.now());
         QVERIFY(stand.lowest() >= 0 && stand.highest() <= 1.4);
-        QVERIFY(stand.scene.level() >= 0 && stand.scene.level() <= 1);
+        QVERIFY(stand.scene.look().level >= 0 && stand.scene.look().level <= 1);
     }
-    QVERIFY(stand.scene.flowTime() < 63);
+    QVERIFY(stand.scene.look().time < 63);
 }
 
 void CoreTest::arcsTurnFasterWithTheVoice()
@@ -188,6 +199,34 @@ void CoreTest::wordsFollowTheState()
     stand.fixture->state = state;
     stand.run(0.01);
     QCOMPARE(stand.words(), words);
+}
+
+void CoreTest::wordsFitIntoTheHeart_data()
+{
+    QTest::addColumn<double>("side");
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<bool>("full"); // at their own size
+    QTest::newRow("a small ring") << 180.0 << u"ONLINE"_s << false;
+    QTest::newRow("a long word") << 283.0 << u"RESTARTING"_s << false;
+    QTest::newRow("room enough") << 560.0 << u"ONLINE"_s << true;
+}
+
+void CoreTest::wordsFitIntoTheHeart()
+{
+    QFETCH(double, side);
+    QFETCH(QString, state);
+    Stand stand;
+    stand.scene.resize(side, side);
+    stand.fixture->state = state;
+    stand.run(0.1);
+    const QRectF ring = stand.scene.ringPlace();
+    for (const Label &label : stand.scene.labels()) {
+        const double half = static_cast<double>(label.text.size()) * label.size * 0.602 / 2;
+        const double baseline = label.y - (side - ring.center().y());
+        for (const double y : {baseline, baseline + label.size * 0.73})
+            QVERIFY(std::hypot(half, y) < 0.30 * ring.width() / 2);
+        QTEST(label.size == 15 || label.size == 8.5, "full");
+    }
 }
 
 void CoreTest::picturesLieAboveTheScope()

@@ -3,6 +3,8 @@
 
 #include <QTest>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using namespace kelo;
 
@@ -12,7 +14,8 @@ class FlashTest : public QObject {
 private Q_SLOTS:
     void flashesLookLikeTheirKind_data();
     void flashesLookLikeTheirKind();
-    void theWindowFillsAtMostThriceASecond();
+    void theWindowFlashesAtMostThriceASecond_data();
+    void theWindowFlashesAtMostThriceASecond();
 };
 
 void FlashTest::flashesLookLikeTheirKind_data()
@@ -57,18 +60,47 @@ void FlashTest::flashesLookLikeTheirKind()
     }
 }
 
-void FlashTest::theWindowFillsAtMostThriceASecond()
+void FlashTest::theWindowFlashesAtMostThriceASecond_data()
 {
+    QTest::addColumn<QStringList>("kinds"); // in turn
+    QTest::addColumn<double>("every"); // seconds
+    QTest::addColumn<double>("shown"); // least part of them
+
+    const QStringList beat{u"beat"_s};
+    QTest::newRow("60 beats a minute") << beat << 1.0 << 1.0;
+    QTest::newRow("174 beats a minute") << beat << 60 / 174.0 << 1.0;
+    QTest::newRow("240 beats a minute") << beat << 0.25 << 0.7;
+    QTest::newRow("a flood of beats") << beat << 0.001 << 0.003;
+    QTest::newRow("a flood of answers") << QStringList{u"good"_s, u"wrong"_s} << 0.01 << 0.03;
+    QTest::newRow("all at once") << QStringList{u"good"_s} << 0.0 << 0.002;
+    QTest::newRow("answers among beats")
+        << QStringList{u"beat"_s, u"beat"_s, u"beat"_s, u"good"_s, u"beat"_s} << 0.27 << 0.6;
+}
+
+void FlashTest::theWindowFlashesAtMostThriceASecond()
+{
+    QFETCH(QStringList, kinds);
+    QFETCH(double, every);
+    QFETCH(double, shown);
     FlashLimit limit;
-    QList<double> fills;
-    for (int i = 0; i < 200; ++i) {
-        const double at = 50 + i * 0.0625;
-        if (limit.mayFill(at))
-            fills << at;
+    QList<double> begun;
+    constexpr int asked = 500;
+    for (int i = 0; i < asked; ++i) {
+        const QString &kind = kinds[i % kinds.size()];
+        const double at = 50 + i * every;
+        const auto begin = limit.begin(kind, at);
+        QVERIFY(begin || kind == u"beat"_s);
+        if (begin) {
+            QVERIFY(kind == u"beat"_s ? *begin == at : *begin >= at);
+            QVERIFY(*begin <= at + 1); // no answer comes long after its question
+            if (begun.isEmpty() || begun.last() != *begin)
+                begun << *begin;
+        }
     }
-    QVERIFY(fills.size() > 30); // it limits, it does not forbid
-    for (qsizetype i = 3; i < fills.size(); ++i)
-        QVERIFY(fills[i] - fills[i - 3] >= 1);
+    QVERIFY(std::ranges::is_sorted(begun));
+    for (qsizetype i = 3; i < begun.size(); ++i)
+        QVERIFY(begun[i] - begun[i - 3] >= 1);
+    QVERIFY(static_cast<double>(begun.size()) >= asked * shown);
 }
 
 QTEST_GUILESS_MAIN(FlashTest)

@@ -1,12 +1,12 @@
 #version 440
 
 layout(location = 0) in vec2 place;
-layout(location = 1) in vec2 within; // from the middle of the shape, along its own axes
-layout(location = 2) in vec4 shape; // half width, half height, corner radius, feather
+layout(location = 1) in vec4 within;
+layout(location = 2) in float corner;
 layout(location = 3) in vec4 light; // premultiplied
 
-layout(location = 0) out vec2 p;
-layout(location = 1) out vec4 outline;
+layout(location = 0) out vec4 spot;
+layout(location = 1) out float radius;
 layout(location = 2) out vec4 colour;
 
 layout(std140, binding = 0) uniform buf
@@ -17,8 +17,8 @@ layout(std140, binding = 0) uniform buf
 
 void main()
 {
-    p = within;
-    outline = shape;
+    spot = within;
+    radius = corner;
     colour = light * qt_Opacity;
     gl_Position = qt_Matrix * vec4(place, 0.0, 1.0);
 }

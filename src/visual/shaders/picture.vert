@@ -1,0 +1,18 @@
+#version 440
+
+layout(location = 0) in vec2 place;
+layout(location = 1) in vec2 at;
+
+layout(location = 0) out vec2 spot;
+
+layout(std140, binding = 0) uniform buf
+{
+    mat4 qt_Matrix;
+    float qt_Opacity;
+};
+
+void main()
+{
+    spot = at;
+    gl_Position = qt_Matrix * vec4(place, 0.0, 1.0);
+}
