@@ -75,8 +75,9 @@ void measureWords()
             told.push_back(now);
         over = over || line.starts_with("@done");
     });
+    Dispatcher dispatcher(false, {});
     Synthesiser voice([] {});
-    Speaker speaker(wire, voice, mixer, clock);
+    Speaker speaker(wire, dispatcher, voice, mixer, clock);
     // Stop consonants begin with a silence that belongs to them: those words are told too early
     // by as much, so all kinds of beginnings are asked for.
     speaker.say("Apple. Music. Listen. Bee. Never. Song. Pause. Always. Right. Hand. Left. Key. "

@@ -69,9 +69,10 @@ private:
     Synth synth{std::vector<std::string>{
         "/usr/share/sounds/sf2/default-GM.sf2", "/usr/share/sounds/sf2/TimGM6mb.sf2"}};
     Mixer mixer{synth, clock};
+    Dispatcher dispatcher{false, {}};
     Synthesiser voice{[] {}};
     Through through{mixer.music(), clock, [](ChannelMessage) {}};
-    Speaker speaker{wire, voice, mixer, clock};
+    Speaker speaker{wire, dispatcher, voice, mixer, clock};
     Player player{wire, through, clock};
     Metronome metronome{wire, mixer.rhythm(), clock};
     Band band{wire, mixer.rhythm(), clock};

@@ -145,6 +145,7 @@ public:
     Engine(Wire &lines, std::function<void()> news, bool showsItself)
         : wire(lines)
         , output(mixer, clock, setting("KELO_SOUND"), news)
+        , dispatcher(setting("KELO_SPEECH") == "speech-dispatcher", news)
         , voice(news)
         , piano(std::move(news), setting("KELO_PIANO"))
     {
@@ -182,6 +183,12 @@ public:
     [[nodiscard]] int pianoFile() const { return piano.file(); }
 
 private:
+    void setVoiceLoudness(float loudness)
+    {
+        mixer.setVoiceLoudness(loudness);
+        dispatcher.setLoudness(loudness);
+    }
+
     void show()
     {
         while (const auto step = demo->advance(assistant.quiet(), monotonicNow())) {
@@ -197,10 +204,11 @@ private:
     Synth synth{soundfonts()};
     Mixer mixer{synth, clock};
     Output output;
+    Dispatcher dispatcher;
     Synthesiser voice;
     Piano piano;
     Through through{mixer.music(), clock, [this](ChannelMessage message) { piano.send(message); }};
-    Speaker speaker{wire, voice, mixer, clock};
+    Speaker speaker{wire, dispatcher, voice, mixer, clock};
     Player player{wire, through, clock};
     Metronome metronome{wire, mixer.rhythm(), clock};
     Band band{wire, mixer.rhythm(), clock};
@@ -209,7 +217,7 @@ private:
     Library library{songs};
     Assistant assistant{
         {wire, speaker, player, metronome, band, through, mixer.keys(), library,
-            [this](float loudness) { mixer.setVoiceLoudness(loudness); }, openWithDesktop},
+            [this](float loudness) { setVoiceLoudness(loudness); }, openWithDesktop},
         {home / "profile.json", home / "commands.html", songs}, std::random_device{}()};
     std::optional<Demo> demo;
     bool audible = false;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace kelo::engine {
 
@@ -16,11 +17,14 @@ constexpr double bandsAhead = 0.25;
 constexpr double feedEvery = 0.1;
 constexpr double anchorBeforeWord = 0.03; ///< the display lays its first frame there
 constexpr double secondsPerUnspokenByte = 0.06;
+constexpr double dispatcherPatience = 10; ///< seconds in which the service tells of nothing
 
 } // namespace
 
-Speaker::Speaker(Wire &lines, Synthesiser &voice, Mouth &output, const AudioClock &audioClock)
+Speaker::Speaker(Wire &lines, Dispatcher &desktop, Synthesiser &voice, Mouth &output,
+    const AudioClock &audioClock)
     : wire(lines)
+    , dispatcher(desktop)
     , synthesiser(voice)
     , mouth(output)
     , clock(audioClock)
@@ -35,6 +39,18 @@ void Speaker::say(std::string_view words, double now)
     utterance.emplace(++lastId);
     wire.send("spec", std::to_string(lastId) + " new");
     wire.send("say", text);
+    if (!dispatcher.works()) {
+        speak(std::move(text), now);
+        return;
+    }
+    utterance->silentEnd = now + dispatcherPatience;
+    utterance->dispatched = text;
+    dispatcher.say(std::move(text));
+}
+
+/// With a voice of our own, if there is one.
+void Speaker::speak(std::string text, double now)
+{
     if (!synthesiser.works()) {
         utterance->silentEnd = now + secondsPerUnspokenByte * static_cast<double>(text.size());
         return;
@@ -47,6 +63,8 @@ void Speaker::stop()
 {
     if (!speaking())
         return;
+    if (dispatcher.works())
+        dispatcher.stop();
     synthesiser.cancel();
     mouth.listenTo(0);
     utterance.reset();
@@ -57,8 +75,10 @@ void Speaker::advance(double now)
 {
     if (!speaking())
         return;
+    if (!utterance->dispatched.empty())
+        followDispatcher(now);
     bool over = now >= utterance->silentEnd;
-    if (synthesiser.works()) {
+    if (utterance->dispatched.empty() && synthesiser.works()) {
         gather(now);
         feedMouth(now);
         tellBands(now);
@@ -70,6 +90,30 @@ void Speaker::advance(double now)
         return;
     utterance.reset();
     wire.send("done");
+}
+
+void Speaker::followDispatcher(double now)
+{
+    for (const Dispatcher::Report &report : dispatcher.take()) {
+        utterance->silentEnd = now + dispatcherPatience;
+        switch (report.event) {
+        case Dispatcher::Report::Event::Begun:
+            wire.send("start");
+            break;
+        case Dispatcher::Report::Event::Word: {
+            const double lasts = secondsPerUnspokenByte * report.length;
+            wire.send(
+                "word", {report.from, report.length, static_cast<int>(std::lround(lasts * 1000))});
+            break;
+        }
+        case Dispatcher::Report::Event::Over:
+            utterance->silentEnd = now;
+            break;
+        case Dispatcher::Report::Event::Failed:
+            speak(std::exchange(utterance->dispatched, {}), now);
+            break;
+        }
+    }
 }
 
 void Speaker::gather(double now)
@@ -165,7 +209,7 @@ std::optional<double> Speaker::deadline() const
 {
     if (!speaking())
         return {};
-    if (!synthesiser.works())
+    if (!utterance->dispatched.empty() || !synthesiser.works())
         return utterance->silentEnd;
     if (!utterance->origin)
         return {};

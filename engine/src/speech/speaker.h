@@ -2,6 +2,7 @@
 
 #include "protocol/wire.h"
 #include "sound/mixer.h"
+#include "speech/dispatcher.h"
 #include "speech/synthesiser.h"
 
 #include <cstdint>
@@ -13,11 +14,13 @@
 namespace kelo::engine {
 
 /// Says one thing at a time and tells the display how far it has come, in step with the sound:
-/// what is said, its spectrum a little ahead, its beginning, each word, its end.
-/// Times are seconds of the monotonic clock.
+/// what is said, its spectrum a little ahead, its beginning, each word, its end. Where the
+/// desktop's speech service is wanted and works, that speaks, and there is no spectrum. Times are
+/// seconds of the monotonic clock.
 class Speaker {
 public:
-    Speaker(Wire &lines, Synthesiser &voice, Mouth &mouth, const AudioClock &clock);
+    Speaker(Wire &lines, Dispatcher &desktop, Synthesiser &voice, Mouth &mouth,
+        const AudioClock &clock);
 
     /// Says `text` now; what was being said is cut off.
     void say(std::string_view text, double now);
@@ -42,7 +45,8 @@ private:
         }
 
         std::uint32_t id;
-        double silentEnd = 0; ///< where there is no voice: when the text would have been said
+        std::string dispatched; ///< the text, while the desktop's service says it
+        double silentEnd = 0; ///< when it is over unless a voice tells of more
         bool synthesised = false; ///< everything has come from the synthesiser
         bool begun = false; ///< "@start" is out
         std::optional<Frame> origin; ///< of its first sample
@@ -55,6 +59,8 @@ private:
         double length = 0; ///< seconds synthesised so far
     };
 
+    void speak(std::string text, double now);
+    void followDispatcher(double now);
     void gather(double now);
     void feedMouth(double now);
     void tellBands(double now);
@@ -62,6 +68,7 @@ private:
     [[nodiscard]] double timeOf(double position) const;
 
     Wire &wire;
+    Dispatcher &dispatcher;
     Synthesiser &synthesiser;
     Mouth &mouth;
     const AudioClock &clock;

@@ -1,0 +1,150 @@
+#include "engine_process.h"
+
+#include <QTest>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <functional>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A speech service at a socket, for one client. It answers every request; `speak` is given what
+/// shall be said and gives back what to tell of it.
+class SpeechService {
+public:
+    using Speak = std::function<QByteArrayList(const QByteArray &text, int message)>;
+
+    SpeechService(const QString &path, Speak speak)
+        : speak_(std::move(speak))
+    {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        qstrncpy(address.sun_path, path.toUtf8().constData(), sizeof address.sun_path);
+        const auto *generic = reinterpret_cast<const sockaddr *>(&address);
+        if (bind(door_, generic, sizeof address) == 0 && listen(door_, 1) == 0)
+            thread_ = std::jthread([this] { serve(); });
+    }
+    ~SpeechService()
+    {
+        shutdown(door_, SHUT_RDWR);
+        close(door_);
+    }
+    Q_DISABLE_COPY_MOVE(SpeechService)
+
+    static QByteArray event(const char *code, int message, const QByteArray &what)
+    {
+        const QByteArray head = QByteArray(code) + '-';
+        return head + QByteArray::number(message) + "\r\n" + head + "1\r\n" + what;
+    }
+
+private:
+    void serve()
+    {
+        const int client = accept(door_, nullptr, nullptr);
+        const auto say = [client](const QByteArray &text) {
+            send(client, text.constData(), static_cast<std::size_t>(text.size()), MSG_NOSIGNAL);
+        };
+        QByteArray text;
+        bool receives = false;
+        char byte = 0;
+        for (QByteArray line; read(client, &byte, 1) == 1;) {
+            line += byte;
+            if (!line.endsWith("\r\n"))
+                continue;
+            line.chop(2);
+            if (receives && line != ".") {
+                text += line;
+            } else if (receives) {
+                receives = false;
+                const QByteArray number = QByteArray::number(++messages_);
+                say("225-" + number + "\r\n225 OK MESSAGE QUEUED\r\n");
+                for (const QByteArray &told : speak_(std::exchange(text, {}), messages_))
+                    say(told);
+            } else if (line.toUpper() == "SPEAK") {
+                receives = true;
+                say("230 OK RECEIVING DATA\r\n");
+            } else {
+                say("200 OK\r\n");
+            }
+            line.clear();
+        }
+        close(client);
+    }
+
+    Speak speak_;
+    int door_ = socket(AF_UNIX, SOCK_STREAM, 0);
+    int messages_ = 20;
+    std::jthread thread_; // ends before what it uses
+};
+
+} // namespace
+
+/// The desktop's speech service in place of the engine's own voice.
+class DispatcherTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theServiceSpeaksAndTellsHowFar();
+    void ownVoiceWhereThereIsNoService();
+
+private:
+    static QMap<QString, QString> settings(const EngineProcess &engine)
+    {
+        return {{u"KELO_SPEECH"_s, u"speech-dispatcher"_s},
+            // The client's library keeps a few bytes when it fails; only so is it seen to be its.
+            {u"ASAN_OPTIONS"_s, u"fast_unwind_on_malloc=0"_s},
+            {u"SPEECHD_ADDRESS"_s, u"unix_socket:"_s + engine.path(u"speech"_s)}};
+    }
+};
+
+void DispatcherTest::theServiceSpeaksAndTellsHowFar()
+{
+    EngineProcess engine;
+    QByteArrayList said; // the service's until its last answer is here
+    std::atomic<int> texts = 0;
+    const SpeechService service(engine.path(u"speech"_s), [&](const QByteArray &text, int number) {
+        using S = SpeechService;
+        said << text;
+        if (++texts == 1)
+            return QByteArrayList(); // the greeting is cut short
+        return QByteArrayList{S::event("702", number - 1, "702 END\r\n"), // of what is no more
+            S::event("701", number, "701 BEGIN\r\n"),
+            S::event("700", number, "700-0 3\r\n700 INDEX MARK\r\n"),
+            S::event("700", number, "700-nonsense\r\n700 INDEX MARK\r\n"),
+            S::event("700", number, "700-6 5\r\n700 INDEX MARK\r\n"),
+            S::event("702", number, "702 END\r\n")};
+    });
+    engine.start({}, settings(engine));
+    QVERIFY(!engine.waitFor(u"say Good .*"_s).isEmpty());
+    QTRY_COMPARE(texts, 1);
+    engine.send("~speak All <three> keys\n");
+    for (const QString &line :
+        {u"say All <three> keys"_s, u"start"_s, u"word 0 3 .*"_s, u"word 6 5 .*"_s})
+        QVERIFY2(!engine.waitFor(line).isEmpty(), qPrintable(line));
+    QVERIFY(!engine.waitFor(u"done"_s, 3).isEmpty());
+    QCOMPARE(said.last(),
+        R"(<speak><mark name="0 3"/>All <mark name="5 5"/>&lt;three&gt; )"
+        R"(<mark name="12 4"/>keys</speak>)"_ba);
+    const QString fault = engine.end();
+    QVERIFY2(fault.isEmpty(), qPrintable(fault));
+}
+
+void DispatcherTest::ownVoiceWhereThereIsNoService()
+{
+    EngineProcess engine;
+    engine.start({}, settings(engine));
+    QVERIFY(!engine.waitFor(u"say Good .*"_s).isEmpty());
+    QVERIFY(!engine.waitFor(u"spec \\d+ 0 .*"_s).isEmpty());
+    QVERIFY(!engine.waitFor(u"done"_s, 30).isEmpty());
+    const QString fault = engine.end();
+    QVERIFY2(fault.isEmpty(), qPrintable(fault));
+}
+
+QTEST_GUILESS_MAIN(DispatcherTest)
+#include "dispatcher_test.moc"
