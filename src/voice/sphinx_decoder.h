@@ -1,7 +1,7 @@
 #pragma once
 
 #include "voice/recogniser.h"
-#include "voice/sound_queue.h"
+#include "voice/room_tone.h"
 
 #include <QStringList>
 
@@ -55,6 +55,7 @@ private:
     std::optional<TaughtModel> taught_;
     QByteArray taughtModel_; // ARPA
     QStringList phrases_;
+    RoomTone tone_;
     bool spoke_ = false;
 };
 

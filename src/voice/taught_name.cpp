@@ -1,5 +1,6 @@
 #include "voice/taught_name.h"
 
+#include "voice/accents.h"
 #include "voice/language_model.h"
 #include "voice/wake_training.h"
 

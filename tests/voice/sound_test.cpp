@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <random>
 
 using namespace kelo;
 
@@ -22,6 +23,7 @@ private Q_SLOTS:
     void dropsTheOldestSilenceFirst();
     void keepsRecordingsWhole();
     void gateLetsFirstConsonantsThrough();
+    void gateGetsUsedToNoise();
 };
 
 namespace {
@@ -140,6 +142,31 @@ void SoundTest::gateLetsFirstConsonantsThrough()
     for (int i = 0; i < 10; ++i) // pauses between words are needed, and the one that ends it
         QCOMPARE(gate.pass(chunk(3)).size(), 1600U);
     QVERIFY(gate.pass(chunk(3)).empty());
+}
+
+void SoundTest::gateGetsUsedToNoise()
+{
+    LevelGate gate;
+    std::mt19937 random(1);
+    std::normal_distribution<double> hiss(0, 60);
+    double passed = 0; // seconds
+    const auto hear = [&](int tenths, double voice) {
+        passed = 0;
+        for (int i = 0; i < tenths; ++i) {
+            Samples samples = chunk(0);
+            for (qint16 &sample : samples)
+                sample = static_cast<qint16>(hiss(random) * voice);
+            passed += secondsOf(gate.pass(samples));
+        }
+    };
+    hear(150, 1);
+    hear(600, 1);
+    QCOMPARE(passed, 0.0); // a minute of it costs nothing
+    hear(20, 2);
+    QVERIFY(std::abs(passed - 2.5) < 0.01); // a voice 6 dB above it comes through at once
+    hear(100, 0.5);
+    hear(20, 1); // a room that grew quiet hears what was drowned before
+    QVERIFY(passed > 2);
 }
 
 QTEST_APPLESS_MAIN(SoundTest)
