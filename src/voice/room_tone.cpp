@@ -7,7 +7,7 @@ namespace kelo {
 
 namespace {
 
-constexpr double toneBelow = 0.02; // 34 dB, measured: less helps less, more drowns the weak sounds
+constexpr double toneBelow = 0.05; // 26 dB; with half of it less is heard
 constexpr double fading = 0.8; // a second
 constexpr double quietest = 500; // of voices that are worth it
 

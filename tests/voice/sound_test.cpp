@@ -19,9 +19,7 @@ private Q_SLOTS:
     void peaksInEveryFormat_data();
     void peaksInEveryFormat();
     void mixesToMono();
-    void reportsAtMostEvery80Milliseconds();
     void dropsTheOldestSilenceFirst();
-    void keepsRecordingsWhole();
     void gateLetsFirstConsonantsThrough();
     void gateGetsUsedToNoise();
 };
@@ -87,20 +85,6 @@ void SoundTest::mixesToMono()
     QCOMPARE(monoOf({{Other, 16000, 1}, "abcdef"}), Samples{});
 }
 
-void SoundTest::reportsAtMostEvery80Milliseconds()
-{
-    PeakMeter meter;
-    QVERIFY(meter.add(0.5, 100));
-    QVERIFY(!meter.add(0.75, 100.04));
-    QVERIFY(!meter.add(0.25, 100.0799));
-    const auto report = meter.add(0.1, 100.0801);
-    QVERIFY(report);
-    QCOMPARE(report->peak, 0.75);
-    QCOMPARE(report->buffers, 4);
-    QCOMPARE(report->shown(), 1.0);
-    QCOMPARE(meter.add(0.05, 200)->peak, 0.05);
-}
-
 void SoundTest::dropsTheOldestSilenceFirst()
 {
     SoundQueue queue(true);
@@ -120,14 +104,6 @@ void SoundTest::dropsTheOldestSilenceFirst()
     while (queue.pop()) { }
     QVERIFY(queue.empty());
     QVERIFY(std::abs(queue.seconds()) < 1e-6);
-}
-
-void SoundTest::keepsRecordingsWhole()
-{
-    SoundQueue queue(false);
-    for (int i = 0; i < 1000; ++i)
-        QCOMPARE(queue.push(chunk(0)), 0.0);
-    QVERIFY(std::abs(queue.seconds() - 100) < 1e-6);
 }
 
 void SoundTest::gateLetsFirstConsonantsThrough()
@@ -162,8 +138,8 @@ void SoundTest::gateGetsUsedToNoise()
     hear(150, 1);
     hear(600, 1);
     QCOMPARE(passed, 0.0); // a minute of it costs nothing
-    hear(20, 2);
-    QVERIFY(std::abs(passed - 2.5) < 0.01); // a voice 6 dB above it comes through at once
+    hear(10, 2);
+    QVERIFY(std::abs(passed - 1.5) < 0.01); // a voice 6 dB above it comes through at once
     hear(100, 0.5);
     hear(20, 1); // a room that grew quiet hears what was drowned before
     QVERIFY(passed > 2);

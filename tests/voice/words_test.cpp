@@ -1,5 +1,5 @@
-#include "voice/language_model.h"
 #include "voice/accents.h"
+#include "voice/language_model.h"
 #include "voice/pronunciation.h"
 #include "voice/steady_words.h"
 #include "voice/taught_name.h"
