@@ -155,7 +155,7 @@ Phones phonesOfIpa(const QString &ipa)
 Phones phonesOfXSampa(const QString &xSampa)
 {
     QString ipa = xSampa;
-    ipa.remove(u' ').replace("r\\"_L1, u"ɹ"_s);
+    ipa.remove(u' ').replace(R"(r\)"_L1, u"ɹ"_s);
     for (QChar &symbol : ipa) {
         const qsizetype known = xSampaSymbols.indexOf(symbol);
         if (known >= 0)

@@ -14,7 +14,7 @@ namespace {
 using namespace pulse;
 
 constexpr pa_usec_t serverPatience = 1'000'000; // microseconds
-constexpr pa_sample_spec wanted{PA_SAMPLE_S16NE, 16000, 1};
+constexpr pa_sample_spec captureSpec{PA_SAMPLE_S16NE, 16000, 1};
 constexpr uint32_t bufferBytes = 640; // 20 ms
 
 } // namespace
@@ -193,7 +193,7 @@ Microphone::Opening PulseMicrophone::open(const MicrophoneDevice &device, Sink s
     const Locked lock(loop_);
     if (!context_ || pa_context_get_state(context_) != PA_CONTEXT_READY)
         return Opening::NoInput;
-    stream_ = pa_stream_new(context_, "speech", &wanted, nullptr);
+    stream_ = pa_stream_new(context_, "speech", &captureSpec, nullptr);
     if (!stream_)
         return Opening::NotAttached;
     pa_stream_set_state_callback(
@@ -208,7 +208,7 @@ Microphone::Opening PulseMicrophone::open(const MicrophoneDevice &device, Sink s
             static_cast<PulseMicrophone *>(self)->read(stream);
         },
         this);
-    constexpr uint32_t any = static_cast<uint32_t>(-1);
+    constexpr auto any = static_cast<uint32_t>(-1);
     const pa_buffer_attr attributes{any, any, any, any, bufferBytes};
     // Not moved: when its device is pulled the stream shall end rather than listen elsewhere.
     constexpr auto flags =

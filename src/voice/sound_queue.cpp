@@ -37,10 +37,15 @@ bool isQuiet(const Samples &samples)
 
 double levelOf(const Samples &samples)
 {
-    double power = 0;
-    for (const qint16 sample : samples)
-        power += static_cast<double>(sample) * sample;
-    return std::sqrt(power / static_cast<double>(std::max<std::size_t>(samples.size(), 1)));
+    double sum = 0;
+    double squares = 0;
+    for (const qint16 sample : samples) {
+        sum += sample;
+        squares += static_cast<double>(sample) * sample;
+    }
+    const auto count = static_cast<double>(std::max<std::size_t>(samples.size(), 1));
+    const double mean = sum / count;
+    return std::sqrt(std::max(0.0, squares / count - mean * mean));
 }
 
 SoundQueue::SoundQueue(bool bounded)
@@ -68,7 +73,7 @@ double SoundQueue::push(Samples samples)
     return static_cast<double>(dropped) / sampleRate;
 }
 
-std::size_t SoundQueue::drop(std::deque<Chunk>::iterator chunk)
+std::size_t SoundQueue::drop(const std::deque<Chunk>::iterator &chunk)
 {
     const std::size_t size = chunk->samples.size();
     samples_ -= size;

@@ -19,7 +19,7 @@ inline constexpr double sampleRate = 16000;
     return static_cast<double>(samples.size()) / sampleRate;
 }
 
-/// The effective value of `samples`, 0 of none.
+/// The effective value of `samples` without their mean, 0 of none.
 [[nodiscard]] double levelOf(const Samples &samples);
 
 /// Sound that waits to be recognised. When the recogniser falls behind, what is lost is the oldest
@@ -42,7 +42,7 @@ private:
         bool quiet = false;
     };
 
-    std::size_t drop(std::deque<Chunk>::iterator chunk);
+    std::size_t drop(const std::deque<Chunk>::iterator &chunk);
 
     bool bounded_;
     std::deque<Chunk> chunks_;

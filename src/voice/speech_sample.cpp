@@ -16,8 +16,8 @@ namespace kelo {
 
 namespace {
 
-constexpr double before = 0.5; // seconds
-constexpr double after = 1.0;
+constexpr double silenceBefore = 0.5; // seconds
+constexpr double silenceAfter = 1.0;
 
 template <typename T> T little(const QByteArray &bytes, qsizetype at)
 {
@@ -76,9 +76,9 @@ std::optional<Samples> readSpeech(const QString &path)
 
 Samples inRoom(const Samples &speech, std::optional<double> signalToNoise, std::mt19937 &random)
 {
-    Samples room(static_cast<std::size_t>(before * sampleRate));
+    Samples room(static_cast<std::size_t>(silenceBefore * sampleRate));
     room.insert(room.end(), speech.begin(), speech.end());
-    room.resize(room.size() + static_cast<std::size_t>(after * sampleRate));
+    room.resize(room.size() + static_cast<std::size_t>(silenceAfter * sampleRate));
     if (!signalToNoise)
         return room;
     double power = 0;

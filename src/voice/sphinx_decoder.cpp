@@ -234,7 +234,7 @@ void SphinxDecoder::begin()
 bool SphinxDecoder::process(const Samples &samples)
 {
     ps_decoder_t *decoder = library_->decoder.get();
-    const Samples sound = tone_.under(samples);
+    const Samples sound = tone_.under(suppressor_.clean(samples));
     ps_process_raw(decoder, sound.data(), sound.size(), FALSE, FALSE);
     const bool speaks = ps_get_in_speech(decoder);
     spoke_ = spoke_ || speaks;

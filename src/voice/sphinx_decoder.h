@@ -1,5 +1,6 @@
 #pragma once
 
+#include "voice/noise_suppressor.h"
 #include "voice/recogniser.h"
 #include "voice/room_tone.h"
 
@@ -55,6 +56,7 @@ private:
     std::optional<TaughtModel> taught_;
     QByteArray taughtModel_; // ARPA
     QStringList phrases_;
+    NoiseSuppressor suppressor_;
     RoomTone tone_;
     bool spoke_ = false;
 };

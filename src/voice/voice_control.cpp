@@ -115,7 +115,7 @@ void VoiceControl::resumeIfWanted()
         begin();
 }
 
-void VoiceControl::remember(bool wanted)
+void VoiceControl::remember(bool wanted) const
 {
     if (setup_.settings)
         setup_.settings->setValue(u"voice"_s, wanted);

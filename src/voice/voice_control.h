@@ -91,7 +91,7 @@ private:
     void handle(qint64 session, const std::optional<Transcript> &transcript,
         const std::optional<RecogniserError> &error);
     void renew(qint64 session);
-    void remember(bool wanted);
+    void remember(bool wanted) const;
 
     VoiceSetup setup_;
     WakeModel wakeModel_;
