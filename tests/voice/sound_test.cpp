@@ -1,4 +1,7 @@
 #include "voice/audio.h"
+#include "voice/noise_suppressor.h"
+#include "voice/resampler.h"
+#include "voice/room_tone.h"
 #include "voice/sound_queue.h"
 
 #include <QTest>
@@ -22,6 +25,8 @@ private Q_SLOTS:
     void dropsTheOldestSilenceFirst();
     void gateLetsFirstConsonantsThrough();
     void gateGetsUsedToNoise();
+    void takesNoiseAwayAndLaysAFloor();
+    void resamplesPieceByPiece();
 };
 
 namespace {
@@ -30,6 +35,15 @@ template <typename T> QByteArray bytesOf(std::initializer_list<T> samples)
 {
     return {reinterpret_cast<const char *>(samples.begin()),
         static_cast<qsizetype>(samples.size() * sizeof(T))};
+}
+
+Samples noise(std::size_t count, double level, std::mt19937 &random)
+{
+    std::normal_distribution<double> hiss(0, level);
+    Samples samples(count);
+    for (qint16 &sample : samples)
+        sample = static_cast<qint16>(hiss(random));
+    return samples;
 }
 
 /// A chunk of 100 ms.
@@ -127,16 +141,11 @@ void SoundTest::gateGetsUsedToNoise()
 {
     LevelGate gate;
     std::mt19937 random(1);
-    std::normal_distribution<double> hiss(0, 60);
     double passed = 0; // seconds
     const auto hear = [&](int tenths, double voice) {
         passed = 0;
-        for (int i = 0; i < tenths; ++i) {
-            Samples samples = chunk(0);
-            for (qint16 &sample : samples)
-                sample = static_cast<qint16>(hiss(random) * voice);
-            passed += secondsOf(gate.pass(samples));
-        }
+        for (int i = 0; i < tenths; ++i)
+            passed += secondsOf(gate.pass(noise(1600, 60 * voice, random)));
     };
     hear(150, 1);
     hear(600, 1);
@@ -146,6 +155,48 @@ void SoundTest::gateGetsUsedToNoise()
     hear(100, 0.5);
     hear(20, 1); // a room that grew quiet hears what was drowned before
     QVERIFY(passed > 2);
+}
+
+void SoundTest::takesNoiseAwayAndLaysAFloor()
+{
+    NoiseSuppressor suppressor;
+    std::mt19937 random(1);
+    Samples heard;
+    for (int i = 0; i < 300; ++i) {
+        const Samples cleaned = suppressor.clean(noise(333, 1000, random)); // no whole frames
+        heard.insert(heard.end(), cleaned.begin(), cleaned.end());
+    }
+    QVERIFY(heard.size() > 300 * 333 - 160); // nothing is lost on the way
+#ifdef KELO_SPEEXDSP
+    QVERIFY(levelOf({heard.end() - 16000, heard.end()}) < 400);
+#endif
+    RoomTone tone;
+    const double silence = levelOf(tone.under(chunk(0)));
+    QVERIFY(silence > 10 && silence < 50);
+    QVERIFY(std::abs(levelOf(tone.under(Samples(1600, 20000))) - silence) < 5); // not by an offset
+    (void)tone.under(chunk(10000));
+    QVERIFY(levelOf(tone.under(chunk(0))) > 300); // below a loud voice it may be louder
+}
+
+void SoundTest::resamplesPieceByPiece()
+{
+    Samples tone;
+    for (int i = 0; i < 48000; ++i)
+        tone.push_back(static_cast<qint16>(10000 * std::sin(i * 0.0576))); // 440 Hz
+    const Samples whole = Resampler(48000).finish(tone);
+    QVERIFY(whole.size() >= 16000 && whole.size() < 16010);
+    for (std::size_t i = 100; i < 15900; ++i)
+        QVERIFY(std::abs(whole[i] - 10000 * std::sin(static_cast<double>(i) * 0.1728)) < 100);
+    Resampler resampler(48000);
+    Samples pieces;
+    for (std::size_t at = 0, size = 1; at < tone.size(); at += size, size = size * 7 % 1999) {
+        const auto begin = tone.begin() + static_cast<std::ptrdiff_t>(at);
+        const auto count = static_cast<std::ptrdiff_t>(std::min(size, tone.size() - at));
+        const Samples piece = resampler.add({begin, begin + count});
+        pieces.insert(pieces.end(), piece.begin(), piece.end());
+    }
+    QVERIFY(pieces.size() > 15950);
+    QVERIFY(std::equal(pieces.begin(), pieces.end(), whole.begin()));
 }
 
 QTEST_APPLESS_MAIN(SoundTest)
