@@ -7,7 +7,7 @@ namespace kelo {
 
 namespace {
 
-constexpr double toneBelow = 0.05; // 26 dB; with half of it less is heard
+constexpr double toneBelow = 0.015; // 36 dB; with more, and with none, less is heard
 constexpr double fading = 0.8; // a second
 constexpr double quietest = 500; // of voices that are worth it
 

@@ -172,10 +172,10 @@ void SoundTest::takesNoiseAwayAndLaysAFloor()
 #endif
     RoomTone tone;
     const double silence = levelOf(tone.under(chunk(0)));
-    QVERIFY(silence > 10 && silence < 50);
-    QVERIFY(std::abs(levelOf(tone.under(Samples(1600, 20000))) - silence) < 5); // not by an offset
+    QVERIFY(silence > 2 && silence < 20);
+    QVERIFY(std::abs(levelOf(tone.under(Samples(1600, 20000))) - silence) < 1); // not by an offset
     (void)tone.under(chunk(10000));
-    QVERIFY(levelOf(tone.under(chunk(0))) > 300); // below a loud voice it may be louder
+    QVERIFY(levelOf(tone.under(chunk(0))) > 100); // below a loud voice it may be louder
 }
 
 void SoundTest::resamplesPieceByPiece()
