@@ -1,6 +1,8 @@
 // How well names are heard, and at what cost:
-//   voice_bench [MINUTES [NAME...]]
-// with so many minutes of other talk a name (2), for all names of the corpus or those given.
+//   [KELO_BENCH_FULL=1] voice_bench [NAME...]
+// for all names of the corpus or those given. Takes a few minutes: 10 calls by the name a room and
+// a minute of other talk a name. In full, for nights: every call in every voice at every speed and
+// an hour of other talk a name. The seed is fixed and a call of the short run is one of the full.
 // Speech is made by espeak-ng, so the figures compare builds with each other, not with people.
 
 #include "support/figures.h"
@@ -35,6 +37,16 @@ constexpr std::array speeds{140, 175, 210}; // words a minute
 constexpr std::array<std::optional<double>, 3> rooms{std::nullopt, 20.0, 10.0};
 constexpr std::array roomNames{"clean", "20 dB", "10 dB"};
 
+/// How much is measured.
+struct Extent {
+    int callsEvery = 7; ///< of all 72 calls, one in so many; no multiple of 2 or 3
+    double talk = 60; ///< seconds a name
+    static Extent wanted()
+    {
+        return qEnvironmentVariableIsSet("KELO_BENCH_FULL") ? Extent{1, 3600} : Extent{};
+    }
+};
+
 struct Tally {
     double hits = 0;
     double samples = 0;
@@ -52,6 +64,18 @@ struct Figures {
     Tally otherWordsWrong; ///< "hits" are the wrong ones
     Tally falseNames; ///< "samples" are seconds
     Tally soundAlikes; ///< that were taken for the name
+    double teaching = 0; ///< milliseconds
+
+    void add(const Figures &other)
+    {
+        for (std::size_t room = 0; room < rooms.size(); ++room)
+            heard[room].add(other.heard[room]);
+        plain.add(other.plain);
+        otherWordsWrong.add(other.otherWordsWrong);
+        falseNames.add(other.falseNames);
+        soundAlikes.add(other.soundAlikes);
+        teaching += other.teaching;
+    }
 };
 
 /// Words to insert, delete or replace to turn one list into the other.
@@ -70,9 +94,31 @@ double distance(const QStringList &from, const QStringList &to)
     return row.back();
 }
 
+struct Call {
+    QString phrase;
+    QString voice;
+    int speed = 0;
+};
+
+/// One in `every` of the ways to call `name`, spread over phrases, voices and speeds.
+std::vector<Call> callsBy(const QString &name, int every)
+{
+    std::vector<Call> calls;
+    int number = 0;
+    for (const QString &phrase : phrasesWith(name)) {
+        for (const int speed : speeds) {
+            for (const QString &voice : sampleVoices()) {
+                if (number++ % every == every / 2)
+                    calls.push_back({phrase, voice, speed});
+            }
+        }
+    }
+    return calls;
+}
+
 class Bench {
 public:
-    Figures measure(const QString &name, double seconds);
+    Figures measure(const QString &name, const Extent &extent);
     void costs();
 
 private:
@@ -97,33 +143,35 @@ Samples Bench::spoken(
     return inRoom(*speech, noise, random_);
 }
 
-Figures Bench::measure(const QString &name, double seconds)
+Figures Bench::measure(const QString &name, const Extent &extent)
 {
     Figures figures;
     const QString token = nameToken(name);
+    QElapsedTimer clock;
+    clock.start();
     const TaughtModel model =
         recogniser_.teach(WakeTraining::of(name), SpeechModelFiles::of(folder_.path(), name));
+    figures.teaching = static_cast<double>(clock.elapsed());
     // Room after room: the decoder gets used to one, as it would to a real one.
     for (std::size_t room = 0; room < rooms.size(); ++room) {
-        std::size_t number = 0;
-        for (const QString &phrase : phrasesWith(name)) {
-            for (const QString &voice : sampleVoices()) {
-                const int speed = speeds[number++ % speeds.size()];
-                const Samples sound = spoken(phrase, voice, speed, rooms[room]);
-                QStringList words = tokensOf(recognised(recogniser_, model, sound), name);
-                figures.heard[room].add({double(words.contains(token)), 1});
-                if (room > 0)
-                    continue;
-                QStringList said = tokensOf(phrase, name);
+        for (const Call &call : callsBy(name, extent.callsEvery)) {
+            const Samples sound = spoken(call.phrase, call.voice, call.speed, rooms[room]);
+            QStringList words = tokensOf(recognised(recogniser_, model, sound), name);
+            figures.heard[room].add({double(words.contains(token)), 1});
+            if (room == 0) {
+                QStringList said = tokensOf(call.phrase, name);
                 words.removeAll(token);
                 said.removeAll(token);
                 figures.otherWordsWrong.add({distance(said, words), double(said.size())});
-                const QString plain = recognised(recogniser_, {}, sound);
-                figures.plain.add({double(tokensOf(plain, name).contains(token)), 1});
             }
         }
     }
-    otherTalk(figures, token, model, seconds);
+    for (const Call &call : callsBy(name, extent.callsEvery)) {
+        const QString plain =
+            recognised(recogniser_, {}, spoken(call.phrase, call.voice, call.speed, {}));
+        figures.plain.add({double(tokensOf(plain, name).contains(token)), 1});
+    }
+    otherTalk(figures, token, model, extent.talk);
     return figures;
 }
 
@@ -187,7 +235,7 @@ void Bench::costs()
         const Samples more = spoken(everydaySentence(random_), sampleVoices()[0], speeds[1], {});
         speech.insert(speech.end(), more.begin() + 8000, more.end() - 12000);
     }
-    Samples hiss(20 * 16000);
+    Samples hiss(20 * 16000); // at -55 dB
     std::normal_distribution<double> noise(0, 60);
     for (qint16 &sample : hiss)
         sample = static_cast<qint16>(noise(random_));
@@ -198,8 +246,6 @@ void Bench::costs()
     };
     (void)perSecond(Samples(1600));
     print(u"CPU seconds a second of speech"_s, perSecond(speech), u"s"_s);
-    print(u"CPU seconds a second of hiss at -55 dB"_s, perSecond(hiss), u"s"_s);
-
     const auto live = [&](const Samples &sound, const RecognitionTask::Handler &handler) {
         const auto task = recogniser_.start({{}, model, true}, handler);
         for (std::size_t at = 0; at + 320 <= sound.size(); at += 320) {
@@ -208,9 +254,13 @@ void Bench::costs()
         }
         return task;
     };
-    const double start = cpuSeconds();
-    live(Samples(5 * 16000), [](const auto &, const auto &) {})->cancel();
-    print(u"CPU seconds a second of silence, gated"_s, (cpuSeconds() - start) / 5, u"s"_s);
+    const auto gated = [&](const Samples &sound) {
+        const double start = cpuSeconds();
+        live(sound, [](const auto &, const auto &) {})->cancel();
+        return (cpuSeconds() - start) / secondsOf(sound);
+    };
+    print(u"CPU seconds a second of silence"_s, gated(Samples(5 * 16000)), u"s"_s);
+    print(u"CPU seconds a second of hiss, from its start"_s, gated(hiss), u"s"_s);
 
     const Samples phrase = spoken(u"Kelo, play some music"_s, sampleVoices()[0], speeds[1], {});
     std::atomic<qint64> finalAt = 0;
@@ -230,11 +280,36 @@ void Bench::costs()
 void printRow(const QString &name, const Figures &figures)
 {
     const double hours = figures.falseNames.samples / 3600;
-    std::printf("%-10s %6.1f %6.1f %6.1f %6.1f %8.1f %8.1f %8.1f\n", qPrintable(name),
+    std::printf("%-10s %6.1f %6.1f %6.1f %6.1f %8.1f %8.1f %8.1f %8.1f %8.0f\n", qPrintable(name),
         figures.plain.percent(), figures.heard[0].percent(), figures.heard[1].percent(),
         figures.heard[2].percent(), figures.otherWordsWrong.percent(),
-        hours > 0 ? figures.falseNames.hits / hours : 0, figures.soundAlikes.percent());
+        hours > 0 ? figures.falseNames.hits / hours : 0, hours * 60, figures.soundAlikes.percent(),
+        figures.teaching);
     std::fflush(stdout);
+}
+
+/// As many names at a time as there are cores.
+void measureAll(const QStringList &names, const Extent &extent)
+{
+    std::printf("\n%-10s %6s %6s %6s %6s %8s %8s %8s %8s %8s\n", "name, %", "plain", roomNames[0],
+        roomNames[1], roomNames[2], "rest bad", "false/h", "of min", "alikes", "teach ms");
+    Figures all;
+    const qsizetype together = std::max(1, QThread::idealThreadCount());
+    for (qsizetype first = 0; first < names.size(); first += together) {
+        const QStringList some = names.mid(first, together);
+        std::vector<std::future<Figures>> answers;
+        for (const QString &name : some) {
+            answers.push_back(std::async(
+                std::launch::async, [name, extent] { return Bench().measure(name, extent); }));
+        }
+        for (qsizetype i = 0; i < some.size(); ++i) {
+            const Figures figures = answers[static_cast<std::size_t>(i)].get();
+            printRow(some[i], figures);
+            all.add(figures);
+        }
+    }
+    all.teaching /= static_cast<double>(names.size());
+    printRow(u"all"_s, all);
 }
 
 } // namespace
@@ -242,26 +317,11 @@ void printRow(const QString &name, const Figures &figures)
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    QStringList arguments = QCoreApplication::arguments().sliced(1);
-    const double minutes = arguments.isEmpty() ? 2 : arguments.takeFirst().toDouble();
+    const QStringList some = QCoreApplication::arguments().sliced(1);
     printMachine();
-    Bench bench;
     try {
-        bench.costs();
-        std::printf("\n%-10s %6s %6s %6s %6s %8s %8s %8s\n", "name, %", "plain", roomNames[0],
-            roomNames[1], roomNames[2], "rest bad", "false/h", "alikes");
-        Figures all;
-        for (const QString &name : arguments.isEmpty() ? names() : arguments) {
-            const Figures figures = bench.measure(name, minutes * 60);
-            printRow(name, figures);
-            for (std::size_t room = 0; room < rooms.size(); ++room)
-                all.heard[room].add(figures.heard[room]);
-            all.plain.add(figures.plain);
-            all.otherWordsWrong.add(figures.otherWordsWrong);
-            all.falseNames.add(figures.falseNames);
-            all.soundAlikes.add(figures.soundAlikes);
-        }
-        printRow(u"all"_s, all);
+        Bench().costs();
+        measureAll(some.isEmpty() ? names() : some, Extent::wanted());
     } catch (const std::exception &error) {
         std::fprintf(stderr, "voice_bench: %s\n", error.what());
         return 1;

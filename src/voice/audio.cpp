@@ -30,9 +30,9 @@ double valueOf(qint32 sample)
 }
 
 /// Samples of one type in bytes that need not be aligned.
-template <typename T> class Samples {
+template <typename T> class StoredSamples {
 public:
-    explicit Samples(const QByteArray &bytes)
+    explicit StoredSamples(const QByteArray &bytes)
         : bytes_(bytes)
     {
     }
@@ -52,15 +52,15 @@ template <typename Read> auto reading(const AudioBuffer &buffer, Read read)
 {
     switch (buffer.format.sample) {
     case AudioFormat::Sample::Float32:
-        return read(Samples<float>(buffer.bytes));
+        return read(StoredSamples<float>(buffer.bytes));
     case AudioFormat::Sample::Int16:
-        return read(Samples<qint16>(buffer.bytes));
+        return read(StoredSamples<qint16>(buffer.bytes));
     case AudioFormat::Sample::Int32:
-        return read(Samples<qint32>(buffer.bytes));
+        return read(StoredSamples<qint32>(buffer.bytes));
     case AudioFormat::Sample::Other:
         break;
     }
-    return decltype(read(Samples<qint16>(buffer.bytes))){};
+    return decltype(read(StoredSamples<qint16>(buffer.bytes))){};
 }
 
 } // namespace

@@ -1,26 +1,12 @@
 #pragma once
 
+#include "voice/phones.h"
+
 #include <QHash>
 #include <QSet>
 #include <QString>
-#include <QStringList>
 
 namespace kelo {
-
-/// How a word sounds, in the 39 phones that the recogniser's English model knows, for example
-/// {"K", "IY", "L", "OW"}.
-using Phones = QStringList;
-
-/// The phones that come closest to `ipa` (International Phonetic Alphabet). Marks of stress, length
-/// and language are ignored, and so is what stands for no sound.
-[[nodiscard]] Phones phonesOfIpa(const QString &ipa);
-
-/// The same for X-SAMPA.
-[[nodiscard]] Phones phonesOfXSampa(const QString &xSampa);
-
-/// `phones` and other ways in which speakers of English commonly say the same; `phones` first, at
-/// most `limit` in all.
-[[nodiscard]] QList<Phones> accentsOf(const Phones &phones, qsizetype limit);
 
 /// The entries of a pronouncing dictionary for `words`, which are in lower case, with
 /// alternatives together. Empty when the file cannot be read.

@@ -1,9 +1,9 @@
 #include "voice/pulse_microphone.h"
 
+#include "voice/pulse_library.h"
+
 #include <QCoreApplication>
 #include <QPromise>
-
-#include <pulse/pulseaudio.h>
 
 #include <vector>
 
@@ -11,44 +11,11 @@ namespace kelo {
 
 namespace {
 
-using namespace Qt::StringLiterals;
+using namespace pulse;
 
 constexpr pa_usec_t serverPatience = 1'000'000; // microseconds
-constexpr pa_sample_spec wanted{PA_SAMPLE_S16NE, 16000, 1};
+constexpr pa_sample_spec captureSpec{PA_SAMPLE_S16NE, 16000, 1};
 constexpr uint32_t bufferBytes = 640; // 20 ms
-
-class Locked {
-public:
-    explicit Locked(pa_threaded_mainloop *loop)
-        : loop_(loop)
-    {
-        pa_threaded_mainloop_lock(loop_);
-    }
-    ~Locked() { pa_threaded_mainloop_unlock(loop_); }
-    Q_DISABLE_COPY_MOVE(Locked)
-
-private:
-    pa_threaded_mainloop *loop_;
-};
-
-void forget(pa_operation *operation)
-{
-    if (operation)
-        pa_operation_unref(operation);
-}
-
-QString property(const pa_proplist *properties, const char *key)
-{
-    return QString::fromUtf8(pa_proplist_gets(properties, key));
-}
-
-/// Part of this computer rather than something plugged into it.
-bool isInternal(const pa_proplist *properties)
-{
-    const QString form = property(properties, PA_PROP_DEVICE_FORM_FACTOR);
-    return form.isEmpty() ? property(properties, PA_PROP_DEVICE_BUS) == "pci"_L1
-                          : form == "internal"_L1;
-}
 
 } // namespace
 
@@ -226,7 +193,7 @@ Microphone::Opening PulseMicrophone::open(const MicrophoneDevice &device, Sink s
     const Locked lock(loop_);
     if (!context_ || pa_context_get_state(context_) != PA_CONTEXT_READY)
         return Opening::NoInput;
-    stream_ = pa_stream_new(context_, "speech", &wanted, nullptr);
+    stream_ = pa_stream_new(context_, "speech", &captureSpec, nullptr);
     if (!stream_)
         return Opening::NotAttached;
     pa_stream_set_state_callback(
@@ -241,7 +208,7 @@ Microphone::Opening PulseMicrophone::open(const MicrophoneDevice &device, Sink s
             static_cast<PulseMicrophone *>(self)->read(stream);
         },
         this);
-    constexpr uint32_t any = static_cast<uint32_t>(-1);
+    constexpr auto any = static_cast<uint32_t>(-1);
     const pa_buffer_attr attributes{any, any, any, any, bufferBytes};
     // Not moved: when its device is pulled the stream shall end rather than listen elsewhere.
     constexpr auto flags =

@@ -1,6 +1,7 @@
 #include "voice/sound_queue.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <utility>
 
@@ -20,6 +21,12 @@ constexpr std::size_t hangover = second; // an utterance ends after half a secon
 /// quiet room.
 constexpr int loud = 64;
 
+/// A voice that a microphone is meant to hear rises above the room by more than 4 dB; the level of
+/// steady noise changes by less from one buffer to the next.
+constexpr double aboveFloor = 1.6;
+constexpr double floorGrowth = 1.25; // a second; a fan that starts is known after some
+constexpr double lowestFloor = 16;
+
 bool isQuiet(const Samples &samples)
 {
     return std::none_of(samples.begin(), samples.end(),
@@ -27,6 +34,19 @@ bool isQuiet(const Samples &samples)
 }
 
 } // namespace
+
+double levelOf(const Samples &samples)
+{
+    double sum = 0;
+    double squares = 0;
+    for (const qint16 sample : samples) {
+        sum += sample;
+        squares += static_cast<double>(sample) * sample;
+    }
+    const auto count = static_cast<double>(std::max<std::size_t>(samples.size(), 1));
+    const double mean = sum / count;
+    return std::sqrt(std::max(0.0, squares / count - mean * mean));
+}
 
 SoundQueue::SoundQueue(bool bounded)
     : bounded_(bounded)
@@ -53,7 +73,7 @@ double SoundQueue::push(Samples samples)
     return static_cast<double>(dropped) / sampleRate;
 }
 
-std::size_t SoundQueue::drop(std::deque<Chunk>::iterator chunk)
+std::size_t SoundQueue::drop(const std::deque<Chunk>::iterator &chunk)
 {
     const std::size_t size = chunk->samples.size();
     samples_ -= size;
@@ -71,10 +91,18 @@ std::optional<Samples> SoundQueue::pop()
     return samples;
 }
 
+bool LevelGate::staysQuiet(const Samples &samples)
+{
+    const double level = levelOf(samples);
+    const double grown = std::max(floor_, lowestFloor) * std::pow(floorGrowth, secondsOf(samples));
+    floor_ = std::min(level, grown);
+    return isQuiet(samples) || level < aboveFloor * grown;
+}
+
 Samples LevelGate::pass(Samples samples)
 {
     const bool wasOpen = quietFor_ < hangover;
-    quietFor_ = isQuiet(samples) ? quietFor_ + samples.size() : 0;
+    quietFor_ = staysQuiet(samples) ? quietFor_ + samples.size() : 0;
     if (wasOpen)
         return samples;
     if (quietFor_ > 0) {

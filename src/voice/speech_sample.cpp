@@ -1,6 +1,7 @@
 #include "voice/speech_sample.h"
 
 #include "voice/audio.h"
+#include "voice/resampler.h"
 
 #include <QFile>
 #include <QProcess>
@@ -8,7 +9,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 using namespace Qt::StringLiterals;
 
@@ -16,38 +16,8 @@ namespace kelo {
 
 namespace {
 
-constexpr double before = 0.5; // seconds
-constexpr double after = 1.0;
-
-double sinc(double x)
-{
-    return x == 0 ? 1 : std::sin(std::numbers::pi * x) / (std::numbers::pi * x);
-}
-
-/// Band-limited interpolation; `rate` is that of `samples`.
-Samples resampled(const Samples &samples, double rate)
-{
-    constexpr double reach = 16; // zero crossings on either side
-    const double step = rate / sampleRate;
-    const double band = std::min(1.0, 1 / step);
-    const double radius = reach / band;
-    const auto count = static_cast<std::size_t>(static_cast<double>(samples.size()) / step);
-    Samples result(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        const double centre = static_cast<double>(i) * step;
-        const auto first = static_cast<std::size_t>(std::max(0.0, std::ceil(centre - radius)));
-        const auto last =
-            std::min(samples.size() - 1, static_cast<std::size_t>(std::floor(centre + radius)));
-        double sum = 0;
-        for (std::size_t k = first; k <= last; ++k) {
-            const double distance = static_cast<double>(k) - centre;
-            const double window = 0.5 + 0.5 * std::cos(std::numbers::pi * distance / radius);
-            sum += samples[k] * band * sinc(distance * band) * window;
-        }
-        result[i] = static_cast<qint16>(std::clamp(std::lround(sum), -32768L, 32767L));
-    }
-    return result;
-}
+constexpr double silenceBefore = 0.5; // seconds
+constexpr double silenceAfter = 1.0;
 
 template <typename T> T little(const QByteArray &bytes, qsizetype at)
 {
@@ -101,14 +71,14 @@ std::optional<Samples> readSpeech(const QString &path)
     const Samples mono = monoOf(buffer);
     if (mono.empty() || buffer.format.rate < 4000)
         return std::nullopt;
-    return resampled(mono, buffer.format.rate);
+    return Resampler(buffer.format.rate).finish(mono);
 }
 
 Samples inRoom(const Samples &speech, std::optional<double> signalToNoise, std::mt19937 &random)
 {
-    Samples room(static_cast<std::size_t>(before * sampleRate));
+    Samples room(static_cast<std::size_t>(silenceBefore * sampleRate));
     room.insert(room.end(), speech.begin(), speech.end());
-    room.resize(room.size() + static_cast<std::size_t>(after * sampleRate));
+    room.resize(room.size() + static_cast<std::size_t>(silenceAfter * sampleRate));
     if (!signalToNoise)
         return room;
     double power = 0;

@@ -234,7 +234,8 @@ void SphinxDecoder::begin()
 bool SphinxDecoder::process(const Samples &samples)
 {
     ps_decoder_t *decoder = library_->decoder.get();
-    ps_process_raw(decoder, samples.data(), samples.size(), FALSE, FALSE);
+    const Samples sound = tone_.under(suppressor_.clean(samples));
+    ps_process_raw(decoder, sound.data(), sound.size(), FALSE, FALSE);
     const bool speaks = ps_get_in_speech(decoder);
     spoke_ = spoke_ || speaks;
     return speaks || !spoke_;

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "voice/noise_suppressor.h"
 #include "voice/recogniser.h"
-#include "voice/sound_queue.h"
+#include "voice/room_tone.h"
 
 #include <QStringList>
 
@@ -55,6 +56,8 @@ private:
     std::optional<TaughtModel> taught_;
     QByteArray taughtModel_; // ARPA
     QStringList phrases_;
+    NoiseSuppressor suppressor_;
+    RoomTone tone_;
     bool spoke_ = false;
 };
 

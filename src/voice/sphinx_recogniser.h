@@ -5,12 +5,12 @@
 #include <QString>
 
 #include <atomic>
-#include <condition_variable>
 #include <memory>
-#include <mutex>
 #include <thread>
 
 namespace kelo {
+
+struct SphinxDesk;
 
 /// PocketSphinx with its English model, on one thread of its own that lives as long as this. The
 /// decoder is loaded with the first session and let go again after a minute without one.
@@ -31,15 +31,11 @@ public:
     TaughtModel teach(const WakeTraining &training, const SpeechModelFiles &files) override;
 
 private:
-    class Task;
-    class Session;
-    struct Desk;
-
     void work();
 
     QString directory_;
     std::atomic<bool> available_;
-    std::shared_ptr<Desk> desk_; ///< shared with the tasks, which may outlive this
+    std::shared_ptr<SphinxDesk> desk_; ///< shared with the tasks, which may outlive this
     std::thread worker_;
 };
 

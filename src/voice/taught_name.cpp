@@ -1,12 +1,12 @@
 #include "voice/taught_name.h"
 
+#include "voice/accents.h"
 #include "voice/language_model.h"
 #include "voice/wake_training.h"
 
 #include <QCryptographicHash>
 #include <QFile>
 #include <QRegularExpression>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <stdexcept>
@@ -55,14 +55,6 @@ QList<Phones> waysToSay(const WakeTraining &training, const QList<Phones> &known
     for (const Phones &phones : plain)
         append(ways, accentsOf(phones, nameVariants));
     return ways.first(std::min(ways.size(), std::max(plain.size(), nameVariants)));
-}
-
-void write(const QString &path, const QByteArray &contents)
-{
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size()
-        || !file.commit())
-        throw std::runtime_error(file.errorString().toStdString());
 }
 
 QByteArray digestOf(const QByteArray &languageModel, const QByteArray &vocabulary)
@@ -159,8 +151,8 @@ TaughtModel prepareTaughtModel(
 
     const QByteArray model = arpaModel(sentences, loneWord);
     const QByteArray entries = vocabulary.join(QString()).toUtf8();
-    write(files.languageModel, model);
-    write(files.vocabulary, entries);
+    saveWhole(files.languageModel, model);
+    saveWhole(files.vocabulary, entries);
     return {training.name, files.languageModel, files.vocabulary, digestOf(model, entries)};
 }
 

@@ -6,6 +6,9 @@
 #ifdef KELO_PULSE
 #include "voice/pulse_microphone.h"
 #endif
+#ifdef KELO_QT_MULTIMEDIA
+#include "voice/qt_microphone.h"
+#endif
 #ifdef KELO_POCKETSPHINX
 #include "voice/sphinx_recogniser.h"
 #endif
@@ -15,7 +18,11 @@ namespace kelo {
 std::unique_ptr<Microphone> Microphone::ofThisSystem()
 {
 #ifdef KELO_PULSE
-    return std::make_unique<PulseMicrophone>();
+    if (auto pulse = std::make_unique<PulseMicrophone>(); pulse->isWorking())
+        return pulse;
+#endif
+#ifdef KELO_QT_MULTIMEDIA
+    return std::make_unique<QtMicrophone>();
 #else
     return none();
 #endif

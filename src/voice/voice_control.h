@@ -1,33 +1,14 @@
 #pragma once
 
-#include "link/link.h"
 #include "link/shell.h"
 #include "voice/audio.h"
-#include "voice/microphone.h"
-#include "voice/permissions.h"
+#include "voice/voice_setup.h"
 #include "voice/wake_model.h"
 
-#include <functional>
 #include <memory>
 #include <mutex>
 
 namespace kelo {
-
-/// What voice control is made of; tests bring their own.
-struct VoiceSetup {
-    Link *link = nullptr; ///< who the assistant is, whether it speaks, whether the user types
-    std::function<void(const QString &line)> send; ///< to the engine
-    std::unique_ptr<Permissions> permissions;
-    std::unique_ptr<Microphone> microphone;
-    std::unique_ptr<Recogniser> recogniser; ///< null when there is none
-    std::unique_ptr<QSettings> settings; ///< null: nothing is remembered
-    QString baseDir; ///< the data directory
-    TimeSource &time = TimeSource::system();
-
-    static VoiceSetup ofThisProcess();
-    /// Finds no microphone and remembers nothing: for pictures, and for tests of other rooms.
-    static VoiceSetup deaf();
-};
 
 /// Turns the user's voice into text for the engine.
 ///
@@ -110,7 +91,7 @@ private:
     void handle(qint64 session, const std::optional<Transcript> &transcript,
         const std::optional<RecogniserError> &error);
     void renew(qint64 session);
-    void remember(bool wanted);
+    void remember(bool wanted) const;
 
     VoiceSetup setup_;
     WakeModel wakeModel_;

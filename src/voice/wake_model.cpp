@@ -3,25 +3,12 @@
 #include "voice/wake_training.h"
 
 #include <QDir>
-#include <QSaveFile>
 
 #include <stdexcept>
 
 using namespace Qt::StringLiterals;
 
 namespace kelo {
-
-namespace {
-
-void write(const QString &path, const QByteArray &contents)
-{
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size()
-        || !file.commit())
-        throw std::runtime_error(file.errorString().toStdString());
-}
-
-} // namespace
 
 WakeModel::WakeModel(Recogniser *recogniser, QString folder,
     std::function<void(const QString &)> log, QObject *parent)
@@ -54,7 +41,7 @@ void WakeModel::build(const QString &name, const std::function<void()> &then)
     try {
         const WakeTraining training = WakeTraining::of(name);
         const SpeechModelFiles files = SpeechModelFiles::of(folder_, name);
-        write(files.trainingData, training.exported());
+        saveWhole(files.trainingData, training.exported());
         outcome = [this, name, then, model = recogniser_->teach(training, files)] {
             ready_ = model;
             builtFor_ = name;

@@ -1,8 +1,10 @@
 #include "voice/wake_training.h"
 
+#include <QSaveFile>
 #include <QTextStream>
 
 #include <array>
+#include <stdexcept>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -41,7 +43,7 @@ constexpr std::array openers{
     u"tell me",
 };
 
-constexpr std::array pronunciations{
+constexpr std::array knownPronunciations{
     std::pair{u"kelo", u"k e l oU"},
 };
 
@@ -66,7 +68,7 @@ WakeTraining WakeTraining::of(const QString &name)
         training.phrases.append({called, 400});
         training.phrases.append({u"Hey "_s + called, 150});
     }
-    for (const auto &[known, phonemes] : pronunciations) {
+    for (const auto &[known, phonemes] : knownPronunciations) {
         if (name.toLower() == QString::fromUtf16(known))
             training.pronunciation = {name, {QString::fromUtf16(phonemes)}};
     }
@@ -85,6 +87,14 @@ QByteArray WakeTraining::exported() const
             out << "pronunciation\t" << pronunciation->grapheme << '\t' << phonemes << '\n';
     }
     return text.toUtf8();
+}
+
+void saveWhole(const QString &path, const QByteArray &contents)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size()
+        || !file.commit())
+        throw std::runtime_error(file.errorString().toStdString());
 }
 
 SpeechModelFiles SpeechModelFiles::of(const QString &folder, const QString &name)

@@ -42,4 +42,7 @@ struct SpeechModelFiles {
     static SpeechModelFiles of(const QString &folder, const QString &name);
 };
 
+/// Writes a file whole or not at all. Throws std::runtime_error.
+void saveWhole(const QString &path, const QByteArray &contents);
+
 } // namespace kelo

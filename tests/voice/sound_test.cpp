@@ -1,4 +1,7 @@
 #include "voice/audio.h"
+#include "voice/noise_suppressor.h"
+#include "voice/resampler.h"
+#include "voice/room_tone.h"
 #include "voice/sound_queue.h"
 
 #include <QTest>
@@ -7,6 +10,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <random>
 
 using namespace kelo;
 
@@ -18,10 +22,11 @@ private Q_SLOTS:
     void peaksInEveryFormat_data();
     void peaksInEveryFormat();
     void mixesToMono();
-    void reportsAtMostEvery80Milliseconds();
     void dropsTheOldestSilenceFirst();
-    void keepsRecordingsWhole();
     void gateLetsFirstConsonantsThrough();
+    void gateGetsUsedToNoise();
+    void takesNoiseAwayAndLaysAFloor();
+    void resamplesPieceByPiece();
 };
 
 namespace {
@@ -32,10 +37,22 @@ template <typename T> QByteArray bytesOf(std::initializer_list<T> samples)
         static_cast<qsizetype>(samples.size() * sizeof(T))};
 }
 
-/// A chunk of 100 ms.
-Samples chunk(qint16 value)
+Samples noise(std::size_t count, double level, std::mt19937 &random)
 {
-    return Samples(1600, value);
+    std::normal_distribution<double> hiss(0, level);
+    Samples samples(count);
+    for (qint16 &sample : samples)
+        sample = static_cast<qint16>(hiss(random));
+    return samples;
+}
+
+/// A chunk of 100 ms.
+Samples chunk(int value)
+{
+    Samples samples;
+    for (int i = 0; i < 1600; ++i)
+        samples.push_back(static_cast<qint16>(i % 2 ? -value : value));
+    return samples;
 }
 
 } // namespace
@@ -85,31 +102,17 @@ void SoundTest::mixesToMono()
     QCOMPARE(monoOf({{Other, 16000, 1}, "abcdef"}), Samples{});
 }
 
-void SoundTest::reportsAtMostEvery80Milliseconds()
-{
-    PeakMeter meter;
-    QVERIFY(meter.add(0.5, 100));
-    QVERIFY(!meter.add(0.75, 100.04));
-    QVERIFY(!meter.add(0.25, 100.0799));
-    const auto report = meter.add(0.1, 100.0801);
-    QVERIFY(report);
-    QCOMPARE(report->peak, 0.75);
-    QCOMPARE(report->buffers, 4);
-    QCOMPARE(report->shown(), 1.0);
-    QCOMPARE(meter.add(0.05, 200)->peak, 0.05);
-}
-
 void SoundTest::dropsTheOldestSilenceFirst()
 {
     SoundQueue queue(true);
     double dropped = 0;
     for (int i = 0; i < 5; ++i)
         dropped += queue.push(chunk(0));
-    for (qint16 i = 0; i < 15; ++i)
-        dropped += queue.push(chunk(static_cast<qint16>(1000 + i)));
+    for (int i = 0; i < 15; ++i)
+        dropped += queue.push(chunk(1000 + i));
     QCOMPARE(dropped, 0.0);
-    for (qint16 i = 0; i < 5; ++i)
-        dropped += queue.push(chunk(static_cast<qint16>(2000 + i)));
+    for (int i = 0; i < 5; ++i)
+        dropped += queue.push(chunk(2000 + i));
     QVERIFY(std::abs(dropped - 0.5) < 1e-9); // the silence went, no speech
     QCOMPARE(queue.pop()->front(), 1000);
     for (int i = 0; i < 1000; ++i)
@@ -120,26 +123,80 @@ void SoundTest::dropsTheOldestSilenceFirst()
     QVERIFY(std::abs(queue.seconds()) < 1e-6);
 }
 
-void SoundTest::keepsRecordingsWhole()
-{
-    SoundQueue queue(false);
-    for (int i = 0; i < 1000; ++i)
-        QCOMPARE(queue.push(chunk(0)), 0.0);
-    QVERIFY(std::abs(queue.seconds() - 100) < 1e-6);
-}
-
 void SoundTest::gateLetsFirstConsonantsThrough()
 {
     LevelGate gate;
-    for (qint16 i = 0; i < 30; ++i)
+    for (int i = 0; i < 30; ++i)
         QVERIFY(gate.pass(chunk(i)).empty()); // too quiet to matter, but never the same
     const Samples first = gate.pass(chunk(5000));
     QCOMPARE(first.size(), 6 * 1600U); // half a second of run-in
     QCOMPARE(first.front(), 25);
-    QCOMPARE(first.back(), 5000);
+    QCOMPARE(first.back(), -5000);
     for (int i = 0; i < 10; ++i) // pauses between words are needed, and the one that ends it
         QCOMPARE(gate.pass(chunk(3)).size(), 1600U);
     QVERIFY(gate.pass(chunk(3)).empty());
+}
+
+void SoundTest::gateGetsUsedToNoise()
+{
+    LevelGate gate;
+    std::mt19937 random(1);
+    double passed = 0; // seconds
+    const auto hear = [&](int tenths, double voice) {
+        passed = 0;
+        for (int i = 0; i < tenths; ++i)
+            passed += secondsOf(gate.pass(noise(1600, 60 * voice, random)));
+    };
+    hear(150, 1);
+    hear(600, 1);
+    QCOMPARE(passed, 0.0); // a minute of it costs nothing
+    hear(10, 2);
+    QVERIFY(std::abs(passed - 1.5) < 0.01); // a voice 6 dB above it comes through at once
+    hear(100, 0.5);
+    hear(20, 1); // a room that grew quiet hears what was drowned before
+    QVERIFY(passed > 2);
+}
+
+void SoundTest::takesNoiseAwayAndLaysAFloor()
+{
+    NoiseSuppressor suppressor;
+    std::mt19937 random(1);
+    Samples heard;
+    for (int i = 0; i < 300; ++i) {
+        const Samples cleaned = suppressor.clean(noise(333, 1000, random)); // no whole frames
+        heard.insert(heard.end(), cleaned.begin(), cleaned.end());
+    }
+    QVERIFY(heard.size() > 300 * 333 - 160); // nothing is lost on the way
+#ifdef KELO_SPEEXDSP
+    QVERIFY(levelOf({heard.end() - 16000, heard.end()}) < 400);
+#endif
+    RoomTone tone;
+    const double silence = levelOf(tone.under(chunk(0)));
+    QVERIFY(silence > 2 && silence < 20);
+    QVERIFY(std::abs(levelOf(tone.under(Samples(1600, 20000))) - silence) < 1); // not by an offset
+    (void)tone.under(chunk(10000));
+    QVERIFY(levelOf(tone.under(chunk(0))) > 100); // below a loud voice it may be louder
+}
+
+void SoundTest::resamplesPieceByPiece()
+{
+    Samples tone;
+    for (int i = 0; i < 48000; ++i)
+        tone.push_back(static_cast<qint16>(10000 * std::sin(i * 0.0576))); // 440 Hz
+    const Samples whole = Resampler(48000).finish(tone);
+    QVERIFY(whole.size() >= 16000 && whole.size() < 16010);
+    for (std::size_t i = 100; i < 15900; ++i)
+        QVERIFY(std::abs(whole[i] - 10000 * std::sin(static_cast<double>(i) * 0.1728)) < 100);
+    Resampler resampler(48000);
+    Samples pieces;
+    for (std::size_t at = 0, size = 1; at < tone.size(); at += size, size = size * 7 % 1999) {
+        const auto begin = tone.begin() + static_cast<std::ptrdiff_t>(at);
+        const auto count = static_cast<std::ptrdiff_t>(std::min(size, tone.size() - at));
+        const Samples piece = resampler.add({begin, begin + count});
+        pieces.insert(pieces.end(), piece.begin(), piece.end());
+    }
+    QVERIFY(pieces.size() > 15950);
+    QVERIFY(std::equal(pieces.begin(), pieces.end(), whole.begin()));
 }
 
 QTEST_APPLESS_MAIN(SoundTest)

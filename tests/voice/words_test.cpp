@@ -1,3 +1,4 @@
+#include "voice/accents.h"
 #include "voice/language_model.h"
 #include "voice/pronunciation.h"
 #include "voice/steady_words.h"

@@ -1,0 +1,54 @@
+#include "voice/noise_suppressor.h"
+
+#ifdef KELO_SPEEXDSP
+#include <speex/speex_preprocess.h>
+
+namespace kelo {
+
+namespace {
+
+constexpr std::size_t frame = 160; // samples
+
+} // namespace
+
+NoiseSuppressor::NoiseSuppressor()
+    : state_(speex_preprocess_state_init(static_cast<int>(frame), static_cast<int>(sampleRate)))
+{
+    int on = 1;
+    speex_preprocess_ctl(state_, SPEEX_PREPROCESS_SET_DENOISE, &on);
+}
+
+NoiseSuppressor::~NoiseSuppressor()
+{
+    speex_preprocess_state_destroy(state_);
+}
+
+Samples NoiseSuppressor::clean(const Samples &samples)
+{
+    waiting_.insert(waiting_.end(), samples.begin(), samples.end());
+    const std::size_t whole = waiting_.size() - waiting_.size() % frame;
+    const auto end = waiting_.begin() + static_cast<std::ptrdiff_t>(whole);
+    Samples cleaned(waiting_.begin(), end);
+    waiting_.erase(waiting_.begin(), end);
+    for (std::size_t at = 0; at < whole; at += frame)
+        speex_preprocess_run(state_, cleaned.data() + at);
+    return cleaned;
+}
+
+} // namespace kelo
+
+#else
+
+namespace kelo {
+
+NoiseSuppressor::NoiseSuppressor() = default;
+NoiseSuppressor::~NoiseSuppressor() = default;
+
+Samples NoiseSuppressor::clean(const Samples &samples)
+{
+    return samples;
+}
+
+} // namespace kelo
+
+#endif
