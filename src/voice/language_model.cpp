@@ -104,7 +104,8 @@ void write(QTextStream &out, double probability, const QStringList &words, const
 
 } // namespace
 
-QByteArray arpaModel(const QList<CountedSentence> &sentences, double loneWord)
+QByteArray arpaModel(
+    const QList<CountedSentence> &sentences, double loneWord, double begunWord)
 {
     const Model model(sentences);
     QByteArray bytes;
@@ -129,8 +130,9 @@ QByteArray arpaModel(const QList<CountedSentence> &sentences, double loneWord)
             for (const QString &word : history->keys()) {
                 const QStringList gram = history.key() + QStringList{word};
                 const bool lone = length == 0 && word != "</s>"_L1;
+                const double counted = model.probability(history.key(), word);
                 const double probability =
-                    model.probability(history.key(), word) * (lone ? loneWord : 1);
+                    length > 0 ? std::pow(counted, begunWord) : counted * (lone ? loneWord : 1);
                 const double backoff = length + 1 < order ? model.backoff(gram) : 1;
                 write(out, probability, gram, length + 1 < order ? &backoff : nullptr);
             }

@@ -27,23 +27,26 @@ namespace {
 // before it mixes them, so a small weight still counts for much.
 constexpr float generalWeight = 1.0F;
 constexpr float taughtWeight = 0.5F;
-constexpr float phrasesWeight = 0.1F;
+constexpr float phrasesWeight = 1.0F;
 
 /// Phrases shall help a word that was begun, not put words of theirs in place of others.
 constexpr double lonePhraseWord = 0.01;
 
-constexpr auto searchName = "kelo";
+/// After the name, or once it is begun, a phrase is what will come, however many others there are.
+constexpr double begunPhraseWord = 0.2;
 
-template <typename T, auto Free> struct Freeing {
-    void operator()(T *object) const { Free(object); }
-};
-using Decoder = std::unique_ptr<ps_decoder_t, Freeing<ps_decoder_t, ps_free>>;
-using Config = std::unique_ptr<cmd_ln_t, Freeing<cmd_ln_t, cmd_ln_free_r>>;
-using LanguageModel = std::unique_ptr<ngram_model_t, Freeing<ngram_model_t, ngram_model_free>>;
+constexpr auto searchName = "kelo";
 
 } // namespace
 
 struct SphinxDecoder::Library {
+    template <typename T, auto Free> struct Freeing {
+        void operator()(T *object) const { Free(object); }
+    };
+    using Decoder = std::unique_ptr<ps_decoder_t, Freeing<ps_decoder_t, ps_free>>;
+    using Config = std::unique_ptr<cmd_ln_t, Freeing<cmd_ln_t, cmd_ln_free_r>>;
+    using LanguageModel = std::unique_ptr<ngram_model_t, Freeing<ngram_model_t, ngram_model_free>>;
+
     Config config;
     LanguageModel general;
     LanguageModel phrases; ///< those of the last rebuild, whose spellings `all` goes on using
@@ -185,18 +188,21 @@ ngram_model_t *SphinxDecoder::modelOfPhrases() const
     QList<CountedSentence> sentences;
     for (const QString &phrase : phrases_) {
         const QStringList tokens = tokensOf(phrase, taught_ ? taught_->name : QString());
-        if (!tokens.isEmpty())
-            sentences.append({tokens, 1});
+        if (tokens.isEmpty())
+            continue;
+        sentences.append({tokens, 1});
+        if (taught_)
+            sentences.append({QStringList{nameToken(taught_->name)} + tokens, 1});
     }
     if (sentences.isEmpty())
         sentences.append({{u"yes"_s}, 1}); // the set must keep its member
-    return modelOf(arpaModel(sentences, lonePhraseWord));
+    return modelOf(arpaModel(sentences, lonePhraseWord, begunPhraseWord));
 }
 
 void SphinxDecoder::rebuild()
 {
-    LanguageModel phrases(modelOfPhrases());
-    const LanguageModel taught(taughtModel_.isEmpty() ? nullptr : modelOf(taughtModel_));
+    Library::LanguageModel phrases(modelOfPhrases());
+    const Library::LanguageModel taught(taughtModel_.isEmpty() ? nullptr : modelOf(taughtModel_));
     std::vector<ngram_model_t *> models{library_->general.get()};
     std::vector<const char *> names{"general"};
     std::vector<float32> weights{generalWeight};
@@ -211,7 +217,7 @@ void SphinxDecoder::rebuild()
         weights.push_back(taughtWeight);
     }
     // The set keeps references of its own.
-    LanguageModel all(ngram_model_set_init(library_->config.get(), models.data(),
+    Library::LanguageModel all(ngram_model_set_init(library_->config.get(), models.data(),
         const_cast<char **>(names.data()), weights.data(), static_cast<int32>(models.size())));
     ps_decoder_t *decoder = library_->decoder.get();
     if (!all || ps_set_lm(decoder, searchName, all.get()) < 0

@@ -9,7 +9,7 @@ namespace kelo::engine {
 
 namespace {
 
-constexpr double together = 0.04; ///< seconds within which the keys of a chord are written
+constexpr double writtenTogether = 0.04; ///< seconds within which the keys of a chord are written
 constexpr std::size_t mostSteps = 8; ///< that are easily kept in mind
 constexpr double barWithoutMetre = 2;
 constexpr int middleC = 60;
@@ -19,13 +19,13 @@ std::vector<Step> stepsOf(
     const Piece &piece, const std::vector<Hands> &owners, Hands hands, double from, double to)
 {
     std::vector<Step> steps;
-    const auto first = std::ranges::lower_bound(piece.notes, from - together, {}, &Note::at);
-    for (auto it = first; it != piece.notes.end() && it->at < to - together; ++it) {
+    const auto first = std::ranges::lower_bound(piece.notes, from - writtenTogether, {}, &Note::at);
+    for (auto it = first; it != piece.notes.end() && it->at < to - writtenTogether; ++it) {
         const Note &note = *it;
         const Hands owner = owners[static_cast<std::size_t>(it - piece.notes.begin())];
         if (owner == Hands::Both || (hands != Hands::Both && owner != hands))
             continue;
-        if (steps.empty() || note.at - steps.back().at > together)
+        if (steps.empty() || note.at - steps.back().at > writtenTogether)
             steps.push_back({note.at, {}});
         auto &pitches = steps.back().pitches;
         const auto place = std::ranges::lower_bound(pitches, note.pitch);
@@ -120,8 +120,8 @@ Piece pieceOf(const Excerpt &excerpt, const Piece &whole)
     for (std::size_t i = 0; i < whole.notes.size(); ++i) {
         Note note = whole.notes[i];
         const bool wanted = excerpt.hands == Hands::Both || owners[i] == excerpt.hands;
-        if (!wanted || note.at < excerpt.from - together || note.at >= excerpt.to - together
-            || owners[i] == Hands::Both)
+        if (!wanted || note.at < excerpt.from - writtenTogether
+            || note.at >= excerpt.to - writtenTogether || owners[i] == Hands::Both)
             continue;
         note.duration = std::min(note.duration, excerpt.to - note.at);
         note.at = std::max(0.0, note.at - excerpt.from);

@@ -4,7 +4,7 @@ namespace kelo::engine {
 
 namespace {
 
-constexpr Job songs[] = {
+constexpr Job songsJobs[] = {
     {Action::OpenMenu, Everywhere, "M", "Opens the song menu.",
         {{{"songs|menu ?song ?open ?show", "song menu"}}}},
     {Action::PlaySong, Everywhere, "", "Plays a song, by its number or its name.",
@@ -34,7 +34,7 @@ constexpr Job songs[] = {
         {{{"start|begin|open ?it|this|song", "start"}, {"ready|yes|okay|sure ?i'm", ""}}}},
 };
 
-constexpr Job playing[] = {
+constexpr Job playingJobs[] = {
     {Action::PauseOrCarryOn, InLesson | InMenu, "RETURN", "Pauses, and carries on.",
         {{{"pause|wait ?music|song|playing", "pause"}, {"hold on", ""}}}},
     {Action::CarryOn, InLesson | InMenu, "RETURN", "Carries on after a pause.",
@@ -65,7 +65,7 @@ constexpr Job playing[] = {
             {"play what i played ?just|hear", ""}}}},
 };
 
-constexpr Job lessons[] = {
+constexpr Job lessonsJobs[] = {
     {Action::NoteNames, InLesson | InMenu | InEar, "N", "Says the notes of the part.",
         {{{"note|notes names|name ?say|part", "note names"},
             {"what|which notes|note", "what notes"},
@@ -83,7 +83,7 @@ constexpr Job lessons[] = {
             {"forget song|this", ""}}}},
 };
 
-constexpr Job training[] = {
+constexpr Job trainingJobs[] = {
     {Action::EarTraining, InIdle | InMenu | InTalk, "EAR", "Ear training: find the note I play.",
         {{{"ear|ears training|train|exercise|practice|game ?start", "ear training"},
             {"train ear|ears|hearing", ""}, {"training", ""}}}},
@@ -104,7 +104,7 @@ constexpr Job training[] = {
         {{{"quieter|softer|down band|drums|bass ?turn", "band quieter"}}}},
 };
 
-constexpr Job voice[] = {
+constexpr Job voiceJobs[] = {
     {Action::VoiceLouder, Everywhere, ".", "My voice louder.",
         {{{"louder ?voice|talk|speak|bit|much", "louder"}, {"speak|voice|turn|volume up", ""},
             {"can't hear ?you", ""}}}},
@@ -143,7 +143,7 @@ constexpr Job voice[] = {
         {{{"hello|hi|hey", ""}, {"good morning|afternoon|evening", ""}, {"how are you", ""}}}},
 };
 
-constexpr Job piano[] = {
+constexpr Job pianoJobs[] = {
     {Action::ThroughPiano, InIdle | InTalk, "P", "I also play through the piano.",
         {{{"through|from|on piano|keyboard ?play|also", "play through the piano"}}}},
     {Action::KeysSound, InIdle | InTalk, "", "Whether your keys sound from this computer, too.",
@@ -154,7 +154,7 @@ constexpr Job piano[] = {
         {{{"top|highest key ?set|again", "set the top key"}}}},
 };
 
-constexpr Job display[] = {
+constexpr Job displayJobs[] = {
     {Action::LargeCaptions, InIdle | InTalk, "BIG", "Large captions, on or off.",
         {{{"large|larger|big|bigger captions|caption|letters|text|type|print", "large captions on"},
             {"normal|small|smaller captions|caption|letters|text|type", "", false}}}},
@@ -174,7 +174,7 @@ constexpr Job display[] = {
 };
 
 /// Asked for often enough to deserve an honest answer.
-constexpr Job beyond[] = {
+constexpr Job beyondJobs[] = {
     {Action::MakeUp, 0, "", "",
         {{{"play something|anything ?me|nice|music", ""}, {"surprise ?me", ""},
             {"play music ?some", ""}, {"song random|any ?play", ""}}}},
@@ -196,14 +196,14 @@ constexpr Job beyond[] = {
 };
 
 constexpr JobGroup groups[] = {
-    {"Songs", songs},
-    {"While something plays", playing},
-    {"Lessons", lessons},
-    {"Training and the band", training},
-    {"Talking with me", voice},
-    {"Your piano", piano},
-    {"The display", display},
-    {"", beyond},
+    {"Songs", songsJobs},
+    {"While something plays", playingJobs},
+    {"Lessons", lessonsJobs},
+    {"Training and the band", trainingJobs},
+    {"Talking with me", voiceJobs},
+    {"Your piano", pianoJobs},
+    {"The display", displayJobs},
+    {"", beyondJobs},
 };
 
 } // namespace

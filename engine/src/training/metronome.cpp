@@ -7,8 +7,8 @@ namespace kelo::engine {
 
 namespace {
 
-constexpr double scheduleAhead = 0.2;
-constexpr double scheduleEvery = 0.1;
+constexpr double clicksAhead = 0.2;
+constexpr double clicksEvery = 0.1;
 constexpr double tooLate = 0.25; ///< beats that a sleeping machine missed stay silent
 constexpr double firstBeatDelay = 0.1;
 constexpr unsigned char drumPress = 0x99;
@@ -66,7 +66,7 @@ void Metronome::advance(double now)
     if (!running)
         return;
     const Frame heard = clock.frameAt(now);
-    const Frame until = clock.frameAt(now + scheduleAhead);
+    const Frame until = clock.frameAt(now + clicksAhead);
     const Frame missed = heard - frames(tooLate);
     for (; frameOf(nextTick) < until; ++nextTick) {
         if (frameOf(nextTick) < missed)
@@ -81,7 +81,7 @@ void Metronome::advance(double now)
         if (nextBeat >= 0 && frameOf(nextBeat) >= missed)
             wire.send("beat", {static_cast<int>((firstInBar + nextBeat) % beatsPerBar)});
     }
-    nextSchedule = now + scheduleEvery;
+    nextSchedule = now + clicksEvery;
 }
 
 std::optional<double> Metronome::deadline() const
