@@ -104,8 +104,7 @@ void write(QTextStream &out, double probability, const QStringList &words, const
 
 } // namespace
 
-QByteArray arpaModel(
-    const QList<CountedSentence> &sentences, double loneWord, double begunWord)
+QByteArray arpaModel(const QList<CountedSentence> &sentences, double loneWord, double begunWord)
 {
     const Model model(sentences);
     QByteArray bytes;
