@@ -13,8 +13,9 @@ target_compile_definitions(
 )
 
 if(KELO_SANITIZE)
+    # Lines are all that their reports need; the rest of what debuggers read takes long to write.
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
-                        -fno-omit-frame-pointer -O1)
+                        -fno-omit-frame-pointer -O1 -g1)
     add_link_options(-fsanitize=address,undefined)
 endif()
 
