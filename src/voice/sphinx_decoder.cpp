@@ -12,7 +12,9 @@
 #include <sphinxbase/err.h>
 #include <sphinxbase/ngram_model.h>
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -234,13 +236,28 @@ void SphinxDecoder::rebuild()
 void SphinxDecoder::begin()
 {
     spoke_ = false;
+    lastInput_.reset();
+    centred_ = 0;
     ps_start_utt(library_->decoder.get());
+}
+
+/// Without the constant offset that some microphones add: its beginning would sound like a click.
+Samples SphinxDecoder::centred(Samples samples)
+{
+    constexpr double kept = 0.995; // a sample: what is below 13 Hz goes
+    for (qint16 &sample : samples) {
+        const double input = sample;
+        centred_ = kept * centred_ + input - lastInput_.value_or(input);
+        lastInput_ = input;
+        sample = static_cast<qint16>(std::clamp(std::lround(centred_), -32768L, 32767L));
+    }
+    return samples;
 }
 
 bool SphinxDecoder::process(const Samples &samples)
 {
     ps_decoder_t *decoder = library_->decoder.get();
-    const Samples sound = tone_.under(suppressor_.clean(samples));
+    const Samples sound = tone_.under(suppressor_.clean(centred(samples)));
     ps_process_raw(decoder, sound.data(), sound.size(), FALSE, FALSE);
     const bool speaks = ps_get_in_speech(decoder);
     spoke_ = spoke_ || speaks;

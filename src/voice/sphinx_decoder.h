@@ -50,6 +50,7 @@ private:
     [[nodiscard]] ngram_model_s *modelOf(const QByteArray &arpa) const;
     [[nodiscard]] ngram_model_s *modelOfPhrases() const;
     void rebuild();
+    [[nodiscard]] Samples centred(Samples samples);
 
     std::unique_ptr<Library> library_;
     QString directory_;
@@ -58,6 +59,8 @@ private:
     QStringList phrases_;
     NoiseSuppressor suppressor_;
     RoomTone tone_;
+    std::optional<double> lastInput_; ///< of this utterance
+    double centred_ = 0; ///< the same, without its offset
     bool spoke_ = false;
 };
 

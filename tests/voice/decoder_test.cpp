@@ -115,7 +115,7 @@ void DecoderTest::silenceAndNoSoundAreNoWords()
     SphinxRecogniser recogniser(model);
     QCOMPARE(recognised(recogniser, {}, {}), QString());
     QCOMPARE(recognised(recogniser, {}, Samples(16000)), QString());
-    (void)recognised(recogniser, {}, Samples(16000, 32767)); // a click, heard as it may be
+    QCOMPARE(recognised(recogniser, {}, Samples(16000, 32767)), QString());
     // Sessions that are dropped in the middle, tasks that outlive their recogniser.
     std::shared_ptr<RecognitionTask> task;
     {
