@@ -27,7 +27,7 @@ public:
     /// Before the first tick frame 0 is taken to sound at `now`.
     explicit AudioClock(double now) { publish(0, now); }
 
-    /// How long after it is rendered a frame is heard, in seconds. Set before the first tick.
+    /// How long after it is rendered a frame is heard, in seconds. Whoever renders sets it.
     void setLatency(double value) { latency = value; }
 
     /// The audio thread renders, at `now`, a block that begins with `frame`.

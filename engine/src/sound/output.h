@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sound/mixer.h"
+#include "sound/device.h"
 
 #include <atomic>
 #include <chrono>
@@ -15,9 +15,6 @@
 
 namespace kelo::engine {
 
-/// Seconds of the monotonic clock that everything here is timed by.
-[[nodiscard]] double monotonicNow();
-
 /// The way to the loudspeakers: a thread that asks the mixer for sound, for as long as this
 /// lives. Where no sound can be had it keeps time all the same, in silence, and looks again and
 /// again: a sound server may start late, end and come back. Nobody else ever waits for it.
@@ -27,14 +24,13 @@ public:
     /// empty takes the first that works. `changed` is called on a thread of its own when
     /// `audible` changes.
     Output(
-        Mixer &source, AudioClock &clock, const std::string &driver,
+        Mixer &source, AudioClock &audioClock, const std::string &driver,
         std::function<void()> changed = [] {});
     ~Output();
 
     [[nodiscard]] bool audible() const { return heard; }
 
 private:
-    class Device;
     class Silence;
 
     void keepOpen(const std::stop_token &stop);
@@ -43,6 +39,7 @@ private:
     void rest(const std::stop_token &stop, std::chrono::milliseconds time);
 
     Mixer &mixer;
+    AudioClock &clock;
     std::vector<std::string> drivers; ///< that may work
     std::function<void()> notify;
     std::atomic<bool> heard = false;

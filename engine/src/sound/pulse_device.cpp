@@ -1,0 +1,188 @@
+#include "sound/device.h"
+
+#include <pthread.h>
+#include <pulse/pulseaudio.h>
+#include <sched.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <semaphore>
+#include <utility>
+
+namespace kelo::engine {
+
+namespace {
+
+constexpr std::size_t pieceFrames = 128; ///< the server asks for as little as 3 ms
+constexpr double firstQueue = 0.012; ///< seconds of sound on their way at first
+constexpr double longestQueue = 0.05; ///< a key is still heard in time with the finger
+constexpr double queueGrowth = 1.5; ///< each time that the server ran dry
+constexpr double growthEvery = 0.5; ///< seconds until the last growth has shown what it is worth
+constexpr std::chrono::seconds connectWithin{2};
+constexpr std::size_t frameBytes = 2 * sizeof(float);
+
+/// Where its user may have that, sound goes before all else.
+void favourThisThread()
+{
+    sched_param wanted{};
+    wanted.sched_priority = 5; // as the server's own
+    pthread_setschedparam(pthread_self(), SCHED_RR, &wanted);
+}
+
+class PulseDevice : public Device {
+public:
+    PulseDevice(Mixer &source, AudioClock &audioClock);
+    ~PulseDevice() override;
+
+    /// Waits until the server has answered, or long enough.
+    [[nodiscard]] bool connected() { return settled.try_acquire_for(connectWithin) && playing; }
+
+private:
+    void contextChanged();
+    void streamChanged();
+    void fill(std::size_t bytes);
+    void ranDry();
+    [[nodiscard]] pa_buffer_attr shape() const;
+    void settle(bool works);
+
+    template <typename Source, void (PulseDevice::*Method)()>
+    static void forward(Source *, void *self)
+    {
+        (static_cast<PulseDevice *>(self)->*Method)();
+    }
+
+    AudioClock &clock;
+    std::binary_semaphore settled{0};
+    std::atomic<bool> playing = false;
+    pa_threaded_mainloop *loop = pa_threaded_mainloop_new();
+    pa_context *context = nullptr;
+
+    // The library's thread's own, once that runs.
+    pa_stream *stream = nullptr;
+    bool answered = false;
+    double queue = firstQueue; ///< seconds
+    double lastGrowth = 0;
+};
+
+PulseDevice::PulseDevice(Mixer &source, AudioClock &audioClock)
+    : Device(source)
+    , clock(audioClock)
+{
+    context = pa_context_new(pa_threaded_mainloop_get_api(loop), "Kelo");
+    pa_context_set_state_callback(
+        context, &forward<pa_context, &PulseDevice::contextChanged>, this);
+    if (pa_context_connect(context, nullptr, PA_CONTEXT_NOFLAGS, nullptr) < 0
+        || pa_threaded_mainloop_start(loop) < 0)
+        settle(false);
+}
+
+PulseDevice::~PulseDevice()
+{
+    pa_threaded_mainloop_stop(loop);
+    if (stream) {
+        pa_stream_disconnect(stream);
+        pa_stream_unref(stream);
+    }
+    pa_context_disconnect(context);
+    pa_context_unref(context);
+    pa_threaded_mainloop_free(loop);
+}
+
+void PulseDevice::settle(bool works)
+{
+    if (!works)
+        giveUp();
+    playing = works;
+    if (!std::exchange(answered, true))
+        settled.release();
+}
+
+void PulseDevice::contextChanged()
+{
+    const pa_context_state_t state = pa_context_get_state(context);
+    if (!PA_CONTEXT_IS_GOOD(state))
+        return settle(false);
+    if (state != PA_CONTEXT_READY)
+        return;
+    const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, static_cast<std::uint32_t>(sampleRate), 2};
+    stream = pa_stream_new(context, "Kelo", &format, nullptr);
+    if (!stream)
+        return settle(false);
+    pa_stream_set_state_callback(stream, &forward<pa_stream, &PulseDevice::streamChanged>, this);
+    pa_stream_set_underflow_callback(stream, &forward<pa_stream, &PulseDevice::ranDry>, this);
+    pa_stream_set_write_callback(
+        stream,
+        [](pa_stream *, std::size_t bytes, void *self) {
+            static_cast<PulseDevice *>(self)->fill(bytes);
+        },
+        this);
+    favourThisThread();
+    clock.setLatency(queue);
+    lastGrowth = monotonicNow();
+    const pa_buffer_attr attributes = shape();
+    if (pa_stream_connect_playback(
+            stream, nullptr, &attributes, PA_STREAM_ADJUST_LATENCY, nullptr, nullptr)
+        < 0)
+        settle(false);
+}
+
+void PulseDevice::streamChanged()
+{
+    const pa_stream_state_t state = pa_stream_get_state(stream);
+    if (!PA_STREAM_IS_GOOD(state))
+        settle(false);
+    else if (state == PA_STREAM_READY)
+        settle(true);
+}
+
+/// Nothing is gathered before it plays: time goes on where the server runs dry, so that a gap
+/// swallows sound and all that follows is heard when it should be.
+pa_buffer_attr PulseDevice::shape() const
+{
+    constexpr auto byDefault = static_cast<std::uint32_t>(-1);
+    return {byDefault, static_cast<std::uint32_t>(frames(queue)) * std::uint32_t{frameBytes}, 0,
+        pieceFrames * frameBytes, byDefault};
+}
+
+void PulseDevice::fill(std::size_t bytes)
+{
+    std::array<float, pieceFrames> left{};
+    std::array<float, pieceFrames> right{};
+    std::array<float, 2 * pieceFrames> sides{};
+    for (std::size_t wanted = bytes / frameBytes; wanted > 0;) {
+        const std::size_t count = std::min(wanted, pieceFrames);
+        render({left.data(), count}, {right.data(), count});
+        for (std::size_t i = 0; i < count; ++i) {
+            sides[2 * i] = left[i];
+            sides[2 * i + 1] = right[i];
+        }
+        pa_stream_write(stream, sides.data(), count * frameBytes, nullptr, 0, PA_SEEK_RELATIVE);
+        wanted -= count;
+    }
+}
+
+void PulseDevice::ranDry()
+{
+    const double now = monotonicNow();
+    if (now - lastGrowth < growthEvery || queue >= longestQueue)
+        return;
+    lastGrowth = now;
+    queue = std::min(queue * queueGrowth, longestQueue);
+    clock.setLatency(queue);
+    const pa_buffer_attr attributes = shape();
+    if (pa_operation *growing = pa_stream_set_buffer_attr(stream, &attributes, nullptr, nullptr))
+        pa_operation_unref(growing);
+}
+
+} // namespace
+
+std::unique_ptr<Device> openPulseDevice(Mixer &mixer, AudioClock &clock)
+{
+    auto device = std::make_unique<PulseDevice>(mixer, clock);
+    if (!device->connected())
+        return {};
+    return device;
+}
+
+} // namespace kelo::engine
