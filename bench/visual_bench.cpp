@@ -11,6 +11,7 @@
 #include "welcome/welcome_questions.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickView>
@@ -131,31 +132,41 @@ void fallingNotes()
     print(u"a song of 1,300 notes in a minute, 1280x720"_s, stand.measure());
 }
 
-void ringCaptionStrip()
+void ring()
 {
-    {
-        Stand stand(u"Core"_s, {360, 400});
-        stand.link.handle("say A sentence without a spectrum, so that the ring shimmers with it.");
-        print(u"ring 360 wide, speaking"_s, stand.measure());
-    }
-    {
-        Stand stand(u"Caption"_s, {1240, 120});
-        int word = 0;
-        print(u"caption of 74 letters"_s, stand.measure([&] {
-            if (word++ % 300 == 0) {
-                stand.link.handle("say " + QByteArray("seventy-four ").repeated(6).left(74));
-                stand.link.handle("word 0 74 9000");
+    Stand stand(u"Core"_s, {360, 400});
+    stand.link.handle("say A sentence without a spectrum, so that the ring shimmers with it.");
+    print(u"ring 360 wide, speaking"_s, stand.measure());
+}
+
+void caption()
+{
+    Stand stand(u"Caption"_s, {1240, 120});
+    int word = 0;
+    print(u"caption of 74 letters"_s, stand.measure([&] {
+        if (word++ % 300 == 0) {
+            stand.link.handle("say " + QByteArray("seventy-four ").repeated(6).left(74));
+            stand.link.handle("word 0 74 9000");
+        }
+    }));
+}
+
+/// A pianist who holds `held` keys, and lets go of one for another `rate` times a second.
+void strip(int held, int rate)
+{
+    Stand stand(u"Keys"_s, {1240, 160});
+    QElapsedTimer time;
+    time.start();
+    int key = 0;
+    const auto pitch = [](int of) { return QByteArray::number(21 + of * 37 % 88); };
+    print(u"keyboard strip 1240x160, %1 keys held, %2 a second"_s.arg(held).arg(rate),
+        stand.measure([&] {
+            for (; key < held || (key - held) * 1000 < time.elapsed() * rate; ++key) {
+                stand.link.handle("on " + pitch(key) + " 90");
+                if (key >= held)
+                    stand.link.handle("on " + pitch(key - held) + " 0");
             }
         }));
-    }
-    {
-        Stand stand(u"Keys"_s, {1240, 160});
-        int key = 0;
-        print(u"keyboard strip 1240x160, keys going down"_s, stand.measure([&] {
-            const QByteArray pitch = QByteArray::number(21 + key % 88);
-            stand.link.handle("on " + pitch + (key++ % 3 == 0 ? " 0" : " 90"));
-        }));
-    }
 }
 
 void idleConsole()
@@ -197,8 +208,14 @@ int main(int argc, char **argv)
         floorOfAll();
     if (wants(u"notes"_s))
         fallingNotes();
-    if (wants(u"items"_s))
-        ringCaptionStrip();
+    if (wants(u"ring"_s))
+        ring();
+    if (wants(u"caption"_s))
+        caption();
+    if (wants(u"strip"_s)) {
+        strip(10, 20); // two hands, fast
+        strip(60, 100); // an arm on the keys
+    }
     if (wants(u"idle"_s))
         idleConsole();
     return 0;

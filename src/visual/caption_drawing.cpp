@@ -145,7 +145,9 @@ CaptionDrawing::Picture CaptionDrawing::write(const CaptionLine &line, const Pic
 
 QPointF CaptionDrawing::origin(const Written &written, CaptionScene::Motion motion) const
 {
-    return {0, (height() - written.raster.size.height()) / 2 + motion.offset};
+    // Where it rests its pixels are the screen's.
+    const double top = (height() - written.raster.size.height()) / 2;
+    return {0, std::round(top * written.pixels) / written.pixels + motion.offset};
 }
 
 Colour CaptionDrawing::colourAt(const Written &written, qsizetype unit) const

@@ -79,6 +79,32 @@ public:
     }
 };
 
+using Light = std::array<quint8, 4>;
+
+/// Part of a line, all of one colour.
+struct Piece {
+    QRectF place; // in points, from the text's upper left corner
+    Light light;
+};
+
+/// Neighbours of one colour are one piece: all that is long spoken, and all that is to come.
+std::vector<Piece> piecesOf(
+    const CaptionRaster &raster, const std::function<Colour(qsizetype)> &colour, double opacity)
+{
+    const auto byte = [](double value) { return static_cast<quint8>(std::lround(value * 255)); };
+    std::vector<Piece> pieces;
+    for (const auto &[unit, place] : raster.cells) {
+        const Colour lit = colour(unit);
+        const Light light{byte(lit.red), byte(lit.green), byte(lit.blue), byte(opacity)};
+        if (!pieces.empty() && pieces.back().light == light
+            && pieces.back().place.topRight() == place.topLeft())
+            pieces.back().place.setRight(place.right());
+        else
+            pieces.push_back({place, light});
+    }
+    return pieces;
+}
+
 QSGMaterialShader *CaptionMaterial::createShader(QSGRendererInterface::RenderMode) const
 {
     return new CaptionShader;
@@ -108,17 +134,14 @@ void CaptionNode::show(const CaptionRaster &raster, QPointF origin,
     const std::function<Colour(qsizetype)> &colour, double opacity, Colour glow)
 {
     static_cast<CaptionMaterial *>(material())->glow = glow;
-    constexpr std::size_t mostCells = 16'000; // as many as short indices reach
-    const std::size_t count = std::min(raster.cells.size(), mostCells);
+    constexpr std::size_t mostPieces = 16'000; // as many as short indices reach
+    const std::vector<Piece> pieces = piecesOf(raster, colour, opacity);
+    const std::size_t count = std::min(pieces.size(), mostPieces);
     geometry()->allocate(static_cast<int>(count * 4), static_cast<int>(count * 6));
     auto *vertex = static_cast<Vertex *>(geometry()->vertexData());
     auto *index = geometry()->indexDataAsUShort();
-    const auto byte = [](double value) { return static_cast<quint8>(std::lround(value * 255)); };
     for (std::size_t i = 0; i < count; ++i) {
-        const auto &[unit, place] = raster.cells[i];
-        const Colour lit = colour(unit);
-        const std::array<quint8, 4> light{
-            byte(lit.red), byte(lit.green), byte(lit.blue), byte(opacity)};
+        const auto &[place, light] = pieces[i];
         for (const QPointF corner :
             {place.topLeft(), place.topRight(), place.bottomLeft(), place.bottomRight()}) {
             const QPointF at = corner + origin;

@@ -11,7 +11,7 @@ namespace kelo {
 namespace {
 
 constexpr double glowRadius = 9; // points
-constexpr double glowMargin = 2 * glowRadius; // beyond that nothing of the light is left
+constexpr double glowMargin = 15; // how far the three boxes of the blur reach
 
 void layOut(QTextLayout &layout, double width)
 {
