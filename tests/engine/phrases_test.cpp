@@ -58,6 +58,9 @@ void PhrasesTest::understands_data()
     row("teach me the ode to joy", {Action::Learn, {}, 0});
     row("I want to learn song four", {Action::Learn, 4});
     row("teach me this one", {Action::Learn});
+    row("teach me the ode to joy left hand", {Action::Learn, {}, 0, {}, Hands::Left});
+    row("learn song two with both hands please", {Action::Learn, 2, {}, {}, Hands::Both});
+    row("right hand only", {Action::RightHand});
     row("play", {Action::CarryOn});
     row("metronome at ninety", {Action::Metronome, 90});
     row("ninety on the metronome", {Action::Metronome, 90, {}, true});

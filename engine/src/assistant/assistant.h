@@ -132,7 +132,8 @@ private:
     void teach(const Reply &reply, const Moment &now);
     void demonstrate(const Moment &now);
     void listenToPlayer(const Moment &now);
-    void setHands(Hands hands, const Moment &now);
+    void setHands(Hands which, const Moment &now);
+    void useHands(Hands which);
     void stopTeaching(Mode next);
     [[nodiscard]] bool teaching() const { return lesson || trainer; }
 

@@ -64,8 +64,11 @@ bool Assistant::performSongs(const Request &request, const Moment &now)
             playChosen(now);
         return true;
     case Action::Learn:
-        if (choose(request, now))
-            learnChosen(now);
+        if (!choose(request, now))
+            return true;
+        if (request.hands)
+            useHands(*request.hands);
+        learnChosen(now);
         return true;
     case Action::MakeUp: {
         std::minstd_rand random(static_cast<std::uint32_t>(now.uptime * 1000) ^ randomSeed);

@@ -145,6 +145,11 @@ void Assistant::setHands(Hands which, const Moment &now)
                                         : "Left hand.",
             now);
     }
+    useHands(which);
+}
+
+void Assistant::useHands(Hands which)
+{
     hands = which;
     wire.send("hands", nameOf(hands));
 }

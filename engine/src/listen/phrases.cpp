@@ -54,6 +54,26 @@ std::optional<Flag> flagIn(std::span<const Word> words)
     return {};
 }
 
+struct HandsFound {
+    Hands hands;
+    std::size_t at; ///< of two words
+};
+
+std::optional<HandsFound> handsIn(std::span<const Word> words)
+{
+    for (std::size_t i = 0; i + 1 < words.size(); ++i) {
+        if (!isOneOf(words[i + 1].text, "hand|hands"))
+            continue;
+        if (words[i].text == "left")
+            return HandsFound{Hands::Left, i};
+        if (words[i].text == "right")
+            return HandsFound{Hands::Right, i};
+        if (words[i].text == "both")
+            return HandsFound{Hands::Both, i};
+    }
+    return {};
+}
+
 struct NumberFound {
     SpokenNumber number;
     std::size_t at;
@@ -178,6 +198,7 @@ std::optional<Request> understand(
     std::span<const Word> words, std::span<const SongName> songs, Spoken how)
 {
     const auto flag = flagIn(words);
+    const auto hands = handsIn(words);
     const auto number = numberIn(words);
     const auto song = songIn(words, songs, how);
     std::optional<Request> best;
@@ -189,6 +210,8 @@ std::optional<Request> understand(
                 if (!fit.covers(phrase))
                     continue;
                 const bool switches = flag && fit.use(flag->at);
+                const bool handed = hands && job.action == Action::Learn && fit.use(hands->at)
+                    && fit.use(hands->at + 1);
                 const int score = fit.score();
                 if (score <= bestScore)
                     continue;
@@ -197,6 +220,8 @@ std::optional<Request> understand(
                 best->on = phrase.on ? phrase.on
                     : switches       ? std::optional(flag->on)
                                      : std::nullopt;
+                if (handed)
+                    best->hands = hands->hands;
                 if (fit.usesNumber)
                     best->number = number->number.value;
                 if (fit.usesSong)

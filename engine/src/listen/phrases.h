@@ -1,5 +1,6 @@
 #pragma once
 
+#include "lessons/excerpt.h"
 #include "listen/jobs.h"
 #include "listen/words.h"
 
@@ -22,6 +23,7 @@ struct Request {
     std::optional<int> number{};
     std::optional<std::size_t> song{}; ///< its place among the songs
     std::optional<bool> on{};
+    std::optional<Hands> hands{}; ///< of a song that is to be learned
 
     friend bool operator==(const Request &, const Request &) = default;
 };
