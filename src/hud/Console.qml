@@ -21,7 +21,7 @@ Scroller {
     readonly property real captionHeight: Math.max(44, Math.ceil(86 * 0.602 * letter / width) * letter * 1.17 + 4)
 
     inset: 6
-    sideInset: 6
+    sideInset: stacked ? 12 : 6 // beside the scroll bar
 
     ColumnLayout {
         id: all

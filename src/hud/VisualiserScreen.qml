@@ -20,13 +20,15 @@ Item {
         sourceComponent: screen.scene
     }
 
-    Row {
+    Grid {
         id: buttons
 
         y: 20
         anchors.right: screen.narrow ? parent.right : ears.left
         anchors.rightMargin: screen.narrow ? 30 : spacing
-        spacing: 12
+        columns: screen.narrow ? 1 : 2 // one below the other they leave the title its place
+        horizontalItemAlignment: Grid.AlignRight
+        spacing: screen.narrow ? 6 : 12
 
         HudButton {
             visible: screen.link.rolling
@@ -52,10 +54,19 @@ Item {
     VoiceReadout {
         id: ears
 
-        y: screen.narrow ? buttons.y + buttons.height + 4 : buttons.y + (buttons.height - height) / 2
+        y: screen.narrow ? buttons.y + buttons.height + 6 : buttons.y + (buttons.height - height) / 2
         anchors.right: parent.right
         anchors.rightMargin: 30
         width: 190
         voice: screen.voice
+
+        Rectangle {
+            z: -1
+            anchors.fill: parent
+            anchors.margins: -6
+            radius: 6
+            color: Hud.bg
+            opacity: 0.75
+        }
     }
 }
