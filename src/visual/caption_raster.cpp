@@ -1,5 +1,6 @@
 #include "visual/caption_raster.h"
 
+#include <QGlyphRun>
 #include <QPainter>
 #include <QTextLayout>
 
@@ -11,7 +12,7 @@ namespace kelo {
 namespace {
 
 constexpr double glowRadius = 9; // points
-constexpr double glowMargin = 15; // how far the three boxes of the blur reach
+constexpr double glowMargin = 14; // beyond that not one step of the light is left
 
 void layOut(QTextLayout &layout, double width)
 {
@@ -27,6 +28,20 @@ void layOut(QTextLayout &layout, double width)
         y += line.height();
     }
     layout.endLayout();
+}
+
+/// What the letters cover, and at least a stroke along each line.
+QRectF inkOf(const QTextLayout &layout)
+{
+    QRectF ink;
+    for (int n = 0; n < layout.lineCount(); ++n) {
+        const QTextLine line = layout.lineAt(n);
+        const QRectF text = line.naturalTextRect();
+        ink |= QRectF(text.left(), text.top() + line.ascent() - 1, std::max(text.width(), 1.0), 1);
+        for (const QGlyphRun &run : line.glyphRuns())
+            ink |= run.boundingRect();
+    }
+    return ink;
 }
 
 /// Divides the picture's area among the units of the text: a cell reaches from its unit to the
@@ -113,10 +128,11 @@ CaptionRaster rasterise(const QString &text, const QFont &font, double width, do
         return raster;
     QTextLayout layout(text, font);
     layOut(layout, width);
-    const QRectF bounds = layout.boundingRect();
-    raster.size = bounds.size();
-    // Whole points, so that the picture's pixels meet the screen's.
-    raster.area = bounds.adjusted(-glowMargin, -glowMargin, glowMargin, glowMargin).toAlignedRect();
+    raster.size = layout.boundingRect().size();
+    // Whole points, so that the picture's pixels meet the screen's; none of them without need, for
+    // each is coloured anew in every frame.
+    raster.area =
+        inkOf(layout).adjusted(-glowMargin, -glowMargin, glowMargin, glowMargin).toAlignedRect();
     raster.cells = cellsOf(layout, raster.area);
     raster.words = wordsOf(layout);
 
