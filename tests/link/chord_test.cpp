@@ -1,4 +1,5 @@
 #include "link/chord.h"
+#include "support/table.h"
 
 #include <QTest>
 
@@ -6,6 +7,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kelo;
+using kelo::test::Table;
 
 class ChordTest : public QObject {
     Q_OBJECT
@@ -17,11 +19,7 @@ private Q_SLOTS:
 
 void ChordTest::namesWhatIsHeld_data()
 {
-    QTest::addColumn<QList<qint64>>("pitches");
-    QTest::addColumn<QString>("name");
-    const auto row = [](const char *why, const QList<qint64> &pitches, const QString &name) {
-        QTest::newRow(why) << pitches << name;
-    };
+    const Table<QList<qint64>, QString> row{"pitches", "name"};
     row("nothing held", {}, {});
     row("an octave and a fifth are two notes", {60, 67, 72}, {});
     row("a cluster is none", {60, 61, 62}, {});

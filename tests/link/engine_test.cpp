@@ -1,4 +1,6 @@
+#include "support/files.h"
 #include "support/link_fixture.h"
+#include "support/table.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -13,7 +15,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kelo;
-using kelo::test::LinkFixture;
+using namespace kelo::test;
 
 /// What may go wrong with a real child at the other end of two pipes.
 class EngineTest : public QObject {
@@ -45,10 +47,15 @@ private Q_SLOTS:
 
 namespace {
 
-void wait(int milliseconds)
-{
-    QTest::qWait(milliseconds);
-}
+/// A link over an engine whose script has come to "line @mode talk".
+class Talking : public LinkFixture {
+public:
+    explicit Talking(const QByteArray &script)
+    {
+        start(script);
+        QTRY_COMPARE(link().mode.get(), u"talk"_s);
+    }
+};
 
 } // namespace
 
@@ -60,11 +67,10 @@ void EngineTest::anEngineThatCannotBeStarted()
         LinkFixture fixture;
         fixture.payload = fixture.folder.filePath(u"payload"_s);
         QDir().mkpath(fixture.payload);
-        QFile file(fixture.payload + "/kelo-engine"_L1);
+        const QString program = fixture.payload + "/kelo-engine"_L1;
         if (*contents) {
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(contents) > 0);
-            file.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
-            file.close();
+            writeFile(program, contents);
+            QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner);
         }
         fixture->start();
         QTRY_COMPARE(fixture->state.get(), u"OFFLINE"_s);
@@ -73,8 +79,8 @@ void EngineTest::anEngineThatCannotBeStarted()
         fixture.time.advance(1000);
         QCOMPARE(fixture->state.get(), u"OFFLINE"_s);
 
-        file.remove();
-        QVERIFY(QFile::link(fixture.engine.payload() + "/kelo-engine"_L1, file.fileName()));
+        QFile::remove(program);
+        QVERIFY(QFile::link(fixture.engine.payload() + "/kelo-engine"_L1, program));
         fixture.engine.play("line @mode talk");
         fixture->restart();
         fixture.time.advance(0.4);
@@ -84,19 +90,18 @@ void EngineTest::anEngineThatCannotBeStarted()
 
 void EngineTest::oneThatCrashesIsForgivenThreeTimes_data()
 {
-    QTest::addColumn<QByteArray>("script");
-    QTest::newRow("ends at once") << QByteArray("exit 1");
-    QTest::newRow("is killed") << QByteArray("crash");
-    QTest::newRow("says a line each time") << QByteArray("line @mode talk\nexit 1");
-    QTest::newRow("dies in half a line") << QByteArray("raw @say unfinish\nexit 255");
+    const Table<QByteArray> row{"script"};
+    row("ends at once", "exit 1");
+    row("is killed", "crash");
+    row("says a line each time", "line @mode talk\nexit 1");
+    row("dies in half a line", "raw @say unfinish\nexit 255");
 }
 
 void EngineTest::oneThatCrashesIsForgivenThreeTimes()
 {
     QFETCH(QByteArray, script);
     LinkFixture fixture;
-    fixture.engine.play(script);
-    fixture->start();
+    fixture.start(script);
     for (int run = 1; run <= 3; ++run) {
         QTRY_COMPARE(fixture->state.get(), u"RESTARTING"_s);
         QCOMPARE(fixture.engine.runs(), run);
@@ -117,8 +122,7 @@ void EngineTest::oneThatCrashesIsForgivenThreeTimes()
 void EngineTest::oldCrashesAreForgotten()
 {
     LinkFixture fixture;
-    fixture.engine.play("line @mode talk\nwait die\nexit 1");
-    fixture->start();
+    fixture.start("line @mode talk\nwait die\nexit 1");
     for (int run = 1; run <= 6; ++run) {
         QTRY_COMPARE(fixture->state.get(), u"ONLINE"_s);
         fixture.time.advance(39);
@@ -132,9 +136,8 @@ void EngineTest::aCleanExit()
 {
     for (const bool hidden : {false, true}) {
         LinkFixture fixture;
-        fixture.engine.play("line @say Bye\nline @on 60 1\nline @out 61 1\nexit 0");
         fixture.shell.hidden = hidden;
-        fixture->start();
+        fixture.start("line @say Bye\nline @on 60 1\nline @out 61 1\nexit 0");
         if (hidden) {
             QTRY_COMPARE(fixture.shell.calls, QStringList{u"quit"_s});
         } else {
@@ -150,16 +153,11 @@ void EngineTest::aCleanExit()
 
 void EngineTest::whatIsHeard_data()
 {
-    QTest::addColumn<QByteArray>("script");
-    QTest::addColumn<QString>("mode");
-    const auto row = [](const char *why, const QByteArray &script, const QString &mode) {
-        QTest::newRow(why) << script << mode;
-    };
+    const Table<QByteArray, QString> row{"script", "mode"};
     row("halves of lines", "raw @mode ta\nsleep 20\nraw lk\\n@mode te\nsleep 20\nraw ach\\n",
         u"teach"_s);
     row("other output is dropped", "line mode a\nline  @mode b\nraw \\n\\n", u"idle"_s);
     row("one marker is taken", "line @@mode a", u"idle"_s);
-    row("a carriage return stays", "raw @mode a\\r\\n", u"a\r"_s);
     row("bytes that are no text", R"(raw @mode \xff\xfea\xc3\n)", u"��a�"_s);
     row("a character cut in two", "raw @mode \\xe2\\x99\nsleep 20\nraw \\xad\\n", u"♭"_s);
     row("ten megabytes without a line feed", "bytes 10000000\nraw @mode a\\n", u"idle"_s);
@@ -172,8 +170,7 @@ void EngineTest::whatIsHeard()
 {
     QFETCH(QByteArray, script);
     LinkFixture fixture;
-    fixture.engine.play(script + "\nline @hands end");
-    fixture->start();
+    fixture.start(script + "\nline @hands end");
     QTRY_COMPARE(fixture->hands.get(), u"end"_s);
     QTEST(fixture->mode.get(), "mode");
 }
@@ -181,13 +178,12 @@ void EngineTest::whatIsHeard()
 void EngineTest::aBurstKeepsItsOrder()
 {
     LinkFixture fixture;
-    fixture.engine.play("burst 100000 @beat #\nexit 0");
     qint64 next = 0;
     connect(&fixture.link(), &Link::beatChanged, this, [&] {
         if (fixture->beat == next)
             ++next;
     });
-    fixture->start();
+    fixture.start("burst 100000 @beat #\nexit 0");
     QTRY_COMPARE(fixture->state.get(), u"OFFLINE"_s);
     QCOMPARE(next, 100'000);
 }
@@ -195,7 +191,6 @@ void EngineTest::aBurstKeepsItsOrder()
 void EngineTest::slowHandlingLeavesTheDisplayItsTurn()
 {
     LinkFixture fixture;
-    fixture.engine.play("burst 1000 @beat #\nline @hands end");
     connect(&fixture.link(), &Link::beatChanged, this, [] { ::usleep(500); });
     int turns = 0;
     QTimer display;
@@ -204,7 +199,7 @@ void EngineTest::slowHandlingLeavesTheDisplayItsTurn()
             ++turns;
     });
     display.start(5);
-    fixture->start();
+    fixture.start("burst 1000 @beat #\nline @hands end");
     QTRY_COMPARE(fixture->hands.get(), u"end"_s);
     QVERIFY(turns >= 3);
 }
@@ -212,22 +207,18 @@ void EngineTest::slowHandlingLeavesTheDisplayItsTurn()
 void EngineTest::nothingIsHeardOfAnEngineThatCannotBeTrusted()
 {
     LinkFixture fixture;
-    fixture.engine.play("raw @spec 7 new\\n@spec 7 -1 aaaaaaaaaaaaaaaa\\n@mode after\\n\nexit 0");
-    fixture->start();
+    fixture.start("raw @spec 7 new\\n@spec 7 -1 aaaaaaaaaaaaaaaa\\n@mode after\\n\nexit 0");
     QTRY_COMPARE(fixture->state.get(), u"RESTARTING"_s);
     QCOMPARE(fixture->mode.get(), u"idle"_s);
 }
 
 void EngineTest::oneThatDoesNotReadIsEnded()
 {
-    LinkFixture fixture;
-    fixture.engine.play("line @mode talk\nsleep 30000");
-    fixture->start();
-    QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
+    Talking fixture("line @mode talk\nsleep 30000");
     const QString megabyte = "~say "_L1 + QString(1 << 20, u'x') + u'\n';
     for (int i = 0; i < 7; ++i)
         fixture->send(megabyte);
-    wait(20);
+    QTest::qWait(20);
     QCOMPARE(fixture->state.get(), u"ONLINE"_s);
     for (int i = 0; i < 3; ++i)
         fixture->send(megabyte);
@@ -236,13 +227,10 @@ void EngineTest::oneThatDoesNotReadIsEnded()
 
 void EngineTest::oneThatClosesItsInputIsNotHurtByWrites()
 {
-    LinkFixture fixture;
-    fixture.engine.play("deaf\nline @mode talk\nsleep 300\nline @mode teach\nsleep 30000");
-    fixture->start();
-    QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
+    Talking fixture("deaf\nline @mode talk\nsleep 300\nline @mode teach\nsleep 30000");
     for (int i = 0; i < 20; ++i) {
         fixture->send(QString(1 << 20, u'x'));
-        wait(1);
+        QTest::qWait(1);
     }
     QTRY_COMPARE(fixture->mode.get(), u"teach"_s);
     QCOMPARE(fixture->state.get(), u"ONLINE"_s);
@@ -250,10 +238,7 @@ void EngineTest::oneThatClosesItsInputIsNotHurtByWrites()
 
 void EngineTest::stoppingIsReportedLater()
 {
-    LinkFixture fixture;
-    fixture.engine.play("line @mode talk\nwait q\nline @mode farewell\nexit 1");
-    fixture->start();
-    QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
+    Talking fixture("line @mode talk\nwait q\nline @mode farewell\nexit 1");
     QElapsedTimer took;
     took.start();
     fixture->stop();
@@ -272,10 +257,7 @@ void EngineTest::aStubbornOneIsKilledAtLast()
 {
     pid_t pid = 0;
     {
-        LinkFixture fixture;
-        fixture.engine.play("stubborn\nline @mode talk\nbytes 1000000");
-        fixture->start();
-        QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
+        Talking fixture("stubborn\nline @mode talk\nbytes 1000000");
         pid = static_cast<pid_t>(fixture.engine.pid());
         QElapsedTimer took;
         took.start();
@@ -290,19 +272,16 @@ void EngineTest::aStubbornOneIsKilledAtLast()
 
 void EngineTest::restartingIgnoresTheOldOne_data()
 {
-    QTest::addColumn<QByteArray>("script");
-    QTest::newRow("ends cleanly") << QByteArray("line @mode talk");
-    QTest::newRow("ends with an error") << QByteArray("line @mode talk\nwait q\nexit 3");
-    QTest::newRow("has crashed just before") << QByteArray("line @mode talk\ncrash");
+    const Table<QByteArray> row{"script"};
+    row("ends cleanly", "line @mode talk");
+    row("ends with an error", "line @mode talk\nwait q\nexit 3");
+    row("has crashed just before", "line @mode talk\ncrash");
 }
 
 void EngineTest::restartingIgnoresTheOldOne()
 {
     QFETCH(QByteArray, script);
-    LinkFixture fixture;
-    fixture.engine.play(script);
-    fixture->start();
-    QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
+    Talking fixture(script);
     if (script.endsWith("crash"))
         QTRY_COMPARE(fixture->state.get(), u"RESTARTING"_s);
     fixture.engine.play("line @mode teach");
@@ -310,12 +289,12 @@ void EngineTest::restartingIgnoresTheOldOne()
     connect(&fixture.link(), &Link::stateChanged, this, [&] { states << fixture->state; });
     fixture->restart();
     fixture.time.advance(0.3);
-    wait(50);
+    QTest::qWait(50);
     QCOMPARE(states, QStringList{});
     fixture.time.advance(0.2);
     QTRY_COMPARE(fixture->mode.get(), u"teach"_s);
     fixture.time.advance(1000);
-    wait(50);
+    QTest::qWait(50);
     QCOMPARE(states, (QStringList{u"STARTING"_s, u"ONLINE"_s}));
     QCOMPARE(fixture.engine.runs(), 2);
 }
@@ -323,13 +302,12 @@ void EngineTest::restartingIgnoresTheOldOne()
 void EngineTest::handlersMayRestart()
 {
     LinkFixture fixture;
-    fixture.engine.play("raw @mode talk\\n@mode teach\\n");
     connect(
         &fixture.link(), &Link::modeChanged, this, [&] { fixture->restart(); },
         Qt::SingleShotConnection);
-    fixture->start();
+    fixture.start("raw @mode talk\\n@mode teach\\n");
     QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
-    wait(50);
+    QTest::qWait(50);
     QCOMPARE(fixture->mode.get(), u"talk"_s);
     fixture.time.advance(0.4);
     QTRY_COMPARE(fixture->mode.get(), u"teach"_s);
@@ -339,8 +317,7 @@ void EngineTest::handlersMayRestart()
 void EngineTest::relaunchingIsNoCrash()
 {
     LinkFixture fixture;
-    fixture.engine.play("line @relaunch\nexit 1");
-    fixture->start();
+    fixture.start("line @relaunch\nexit 1");
     QTRY_COMPARE(fixture->state.get(), u"OFFLINE"_s);
     QCOMPARE(fixture.shell.calls, QStringList{u"relaunch"_s});
 }
@@ -351,8 +328,7 @@ void EngineTest::theEngineInheritsWhatItNeeds()
     qputenv("TERM", "fancy");
     LinkFixture fixture;
     fixture.payload = QDir::current().relativeFilePath(fixture.payload);
-    fixture.engine.play("line @mode talk");
-    fixture->start();
+    fixture.start("line @mode talk");
     QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
     QCOMPARE(QDir(fixture.engine.workingDirectory()), QDir(fixture.dataDir));
     const QByteArrayList seen = fixture.engine.environmentSeen();
@@ -367,31 +343,27 @@ void EngineTest::theBridgeIsRefreshedByContent()
     const QString bridge = u"reaper/ostrell_bridge.lua"_s;
     LinkFixture fixture;
     fixture.payload = fixture.folder.filePath(u"payload"_s);
-    const auto ship = [&](const QByteArray &script) {
-        QDir().mkpath(fixture.payload);
-        QFile file(fixture.payload + "/ostrell_bridge.lua"_L1);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(script) == script.size());
+    const QString shipped = fixture.payload + "/ostrell_bridge.lua"_L1;
+    const auto startWith = [&](const QByteArray &script) {
+        writeFile(shipped, script);
+        fixture.start();
+        return fixture.read(bridge);
     };
-    fixture->start();
+    fixture.start();
     QVERIFY(!QFileInfo::exists(fixture.dataDir + "/reaper"_L1));
-    ship("one\r\n");
-    fixture->start();
-    QCOMPARE(fixture.read(bridge), "one\r\n"_ba);
+    QCOMPARE(startWith("one\r\n"), "one\r\n"_ba);
     fixture.write(bridge, "edited");
-    fixture->start();
-    QCOMPARE(fixture.read(bridge), "one\r\n"_ba);
-    ship({});
-    fixture->start();
-    QVERIFY(fixture.read(bridge).isEmpty() && QFileInfo::exists(fixture.dataDir + u'/' + bridge));
+    QCOMPARE(startWith("one\r\n"), "one\r\n"_ba);
+    QCOMPARE(startWith({}), QByteArray());
+    QVERIFY(QFileInfo::exists(fixture.dataDir + u'/' + bridge));
     fixture.write(bridge, "kept");
-    QFile::remove(fixture.payload + "/ostrell_bridge.lua"_L1);
-    fixture->start();
+    QFile::remove(shipped);
+    fixture.start();
     QCOMPARE(fixture.read(bridge), "kept"_ba);
 
     QDir(fixture.dataDir + "/reaper"_L1).removeRecursively();
     fixture.write(u"reaper"_s, "in the way");
-    ship("two");
-    fixture->start();
+    startWith("two");
     QCOMPARE(fixture.read(u"reaper"_s), "in the way"_ba);
 }
 
@@ -400,10 +372,8 @@ void EngineTest::theDataDirectoryMayBeMissing()
     for (const QString &place : {u"missing"_s, u"script"_s}) { // the second is a file
         LinkFixture fixture;
         fixture.dataDir = fixture.folder.filePath(place);
-        fixture.engine.play("line @mode talk");
-        fixture->start();
+        fixture.start("line @mode talk");
         QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
-        QCOMPARE(fixture->assistant.get(), u"Kelo"_s);
     }
 }
 

@@ -1,12 +1,11 @@
 #include "support/link_fixture.h"
+#include "support/table.h"
 
 #include <QTest>
 
-#include <map>
-
 using namespace Qt::StringLiterals;
 using namespace kelo;
-using kelo::test::LinkFixture;
+using namespace kelo::test;
 
 class OutboundTest : public QObject {
     Q_OBJECT
@@ -18,7 +17,6 @@ private Q_SLOTS:
     void settingsMayBeUnwritableOrFlooded();
     void filesArePlayed_data();
     void filesArePlayed();
-    void modesHaveNames();
     void changesAreAnnouncedBeforeAndAfter();
 };
 
@@ -95,11 +93,10 @@ void OutboundTest::settingsMayBeUnwritableOrFlooded()
 
 void OutboundTest::filesArePlayed_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<bool>("played");
-    QTest::newRow("a file") << u"/songs/Für Elise.mid"_s << true;
-    QTest::newRow("cancelled") << QString() << false;
-    QTest::newRow("a name that would be a command") << u"/songs/a\n~update yes"_s << false;
+    const Table<QString, bool> row{"path", "played"};
+    row("a file", u"/songs/Für Elise.mid"_s, true);
+    row("cancelled", {}, false);
+    row("a name that would be a command", u"/songs/a\n~update yes"_s, false);
 }
 
 void OutboundTest::filesArePlayed()
@@ -116,19 +113,6 @@ void OutboundTest::filesArePlayed()
     QTRY_VERIFY(fixture.engine.input().endsWith("~end\n"));
     const QByteArray line = "~play " + path.toUtf8() + '\n';
     QCOMPARE(fixture.engine.input(), (played ? line + line : QByteArray()) + "~end\n");
-}
-
-void OutboundTest::modesHaveNames()
-{
-    LinkFixture fixture;
-    const std::map<QByteArray, QString> names{{"talk", u"TALK"_s}, {"teach", u"LESSON"_s},
-        {"compose", u"COMPOSE"_s}, {"menu", u"SONG MENU"_s}, {"jazz", u"JAZZ"_s},
-        {"logic", u"LOGIC CONTROL"_s}, {"reaper", u"REAPER CONTROL"_s}, {"idle", u"STANDBY"_s},
-        {"", u"STANDBY"_s}, {"Talk", u"STANDBY"_s}, {"talk ", u"STANDBY"_s}};
-    for (const auto &[mode, name] : names) {
-        fixture->handle("mode " + mode);
-        QCOMPARE(fixture->modeName(), name);
-    }
 }
 
 void OutboundTest::changesAreAnnouncedBeforeAndAfter()

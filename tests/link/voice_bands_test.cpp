@@ -1,4 +1,5 @@
 #include "link/voice_bands.h"
+#include "support/table.h"
 
 #include <QTest>
 
@@ -7,6 +8,7 @@
 #include <limits>
 
 using namespace kelo;
+using kelo::test::Table;
 
 class VoiceBandsTest : public QObject {
     Q_OBJECT
@@ -43,15 +45,9 @@ Bars settled(const std::optional<VoiceFrame> &bands, const Liveliness &life,
 
 void VoiceBandsTest::bandsFollowTheStream_data()
 {
-    QTest::addColumn<bool>("speaking");
-    QTest::addColumn<std::optional<double>>("anchor");
-    QTest::addColumn<double>("start");
-    QTest::addColumn<double>("frame"); // since second 100
-    QTest::addColumn<std::optional<double>>("band"); // of ten frames 0, 1 ... 9
-    const auto row = [](const char *why, bool speaking, std::optional<double> anchor, double start,
-                         double frame, std::optional<double> band) {
-        QTest::newRow(why) << speaking << anchor << start << frame << band;
-    };
+    // frame: since second 100; band: of ten frames 0, 1 ... 9
+    const Table<bool, std::optional<double>, double, double, std::optional<double>> row{
+        "speaking", "anchor", "start", "frame", "band"};
     row("silent", false, 100, 0, 3, std::nullopt);
     row("nothing says when", true, std::nullopt, 0, 3, std::nullopt);
     row("an anchor that is no time", true, 0, 100, 3, std::nullopt);

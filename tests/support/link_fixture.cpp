@@ -1,8 +1,8 @@
 #include "support/link_fixture.h"
 
+#include "support/files.h"
+
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -30,6 +30,12 @@ Link &LinkFixture::link()
     return *link_;
 }
 
+void LinkFixture::start(const QByteArray &script)
+{
+    engine.play(script);
+    link().start();
+}
+
 void LinkFixture::say(std::initializer_list<QByteArrayView> lines)
 {
     for (const QByteArrayView line : lines)
@@ -38,17 +44,12 @@ void LinkFixture::say(std::initializer_list<QByteArrayView> lines)
 
 void LinkFixture::write(const QString &name, const QByteArray &contents) const
 {
-    const QString path = dataDir + u'/' + name;
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size())
-        qFatal("cannot write %s", qPrintable(path));
+    writeFile(dataDir + u'/' + name, contents);
 }
 
 QByteArray LinkFixture::read(const QString &name) const
 {
-    QFile file(dataDir + u'/' + name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return readFile(dataDir + u'/' + name);
 }
 
 QVariant LinkFixture::setting(const QString &key) const

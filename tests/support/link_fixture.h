@@ -12,8 +12,8 @@
 namespace kelo::test {
 
 /// A link of its own for a test: a data directory and settings that vanish with it, a clock turned
-/// by hand, recorders for the rooms above and a scripted engine that starts when `start` is called.
-/// The link is made on first use, so files can be laid out before.
+/// by hand, recorders for the rooms above and a scripted engine. The link is made on first use, so
+/// files can be laid out before.
 class LinkFixture {
 public:
     LinkFixture();
@@ -22,6 +22,8 @@ public:
     Link &link();
     Link *operator->() { return &link(); }
 
+    /// Starts the engine, which follows the script from then on.
+    void start(const QByteArray &script = {});
     /// Has the link handle lines as they come from the engine, without "@".
     void say(std::initializer_list<QByteArrayView> lines);
 

@@ -1,6 +1,6 @@
 #include "support/scripted_engine.h"
 
-#include <QFile>
+#include "support/files.h"
 
 using namespace Qt::StringLiterals;
 
@@ -14,9 +14,7 @@ ScriptedEngine::ScriptedEngine(const QString &folder)
 
 void ScriptedEngine::play(const QByteArray &script) const
 {
-    QFile file(script_);
-    if (!file.open(QIODevice::WriteOnly) || file.write(script) != script.size())
-        qFatal("cannot write %s", qPrintable(script_));
+    writeFile(script_, script);
 }
 
 QString ScriptedEngine::payload()
@@ -58,8 +56,7 @@ QByteArrayList ScriptedEngine::environmentSeen() const
 
 QByteArray ScriptedEngine::notes(const char *kind) const
 {
-    QFile file(script_ + u'.' + QLatin1StringView(kind));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return readFile(script_ + u'.' + QLatin1StringView(kind));
 }
 
 } // namespace kelo::test
