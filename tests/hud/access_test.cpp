@@ -1,5 +1,6 @@
 #include "console.h"
 #include "hud/theme.h"
+#include "support/table.h"
 
 #include <QAccessible>
 #include <QMimeData>
@@ -11,6 +12,8 @@
 using namespace Qt::StringLiterals;
 
 namespace kelo {
+
+using test::Table;
 
 using test::Console;
 
@@ -29,7 +32,8 @@ private Q_SLOTS:
     void playsADroppedFile();
 
 private:
-    static void collect(QAccessibleInterface *from, QList<QAccessibleInterface *> &found);
+    /// Everything that a screen reader finds in the window.
+    static QList<QAccessibleInterface *> all(Console &console);
     static QAccessibleInterface *find(
         Console &console, QAccessible::Role role, const QString &name);
 };
@@ -41,23 +45,26 @@ void AccessTest::initTestCase()
     QVERIFY(QAccessible::isActive());
 }
 
-void AccessTest::collect(QAccessibleInterface *from, QList<QAccessibleInterface *> &found)
+QList<QAccessibleInterface *> AccessTest::all(Console &console)
 {
-    for (int i = 0; i < from->childCount(); ++i) {
-        QAccessibleInterface *child = from->child(i);
-        if (!child || child->state().invisible)
-            continue;
-        found.append(child);
-        collect(child, found);
-    }
+    QList<QAccessibleInterface *> found;
+    const std::function<void(QAccessibleInterface *)> collect = [&](QAccessibleInterface *from) {
+        for (int i = 0; i < from->childCount(); ++i) {
+            QAccessibleInterface *child = from->child(i);
+            if (child && !child->state().invisible) {
+                found.append(child);
+                collect(child);
+            }
+        }
+    };
+    collect(QAccessible::queryAccessibleInterface(&console.view));
+    return found;
 }
 
 QAccessibleInterface *AccessTest::find(
     Console &console, QAccessible::Role role, const QString &name)
 {
-    QList<QAccessibleInterface *> all;
-    collect(QAccessible::queryAccessibleInterface(&console.view), all);
-    for (QAccessibleInterface *each : all) {
+    for (QAccessibleInterface *each : all(console)) {
         if (each->role() == role && each->text(QAccessible::Name) == name)
             return each;
     }
@@ -73,12 +80,10 @@ void AccessTest::tellsAScreenReader()
     console.voice.level = 0.424;
     console.show({1240, 840});
 
-    QList<QAccessibleInterface *> all;
-    collect(QAccessible::queryAccessibleInterface(&console.view), all);
     QStringList headings;
     QStringList rows;
     QStringList texts;
-    for (QAccessibleInterface *each : all) {
+    for (QAccessibleInterface *each : all(console)) {
         const QString name = each->text(QAccessible::Name);
         QVERIFY2(!name.isEmpty(), each->object()->metaObject()->className());
         if (each->role() == QAccessible::Heading)
@@ -126,20 +131,19 @@ void AccessTest::tellsAScreenReader()
 
 void AccessTest::commandsGoToTheEngine_data()
 {
-    QTest::addColumn<int>("way");
-    QTest::newRow("Return") << int(Qt::Key_Return);
-    QTest::newRow("Enter") << int(Qt::Key_Enter);
-    QTest::newRow("Space") << int(Qt::Key_Space);
-    QTest::newRow("screen reader") << 0;
-    QTest::newRow("mouse") << -1;
+    const Table<int> row{"way"};
+    row("Return", Qt::Key_Return);
+    row("Enter", Qt::Key_Enter);
+    row("Space", Qt::Key_Space);
+    row("screen reader", 0);
+    row("mouse", -1);
 }
 
 void AccessTest::commandsGoToTheEngine()
 {
     QFETCH(int, way);
     Console console;
-    console.link.engine.play("line @jazz Swing feel|Blues in F\nserve\n");
-    console.link->start();
+    console.link.start("line @jazz Swing feel|Blues in F\nserve\n");
     console.show({2560, 1440});
     QTRY_COMPARE(console.link->jazz.get().size(), 2);
 
@@ -232,8 +236,7 @@ void AccessTest::showsOneScreenAtATime()
 void AccessTest::playsADroppedFile()
 {
     Console console;
-    console.link.engine.play("serve\n");
-    console.link->start();
+    console.link.start("serve\n");
     console.show({1240, 840});
     const auto drop = [&console](const QUrl &url) {
         QMimeData mime;

@@ -16,6 +16,15 @@ namespace {
 const QStringList places{u"backdrop"_s, u"core"_s, u"caption"_s, u"keyStrip"_s,
     u"visualiserScreen"_s, u"welcomeScreen"_s, u"flashFrame"_s};
 
+void collect(QQuickItem *item, QList<QQuickItem *> &found)
+{
+    if (!item->isVisible())
+        return;
+    found.append(item);
+    for (QQuickItem *child : item->childItems())
+        collect(child, found);
+}
+
 } // namespace
 
 void Console::show(QSize size, bool furnished)
@@ -46,6 +55,13 @@ void Console::show(QSize size, bool furnished)
     QTest::qWait(50); // a few frames, so that everything has found its place
 }
 
+QList<QQuickItem *> Console::visibleItems() const
+{
+    QList<QQuickItem *> found;
+    collect(view.rootObject(), found);
+    return found;
+}
+
 QRectF Console::shown(const QQuickItem *item)
 {
     QRectF rect = item->mapRectToScene(item->boundingRect());
@@ -54,19 +70,6 @@ QRectF Console::shown(const QQuickItem *item)
             rect &= above->mapRectToScene(above->boundingRect());
     }
     return rect;
-}
-
-QList<QQuickItem *> Console::tabRound()
-{
-    QList<QQuickItem *> round;
-    for (int i = 0; i < 200; ++i) {
-        QTest::keyClick(&view, Qt::Key_Tab);
-        QQuickItem *focused = view.activeFocusItem();
-        if (!round.isEmpty() && focused == round.constFirst())
-            break;
-        round.append(focused);
-    }
-    return round;
 }
 
 bool Console::tabTo(const QString &name)
@@ -83,15 +86,6 @@ QString Console::accessibleName(QQuickItem *item)
 {
     QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
     return interface ? interface->text(QAccessible::Name) : QString();
-}
-
-void Console::collect(QQuickItem *item, const std::function<void(QQuickItem *)> &visit)
-{
-    if (!item->isVisible())
-        return;
-    visit(item);
-    for (QQuickItem *child : item->childItems())
-        collect(child, visit);
 }
 
 } // namespace kelo::test

@@ -16,23 +16,12 @@ public:
     /// rectangle, named after its place.
     void show(QSize size, bool furnished = false);
 
-    /// Every item below the display that `wanted` holds for, in the order of the tree.
-    template <typename Item = QQuickItem> [[nodiscard]] QList<Item *> visibleItems()
-    {
-        QList<Item *> found;
-        collect(view.rootObject(), [&found](QQuickItem *item) {
-            if (auto *typed = qobject_cast<Item *>(item))
-                found.append(typed);
-        });
-        return found;
-    }
+    /// Every visible item of the display, in the order of the tree.
+    [[nodiscard]] QList<QQuickItem *> visibleItems() const;
 
     /// The part of `item` that its scrolling ancestors let through, in window coordinates.
     [[nodiscard]] static QRectF shown(const QQuickItem *item);
 
-    /// Presses Tab until the focus comes back to where it was after the first, and returns what
-    /// had it meanwhile.
-    QList<QQuickItem *> tabRound();
     /// Presses Tab until the control with that accessible name has the focus; fails after a round.
     [[nodiscard]] bool tabTo(const QString &name);
 
@@ -43,8 +32,6 @@ public:
     QQuickView view;
 
 private:
-    static void collect(QQuickItem *item, const std::function<void(QQuickItem *)> &visit);
-
     std::unique_ptr<QObject> furniture_;
 };
 

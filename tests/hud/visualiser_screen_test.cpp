@@ -46,21 +46,21 @@ void VisualiserScreenTest::controlsFollowTheRoll()
         return names;
     };
     QCOMPARE(controls(), (QStringList{u"PLAY A MIDI FILE  [ O ]"_s, u"BACK  [ F ]"_s}));
-    QVERIFY(console.tabTo(u"PLAY A MIDI FILE  [ O ]"_s));
-    QTest::keyClick(&console.view, Qt::Key_Space);
+    const auto press = [&console](const QString &name) {
+        QVERIFY(console.tabTo(name));
+        QTest::keyClick(&console.view, Qt::Key_Space);
+    };
+    press(u"PLAY A MIDI FILE  [ O ]"_s);
     QCOMPARE(console.link.shell.calls.filter(u"choose"_s).size(), 1);
 
-    console.link.engine.play("serve");
-    console.link->start();
+    console.link.start("serve");
     console.link.say({"rollnew A Piece"});
     QCOMPARE(controls(), (QStringList{u"STOP  [ RETURN ]"_s, u"BACK  [ F ]"_s}));
-    QVERIFY(console.tabTo(u"STOP  [ RETURN ]"_s));
-    QTest::keyClick(&console.view, Qt::Key_Space);
+    press(u"STOP  [ RETURN ]"_s);
     QTRY_COMPARE(console.link.engine.input(), "\n"_ba);
 
     QVERIFY(console.link->visual);
-    QVERIFY(console.tabTo(u"BACK  [ F ]"_s));
-    QTest::keyClick(&console.view, Qt::Key_Space);
+    press(u"BACK  [ F ]"_s);
     QVERIFY(!console.link->visual);
     console.link->stop();
 }
