@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/files.h"
+
 #include <QByteArray>
 #include <QProcessEnvironment>
 #include <QString>
@@ -26,29 +28,44 @@ namespace kelo::test {
 class ScriptedEngine {
 public:
     /// Keeps its script and its notes in `folder`, which must exist.
-    explicit ScriptedEngine(const QString &folder);
+    explicit ScriptedEngine(const QString &folder)
+        : script_(folder + QStringLiteral("/script"))
+    {
+        play({});
+    }
 
     /// What the engine does from its next start on.
-    void play(const QByteArray &script) const;
+    void play(const QByteArray &script) const { writeFile(script_, script); }
 
     /// The folder to name in "KELO_PAYLOAD".
-    static QString payload();
+    static QString payload() { return QStringLiteral(KELO_SCRIPTED_PAYLOAD); }
     /// The environment of this process and what the engine needs to find its script.
-    [[nodiscard]] QProcessEnvironment environment() const;
+    [[nodiscard]] QProcessEnvironment environment() const
+    {
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("KELO_SCRIPT"), script_);
+        return environment;
+    }
 
     /// Starts so far.
-    [[nodiscard]] qsizetype runs() const;
+    [[nodiscard]] qsizetype runs() const { return notes("runs").size(); }
     /// Process id of the last run.
-    [[nodiscard]] qint64 pid() const;
+    [[nodiscard]] qint64 pid() const { return notes("pid").toLongLong(); }
     /// All that was read from the standard input, over all runs.
-    [[nodiscard]] QByteArray input() const;
+    [[nodiscard]] QByteArray input() const { return notes("input"); }
     /// Working directory of the last run.
-    [[nodiscard]] QString workingDirectory() const;
+    [[nodiscard]] QString workingDirectory() const { return QString::fromUtf8(notes("cwd")); }
     /// "NAME=value" entries that the last run was given.
-    [[nodiscard]] QByteArrayList environmentSeen() const;
+    [[nodiscard]] QByteArrayList environmentSeen() const
+    {
+        return notes("environment").split('\n');
+    }
 
 private:
-    [[nodiscard]] QByteArray notes(const char *kind) const;
+    [[nodiscard]] QByteArray notes(const char *kind) const
+    {
+        return readFile(script_ + u'.' + QLatin1StringView(kind));
+    }
 
     QString script_;
 };

@@ -1,0 +1,88 @@
+#!/usr/bin/env -S python3 -I
+"""The program behind ScriptedEngine. "KELO_SCRIPT" names its script, and what it notes goes into
+files beside that."""
+
+import os
+import signal
+import sys
+import time
+
+LONGEST_LIFE = 60  # seconds; nothing survives a test that died
+SCRIPT = os.environ["KELO_SCRIPT"]
+received = b""
+stubborn = False
+
+
+def note(kind, contents, mode="wb"):
+    with open(f"{SCRIPT}.{kind}", mode) as file:
+        file.write(contents)
+
+
+def write(contents, to=sys.stdout):
+    to.buffer.write(contents)
+    to.flush()
+
+
+def read():
+    """False at the end of the input."""
+    global received
+    got = os.read(0, 4096)
+    received += got
+    note("input", got, "ab")
+    return bool(got)
+
+
+def wait(text):
+    global received
+    while text not in received:
+        if not read():
+            os._exit(0)
+    received = b""
+
+
+def burst(count, text):
+    write(b"".join(text.replace(b"#", b"%d" % i, 1) + b"\n" for i in range(count)))
+
+
+def resist():
+    global stubborn
+    stubborn = True
+    signal.signal(signal.SIGTERM, signal.SIG_IGN)
+
+
+def serve():
+    while read():
+        if received.endswith(b"q") and not stubborn:
+            os._exit(0)
+    while stubborn:
+        signal.pause()
+    os._exit(0)
+
+
+STEPS = {
+    "line": lambda rest: write(rest + b"\n"),
+    "raw": lambda rest: write(rest.decode("unicode_escape").encode("latin-1")),
+    "burst": lambda rest: burst(int(rest.split(b" ")[0]), rest.split(b" ", 1)[1]),
+    "bytes": lambda rest: write(b"x" * int(rest)),
+    "stderr": lambda rest: write(b"x" * int(rest), sys.stderr),
+    "sleep": lambda rest: time.sleep(int(rest) / 1000),
+    "wait": wait,
+    "stubborn": lambda rest: resist(),
+    "deaf": lambda rest: os.close(0),
+    "crash": lambda rest: os.kill(os.getpid(), signal.SIGKILL),
+    "exit": lambda rest: os._exit(int(rest)),
+    "serve": lambda rest: serve(),
+}
+
+signal.alarm(LONGEST_LIFE)
+signal.signal(signal.SIGPIPE, signal.SIG_DFL)
+note("runs", b".", "ab")
+note("cwd", os.getcwdb())
+note("pid", b"%d" % os.getpid())
+note("environment", b"".join(b"%s=%s\n" % entry for entry in os.environb.items()))
+with open(SCRIPT, "rb") as script:
+    for step in script.read().split(b"\n"):
+        verb, _, rest = step.partition(b" ")
+        if verb:
+            STEPS[verb.decode()](rest)
+serve()
