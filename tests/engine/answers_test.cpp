@@ -1,4 +1,5 @@
 #include "engine_process.h"
+#include "support/table.h"
 
 #include <QDate>
 #include <QElapsedTimer>
@@ -7,39 +8,20 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using kelo::test::Table;
 
 /// What the engine answers to who asks, types or sets it up.
-class AnswersTest : public QObject {
+class AnswersTest : public EngineTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { engine = std::make_unique<EngineProcess>(); }
-    void cleanup();
     void asksTheFirstQuestionsOnce();
     void wishesAHappyBirthday();
     void hearsItsName();
     void takesWhatIsTyped();
-    void worksItsDisplay_data();
-    void worksItsDisplay();
-    void answersHonestly_data();
-    void answersHonestly();
-
-private:
-    void start() { engine->begin(); }
-    void expect(const QByteArray &bytes, const QStringList &patterns)
-    {
-        engine->expect(bytes, patterns);
-    }
-
-    std::unique_ptr<EngineProcess> engine;
+    void answers_data();
+    void answers();
 };
-
-void AnswersTest::cleanup()
-{
-    const QString fault = engine->end();
-    QVERIFY2(fault.isEmpty(), qPrintable(fault));
-    engine.reset();
-}
 
 void AnswersTest::asksTheFirstQuestionsOnce()
 {
@@ -117,13 +99,9 @@ void AnswersTest::takesWhatIsTyped()
     QVERIFY(QFile(engine->path(u"commands.html"_s)).size() > 5000);
 }
 
-void AnswersTest::worksItsDisplay_data()
+void AnswersTest::answers_data()
 {
-    QTest::addColumn<QByteArray>("sent");
-    QTest::addColumn<QString>("line");
-    const auto row = [](const char *sent, const QString &line) {
-        QTest::newRow(sent) << QByteArray(sent) + '\n' << line;
-    };
+    const Table<QString> row{"line"}; // by what is sent
     row("~say large captions on", u"access large 1"_s);
     row("~say high contrast off", u"access contrast 0"_s);
     row("~say stop listening", u"ears off"_s);
@@ -137,45 +115,29 @@ void AnswersTest::worksItsDisplay_data()
     row("~say change the voice", u"voice American, fast"_s);
     row("~say louder", u"say Louder\\."_s);
     row("~say what can i say", u"say Say Kelo, and then: song menu.*"_s);
-}
-
-void AnswersTest::worksItsDisplay()
-{
-    QFETCH(QByteArray, sent);
-    QFETCH(QString, line);
-    start();
-    expect(sent, {line});
-}
-
-void AnswersTest::answersHonestly_data()
-{
-    QTest::addColumn<QByteArray>("sent");
-    QTest::addColumn<QString>("answer");
-    const auto row = [](const char *sent, const QString &answer) {
-        QTest::newRow(sent) << QByteArray(sent) << answer;
-    };
-    const QString noMusic = u"I can't make or change music.*"_s;
-    row("~say play my album\n", u"There is no album here\\..*"_s);
-    row("~say jam with me\n", u"I can't answer with music.*press B\\."_s);
-    row("~say make it a lullaby\n", noMusic);
+    // What there is none of is said so.
+    const QString noMusic = u"say I can't make or change music.*"_s;
+    row("~say play my album", u"say There is no album here\\..*"_s);
+    row("~say jam with me", u"say I can't answer with music.*press B\\."_s);
+    row("~say make it a lullaby", noMusic);
     row("c", noMusic);
-    row("~say install the natural voice\n", u"I can't install another voice.*"_s);
-    row("~say what's the weather\n", u"I can't look into the world.*"_s);
-    row("j", u"I don't have a jazz course.*"_s);
-    row("g", u"I can't work other programs.*"_s);
-    row("p", u"I'll play through the piano, as soon as I see one\\."_s);
-    row("K", u"I don't see a piano\\."_s);
-    row("~say good morning\n", u"Hello\\..*"_s);
-    row("~say play the moonlight waltz\n", u"I don't know that song\\..*"_s);
-    row("~say flurb the wuzzle\n", u"I didn't understand that\\..*"_s);
+    row("~say install the natural voice", u"say I can't install another voice.*"_s);
+    row("~say what's the weather", u"say I can't look into the world.*"_s);
+    row("j", u"say I don't have a jazz course.*"_s);
+    row("g", u"say I can't work other programs.*"_s);
+    row("p", u"say I'll play through the piano, as soon as I see one\\."_s);
+    row("K", u"say I don't see a piano\\."_s);
+    row("~say good morning", u"say Hello\\..*"_s);
+    row("~say play the moonlight waltz", u"say I don't know that song\\..*"_s);
+    row("~say flurb the wuzzle", u"say I didn't understand that\\..*"_s);
 }
 
-void AnswersTest::answersHonestly()
+void AnswersTest::answers()
 {
-    QFETCH(QByteArray, sent);
-    QFETCH(QString, answer);
+    const QByteArray sent = QTest::currentDataTag();
     start();
-    expect(sent, {u"say "_s + answer});
+    QFETCH(QString, line);
+    expect(sent.startsWith('~') ? sent + '\n' : sent, {line});
 }
 
 QTEST_GUILESS_MAIN(AnswersTest)

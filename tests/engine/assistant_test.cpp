@@ -3,14 +3,16 @@
 #include "assistant/typing_line.h"
 #include "assistant/words.h"
 #include "setup/voice_log.h"
+#include "support/files.h"
+#include "support/table.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace kelo::engine;
+using namespace kelo::test;
 
 class AssistantTest : public QObject {
     Q_OBJECT
@@ -67,18 +69,12 @@ void AssistantTest::editsWhatIsTyped()
 
 void AssistantTest::knowsTheDay_data()
 {
-    QTest::addColumn<QList<int>>("date");
-    QTest::addColumn<QByteArray>("words");
-    QTest::newRow("a Friday") << QList<int>{2025, 3, 7}
-                              << QByteArray("It is Friday, the seventh of March.");
-    QTest::newRow("a leap day") << QList<int>{2028, 2, 29}
-                                << QByteArray("It is Tuesday, the 29th of February.");
-    QTest::newRow("no leap year") << QList<int>{2100, 3, 1}
-                                  << QByteArray("It is Monday, the first of March.");
-    QTest::newRow("new year") << QList<int>{2026, 1, 1}
-                              << QByteArray("It is Thursday, the first of January.");
-    QTest::newRow("the eve") << QList<int>{2026, 12, 31}
-                             << QByteArray("It is Thursday, the 31st of December.");
+    const Table<QList<int>, QByteArray> row{"date", "words"};
+    row("a Friday", {2025, 3, 7}, "It is Friday, the seventh of March.");
+    row("a leap day", {2028, 2, 29}, "It is Tuesday, the 29th of February.");
+    row("no leap year", {2100, 3, 1}, "It is Monday, the first of March.");
+    row("new year", {2026, 1, 1}, "It is Thursday, the first of January.");
+    row("the eve", {2026, 12, 31}, "It is Thursday, the 31st of December.");
 }
 
 void AssistantTest::knowsTheDay()
@@ -93,18 +89,16 @@ void AssistantTest::theVoiceLogStaysSmall()
     QTemporaryDir folder;
     const std::filesystem::path home = folder.filePath(u"new"_s).toStdString();
     prepareVoiceLog(home);
-    QFile log(folder.filePath(u"new/voice-log.txt"_s));
-    QVERIFY(log.open(QIODevice::Append));
-    log.write("kept\n");
-    log.close();
+    const QString log = folder.filePath(u"new/voice-log.txt"_s);
+    QVERIFY(QFile::exists(log));
+    writeFile(log, "kept\n");
     prepareVoiceLog(home);
-    QCOMPARE(log.size(), 5);
-    QVERIFY(log.open(QIODevice::Append));
-    log.write(QByteArray(1 << 20, 'x'));
-    log.close();
+    QCOMPARE(readFile(log), "kept\n"_ba);
+    const QByteArray much((1 << 20) + 1, 'x');
+    writeFile(log, much);
     prepareVoiceLog(home);
-    QCOMPARE(log.size(), 0);
-    QVERIFY(QFile(folder.filePath(u"new/voice-log.old.txt"_s)).size() > 1 << 20);
+    QVERIFY(QFile::exists(log) && readFile(log).isEmpty());
+    QVERIFY(readFile(folder.filePath(u"new/voice-log.old.txt"_s)) == much);
     prepareVoiceLog("/proc/nowhere");
 }
 

@@ -86,7 +86,7 @@ private:
 } // namespace
 
 /// The desktop's speech service in place of the engine's own voice.
-class DispatcherTest : public QObject {
+class DispatcherTest : public EngineTest {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -94,21 +94,22 @@ private Q_SLOTS:
     void ownVoiceWhereThereIsNoService();
 
 private:
-    static QMap<QString, QString> settings(const EngineProcess &engine)
+    void startWithService()
     {
-        return {{u"KELO_SPEECH"_s, u"speech-dispatcher"_s},
-            // The client's library keeps a few bytes when it fails; only so is it seen to be its.
-            {u"ASAN_OPTIONS"_s, u"fast_unwind_on_malloc=0"_s},
-            {u"SPEECHD_ADDRESS"_s, u"unix_socket:"_s + engine.path(u"speech"_s)}};
+        engine->start({},
+            {{u"KELO_SPEECH"_s, u"speech-dispatcher"_s},
+                // The client's library keeps a few bytes when it fails; only so is it seen to be
+                // its.
+                {u"ASAN_OPTIONS"_s, u"fast_unwind_on_malloc=0"_s},
+                {u"SPEECHD_ADDRESS"_s, u"unix_socket:"_s + engine->path(u"speech"_s)}});
     }
 };
 
 void DispatcherTest::theServiceSpeaksAndTellsHowFar()
 {
-    EngineProcess engine;
     QByteArrayList said; // the service's until its last answer is here
     std::atomic<int> texts = 0;
-    const SpeechService service(engine.path(u"speech"_s), [&](const QByteArray &text, int number) {
+    const SpeechService service(engine->path(u"speech"_s), [&](const QByteArray &text, int number) {
         using S = SpeechService;
         said << text;
         if (++texts == 1)
@@ -120,30 +121,24 @@ void DispatcherTest::theServiceSpeaksAndTellsHowFar()
             S::event("700", number, "700-6 5\r\n700 INDEX MARK\r\n"),
             S::event("702", number, "702 END\r\n")};
     });
-    engine.start({}, settings(engine));
-    QVERIFY(!engine.waitFor(u"say Good .*"_s).isEmpty());
+    startWithService();
+    QVERIFY(!engine->waitFor(u"say Good .*"_s).isEmpty());
     QTRY_COMPARE(texts, 1);
-    engine.send("~speak All <three> keys\n");
-    for (const QString &line :
-        {u"say All <three> keys"_s, u"start"_s, u"word 0 3 .*"_s, u"word 6 5 .*"_s})
-        QVERIFY2(!engine.waitFor(line).isEmpty(), qPrintable(line));
-    QVERIFY(!engine.waitFor(u"done"_s, 3).isEmpty());
+    expect("~speak All <three> keys\n",
+        {u"say All <three> keys"_s, u"start"_s, u"word 0 3 .*"_s, u"word 6 5 .*"_s});
+    QVERIFY(!engine->waitFor(u"done"_s, 3).isEmpty());
     QCOMPARE(said.last(),
         R"(<speak><mark name="0 3"/>All <mark name="5 5"/>&lt;three&gt; )"
         R"(<mark name="12 4"/>keys</speak>)"_ba);
-    const QString fault = engine.end();
-    QVERIFY2(fault.isEmpty(), qPrintable(fault));
+    QCOMPARE(engine->end(), QString()); // before what it speaks to ends
 }
 
 void DispatcherTest::ownVoiceWhereThereIsNoService()
 {
-    EngineProcess engine;
-    engine.start({}, settings(engine));
-    QVERIFY(!engine.waitFor(u"say Good .*"_s).isEmpty());
-    QVERIFY(!engine.waitFor(u"spec \\d+ 0 .*"_s).isEmpty());
-    QVERIFY(!engine.waitFor(u"done"_s, 30).isEmpty());
-    const QString fault = engine.end();
-    QVERIFY2(fault.isEmpty(), qPrintable(fault));
+    startWithService();
+    QVERIFY(!engine->waitFor(u"say Good .*"_s).isEmpty());
+    QVERIFY(!engine->waitFor(u"spec \\d+ 0 .*"_s).isEmpty());
+    QVERIFY(!engine->waitFor(u"done"_s, 30).isEmpty());
 }
 
 QTEST_GUILESS_MAIN(DispatcherTest)

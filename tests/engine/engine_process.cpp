@@ -1,6 +1,7 @@
 #include "engine_process.h"
 
-#include <QDir>
+#include "support/files.h"
+
 #include <QElapsedTimer>
 #include <QFile>
 #include <QJsonDocument>
@@ -24,10 +25,8 @@ EngineProcess::EngineProcess(bool known)
 
 QString EngineProcess::write(const QString &name, const QByteArray &bytes) const
 {
-    QFile file(path(name));
-    if (file.open(QIODevice::WriteOnly))
-        file.write(bytes);
-    return file.fileName();
+    kelo::test::writeFile(path(name), bytes);
+    return path(name);
 }
 
 void EngineProcess::start(const QStringList &arguments, const QMap<QString, QString> &settings)
@@ -64,9 +63,7 @@ QString EngineProcess::end()
     }
     if (process->exitStatus() == QProcess::NormalExit && process->exitCode() == 0)
         return {};
-    QFile errors(path(u"errors"_s));
-    return u"it crashed: "_s
-        + (errors.open(QIODevice::ReadOnly) ? QString::fromUtf8(errors.readAll()) : QString());
+    return u"it crashed: "_s + QString::fromUtf8(kelo::test::readFile(path(u"errors"_s)));
 }
 
 void EngineProcess::send(const QByteArray &bytes)
@@ -124,9 +121,7 @@ void EngineProcess::expect(const QByteArray &bytes, const QStringList &patterns)
 
 QJsonObject EngineProcess::profile() const
 {
-    QFile file(path(u"profile.json"_s));
-    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
-                                          : QJsonObject();
+    return QJsonDocument::fromJson(kelo::test::readFile(path(u"profile.json"_s))).object();
 }
 
 void EngineProcess::plugIn()
@@ -156,4 +151,11 @@ void EngineProcess::tap(const QList<int> &pitches)
         play(pitch);
         play(pitch, 0);
     }
+}
+
+void EngineTest::cleanup()
+{
+    const QString fault = engine->end();
+    QVERIFY2(fault.isEmpty(), qPrintable(fault));
+    engine.reset();
 }

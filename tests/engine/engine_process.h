@@ -56,3 +56,21 @@ private:
     qsizetype seen = 0;
     int piano = -1;
 };
+
+/// Tests with an engine each, which has to end in order whatever it went through.
+class EngineTest : public QObject {
+    Q_OBJECT
+
+protected:
+    void start(bool withPiano = false) { engine->begin(withPiano); }
+    void expect(const QByteArray &bytes, const QStringList &patterns)
+    {
+        engine->expect(bytes, patterns);
+    }
+
+    std::unique_ptr<EngineProcess> engine;
+
+protected Q_SLOTS:
+    virtual void init() { engine = std::make_unique<EngineProcess>(); }
+    virtual void cleanup();
+};

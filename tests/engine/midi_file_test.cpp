@@ -1,5 +1,6 @@
 #include "midi_bytes.h"
 #include "music/midi_file.h"
+#include "support/table.h"
 
 #include <QTest>
 
@@ -7,6 +8,7 @@
 
 using namespace kelo::engine;
 using namespace midi;
+using kelo::test::Table;
 
 Q_DECLARE_METATYPE(Bytes)
 Q_DECLARE_METATYPE(std::vector<Note>)
@@ -29,45 +31,46 @@ private Q_SLOTS:
 
 void MidiFileTest::readsNotes_data()
 {
-    QTest::addColumn<Bytes>("file");
-    QTest::addColumn<std::vector<Note>>("notes");
+    const Table<Bytes, std::vector<Note>> row{"file", "notes"};
     const Bytes on{0x90, 60, 80};
     const Bytes off{0x80, 60, 0};
 
-    QTest::newRow("running status, release by velocity 0")
-        << join({header(0, 1, 480),
-               track(join({at(0, on), at(480, {60, 0}), at(0, {62, 70}), at(240, {62, 0}), end}))})
-        << std::vector<Note>{{0, 0.5, 60, 80, 0, 0}, {0.5, 0.25, 62, 70, 0, 0}};
-    QTest::newRow("running status outlives a tempo event")
-        << join({header(0, 1, 480),
-               track(join({at(0, on), at(480, tempo(1000000)), at(480, {60, 0}), end}))})
-        << std::vector<Note>{{0, 1.5, 60, 80, 0, 0}};
-    QTest::newRow("the tempo track rules the others")
-        << join({header(1, 3, 96), track(join({at(0, tempo(250000)), at(96, tempo(750000)), end})),
-               track(join({at(96, on), at(96, off), end})),
-               track(join({at(0, {0x91, 40, 9}), at(192, {0x81, 40, 0}), end}))})
-        << std::vector<Note>{{0, 1, 40, 9, 2, 1}, {0.25, 0.75, 60, 80, 1, 0}};
-    QTest::newRow("frames of 25 a second")
-        << join({header(0, 1, 0xe728), track(join({at(0, on), at(1000, off), end}))})
-        << std::vector<Note>{{0, 1, 60, 80, 0, 0}};
-    QTest::newRow("the same key twice at once ends in the order of its presses")
-        << join({header(0, 1, 480),
-               track(join({at(0, on), at(480, on), at(480, off), at(480, off), end}))})
-        << std::vector<Note>{{0, 1, 60, 80, 0, 0}, {0.5, 1, 60, 80, 0, 0}};
-    QTest::newRow("a note never released ends with the track")
-        << join({header(0, 1, 480), track(join({at(0, on), at(960, {0xff, 0x2f, 0})}))})
-        << std::vector<Note>{{0, 1, 60, 80, 0, 0}};
-    QTest::newRow("unknown chunks, longer headers and system messages are passed over") << join(
-        {chunk("MThd", {0, 0, 0, 1, 1, 0xe0, 9, 9}), chunk("XFIH", {1, 2, 3}),
+    row("running status, release by velocity 0",
+        join({header(0, 1, 480),
+            track(join({at(0, on), at(480, {60, 0}), at(0, {62, 70}), at(240, {62, 0}), end}))}),
+        {{0, 0.5, 60, 80, 0, 0}, {0.5, 0.25, 62, 70, 0, 0}});
+    row("running status outlives a tempo event",
+        join({header(0, 1, 480),
+            track(join({at(0, on), at(480, tempo(1000000)), at(480, {60, 0}), end}))}),
+        {{0, 1.5, 60, 80, 0, 0}});
+    row("the tempo track rules the others",
+        join({header(1, 3, 96), track(join({at(0, tempo(250000)), at(96, tempo(750000)), end})),
+            track(join({at(96, on), at(96, off), end})),
+            track(join({at(0, {0x91, 40, 9}), at(192, {0x81, 40, 0}), end}))}),
+        {{0, 1, 40, 9, 2, 1}, {0.25, 0.75, 60, 80, 1, 0}});
+    row("frames of 25 a second",
+        join({header(0, 1, 0xe728), track(join({at(0, on), at(1000, off), end}))}),
+        {{0, 1, 60, 80, 0, 0}});
+    row("the same key twice at once ends in the order of its presses",
+        join({header(0, 1, 480),
+            track(join({at(0, on), at(480, on), at(480, off), at(480, off), end}))}),
+        {{0, 1, 60, 80, 0, 0}, {0.5, 1, 60, 80, 0, 0}});
+    row("a note never released ends with the track",
+        join({header(0, 1, 480), track(join({at(0, on), at(960, {0xff, 0x2f, 0})}))}),
+        {{0, 1, 60, 80, 0, 0}});
+    row("unknown chunks, longer headers and system messages are passed over",
+        join({chunk("MThd", {0, 0, 0, 1, 1, 0xe0, 9, 9}), chunk("XFIH", {1, 2, 3}),
             track(join({at(0, {0xf0, 2, 1, 0xf7}), at(0, on), at(0, {0xff, 1, 2, 'h', 'i'}),
-                at(480, off), end}))}) << std::vector<Note>{{0, 0.5, 60, 80, 0, 0}};
-    QTest::newRow("a release without a press, a tempo of 0")
-        << join({header(0, 1, 480),
-               track(join({at(0, off), at(0, tempo(0)), at(0, on), at(480, off), end}))})
-        << std::vector<Note>{{0, 0.5, 60, 80, 0, 0}};
-    QTest::newRow("a chunk that claims more than there is") << join(
-        {header(0, 1, 480), {'M', 'T', 'r', 'k', 0xff, 0xff, 0xff, 0xff}, at(0, on),
-            at(480, off)}) << std::vector<Note>{{0, 0.5, 60, 80, 0, 0}};
+                at(480, off), end}))}),
+        {{0, 0.5, 60, 80, 0, 0}});
+    row("a release without a press, a tempo of 0",
+        join({header(0, 1, 480),
+            track(join({at(0, off), at(0, tempo(0)), at(0, on), at(480, off), end}))}),
+        {{0, 0.5, 60, 80, 0, 0}});
+    row("a chunk that claims more than there is",
+        join({header(0, 1, 480), {'M', 'T', 'r', 'k', 0xff, 0xff, 0xff, 0xff}, at(0, on),
+            at(480, off)}),
+        {{0, 0.5, 60, 80, 0, 0}});
 }
 
 void MidiFileTest::readsNotes()
@@ -81,26 +84,19 @@ void MidiFileTest::readsNotes()
 
 void MidiFileTest::refuses_data()
 {
-    QTest::addColumn<Bytes>("file");
-    QTest::addColumn<MidiFault>("fault");
+    const Table<Bytes, MidiFault> row{"file", "fault"};
     const Bytes body = track(join({at(0, {0x90, 60, 80}), end}));
-    QTest::newRow("nothing") << Bytes{} << MidiFault::NotMidi;
-    QTest::newRow("another file") << Bytes{'R', 'I', 'F', 'F', 0, 0, 0, 6, 0, 0, 0, 1, 1, 1}
-                                  << MidiFault::NotMidi;
-    QTest::newRow("half a header")
-        << Bytes{'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 1} << MidiFault::NotMidi;
-    QTest::newRow("independent patterns")
-        << join({header(2, 1, 480), body}) << MidiFault::Unsupported;
-    QTest::newRow("no ticks a quarter note")
-        << join({header(0, 1, 0), body}) << MidiFault::Unsupported;
-    QTest::newRow("no ticks a frame")
-        << join({header(0, 1, 0xe700), body}) << MidiFault::Unsupported;
-    QTest::newRow("no notes") << join({header(0, 1, 480), track(end)}) << MidiFault::Empty;
-    QTest::newRow("data without a status")
-        << join({header(0, 1, 480), track({0, 60, 80})}) << MidiFault::Empty;
-    QTest::newRow("an endless delta time")
-        << join({header(0, 1, 480), track({0xff, 0xff, 0xff, 0xff, 0x7f, 0x90, 60, 80})})
-        << MidiFault::Empty;
+    row("nothing", {}, MidiFault::NotMidi);
+    row("another file", {'R', 'I', 'F', 'F', 0, 0, 0, 6, 0, 0, 0, 1, 1, 1}, MidiFault::NotMidi);
+    row("half a header", {'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 1}, MidiFault::NotMidi);
+    row("independent patterns", join({header(2, 1, 480), body}), MidiFault::Unsupported);
+    row("no ticks a quarter note", join({header(0, 1, 0), body}), MidiFault::Unsupported);
+    row("no ticks a frame", join({header(0, 1, 0xe700), body}), MidiFault::Unsupported);
+    row("no notes", join({header(0, 1, 480), track(end)}), MidiFault::Empty);
+    row("data without a status", join({header(0, 1, 480), track({0, 60, 80})}), MidiFault::Empty);
+    row("an endless delta time",
+        join({header(0, 1, 480), track({0xff, 0xff, 0xff, 0xff, 0x7f, 0x90, 60, 80})}),
+        MidiFault::Empty);
 }
 
 void MidiFileTest::refuses()

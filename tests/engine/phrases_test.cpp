@@ -1,5 +1,6 @@
 #include "listen/command_page.h"
 #include "listen/phrases.h"
+#include "support/table.h"
 
 #include <QTest>
 #include <QXmlStreamReader>
@@ -8,6 +9,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kelo::engine;
+using kelo::test::Table;
 
 namespace {
 
@@ -23,7 +25,7 @@ std::optional<Request> ask(const QByteArray &text)
 
 } // namespace
 
-Q_DECLARE_METATYPE(std::optional<Request>)
+Q_DECLARE_METATYPE(Request)
 
 class PhrasesTest : public QObject {
     Q_OBJECT
@@ -42,11 +44,8 @@ private Q_SLOTS:
 
 void PhrasesTest::understands_data()
 {
-    QTest::addColumn<std::optional<Request>>("request");
-    const auto row = [](const char *text, Request request) {
-        QTest::newRow(text) << std::optional(request);
-    };
-    row("play song three", {Action::PlaySong, 3});
+    // The examples of the jobs themselves have a test below.
+    const Table<Request> row{"request"};
     row("could you please play me song number twelve", {Action::PlaySong, 12});
     row("number two play", {Action::PlaySong, 2});
     row("play song to", {Action::PlaySong, 2});
@@ -64,91 +63,48 @@ void PhrasesTest::understands_data()
     row("play", {Action::CarryOn});
     row("metronome at ninety", {Action::Metronome, 90});
     row("ninety on the metronome", {Action::Metronome, 90, {}, true});
-    row("metronome", {Action::Metronome});
     row("turn the metronome off", {Action::Metronome, {}, {}, false});
-    row("stop the metronome", {Action::Metronome, {}, {}, false});
     row("metronome at one twenty please", {Action::Metronome, 120});
-    row("louder", {Action::VoiceLouder});
-    row("a bit louder please", {Action::VoiceLouder});
     row("make the band louder", {Action::BandLouder});
     row("turn the band down", {Action::BandQuieter});
-    row("slower", {Action::Slower});
     row("not so fast slow down", {Action::Slower});
     row("play a little faster", {Action::Faster});
-    row("tempo sixty", {Action::Tempo, 60});
-    row("what time is it", {Action::Time});
     row("tell me the time please", {Action::Time});
     row("what day is it today", {Action::Date});
-    row("help", {Action::Help});
-    row("I need some help", {Action::Help});
-    row("stop", {Action::Stop});
     row("stop playing now", {Action::Stop});
-    row("stop listening", {Action::StopListening});
     row("stop learning this song", {Action::Drop});
     row("stop the lesson", {Action::Home});
     row("pause", {Action::PauseOrCarryOn});
     row("go on", {Action::CarryOn});
-    row("next", {Action::Next});
     row("the next song please", {Action::Next});
-    row("previous", {Action::Previous});
-    row("go back", {Action::Previous});
-    row("repeat", {Action::Again});
-    row("play it again", {Action::Again});
     row("say that again", {Action::Again});
-    row("note names", {Action::NoteNames});
     row("what notes are those", {Action::NoteNames});
     row("right hand only", {Action::RightHand});
     row("only my left hand", {Action::LeftHand});
-    row("both hands", {Action::BothHands});
-    row("large captions on", {Action::LargeCaptions, {}, {}, true});
-    row("switch off the large captions", {Action::LargeCaptions, {}, {}, false});
     row("high contrast off", {Action::HighContrast, {}, {}, false});
-    row("what can I say", {Action::WhatCanISay});
     row("what can you do", {Action::WhatCanISay});
-    row("list the songs", {Action::ListSongs});
     row("which pieces do you know", {Action::ListSongs});
-    row("how many songs are there", {Action::CountSongs});
-    row("song menu", {Action::OpenMenu});
-    row("ear training", {Action::EarTraining});
     row("start the live band", {Action::Band});
     row("band off", {Action::Band, {}, {}, false});
-    row("full band", {Action::BandFull});
-    row("change the voice", {Action::ChangeVoice});
-    row("talk mode", {Action::TalkMode});
     row("keep what i just played", {Action::Keep});
     row("open the command page", {Action::CommandPage});
     // What the display's buttons ask for.
     row("play me something", {Action::MakeUp});
-    row("surprise me", {Action::MakeUp});
-    row("play my album", {Action::Album});
-    row("jam with me", {Action::Jam});
-    row("good morning", {Action::Greet});
     row("play fur elise", {Action::PlaySong, {}, 4});
-    row("make it a lullaby", {Action::Compose});
     row("make it a video game", {Action::Compose});
     row("make it epic", {Action::Compose});
-    row("install the natural voice", {Action::NaturalVoice});
-    row("what's the weather", {Action::World});
 }
 
 void PhrasesTest::understands()
 {
-    QFETCH(std::optional<Request>, request);
-    const auto asked = ask(QTest::currentDataTag());
-    QVERIFY(asked.has_value());
-    QCOMPARE(static_cast<int>(asked->action), static_cast<int>(request->action));
-    QCOMPARE(asked->number.value_or(-1), request->number.value_or(-1));
-    QCOMPARE(
-        static_cast<int>(asked->song.value_or(99)), static_cast<int>(request->song.value_or(99)));
-    QCOMPARE(asked->on ? *asked->on : -1, request->on ? *request->on : -1);
+    QFETCH(Request, request);
+    QVERIFY(ask(QTest::currentDataTag()) == request);
 }
 
 void PhrasesTest::understandsWhatSoundsAlike_data()
 {
-    QTest::addColumn<QByteArray>("meant"); // nothing: it is not to be guessed
-    const auto row = [](const char *heard, const char *meant) {
-        QTest::newRow(heard) << QByteArray(meant);
-    };
+    // meant: nothing where it is not to be guessed
+    const Table<QByteArray> row{"meant"};
     row("repeet", "repeat");
     row("reap eat", "repeat");
     row("metro gnome at ninety", "metronome at ninety");
@@ -159,7 +115,6 @@ void PhrasesTest::understandsWhatSoundsAlike_data()
     row("south", "");
     row("you", "");
     row("is clear", "");
-    row("a failed", "");
 }
 
 void PhrasesTest::understandsWhatSoundsAlike()
@@ -171,12 +126,12 @@ void PhrasesTest::understandsWhatSoundsAlike()
 
 void PhrasesTest::leavesTheRestAlone_data()
 {
-    QTest::addColumn<QByteArray>("text");
+    const Table<QByteArray> row{"text"};
     for (const char *text : {"", "please", "of apples for the cake", "the of and", "on",
              "is what they called the boat in the harbour", "seven",
              "time flies like an arrow over there",
              "he said the next bus would stop near the river bank", "minuet"})
-        QTest::newRow(*text ? text : "nothing") << QByteArray(text);
+        row(*text ? text : "nothing", QByteArray(text));
 }
 
 void PhrasesTest::leavesTheRestAlone()

@@ -5,6 +5,8 @@
 #include "piano/piano.h"
 #include "piano/recorder.h"
 #include "piano/through.h"
+#include "stage.h"
+#include "support/table.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -16,6 +18,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kelo::engine;
+using kelo::test::Table;
 
 namespace {
 
@@ -26,13 +29,6 @@ QString text(const std::vector<ChannelMessage> &messages)
         all << u"%1 %2 %3"_s.arg(status, 0, 16).arg(first).arg(second);
     return all.join(u", "_s);
 }
-
-struct Silent : Instrument {
-    int played = 0;
-    int silenced = 0;
-    bool play(Frame, ChannelMessage) override { return ++played > 0; }
-    void silence() override { ++silenced; }
-};
 
 } // namespace
 
@@ -53,14 +49,10 @@ private Q_SLOTS:
 
 void PianoTest::theTopWhiteKeysAreCommands_data()
 {
-    QTest::addColumn<int>("top");
-    QTest::addColumn<QList<int>>("keys");
-    QTest::newRow("88 keys") << 108 << QList<int>{108, 107, 105, 103, 101, 100, 98, 96, 95, 93};
-    QTest::newRow("a black one is none")
-        << 102 << QList<int>{101, 100, 98, 96, 95, 93, 91, 89, 88, 86};
-    QTest::newRow("too low") << -7 << QList<int>{36, 35, 33, 31, 29, 28, 26, 24, 23, 21};
-    QTest::newRow("too high") << 9000
-                              << QList<int>{127, 125, 124, 122, 120, 119, 117, 115, 113, 112};
+    const Table<int, QList<int>> row{"top", "keys"};
+    row("a black one is none", 102, {101, 100, 98, 96, 95, 93, 91, 89, 88, 86});
+    row("too low", -7, {36, 35, 33, 31, 29, 28, 26, 24, 23, 21});
+    row("too high", 9000, {127, 125, 124, 122, 120, 119, 117, 115, 113, 112});
 }
 
 void PianoTest::theTopWhiteKeysAreCommands()
@@ -75,11 +67,7 @@ void PianoTest::theTopWhiteKeysAreCommands()
 
 void PianoTest::findsMessagesInBytes_data()
 {
-    QTest::addColumn<QList<int>>("bytes");
-    QTest::addColumn<QString>("messages");
-    const auto row = [](const char *name, const QList<int> &bytes, const QString &messages) {
-        QTest::newRow(name) << bytes << messages;
-    };
+    const Table<QList<int>, QString> row{"bytes", "messages"};
     row("a note", {0x90, 60, 80, 0x80, 60, 0}, u"90 60 80, 80 60 0"_s);
     row("running status", {0x90, 60, 80, 60, 0}, u"90 60 80, 90 60 0"_s);
     row("one data byte", {0xc1, 5, 6, 0xd1, 7}, u"c1 5 0, c1 6 0, d1 7 0"_s);
@@ -187,7 +175,7 @@ void PianoTest::aMachineWithoutMidiIsNoFault()
 
 void PianoTest::playsThroughThePianoInTime()
 {
-    Silent speakers;
+    Recording speakers;
     AudioClock clock(0);
     std::vector<ChannelMessage> sent;
     Through through(speakers, clock, [&](ChannelMessage message) { sent.push_back(message); });
@@ -198,7 +186,7 @@ void PianoTest::playsThroughThePianoInTime()
              ChannelMessage{0x99, 36, 80}, ChannelMessage{0xb1, 64, 127}})
         QVERIFY(through.play(frames(2), message));
     QVERIFY(through.play(frames(1), {0x90, 60, 80}));
-    QCOMPARE(speakers.played, 6);
+    QCOMPARE(speakers.played.size(), 6U);
     QVERIFY(std::abs(*through.deadline() - 1) < 0.001);
     through.advance(1.5);
     QCOMPARE(text(sent), u"90 60 80"_s);

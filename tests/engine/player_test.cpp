@@ -1,5 +1,6 @@
 #include "midi_bytes.h"
 #include "music/player.h"
+#include "stage.h"
 
 #include <QTest>
 
@@ -9,53 +10,10 @@ using namespace midi;
 
 namespace {
 
-struct Recorder : Instrument {
-    struct Played {
-        Frame frame;
-        ChannelMessage message;
-    };
-    std::vector<Played> played;
-    int silenced = 0;
-
-    bool play(Frame frame, ChannelMessage message) override
-    {
-        played.push_back({frame, message});
-        return true;
-    }
-    void silence() override { ++silenced; }
-};
-
 Piece piece(const Bytes &events)
 {
     return std::get<Piece>(readMidiFile(join({header(0, 1, 480), track(join({events, end}))})));
 }
-
-/// Runs a player by the clock's deadlines alone and keeps what the display is told.
-struct Stage {
-    AudioClock clock{0};
-    QStringList lines;
-    std::vector<double> times;
-    double now = 0;
-    Wire wire{[this](std::string_view line) {
-        lines << QString::fromUtf8(line.data(), static_cast<qsizetype>(line.size())).trimmed();
-        times.push_back(now);
-    }};
-    Recorder sound;
-    Player player{wire, sound, clock};
-
-    void runTo(double time)
-    {
-        int turns = 0;
-        for (auto due = player.deadline(); due && *due <= time && ++turns < 10000;
-             due = player.deadline()) {
-            now = std::max(now, *due) + 1e-4;
-            player.advance(now);
-        }
-        QVERIFY(turns < 10000);
-        now = time;
-    }
-    QStringList take() { return std::exchange(lines, {}); }
-};
 
 } // namespace
 
@@ -75,7 +33,7 @@ private Q_SLOTS:
 
 void PlayerTest::tellsThePieceInStepWithTheSound()
 {
-    Stage stage;
+    Stage<Player> stage;
     stage.player.start(piece(join({at(0, {0x90, 60, 80}), at(0, {0x90, 60, 70}),
                            at(480, {0x80, 60, 0}), at(480, {0x80, 60, 0})})),
         "Two", 0);
@@ -94,7 +52,7 @@ void PlayerTest::tellsThePieceInStepWithTheSound()
 
 void PlayerTest::pausesAndCarriesOnWhereItWas()
 {
-    Stage stage;
+    Stage<Player> stage;
     stage.player.start(piece(join({at(0, {0x90, 60, 80}), at(480, {0x80, 60, 0}),
                            at(480, {0x90, 62, 80}), at(480, {0x80, 62, 0})})),
         "P", 0);
@@ -117,7 +75,7 @@ void PlayerTest::pausesAndCarriesOnWhereItWas()
 
 void PlayerTest::aStopPutsOutEveryLamp()
 {
-    Stage stage;
+    Stage<Player> stage;
     stage.player.start(
         piece(join({at(0, {0x90, 60, 80}), at(0, {0x90, 64, 80}), at(9600, {0x80, 60, 0})})), "S",
         0);
@@ -137,7 +95,7 @@ void PlayerTest::aStopPutsOutEveryLamp()
 
 void PlayerTest::drumsSoundButAreNotShown()
 {
-    Stage stage;
+    Stage<Player> stage;
     stage.player.start(piece(join({at(0, {0x99, 36, 90}), at(480, {0x89, 36, 0}),
                            at(0, {0x90, 60, 80}), at(480, {0x80, 60, 0})})),
         "D", 0);
@@ -153,7 +111,7 @@ void PlayerTest::drumsSoundButAreNotShown()
 
 void PlayerTest::carryingOnRestoresTheChannels()
 {
-    Stage stage;
+    Stage<Player> stage;
     stage.player.start(piece(join({at(0, {0xc2, 40}), at(0, {0xb2, 64, 127}), at(0, {0xe2, 1, 2}),
                            at(0, {0x92, 60, 80}), at(960, {0xc2, 41}), at(0, {0x82, 60, 0})})),
         "C", 0);
@@ -175,7 +133,7 @@ void PlayerTest::carryingOnRestoresTheChannels()
 
 void PlayerTest::aLongRollComesInBatches()
 {
-    Stage stage;
+    Stage<Player> stage;
     stage.player.start(std::get<Piece>(readMidiFile(scale(1000))), "L", 0);
     const QStringList rolls = stage.take().filter(u"@rolln "_s);
     QCOMPARE(rolls.size(), 16);
@@ -188,7 +146,7 @@ void PlayerTest::aLongRollComesInBatches()
 
 void PlayerTest::playsInAnotherTempo()
 {
-    Stage stage;
+    Stage<Player> stage;
     const Piece music = piece(join({at(0, {0x90, 60, 80}), at(480, {0x80, 60, 0}),
         at(480, {0x90, 62, 80}), at(480, {0x80, 62, 0})})); // at 0 and at 1 s
     stage.player.setTempo(0.5, 0);
@@ -207,7 +165,7 @@ void PlayerTest::playsInAnotherTempo()
 
 void PlayerTest::demonstratesWithoutARoll()
 {
-    Stage stage;
+    Stage<Player> stage;
     stage.player.demonstrate(piece(join({at(0, {0x90, 60, 80}), at(480, {0x80, 60, 0})})), 0);
     stage.runTo(0.5);
     stage.player.pause(0.5);

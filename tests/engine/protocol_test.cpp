@@ -1,10 +1,12 @@
 #include "protocol/input.h"
 #include "protocol/text.h"
 #include "protocol/wire.h"
+#include "support/table.h"
 
 #include <QTest>
 
 using namespace kelo::engine;
+using kelo::test::Table;
 
 using Inputs = std::vector<Input>;
 Q_DECLARE_METATYPE(Inputs)
@@ -24,11 +26,7 @@ private Q_SLOTS:
 
 void ProtocolTest::tellsKeysFromCommands_data()
 {
-    QTest::addColumn<std::string>("bytes");
-    QTest::addColumn<Inputs>("inputs");
-    const auto row = [](const char *name, const std::string &bytes, const Inputs &inputs) {
-        QTest::newRow(name) << bytes << inputs;
-    };
+    const Table<std::string, Inputs> row{"bytes", "inputs"};
     row("keys", "h 0K", {key('h'), key(' '), key('0'), key('K')});
     row("return and delete", "\n\x7f", {Key::Return, Key::Delete});
     row("arrows", "\x1b[C\x1b[D", {Key::Right, Key::Left});
@@ -87,11 +85,7 @@ void ProtocolTest::dropsAnEndlessCommand()
 
 void ProtocolTest::textsAreOneValidLine_data()
 {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<int>("units");
-    const auto row = [](const char *name, const QByteArray &text, const QByteArray &line,
-                         int units) { QTest::newRow(name) << text << line << units; };
+    const Table<QByteArray, QByteArray, int> row{"text", "line", "units"};
     row("empty", "", "", 0);
     row("blank", " \t\n ", "", 0);
     row("line breaks", " a\nb\r\n", "a b", 3);

@@ -1,6 +1,7 @@
 #include "speech/resampler.h"
 #include "speech/spectrum.h"
 #include "speech/word_marks.h"
+#include "support/table.h"
 
 #include <QTest>
 
@@ -9,6 +10,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kelo::engine;
+using kelo::test::Table;
 
 namespace {
 
@@ -37,27 +39,19 @@ private Q_SLOTS:
 
 void SpeechTest::marksWholeWords_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QList<int>>("characters");
-    QTest::addColumn<QStringList>("words");
-    QTest::newRow("plain") << u"one two, three."_s << QList{0, 4, 9}
-                           << QStringList{u"one"_s, u"two"_s, u"three"_s};
-    QTest::newRow("a number said in two words is one")
-        << u"all 35 keys"_s << QList{0, 4, 5, 7} << QStringList{u"all"_s, u"35"_s, u"keys"_s};
-    QTest::newRow("an event in the middle of a word")
-        << u"I'm well-known"_s << QList{0, 2, 4, 9} << QStringList{u"I'm"_s, u"well-known"_s};
-    QTest::newRow("quotes stay out")
-        << u"say \"stop\" now"_s << QList{0, 5, 11} << QStringList{u"say"_s, u"stop"_s, u"now"_s};
-    QTest::newRow("an event on the space before")
-        << u"play it"_s << QList{0, 4} << QStringList{u"play"_s, u"it"_s};
-    QTest::newRow("spoken punctuation")
-        << u"3 % off"_s << QList{0, 2, 4} << QStringList{u"3"_s, u"%"_s, u"off"_s};
-    QTest::newRow("beyond the basic plane")
-        << u"a \U0001F3B5 caf\u00e9 b"_s << QList{0, 2, 4, 9}
-        << QStringList{u"a"_s, u"\U0001F3B5"_s, u"caf\u00e9"_s, u"b"_s};
-    QTest::newRow("nonsense positions")
-        << u"one two"_s << QList{-5, 4, 99, 0} << QStringList{u"one"_s, u"two"_s};
-    QTest::newRow("nothing") << u""_s << QList{0, 1} << QStringList{};
+    const Table<QString, QList<int>, QStringList> row{"text", "characters", "words"};
+    row("plain", u"one two, three."_s, QList{0, 4, 9}, {u"one"_s, u"two"_s, u"three"_s});
+    row("a number said in two words is one", u"all 35 keys"_s, QList{0, 4, 5, 7},
+        {u"all"_s, u"35"_s, u"keys"_s});
+    row("an event in the middle of a word", u"I'm well-known"_s, QList{0, 2, 4, 9},
+        {u"I'm"_s, u"well-known"_s});
+    row("quotes stay out", u"say \"stop\" now"_s, QList{0, 5, 11}, {u"say"_s, u"stop"_s, u"now"_s});
+    row("an event on the space before", u"play it"_s, QList{0, 4}, {u"play"_s, u"it"_s});
+    row("spoken punctuation", u"3 % off"_s, QList{0, 2, 4}, {u"3"_s, u"%"_s, u"off"_s});
+    row("beyond the basic plane", u"a \U0001F3B5 caf\u00e9 b"_s, QList{0, 2, 4, 9},
+        {u"a"_s, u"\U0001F3B5"_s, u"caf\u00e9"_s, u"b"_s});
+    row("nonsense positions", u"one two"_s, QList{-5, 4, 99, 0}, {u"one"_s, u"two"_s});
+    row("nothing", u""_s, QList{0, 1}, {});
 }
 
 void SpeechTest::marksWholeWords()
@@ -75,12 +69,11 @@ void SpeechTest::marksWholeWords()
 
 void SpeechTest::aToneStandsOutInItsBand_data()
 {
-    QTest::addColumn<double>("hertz");
-    QTest::addColumn<int>("band");
-    QTest::newRow("lowest") << 92.0 << 0;
-    QTest::newRow("a voice") << 220.0 << 3;
-    QTest::newRow("middle") << 920.0 << 8;
-    QTest::newRow("highest") << 6930.0 << 15;
+    const Table<double, int> row{"hertz", "band"};
+    row("lowest", 92.0, 0);
+    row("a voice", 220.0, 3);
+    row("middle", 920.0, 8);
+    row("highest", 6930.0, 15);
 }
 
 void SpeechTest::aToneStandsOutInItsBand()

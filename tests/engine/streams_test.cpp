@@ -1,18 +1,18 @@
 #include "engine_process.h"
 #include "midi_bytes.h"
+#include "support/table.h"
 
 #include <QElapsedTimer>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using kelo::test::Table;
 
 /// Drives the engine itself as a display does: by its standard streams.
-class StreamsTest : public QObject {
+class StreamsTest : public EngineTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
     void greets();
     void speaksWordByWord();
     void aCommandInterruptsSpeech();
@@ -24,6 +24,11 @@ private Q_SLOTS:
     void quits();
 
 private:
+    void init() override
+    {
+        EngineTest::init();
+        engine->start();
+    }
     QString waitFor(const QString &pattern, int seconds = 10)
     {
         return engine->waitFor(pattern, seconds);
@@ -35,27 +40,13 @@ private:
             QByteArray(reinterpret_cast<const char *>(bytes.data()),
                 static_cast<qsizetype>(bytes.size())));
     }
-
-    std::unique_ptr<EngineProcess> engine = std::make_unique<EngineProcess>();
 };
-
-void StreamsTest::init()
-{
-    engine->start();
-}
-
-void StreamsTest::cleanup()
-{
-    const QString fault = engine->end();
-    QVERIFY2(fault.isEmpty(), qPrintable(fault));
-}
 
 void StreamsTest::greets()
 {
-    for (const QString &line :
+    expect({},
         {u"name Kelo\\|Ann"_s, u"voice .+"_s, u"hands both"_s, u"bandstyle .+"_s, u"mode idle"_s,
-            u"vocab .+"_s, u"kbd"_s, u"buttons"_s, u"now \\d\\d:\\d\\d"_s})
-        QVERIFY2(!waitFor(line).isEmpty(), qPrintable(line));
+            u"vocab .+"_s, u"kbd"_s, u"buttons"_s, u"now \\d\\d:\\d\\d"_s});
     const QString greeting = waitFor(u"say Good .*, Ann\\..*"_s);
     QVERIFY(greeting.contains(u"silence"_s)); // and says that nobody can hear it
     QVERIFY(!waitFor(u"word 0 4 \\d+"_s).isEmpty());
@@ -95,13 +86,10 @@ void StreamsTest::speaksWordByWord()
 
 void StreamsTest::aCommandInterruptsSpeech()
 {
-    send("h");
-    QVERIFY(!waitFor(u"say Left and right.*"_s).isEmpty());
-    QVERIFY(!waitFor(u"word .*"_s).isEmpty());
+    expect("h", {u"say Left and right.*"_s, u"word .*"_s});
     send("\n");
     QVERIFY(!waitFor(u"done"_s, 1).isEmpty());
-    send("~say what time is it\n");
-    QVERIFY(!waitFor(u"say It is \\d\\d:\\d\\d\\."_s).isEmpty());
+    expect("~say what time is it\n", {u"say It is \\d\\d:\\d\\d\\."_s});
     send("~say fly me to the moon\n");
     QVERIFY(!waitFor(u"say I didn't understand.*"_s, 1).isEmpty());
     QVERIFY(!waitFor(u"done"_s).isEmpty());
@@ -109,9 +97,8 @@ void StreamsTest::aCommandInterruptsSpeech()
 
 void StreamsTest::playsAFileThroughReturnToItsEnd()
 {
-    send("~play " + write(u"A scale.mid"_s, midi::scale(3)).toUtf8() + '\n');
-    QVERIFY(!waitFor(u"say A scale\\."_s).isEmpty());
-    QVERIFY(!waitFor(u"rollnew A scale"_s).isEmpty());
+    expect("~play " + write(u"A scale.mid"_s, midi::scale(3)).toUtf8() + '\n',
+        {u"say A scale\\."_s, u"rollnew A scale"_s});
     QVERIFY(waitFor(u"rolln .*"_s).startsWith(u"rolln 0.0000,0.5000,60,80,0;0.5000,"_s));
     QElapsedTimer timer;
     QCOMPARE(waitFor(u"rollstart .*"_s), QString(u"rollstart 3.0000 1.5000"_s));
@@ -131,25 +118,22 @@ void StreamsTest::playsAFileThroughReturnToItsEnd()
 
 void StreamsTest::refusesWhatIsNoMusic_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("answer");
+    const Table<QString, QString> row{"path", "answer"};
     const QString notMidi = u"That isn't a MIDI file.*"_s;
-    QTest::newRow("missing") << u"/nowhere/at all.mid"_s << notMidi;
-    QTest::newRow("nothing named") << u""_s << notMidi;
-    QTest::newRow("a folder") << u"/tmp"_s << notMidi;
-    QTest::newRow("endless") << u"/dev/zero"_s << notMidi;
-    QTest::newRow("text") << write(u"text.mid"_s, {'h', 'i'}) << notMidi;
-    QTest::newRow("no notes") << write(
-        u"empty.mid"_s, midi::join({midi::header(0, 1, 96), midi::track(midi::end)}))
-                              << u"There are no notes.*"_s;
+    row("missing", u"/nowhere/at all.mid"_s, notMidi);
+    row("nothing named", u""_s, notMidi);
+    row("a folder", u"/tmp"_s, notMidi);
+    row("endless", u"/dev/zero"_s, notMidi);
+    row("no notes", u"empty.mid"_s, u"There are no notes.*"_s);
 }
 
 void StreamsTest::refusesWhatIsNoMusic()
 {
     QFETCH(QString, path);
     QFETCH(QString, answer);
-    send("~play " + path.toUtf8() + '\n');
-    QVERIFY(!waitFor(u"say "_s + answer).isEmpty());
+    write(u"empty.mid"_s, midi::join({midi::header(0, 1, 96), midi::track(midi::end)}));
+    const QString absolute = path.isEmpty() ? path : engine->path(path);
+    expect("~play " + absolute.toUtf8() + '\n', {u"say "_s + answer});
     QVERIFY(engine->lines.filter(u"@rollnew"_s).isEmpty());
 }
 
@@ -165,11 +149,10 @@ void StreamsTest::survivesNoise()
 
 void StreamsTest::quits_data()
 {
-    QTest::addColumn<QByteArray>("last");
-    QTest::addColumn<bool>("close");
-    QTest::newRow("when asked") << QByteArray("q") << false;
-    QTest::newRow("at the end of its input") << QByteArray() << true;
-    QTest::newRow("in the middle of a word and a command") << QByteArray("h~play") << true;
+    const Table<QByteArray, bool> row{"last", "close"};
+    row("when asked", "q", false);
+    row("at the end of its input", {}, true);
+    row("in the middle of a word and a command", "h~play", true);
 }
 
 void StreamsTest::quits()

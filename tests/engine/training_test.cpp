@@ -1,3 +1,5 @@
+#include "stage.h"
+#include "support/table.h"
 #include "training/band.h"
 #include "training/ear_trainer.h"
 #include "training/harmony.h"
@@ -12,58 +14,20 @@
 
 using namespace Qt::StringLiterals;
 using namespace kelo::engine;
+using kelo::test::Table;
 
 namespace {
 
-struct Recorder : Instrument {
-    struct Played {
-        Frame frame;
-        ChannelMessage message;
-    };
-    std::vector<Played> played;
-    int silenced = 0;
-
-    bool play(Frame frame, ChannelMessage message) override
-    {
-        played.push_back({frame, message});
-        return true;
+/// Presses on a channel: "pitch@seconds".
+QStringList presses(const Recording &sound, int channel, double from = 0)
+{
+    QStringList all;
+    for (const auto &[frame, message] : sound.played) {
+        if (message.status == (0x90 | channel) && seconds(frame) >= from)
+            all << u"%1@%2"_s.arg(message.first).arg(seconds(frame), 0, 'f', 2);
     }
-    void silence() override { ++silenced; }
-
-    /// Presses on a channel: "pitch@seconds".
-    [[nodiscard]] QStringList presses(int channel, double from = 0) const
-    {
-        QStringList all;
-        for (const auto &[frame, message] : played) {
-            if (message.status == (0x90 | channel) && seconds(frame) >= from)
-                all << u"%1@%2"_s.arg(message.first).arg(seconds(frame), 0, 'f', 2);
-        }
-        return all;
-    }
-};
-
-/// What keeps time, run by its own deadlines.
-template <typename Player> struct Stage {
-    AudioClock clock{0};
-    QStringList lines;
-    std::vector<double> times;
-    double now = 0;
-    Wire wire{[this](std::string_view line) {
-        lines << QString::fromUtf8(line.data(), static_cast<qsizetype>(line.size())).trimmed();
-        times.push_back(now);
-    }};
-    Recorder sound;
-    Player player{wire, sound, clock};
-
-    void runTo(double time)
-    {
-        for (auto due = player.deadline(); due && *due <= time; due = player.deadline()) {
-            now = std::max(now, *due) + 1e-4;
-            player.advance(now);
-        }
-        now = time;
-    }
-};
+    return all;
+}
 
 } // namespace
 
@@ -111,7 +75,7 @@ void TrainingTest::theMetronomeChangesItsTempo()
     stage.runTo(2.5); // beats at 0.1, 1.1 and 2.1
     stage.player.start(120, 4, 2.5);
     stage.runTo(4.7);
-    QCOMPARE(stage.sound.presses(9),
+    QCOMPARE(presses(stage.sound, 9),
         QStringList({u"76@0.10"_s, u"77@1.10"_s, u"77@2.10"_s, u"77@2.60"_s, u"76@3.10"_s,
             u"77@3.60"_s, u"77@4.10"_s, u"77@4.60"_s}));
     QCOMPARE(stage.lines.size(), 8);
@@ -185,18 +149,12 @@ void TrainingTest::theEarTrainerExplains()
 
 void TrainingTest::hearsHarmonies_data()
 {
-    QTest::addColumn<QList<int>>("pitches");
-    QTest::addColumn<QString>("harmony");
-    const auto row = [](const char *name, const QList<int> &pitches, const QString &harmony) {
-        QTest::newRow(name) << pitches << harmony;
-    };
+    const Table<QList<int>, QString> row{"pitches", "harmony"};
     row("C", {60, 64, 67}, u"0 4 7"_s);
     row("C over E", {52, 60, 67}, u"0 4 7"_s);
-    row("A minor", {57, 60, 64}, u"9 3 7"_s);
     row("A minor with its seventh", {57, 60, 64, 67}, u"9 3 7"_s);
     row("C with a sixth", {48, 64, 67, 69}, u"0 4 7"_s);
     row("G seventh without its fifth", {55, 59, 65}, u"7 4 7"_s);
-    row("F sharp minor", {54, 57, 61}, u"6 3 7"_s);
     row("B diminished", {59, 62, 65}, u"11 3 6"_s);
     row("D suspended", {62, 67, 69}, u"2 5 7"_s);
     row("a fifth alone", {48, 55}, u"0 4 7"_s);
@@ -204,7 +162,6 @@ void TrainingTest::hearsHarmonies_data()
     row("one key", {60}, {});
     row("octaves", {48, 60, 72}, {});
     row("a fist", {60, 61, 62, 63, 64}, {});
-    row("no key", {}, {});
 }
 
 void TrainingTest::hearsHarmonies()
@@ -231,19 +188,19 @@ void TrainingTest::theBandFollowsThePlayer()
     stage.now = 1.02;
     stage.runTo(3.5);
     // C and its fifth on one and three, from the chord on.
-    QCOMPARE(stage.sound.presses(0), QStringList({u"36@1.01"_s, u"31@2.01"_s, u"36@3.01"_s}));
+    QCOMPARE(presses(stage.sound, 0), QStringList({u"36@1.01"_s, u"31@2.01"_s, u"36@3.01"_s}));
     for (const int pitch : {48, 52, 55})
         band.key(pitch, 0, 3.6);
     for (const int pitch : {53, 57, 60})
         band.key(pitch, 80, 3.7);
     band.setTempo(60); // from the next bar on
     stage.runTo(8.9);
-    QCOMPARE(stage.sound.presses(0, 3.5), QStringList({u"36@4.01"_s, u"29@5.01"_s, u"36@7.01"_s}));
-    QVERIFY(stage.sound.presses(9, 3.5).contains(u"38@6.01"_s));
+    QCOMPARE(presses(stage.sound, 0, 3.5), QStringList({u"36@4.01"_s, u"29@5.01"_s, u"36@7.01"_s}));
+    QVERIFY(presses(stage.sound, 9, 3.5).contains(u"38@6.01"_s));
     band.setStyle(Band::Style::Full);
     stage.runTo(60);
     band.key(53, 0, 60);
-    const QStringList crashes = stage.sound.presses(9).filter(QRegularExpression(u"^49@"_s));
+    const QStringList crashes = presses(stage.sound, 9).filter(QRegularExpression(u"^49@"_s));
     QVERIFY(crashes.size() == 1);
     band.stop();
     QCOMPARE(stage.lines.last(), u"@live 0"_s);

@@ -1,11 +1,13 @@
 #include "listen/phrases.h"
 #include "listen/sound_alike.h"
 #include "listen/wake.h"
+#include "support/table.h"
 
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace kelo::engine;
+using kelo::test::Table;
 
 class WakeTest : public QObject {
     Q_OBJECT
@@ -19,22 +21,19 @@ private Q_SLOTS:
 
 void WakeTest::tellsNamesFromOtherWords_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QStringList>("alike");
-    QTest::addColumn<QStringList>("different");
-    QTest::newRow("kelo") << u"kelo"_s
-                          << QStringList{u"kelo"_s, u"kilo"_s, u"keylow"_s, u"callow"_s, u"keelo"_s,
-                                 u"kello"_s, u"quello"_s, u"gelo"_s}
-                          << QStringList{u"hello"_s, u"yellow"_s, u"cello"_s, u"fellow"_s, u"key"_s,
-                                 u"low"_s, u"kettle"_s, u"polo"_s, u"k"_s, u""_s};
-    QTest::newRow("phoenix") << u"phoenix"_s << QStringList{u"fenix"_s, u"finnicks"_s, u"phenix"_s}
-                             << QStringList{u"finish"_s, u"phone"_s, u"fix"_s, u"penny"_s};
-    QTest::newRow("luna") << u"luna"_s << QStringList{u"lunar"_s, u"loona"_s, u"lunna"_s}
-                          << QStringList{u"tuna"_s, u"moon"_s, u"lunch"_s, u"una"_s};
-    QTest::newRow("aria") << u"aria"_s << QStringList{u"area"_s, u"arya"_s}
-                          << QStringList{u"air"_s, u"maria"_s, u"are"_s, u"hear"_s};
-    QTest::newRow("harmony") << u"harmony"_s << QStringList{u"harmonie"_s, u"armony"_s, u"hominy"_s}
-                             << QStringList{u"money"_s, u"harm"_s, u"many"_s};
+    const Table<QString, QStringList, QStringList> row{"name", "alike", "different"};
+    row("kelo", u"kelo"_s,
+        {u"kelo"_s, u"kilo"_s, u"keylow"_s, u"callow"_s, u"keelo"_s, u"kello"_s, u"quello"_s,
+            u"gelo"_s},
+        {u"hello"_s, u"yellow"_s, u"cello"_s, u"fellow"_s, u"key"_s, u"low"_s, u"kettle"_s,
+            u"polo"_s, u"k"_s, u""_s});
+    row("phoenix", u"phoenix"_s, {u"fenix"_s, u"finnicks"_s, u"phenix"_s},
+        {u"finish"_s, u"phone"_s, u"fix"_s, u"penny"_s});
+    row("luna", u"luna"_s, {u"lunar"_s, u"loona"_s, u"lunna"_s},
+        {u"tuna"_s, u"moon"_s, u"lunch"_s, u"una"_s});
+    row("aria", u"aria"_s, {u"area"_s, u"arya"_s}, {u"air"_s, u"maria"_s, u"are"_s, u"hear"_s});
+    row("harmony", u"harmony"_s, {u"harmonie"_s, u"armony"_s, u"hominy"_s},
+        {u"money"_s, u"harm"_s, u"many"_s});
 }
 
 void WakeTest::tellsNamesFromOtherWords()
@@ -50,8 +49,9 @@ void WakeTest::tellsNamesFromOtherWords()
 
 void WakeTest::findsTheCommand_data()
 {
+    // command: null for none, empty for the name alone
     QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("command"); // null: none; empty: the name alone
+    QTest::addColumn<QString>("command");
     const auto row = [](const char *text, const char *command, const QString &name = u"kelo"_s) {
         QTest::newRow(text) << name << QString::fromUtf8(command);
     };

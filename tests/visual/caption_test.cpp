@@ -1,4 +1,5 @@
 #include "support/link_fixture.h"
+#include "support/table.h"
 #include "visual/caption_raster.h"
 #include "visual/caption_scene.h"
 #include "visual/mono.h"
@@ -28,21 +29,18 @@ private Q_SLOTS:
 
 void CaptionTest::theLightLeadsShortAndTrailsLong_data()
 {
-    QTest::addColumn<double>("ahead");
-    QTest::addColumn<bool>("contrast");
-    QTest::addColumn<QColor>("colour");
-
+    const Table<double, bool, QColor> row{"ahead", "contrast", "colour"};
     const auto rgb = [](double r, double g, double b) {
         return QColor::fromRgbF(
             static_cast<float>(r), static_cast<float>(g), static_cast<float>(b));
     };
-    QTest::newRow("being spoken") << 0.0 << false << rgb(1, 1, 1);
-    QTest::newRow("a third of the tail") << 3.0 << false << rgb(0.85, 1, 0.78 + 0.22 * 2 / 3);
-    QTest::newRow("long spoken") << 9.0 << false << rgb(0.55, 1, 0.78);
-    QTest::newRow("long spoken, contrast") << 500.0 << true << rgb(0.93, 1, 0.95);
-    QTest::newRow("half the lead") << -1.1 << false << rgb(0.58, 0.73, 0.65);
-    QTest::newRow("to come") << -2.2 << false << rgb(0.16, 0.46, 0.3);
-    QTest::newRow("to come, contrast") << -1e18 << true << rgb(0.55, 0.72, 0.62);
+    row("being spoken", 0.0, false, rgb(1, 1, 1));
+    row("a third of the tail", 3.0, false, rgb(0.85, 1, 0.78 + 0.22 * 2 / 3));
+    row("long spoken", 9.0, false, rgb(0.55, 1, 0.78));
+    row("long spoken, contrast", 500.0, true, rgb(0.93, 1, 0.95));
+    row("half the lead", -1.1, false, rgb(0.58, 0.73, 0.65));
+    row("to come", -2.2, false, rgb(0.16, 0.46, 0.3));
+    row("to come, contrast", -1e18, true, rgb(0.55, 0.72, 0.62));
 }
 
 void CaptionTest::theLightLeadsShortAndTrailsLong()
@@ -105,15 +103,12 @@ void CaptionTest::linesRiseAndLeave()
 
 void CaptionTest::cellsCoverThePictureOnce_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<double>("width");
-
-    QTest::newRow("one line") << u"Good evening, Ann."_s << 900.0;
-    QTest::newRow("wrapped") << u"We take it hand by hand, two bars at a time, and then again."_s
-                             << 400.0;
-    QTest::newRow("one long word") << QString(200, u'x') << 300.0;
-    QTest::newRow("signs beyond the basic plane") << u"A 𝄞 clef ♭ and é"_s << 900.0;
-    QTest::newRow("right to left") << u"שלום Ann"_s << 900.0;
+    const Table<QString, double> row{"text", "width"};
+    row("one line", u"Good evening, Ann."_s, 900.0);
+    row("wrapped", u"We take it hand by hand, two bars at a time, and then again."_s, 400.0);
+    row("one long word", QString(200, u'x'), 300.0);
+    row("signs beyond the basic plane", u"A 𝄞 clef ♭ and é"_s, 900.0);
+    row("right to left", u"שלום Ann"_s, 900.0);
 }
 
 void CaptionTest::cellsCoverThePictureOnce()

@@ -1,4 +1,5 @@
 #include "support/link_fixture.h"
+#include "support/table.h"
 #include "visual/core_scene.h"
 
 #include <QTest>
@@ -87,7 +88,6 @@ void CoreTest::theRingBreathesSpeaksAndFallsSilent()
     QVERIFY(stand.scene.look().bands[0] > stand.scene.look().bands[8] + 0.2);
     QCOMPARE(stand.fixture->level, stand.scene.look().level);
     QVERIFY(stand.scene.look().level > 0);
-
     stand.fixture.say({"done"});
     stand.fixture->state = u"OFFLINE"_s;
     stand.run(4);
@@ -98,15 +98,13 @@ void CoreTest::theRingBreathesSpeaksAndFallsSilent()
 
 void CoreTest::onlyFreshKeysLiftTheBands_data()
 {
-    QTest::addColumn<QByteArray>("key");
-    QTest::addColumn<double>("age");
-    QTest::addColumn<int>("band"); // that is lifted highest; -1: none
-
-    QTest::newRow("the lowest key") << "on 21 127"_ba << 0.2 << 0;
-    QTest::newRow("the highest key") << "on 108 127"_ba << 0.2 << 15;
-    QTest::newRow("the middle") << "on 64 127"_ba << 0.2 << 7;
-    QTest::newRow("too old") << "on 64 127"_ba << 2.5 << -1;
-    QTest::newRow("far off the keyboard") << "on 9223372036854775807 127"_ba << 0.2 << -1;
+    // band: that is lifted highest; -1: none
+    const Table<QByteArray, double, int> row{"key", "age", "band"};
+    row("the lowest key", "on 21 127"_ba, 0.2, 0);
+    row("the highest key", "on 108 127"_ba, 0.2, 15);
+    row("the middle", "on 64 127"_ba, 0.2, 7);
+    row("too old", "on 64 127"_ba, 2.5, -1);
+    row("far off the keyboard", "on 9223372036854775807 127"_ba, 0.2, -1);
 }
 
 void CoreTest::onlyFreshKeysLiftTheBands()
@@ -128,11 +126,11 @@ void CoreTest::onlyFreshKeysLiftTheBands()
 
 void CoreTest::bandsStayInBoundsUnderAnyStep_data()
 {
-    QTest::addColumn<double>("step");
-    QTest::newRow("no time passes") << 0.0;
-    QTest::newRow("120 Hz") << 1.0 / 120;
-    QTest::newRow("24 Hz") << 1.0 / 24;
-    QTest::newRow("stalled") << 10.0;
+    const Table<double> row{"step"};
+    row("no time passes", 0.0);
+    row("120 Hz", 1.0 / 120);
+    row("24 Hz", 1.0 / 24);
+    row("stalled", 10.0);
 }
 
 void CoreTest::bandsStayInBoundsUnderAnyStep()
@@ -175,17 +173,11 @@ void CoreTest::arcsTurnFasterWithTheVoice()
 
 void CoreTest::wordsFollowTheState_data()
 {
-    QTest::addColumn<QByteArrayList>("lines");
-    QTest::addColumn<QString>("state");
-    QTest::addColumn<QStringList>("words");
-
-    QTest::newRow("listening") << QByteArrayList{"mode teach"} << u"ONLINE"_s
-                               << QStringList{u"LESSON"_s, u"LISTENING"_s};
-    QTest::newRow("speaking") << QByteArrayList{"mode teach", "say Hello."} << u"ONLINE"_s
-                              << QStringList{u"LESSON"_s, u"SPEAKING"_s};
-    QTest::newRow("paused") << QByteArrayList{"say Hello.", "paused 1"} << u"ONLINE"_s
-                            << QStringList{u"PAUSED"_s, u"RETURN OR KEY 6"_s};
-    QTest::newRow("offline") << QByteArrayList{} << u"OFFLINE"_s << QStringList{u"OFFLINE"_s};
+    const Table<QByteArrayList, QString, QStringList> row{"lines", "state", "words"};
+    row("listening", {"mode teach"}, u"ONLINE"_s, {u"LESSON"_s, u"LISTENING"_s});
+    row("speaking", {"mode teach", "say Hello."}, u"ONLINE"_s, {u"LESSON"_s, u"SPEAKING"_s});
+    row("paused", {"say Hello.", "paused 1"}, u"ONLINE"_s, {u"PAUSED"_s, u"RETURN OR KEY 6"_s});
+    row("offline", {}, u"OFFLINE"_s, {u"OFFLINE"_s});
 }
 
 void CoreTest::wordsFollowTheState()
@@ -203,12 +195,11 @@ void CoreTest::wordsFollowTheState()
 
 void CoreTest::wordsFitIntoTheHeart_data()
 {
-    QTest::addColumn<double>("side");
-    QTest::addColumn<QString>("state");
-    QTest::addColumn<bool>("full"); // at their own size
-    QTest::newRow("a small ring") << 180.0 << u"ONLINE"_s << false;
-    QTest::newRow("a long word") << 283.0 << u"RESTARTING"_s << false;
-    QTest::newRow("room enough") << 560.0 << u"ONLINE"_s << true;
+    // full: at their own size
+    const Table<double, QString, bool> row{"side", "state", "full"};
+    row("a small ring", 180.0, u"ONLINE"_s, false);
+    row("a long word", 283.0, u"RESTARTING"_s, false);
+    row("room enough", 560.0, u"ONLINE"_s, true);
 }
 
 void CoreTest::wordsFitIntoTheHeart()
@@ -233,10 +224,8 @@ void CoreTest::picturesLieAboveTheScope()
 {
     Stand stand;
     const QRectF ring = stand.scene.ringPlace();
-    const double radius = 400 / 2.0 - 4; // the narrower side, less a margin
-    QCOMPARE(ring.width(), 1.72 * radius);
     QCOMPARE(ring.center(), QPointF(200, 200));
-    QCOMPARE(stand.scene.scopePlace(), QRectF(40, 440 - 34, 320, 34));
+    QVERIFY(ring.width() > 300 && ring.bottom() <= stand.scene.scopePlace().top());
     stand.scene.resize(60, 400);
     stand.run(0.1);
     QVERIFY(stand.scene.ringPlace().isEmpty());

@@ -1,4 +1,5 @@
-#include "support/link_fixture.h"
+#include "item_window.h"
+#include "support/table.h"
 #include "visual/caption_drawing.h"
 #include "visual/core_drawing.h"
 #include "visual/flash_frame.h"
@@ -9,62 +10,20 @@
 
 #include <QFontMetricsF>
 #include <QGuiApplication>
-#include <QQmlComponent>
-#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QSGRendererInterface>
 #include <QSignalSpy>
 #include <QTest>
-#include <QtQml/qqmlextensionplugin.h>
 
 #include <cmath>
 #include <functional>
-
-Q_IMPORT_QML_PLUGIN(Kelo_VisualPlugin)
 
 using namespace Qt::StringLiterals;
 using namespace kelo;
 using namespace kelo::test;
 
 namespace {
-
-/// A window with one item of the module in it, over a link of its own. It is shown only on demand.
-class Stand {
-public:
-    explicit Stand(const QString &type, QSize size = {400, 440}, const QString &properties = {})
-    {
-        QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
-        window.engine()->addImportPath(u"qrc:/qt/qml"_s);
-        window.setColor(Qt::black);
-        QQmlComponent component(window.engine());
-        component.setData(
-            u"import Kelo.Visual\n%1 { %2 }"_s.arg(type, properties).toUtf8(), QUrl());
-        object = component.create();
-        if (!object)
-            qFatal("%s", qPrintable(component.errorString()));
-        item = qobject_cast<SceneItem *>(object);
-        window.setContent(QUrl(), nullptr, object);
-        window.resize(size);
-        window.contentItem()->setSize(size);
-        item->setSize(size);
-        item->setLink(&fixture.link());
-    }
-
-    QImage picture()
-    {
-        item->refresh();
-        const QImage image = window.grabWindow();
-        if (window.rendererInterface()->graphicsApi() == QSGRendererInterface::Software)
-            qFatal("no graphics processor to draw with");
-        return image;
-    }
-
-    LinkFixture fixture;
-    QQuickView window;
-    QObject *object = nullptr;
-    SceneItem *item = nullptr;
-};
 
 /// An item that is one node.
 template <typename Node> class Pictured final : public QQuickItem {
@@ -163,7 +122,7 @@ void DrawingsTest::theRingIsWhatItsFormulaSays()
 void DrawingsTest::spritesCoverAddAndFade()
 {
     // The strip has them all: a light, a fill in half a colour, an opaque fill over both.
-    Stand stand(u"Keys"_s, {1040, 160});
+    ItemWindow stand(u"Keys"_s, {1040, 160});
     stand.fixture.say({"on 60 127", "out 62 90", "out 61 90"});
     const QImage image = stand.picture();
     const auto text = TextColours::of(false);
@@ -180,18 +139,17 @@ void DrawingsTest::spritesCoverAddAndFade()
 
 void DrawingsTest::captionLettersHaveTheirColour_data()
 {
-    QTest::addColumn<bool>("contrast");
-    QTest::addColumn<bool>("large");
-    QTest::newRow("normal") << false << false;
-    QTest::newRow("contrast") << true << false;
-    QTest::newRow("large") << false << true;
+    const Table<bool, bool> row{"contrast", "large"};
+    row("normal", false, false);
+    row("contrast", true, false);
+    row("large", false, true);
 }
 
 void DrawingsTest::captionLettersHaveTheirColour()
 {
     QFETCH(bool, contrast);
     QFETCH(bool, large);
-    Stand stand(u"Caption"_s, {900, 100});
+    ItemWindow stand(u"Caption"_s, {900, 100});
     stand.fixture->contrast = contrast;
     stand.fixture->large = large;
     // Full blocks: every pixel of a cell's middle has the letter's colour.
@@ -220,15 +178,15 @@ void DrawingsTest::captionLettersHaveTheirColour()
 
 void DrawingsTest::theTextToSelectLiesOnTheDrawnOne_data()
 {
-    QTest::addColumn<int>("width");
-    QTest::newRow("one line") << 900;
-    QTest::newRow("wrapped") << 300;
+    const Table<int> row{"width"};
+    row("one line", 900);
+    row("wrapped", 300);
 }
 
 void DrawingsTest::theTextToSelectLiesOnTheDrawnOne()
 {
     QFETCH(int, width);
-    Stand stand(u"Caption"_s, {width, 160});
+    ItemWindow stand(u"Caption"_s, {width, 160});
     stand.fixture.say({"say We take it hand by hand, two bars at a time."});
     (void)stand.picture();
     const auto children = stand.item->childItems();
@@ -254,7 +212,7 @@ void DrawingsTest::theTextToSelectLiesOnTheDrawnOne()
 
 void DrawingsTest::anUnseenWindowDrawsNothing()
 {
-    Stand stand(u"Core"_s);
+    ItemWindow stand(u"Core"_s);
     stand.fixture->state = u"ONLINE"_s;
     QSignalSpy moved(&stand.window, &QQuickWindow::afterAnimating);
     stand.window.show();
@@ -287,21 +245,19 @@ void DrawingsTest::anUnseenWindowDrawsNothing()
 
 void DrawingsTest::aStillDisplayDrawsNothing_data()
 {
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QByteArrayList>("before"); // what happened a minute ago
-    QTest::addColumn<QByteArray>("waking");
-
+    // before: what happened a minute ago
+    const Table<QString, QByteArrayList, QByteArray> row{"type", "before", "waking"};
     const QByteArrayList played{"on 60 90", "on 60 0", "out 50 90"};
     const QByteArrayList spoken{"say Good evening.", "word 0 4 300", "done"};
-    QTest::newRow("keys, at once") << u"Keys"_s << played << "on 60 90"_ba;
-    QTest::newRow("keys, marks") << u"Keys"_s << played << "buttons 108"_ba;
-    QTest::newRow("ring, a key") << u"Core"_s << played + spoken << "on 60 90"_ba;
-    QTest::newRow("ring, the engine's note") << u"Core"_s << spoken << "out 60 90"_ba;
-    QTest::newRow("ring, a mode") << u"Core"_s << spoken << "mode teach"_ba;
-    QTest::newRow("ring, speech") << u"Core"_s << spoken << "say Good night."_ba;
-    QTest::newRow("falling notes, a key") << u"Visualiser"_s << played << "on 60 90"_ba;
-    QTest::newRow("falling notes, a roll") << u"Visualiser"_s << played << "rollnew A"_ba;
-    QTest::newRow("caption") << u"Caption"_s << spoken << "say Good night."_ba;
+    row("keys, at once", u"Keys"_s, played, "on 60 90"_ba);
+    row("keys, marks", u"Keys"_s, played, "buttons 108"_ba);
+    row("ring, a key", u"Core"_s, played + spoken, "on 60 90"_ba);
+    row("ring, the engine's note", u"Core"_s, spoken, "out 60 90"_ba);
+    row("ring, a mode", u"Core"_s, spoken, "mode teach"_ba);
+    row("ring, speech", u"Core"_s, spoken, "say Good night."_ba);
+    row("falling notes, a key", u"Visualiser"_s, played, "on 60 90"_ba);
+    row("falling notes, a roll", u"Visualiser"_s, played, "rollnew A"_ba);
+    row("caption", u"Caption"_s, spoken, "say Good night."_ba);
 }
 
 void DrawingsTest::aStillDisplayDrawsNothing()
@@ -309,7 +265,7 @@ void DrawingsTest::aStillDisplayDrawsNothing()
     QFETCH(QString, type);
     QFETCH(QByteArrayList, before);
     QFETCH(QByteArray, waking);
-    Stand stand(type, {1040, 160});
+    ItemWindow stand(type, {1040, 160});
     for (const QByteArray &line : before)
         stand.fixture->handle(line);
     for (int i = 0; i < 600; ++i) {
@@ -328,7 +284,7 @@ void DrawingsTest::aStillDisplayDrawsNothing()
 
 void DrawingsTest::theStageIsTakenAndGivenBack()
 {
-    auto stand = std::make_unique<Stand>(u"Visualiser"_s, QSize(1240, 840));
+    auto stand = std::make_unique<ItemWindow>(u"Visualiser"_s, QSize(1240, 840));
     NoteStage *stage = stand->fixture->scene;
     QVERIFY(stage && stage != &stand->fixture.stage);
     stand->fixture.say({"rollnew A Piece", "rolln 0.5,1,60,90,0", "rollstart 0 9", "on 64 90"});

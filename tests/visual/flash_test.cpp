@@ -1,3 +1,4 @@
+#include "support/table.h"
 #include "visual/flash.h"
 #include "visual/palette.h"
 
@@ -7,6 +8,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kelo;
+using kelo::test::Table;
 
 class FlashTest : public QObject {
     Q_OBJECT
@@ -20,26 +22,20 @@ private Q_SLOTS:
 
 void FlashTest::flashesLookLikeTheirKind_data()
 {
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<bool>("firstBeat");
-    QTest::addColumn<double>("age");
-    QTest::addColumn<double>("outline"); // opacity
-    QTest::addColumn<double>("fill");
-    QTest::addColumn<double>("width");
-    QTest::addColumn<QColor>("colour");
-
+    // outline: opacity
+    const Table<QString, bool, double, double, double, double, QColor> row{
+        "kind", "firstBeat", "age", "outline", "fill", "width", "colour"};
     const QColor white(Qt::white);
     const QColor green = colours::green.toQColor();
     const QColor red = QColor::fromRgbF(1.0F, 0.25F, 0.2F);
-    QTest::newRow("first beat") << u"beat"_s << true << 0.0 << 0.8 << 0.0 << 6.0 << white;
-    QTest::newRow("beat, half gone") << u"beat"_s << false << 0.09 << 0.2 << 0.0 << 6.0 << white;
-    QTest::newRow("beat, gone") << u"beat"_s << true << 0.18 << 0.0 << 0.0 << 6.0 << white;
-    QTest::newRow("good") << u"good"_s << true << 0.0 << 0.95 << 0.12 << 14.0 << green;
-    QTest::newRow("wrong, half gone")
-        << u"wrong"_s << false << 0.275 << 0.475 << 0.06 << 14.0 << red;
-    QTest::newRow("any other") << u"hello"_s << false << 0.0 << 0.95 << 0.12 << 14.0 << white;
-    QTest::newRow("long ago") << u"good"_s << false << 1000.0 << 0.0 << 0.0 << 14.0 << green;
-    QTest::newRow("still to come") << u"good"_s << false << -0.55 << 1.9 << 0.24 << 14.0 << green;
+    row("first beat", u"beat"_s, true, 0.0, 0.8, 0.0, 6.0, white);
+    row("beat, half gone", u"beat"_s, false, 0.09, 0.2, 0.0, 6.0, white);
+    row("beat, gone", u"beat"_s, true, 0.18, 0.0, 0.0, 6.0, white);
+    row("good", u"good"_s, true, 0.0, 0.95, 0.12, 14.0, green);
+    row("wrong, half gone", u"wrong"_s, false, 0.275, 0.475, 0.06, 14.0, red);
+    row("any other", u"hello"_s, false, 0.0, 0.95, 0.12, 14.0, white);
+    row("long ago", u"good"_s, false, 1000.0, 0.0, 0.0, 14.0, green);
+    row("still to come", u"good"_s, false, -0.55, 1.9, 0.24, 14.0, green);
 }
 
 void FlashTest::flashesLookLikeTheirKind()
@@ -62,19 +58,16 @@ void FlashTest::flashesLookLikeTheirKind()
 
 void FlashTest::theWindowFlashesAtMostThriceASecond_data()
 {
-    QTest::addColumn<QStringList>("kinds"); // in turn
-    QTest::addColumn<double>("every"); // seconds
-    QTest::addColumn<double>("shown"); // least part of them
-
+    // kinds: in turn; every: seconds; shown: least part of them
+    const Table<QStringList, double, double> row{"kinds", "every", "shown"};
     const QStringList beat{u"beat"_s};
-    QTest::newRow("60 beats a minute") << beat << 1.0 << 1.0;
-    QTest::newRow("174 beats a minute") << beat << 60 / 174.0 << 1.0;
-    QTest::newRow("240 beats a minute") << beat << 0.25 << 0.7;
-    QTest::newRow("a flood of beats") << beat << 0.001 << 0.003;
-    QTest::newRow("a flood of answers") << QStringList{u"good"_s, u"wrong"_s} << 0.01 << 0.03;
-    QTest::newRow("all at once") << QStringList{u"good"_s} << 0.0 << 0.002;
-    QTest::newRow("answers among beats")
-        << QStringList{u"beat"_s, u"beat"_s, u"beat"_s, u"good"_s, u"beat"_s} << 0.27 << 0.6;
+    row("60 beats a minute", beat, 1.0, 1.0);
+    row("174 beats a minute", beat, 60 / 174.0, 1.0);
+    row("240 beats a minute", beat, 0.25, 0.7);
+    row("a flood of beats", beat, 0.001, 0.003);
+    row("a flood of answers", {u"good"_s, u"wrong"_s}, 0.01, 0.03);
+    row("all at once", {u"good"_s}, 0.0, 0.002);
+    row("answers among beats", {u"beat"_s, u"beat"_s, u"beat"_s, u"good"_s, u"beat"_s}, 0.27, 0.6);
 }
 
 void FlashTest::theWindowFlashesAtMostThriceASecond()

@@ -1,4 +1,5 @@
 #include "support/link_fixture.h"
+#include "support/table.h"
 #include "visual/keyboard.h"
 #include "visual/keys_strip.h"
 #include "visual/palette.h"
@@ -50,18 +51,16 @@ private Q_SLOTS:
 
 void KeysTest::keysLieWhereTheyShould_data()
 {
-    QTest::addColumn<qint64>("pitch");
-    QTest::addColumn<double>("centre"); // in key widths
-    QTest::addColumn<double>("noteWidth");
-
-    QTest::newRow("the lowest key") << qint64(21) << 0.5 << 0.84;
-    QTest::newRow("the lowest black key") << qint64(22) << 1.0 << 0.56;
-    QTest::newRow("middle C") << qint64(60) << 23.5 << 0.84;
-    QTest::newRow("C sharp") << qint64(61) << 24.0 << 0.56;
-    QTest::newRow("the highest key") << qint64(108) << 51.5 << 0.84;
-    QTest::newRow("white beyond the keyboard") << qint64(120) << 0.5 << 0.84;
-    QTest::newRow("below zero") << qint64(-1) << 0.5 << 0.84;
-    QTest::newRow("absurd") << std::numeric_limits<qint64>::min() << 0.5 << 0.84;
+    // centre: in key widths
+    const Table<qint64, double, double> row{"pitch", "centre", "noteWidth"};
+    row("the lowest key", 21, 0.5, 0.84);
+    row("the lowest black key", 22, 1.0, 0.56);
+    row("middle C", 60, 23.5, 0.84);
+    row("C sharp", 61, 24.0, 0.56);
+    row("the highest key", 108, 51.5, 0.84);
+    row("white beyond the keyboard", 120, 0.5, 0.84);
+    row("below zero", -1, 0.5, 0.84);
+    row("absurd", std::numeric_limits<qint64>::min(), 0.5, 0.84);
 }
 
 void KeysTest::keysLieWhereTheyShould()
@@ -75,17 +74,15 @@ void KeysTest::keysLieWhereTheyShould()
 
 void KeysTest::ripplesRiseAndLeave_data()
 {
-    QTest::addColumn<double>("held"); // seconds
-    QTest::addColumn<double>("letGo"); // seconds ago; negative: still held
-    QTest::addColumn<double>("foot"); // points above the keys' edge band
-    QTest::addColumn<double>("tall");
-
-    QTest::newRow("too small to see") << 0.02 << -1.0 << 0.0 << 0.0;
-    QTest::newRow("growing") << 0.5 << -1.0 << 0.0 << 23.0;
-    QTest::newRow("full and held for long") << 60.0 << -1.0 << 0.0 << 64.0;
-    QTest::newRow("lifting away, its tip still rising") << 0.5 << 0.5 << 23.0 << 23.0;
-    QTest::newRow("lifting away at full height") << 10.0 << 1.0 << 46.0 << 18.0;
-    QTest::newRow("gone") << 10.0 << 64 / 46.0 + 0.001 << 0.0 << 0.0;
+    // held: seconds; letGo: seconds ago; negative: still held; foot: points above the keys' edge
+    // band
+    const Table<double, double, double, double> row{"held", "letGo", "foot", "tall"};
+    row("too small to see", 0.02, -1.0, 0.0, 0.0);
+    row("growing", 0.5, -1.0, 0.0, 23.0);
+    row("full and held for long", 60.0, -1.0, 0.0, 64.0);
+    row("lifting away, its tip still rising", 0.5, 0.5, 23.0, 23.0);
+    row("lifting away at full height", 10.0, 1.0, 46.0, 18.0);
+    row("gone", 10.0, 64 / 46.0 + 0.001, 0.0, 0.0);
 }
 
 void KeysTest::ripplesRiseAndLeave()

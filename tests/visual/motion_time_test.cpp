@@ -1,8 +1,10 @@
+#include "support/table.h"
 #include "visual/motion_time.h"
 
 #include <QTest>
 
 using namespace kelo;
+using kelo::test::Table;
 
 /// When motion that nothing asks for rests, and how it wakes.
 class MotionTimeTest : public QObject {
@@ -17,17 +19,14 @@ private Q_SLOTS:
 
 void MotionTimeTest::restsOnlyWhenNothingHappens_data()
 {
-    QTest::addColumn<double>("every"); // seconds between disturbances
-    QTest::addColumn<double>("until"); // when they end
-    QTest::addColumn<bool>("rests"); // at 20 s
-    QTest::addColumn<bool>("lively"); // then
-
-    QTest::newRow("nothing happens") << 100.0 << 0.0 << true << false;
-    QTest::newRow("long ago") << 1.0 << 12.0 << true << false;
-    QTest::newRow("slowing down") << 1.0 << 14.5 << false << false;
-    QTest::newRow("calm") << 1.0 << 16.0 << false << false;
-    QTest::newRow("just now") << 1.0 << 20.0 << false << true;
-    QTest::newRow("now and then") << 4.0 << 20.0 << false << false;
+    // every: seconds between disturbances; until: when they end; rests: at 20 s; lively: then
+    const Table<double, double, bool, bool> row{"every", "until", "rests", "lively"};
+    row("nothing happens", 100.0, 0.0, true, false);
+    row("long ago", 1.0, 12.0, true, false);
+    row("slowing down", 1.0, 14.5, false, false);
+    row("calm", 1.0, 16.0, false, false);
+    row("just now", 1.0, 20.0, false, true);
+    row("now and then", 4.0, 20.0, false, false);
 }
 
 void MotionTimeTest::restsOnlyWhenNothingHappens()
@@ -49,10 +48,11 @@ void MotionTimeTest::restsOnlyWhenNothingHappens()
 
 void MotionTimeTest::neverLeaps_data()
 {
-    QTest::addColumn<double>("step"); // seconds from frame to frame
-    QTest::newRow("120 Hz") << 1.0 / 120;
-    QTest::newRow("30 Hz") << 1.0 / 30;
-    QTest::newRow("12 Hz") << 1.0 / 12;
+    // step: seconds from frame to frame
+    const Table<double> row{"step"};
+    row("120 Hz", 1.0 / 120);
+    row("30 Hz", 1.0 / 30);
+    row("12 Hz", 1.0 / 12);
 }
 
 void MotionTimeTest::neverLeaps()

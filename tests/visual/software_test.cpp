@@ -1,15 +1,9 @@
-#include "support/link_fixture.h"
-#include "visual/scene_item.h"
+#include "item_window.h"
+#include "support/table.h"
 
 #include <QGuiApplication>
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQuickView>
 #include <QSGRendererInterface>
 #include <QTest>
-#include <QtQml/qqmlextensionplugin.h>
-
-Q_IMPORT_QML_PLUGIN(Kelo_VisualPlugin)
 
 using namespace Qt::StringLiterals;
 using namespace kelo;
@@ -26,19 +20,14 @@ private Q_SLOTS:
 
 void SoftwareTest::somethingTrueIsShown_data()
 {
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QByteArrayList>("lines");
-    QTest::addColumn<double>("lit"); // least part of the window that is
-
-    QTest::newRow("keys") << u"Keys"_s << QByteArrayList{"on 60 90", "buttons 108"} << 0.05;
-    QTest::newRow("ring") << u"Core"_s << QByteArrayList{"say Good evening."} << 0.05;
-    QTest::newRow("caption") << u"Caption"_s << QByteArrayList{"say Good evening, everyone."}
-                             << 0.01;
-    QTest::newRow("falling notes")
-        << u"Visualiser"_s
-        << QByteArrayList{"rollnew A Piece", "rolln 0.5,2,60,90,0", "rollstart 0 9", "on 64 90"}
-        << 0.05;
-    QTest::newRow("flash") << u"FlashFrame"_s << QByteArrayList{"flash good"} << 0.9;
+    // lit: least part of the window that is
+    const Table<QString, QByteArrayList, double> row{"type", "lines", "lit"};
+    row("keys", u"Keys"_s, {"on 60 90", "buttons 108"}, 0.05);
+    row("ring", u"Core"_s, {"say Good evening."}, 0.05);
+    row("caption", u"Caption"_s, {"say Good evening, everyone."}, 0.01);
+    row("falling notes", u"Visualiser"_s,
+        {"rollnew A Piece", "rolln 0.5,2,60,90,0", "rollstart 0 9", "on 64 90"}, 0.05);
+    row("flash", u"FlashFrame"_s, {"flash good"}, 0.9);
 }
 
 void SoftwareTest::somethingTrueIsShown()
@@ -46,29 +35,16 @@ void SoftwareTest::somethingTrueIsShown()
     QFETCH(QString, type);
     QFETCH(QByteArrayList, lines);
     QFETCH(double, lit);
-    LinkFixture fixture;
-    QQuickView window;
-    window.engine()->addImportPath(u"qrc:/qt/qml"_s);
-    window.setColor(Qt::black);
-    QQmlComponent component(window.engine());
-    component.setData(u"import Kelo.Visual\n%1 {}"_s.arg(type).toUtf8(), QUrl());
-    auto *item = qobject_cast<SceneItem *>(component.create());
-    QVERIFY2(item, qPrintable(component.errorString()));
-    constexpr QSize size(520, 240);
-    window.setContent(QUrl(), nullptr, item);
-    window.resize(size);
-    window.contentItem()->setSize(size);
-    item->setSize(size);
-    item->setLink(&fixture.link());
-    fixture->state = u"ONLINE"_s;
+    ItemWindow stand(type, {520, 240});
+    stand.fixture->state = u"ONLINE"_s;
     for (const QByteArray &line : lines)
-        fixture->handle(line);
+        stand.fixture->handle(line);
     for (int i = 0; i < 20; ++i) {
-        fixture.time.advance(0.01);
-        item->refresh();
+        stand.fixture.time.advance(0.01);
+        stand.item->refresh();
     }
-    const QImage image = window.grabWindow();
-    QCOMPARE(window.rendererInterface()->graphicsApi(), QSGRendererInterface::Software);
+    const QImage image = stand.picture();
+    QCOMPARE(stand.window.rendererInterface()->graphicsApi(), QSGRendererInterface::Software);
     qsizetype bright = 0;
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x)

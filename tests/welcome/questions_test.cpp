@@ -1,4 +1,5 @@
 #include "support/link_fixture.h"
+#include "support/table.h"
 #include "welcome/welcome_questions.h"
 
 #include <QSignalSpy>
@@ -11,12 +12,12 @@ using namespace kelo::test;
 namespace {
 
 /// Keys as they come one after the other: L, R, U, D for the arrows, N for Return, E for Escape.
-void press(Link &link, const char *keys)
+void press(Link &link, const QByteArray &keys)
 {
     const QHash<char, int> codes{{'L', Qt::Key_Left}, {'R', Qt::Key_Right}, {'U', Qt::Key_Up},
         {'D', Qt::Key_Down}, {'N', Qt::Key_Return}, {'E', Qt::Key_Escape}};
-    for (; *keys; ++keys)
-        link.welcomeKey.get()(codes.value(*keys), {});
+    for (const char key : keys)
+        link.welcomeKey.get()(codes.value(key), {});
 }
 
 } // namespace
@@ -38,11 +39,11 @@ private Q_SLOTS:
     void answersToKeys();
     void leavesAChoiceToTheScreenReader();
     void leavesTheOtherKeysToTheControls();
-    void putsTheFocusIntoTheField();
     void keepsTheAnswersUntilTheyAreSent();
 
 private:
     void begin();
+    Link &link() { return link_->link(); }
 
     std::unique_ptr<LinkFixture> link_;
     std::unique_ptr<WelcomeQuestions> questions_;
@@ -51,42 +52,40 @@ private:
 void QuestionsTest::init()
 {
     link_ = std::make_unique<LinkFixture>();
-    questions_ = std::make_unique<WelcomeQuestions>(link_->link(), link_->ears);
+    questions_ = std::make_unique<WelcomeQuestions>(link(), link_->ears);
 }
 
 void QuestionsTest::cleanup()
 {
-    link_->link().stop();
+    link().stop();
     questions_.reset();
     link_.reset();
 }
 
 void QuestionsTest::begin()
 {
-    link_->engine.play("serve");
-    link_->link().start();
+    link_->start("serve");
     link_->say({"welcome"});
 }
 
 void QuestionsTest::takesAnOwnNameOfThreeToTwelveLetters_data()
 {
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("chosen");
+    const Table<QString, QString> row{"typed", "chosen"};
     const QString listed = u"Luna"_s;
-    QTest::newRow("nothing") << u""_s << listed;
-    QTest::newRow("letters only") << u"  aPOLLO-9 "_s << u"Apollo"_s;
-    QTest::newRow("two") << u"Al"_s << listed;
-    QTest::newRow("three") << u"max"_s << u"Max"_s;
-    QTest::newRow("twelve") << u"ABCDEFGHIJKL"_s << u"Abcdefghijkl"_s;
-    QTest::newRow("thirteen") << u"abcdefghijklm"_s << listed;
-    QTest::newRow("accents") << u"ÉLODIE"_s << u"Élodie"_s;
-    QTest::newRow("accents typed apart") << u"e\u0301lodie"_s << u"Élodie"_s;
-    QTest::newRow("an accent is no letter of its own") << u"e\u0301l"_s << listed;
-    QTest::newRow("right to left") << u"נועה"_s << u"נועה"_s;
-    QTest::newRow("vowel signs stay") << u"मीरा देवी"_s << u"मीरादेवी"_s;
-    QTest::newRow("beyond sixteen bits") << u"𐐨𐐩𐐪"_s << u"𐐀𐐩𐐪"_s;
-    QTest::newRow("emoji") << u"🎹🎹🎹🎹"_s << listed;
-    QTest::newRow("half a character") << QString(QChar(0xd801)) + u"bob"_s << u"Bob"_s;
+    row("nothing", u""_s, listed);
+    row("letters only", u"  aPOLLO-9 "_s, u"Apollo"_s);
+    row("two", u"Al"_s, listed);
+    row("three", u"max"_s, u"Max"_s);
+    row("twelve", u"ABCDEFGHIJKL"_s, u"Abcdefghijkl"_s);
+    row("thirteen", u"abcdefghijklm"_s, listed);
+    row("accents", u"ÉLODIE"_s, u"Élodie"_s);
+    row("accents typed apart", u"e\u0301lodie"_s, u"Élodie"_s);
+    row("an accent is no letter of its own", u"e\u0301l"_s, listed);
+    row("right to left", u"נועה"_s, u"נועה"_s);
+    row("vowel signs stay", u"मीरा देवी"_s, u"मीरादेवी"_s);
+    row("beyond sixteen bits", u"𐐨𐐩𐐪"_s, u"𐐀𐐩𐐪"_s);
+    row("emoji", u"🎹🎹🎹🎹"_s, listed);
+    row("half a character", QString(QChar(0xd801)) + u"bob"_s, u"Bob"_s);
 }
 
 void QuestionsTest::takesAnOwnNameOfThreeToTwelveLetters()
@@ -122,11 +121,7 @@ void QuestionsTest::keepsDaysWithinTheMonth()
 
 void QuestionsTest::sendsAllAnswersInOneLine_data()
 {
-    QTest::addColumn<Answers>("answers");
-    QTest::addColumn<QString>("line");
-    const auto row = [](const char *name, Answers answers, const QString &line) {
-        QTest::newRow(name) << answers << u"~setup "_s + line + u'\n';
-    };
+    const Table<Answers, QString> row{"answers", "line"};
     row("nothing", {}, u"|Kelo||C||false||false"_s);
     row("everything",
         {.name = u"Ann"_s,
@@ -153,7 +148,8 @@ void QuestionsTest::sendsAllAnswersInOneLine_data()
 void QuestionsTest::sendsAllAnswersInOneLine()
 {
     QFETCH(const Answers, answers);
-    QTEST(answers.setupLine(), "line");
+    QFETCH(const QString, line);
+    QCOMPARE(answers.setupLine(), u"~setup "_s + line + u'\n');
 }
 
 void QuestionsTest::tellsTheEngineThenTheDisplayThenTheEars()
@@ -161,18 +157,18 @@ void QuestionsTest::tellsTheEngineThenTheDisplayThenTheEars()
     begin();
     questions_->setAnswers(
         {.name = u" Ann|Lee "_s, .custom = u"bob"_s, .contrast = true, .listen = true});
-    press(link_->link(), "NNNNNNN");
-    QVERIFY(!link_->link().welcome);
-    QCOMPARE(link_->link().assistant.get(), u"Bob"_s);
-    QCOMPARE(link_->link().user.get(), u"Ann Lee"_s);
-    QVERIFY(link_->link().contrast && !link_->link().large);
+    press(link(), "NNNNNNN");
+    QVERIFY(!link().welcome);
+    QCOMPARE(link().assistant.get(), u"Bob"_s);
+    QCOMPARE(link().user.get(), u"Ann Lee"_s);
+    QVERIFY(link().contrast && !link().large);
     QCOMPARE(link_->setting(u"contrast"_s), true);
     QCOMPARE(link_->ears.calls, QStringList{u"begin"_s});
     QTRY_VERIFY(link_->engine.input().endsWith("\n~setup Ann Lee|Bob||C||false||false\n"));
 
     link_->say({"welcome"});
     questions_->setAnswers({.listen = true});
-    press(link_->link(), "NNNNNNN");
+    press(link(), "NNNNNNN");
     QVERIFY2(link_->ears.calls.size() == 1, "they were on already");
 }
 
@@ -198,22 +194,15 @@ void QuestionsTest::speaksOrAnnouncesEachQuestion()
     QCOMPARE(announced[0][0].toString(),
         u"How can I fit you best? Switch on anything that helps. All of it can be changed later, "
         "just by asking. Tab moves between these. Space switches one on or off."_s);
-    link_->link().send(u"~end\n"_s);
+    link().send(u"~end\n"_s);
     QTRY_VERIFY(link_->engine.input().endsWith("~end\n"));
     QCOMPARE(link_->engine.input().count('\n'), 8);
 }
 
 void QuestionsTest::answersToKeys_data()
 {
-    QTest::addColumn<int>("step");
-    QTest::addColumn<QByteArray>("keys");
-    QTest::addColumn<Answers>("answers");
-    QTest::addColumn<int>("then");
-    QTest::addColumn<QString>("heard");
-    const auto row = [](const char *name, int step, const char *keys, Answers answers, int then,
-                         const QString &heard) {
-        QTest::newRow(name) << step << QByteArray(keys) << answers << then << heard;
-    };
+    const Table<int, QByteArray, Answers, int, QString> row{
+        "step", "keys", "answers", "then", "heard"};
     row("return goes on", 0, "NN", {}, 2, {});
     row("escape goes back", 2, "E", {}, 1, {});
     row("but not before the first", 0, "E", {}, 0, {});
@@ -238,9 +227,9 @@ void QuestionsTest::answersToKeys()
 {
     QFETCH(const int, step);
     QFETCH(const QByteArray, keys);
-    link_->link().welcomeStepForSnapshot = step;
+    link().welcomeStepForSnapshot = step;
     begin();
-    press(link_->link(), keys);
+    press(link(), keys);
     QFETCH(const Answers, answers);
     QVERIFY(questions_->answers() == answers);
     QTEST(questions_->step(), "then");
@@ -251,27 +240,27 @@ void QuestionsTest::answersToKeys()
 
 void QuestionsTest::leavesAChoiceToTheScreenReader()
 {
-    link_->link().welcomeStepForSnapshot = 2;
+    link().welcomeStepForSnapshot = 2;
     begin();
     questions_->setAnswers({.reader = true});
     const QSignalSpy announced(questions_.get(), &WelcomeQuestions::choiceAnnounced);
-    press(link_->link(), "R");
+    press(link(), "R");
     QCOMPARE(announced.size(), 1);
     QCOMPARE(announced[0][0].toString(), u"Apollo"_s);
     questions_->moved(true, WelcomeQuestions::NameChoices);
-    press(link_->link(), "R");
+    press(link(), "R");
     questions_->speakChoice(u"High contrast: on"_s);
     QVERIFY2(announced.size() == 1, "it says itself what has the focus");
     questions_->setAnswers({.wake = 2});
-    press(link_->link(), "R");
+    press(link(), "R");
     QTRY_VERIFY(link_->engine.input().endsWith("almost every time.\n~speak Phoenix\n"));
 }
 
 void QuestionsTest::leavesTheOtherKeysToTheControls()
 {
-    link_->link().welcomeStepForSnapshot = 2;
+    link().welcomeStepForSnapshot = 2;
     begin();
-    const auto consumes = [this](int key) { return link_->link().welcomeKey.get()(key, {}); };
+    const auto consumes = [this](int key) { return link().welcomeKey.get()(key, {}); };
     for (const int key : {Qt::Key_Space, Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_F, Qt::Key_Up})
         QVERIFY(!consumes(key));
     questions_->setAnswers({.custom = u"bob"_s});
@@ -283,31 +272,18 @@ void QuestionsTest::leavesTheOtherKeysToTheControls()
     QVERIFY2(!consumes(Qt::Key_Return), "it presses the button");
 }
 
-void QuestionsTest::putsTheFocusIntoTheField()
-{
-    begin();
-    using Focus = WelcomeQuestions::Focus;
-    QList<Focus> fields;
-    connect(
-        questions_.get(), &WelcomeQuestions::asked, this, [&] { fields += questions_->focus(); });
-    press(link_->link(), "NNNNNN");
-    QCOMPARE(fields,
-        (QList<Focus>{Focus::NameField, Focus::OwnNameField, Focus::TownField, Focus::Nowhere,
-            Focus::Nowhere, Focus::Nowhere}));
-}
-
 void QuestionsTest::keepsTheAnswersUntilTheyAreSent()
 {
-    link_->link().setAccess(u"large"_s, true);
+    link().setAccess(u"large"_s, true);
     begin();
     QVERIFY(questions_->answers() == Answers{.large = true});
-    press(link_->link(), "NNR");
+    press(link(), "NNR");
     const Answers soFar = questions_->answers();
     link_->say({"welcome"});
     QCOMPARE(questions_->step(), 2);
     QVERIFY(questions_->answers() == soFar);
 
-    press(link_->link(), "NNNNN");
+    press(link(), "NNNNN");
     link_->say({"welcome"});
     QCOMPARE(questions_->step(), 0);
     QVERIFY(questions_->answers() == Answers{.large = true});
