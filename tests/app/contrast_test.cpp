@@ -2,6 +2,7 @@
 #include "app/main_view.h"
 #include "hud/theme.h"
 #include "support/link_fixture.h"
+#include "support/table.h"
 #include "visual/caption_scene.h"
 #include "visual/palette.h"
 #include "visual/scene_item.h"
@@ -207,16 +208,13 @@ void ContrastTest::measureScreen(int question, std::initializer_list<QByteArrayV
 
 void ContrastTest::textIsReadable_data()
 {
-    QTest::addColumn<bool>("contrast");
+    const Table<bool, QMap<QString, double>> row{"contrast", "exceptions"};
     // The look's fixed colours, and how far they get. High contrast is the way out for all but the
     // visualiser's title, which nobody needs.
-    QTest::addColumn<QMap<QString, double>>("exceptions");
-    QTest::newRow("normal") << false
-                            << QMap<QString, double>{{u"ahead on bg"_s, 3.3},
-                                   {u"dim on panel"_s, 6.7}, {u"green at 50 % on bg"_s, 4.3},
-                                   {u"shade on bg"_s, 3.4}};
-    QTest::newRow("high contrast")
-        << true << QMap<QString, double>{{u"green at 50 % on bg"_s, 4.3}};
+    row("normal", false,
+        {{u"ahead on bg"_s, 3.3}, {u"dim on panel"_s, 6.7}, {u"green at 50 % on bg"_s, 4.3},
+            {u"shade on bg"_s, 3.4}});
+    row("high contrast", true, {{u"green at 50 % on bg"_s, 4.3}});
 }
 
 void ContrastTest::textIsReadable()

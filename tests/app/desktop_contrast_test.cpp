@@ -1,8 +1,7 @@
-#include "app/app_delegate.h"
 #include "app/arguments.h"
+#include "app_fixture.h"
 #include "hud/theme.h"
-#include "support/link_fixture.h"
-#include "voice/voice_control.h"
+#include "support/table.h"
 
 #include <QDBusConnection>
 #include <QDBusContext>
@@ -34,25 +33,24 @@ public Q_SLOTS:
 };
 
 /// The display follows the desktop's wish for contrast until the user has one of their own.
-class DesktopContrastTest : public QObject {
+class DesktopContrastTest : public AppFixture {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void followsTheDesktop_data();
     void followsTheDesktop();
     void cleanupTestCase();
 
 private:
+    void initTestCase() override;
+
     QProcess bus_;
     Portal portal_;
 };
 
 void DesktopContrastTest::initTestCase()
 {
-    QCoreApplication::setOrganizationName(u"Kelo"_s);
-    QCoreApplication::setApplicationName(u"DesktopContrastTest"_s);
-    QGuiApplication::setQuitOnLastWindowClosed(false);
+    AppFixture::initTestCase();
     bus_.start(
         u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--nopidfile"_s, u"--print-address"_s});
     QVERIFY(bus_.waitForReadyRead());
@@ -75,16 +73,15 @@ void DesktopContrastTest::followsTheDesktop_data()
     const auto within = [](uint number) {
         return QVariant::fromValue(QDBusVariant(QVariant(number)));
     };
-    QTest::addColumn<QVariant>("answer");
-    QTest::addColumn<QVariant>("users"); // what the user has set
-    QTest::addColumn<bool>("contrast");
-    QTest::newRow("more") << within(1) << QVariant() << true;
-    QTest::newRow("more, in one variant") << QVariant(1U) << QVariant() << true;
-    QTest::newRow("no preference") << within(0) << QVariant() << false;
-    QTest::newRow("something newer") << within(2) << QVariant() << false;
-    QTest::newRow("not a number") << QVariant(u"very"_s) << QVariant() << false;
-    QTest::newRow("unknown there") << QVariant() << QVariant() << false;
-    QTest::newRow("more, but the user said no") << within(1) << QVariant(false) << false;
+    // users: what the user has set
+    const Table<QVariant, QVariant, bool> row{"answer", "users", "contrast"};
+    row("more", within(1), QVariant(), true);
+    row("more, in one variant", QVariant(1U), QVariant(), true);
+    row("no preference", within(0), QVariant(), false);
+    row("something newer", within(2), QVariant(), false);
+    row("not a number", QVariant(u"very"_s), QVariant(), false);
+    row("unknown there", QVariant(), QVariant(), false);
+    row("more, but the user said no", within(1), QVariant(false), false);
 }
 
 void DesktopContrastTest::followsTheDesktop()
@@ -93,22 +90,17 @@ void DesktopContrastTest::followsTheDesktop()
     QFETCH(const QVariant, users);
     portal_.answer = answer;
     portal_.asked = 0;
-    QSettings().clear();
     if (users.isValid())
         QSettings().setValue(u"contrast"_s, users);
     Hud::shared().setContrast(false);
-    LinkFixture link;
-    link.engine.play("line @mode teach\nserve");
-    VoiceControl voice;
-    AppDelegate delegate(link.link(), voice);
-    delegate.launch(Arguments::read({u"--hidden"_s}));
-    QTRY_COMPARE(link->mode.get(), u"teach"_s);
+    link_->engine.play("line @mode teach\nserve");
+    delegate_->launch(Arguments::read({u"--hidden"_s}));
+    QTRY_COMPARE(link().mode.get(), u"teach"_s);
     QTRY_COMPARE(portal_.asked, users.isValid() ? 0 : 1);
     QTest::qWait(50); // for the answer
-    QTEST(link->contrast.get(), "contrast");
+    QTEST(link().contrast.get(), "contrast");
     QTEST(Hud::shared().contrast(), "contrast");
     QVERIFY2(QSettings().value(u"contrast"_s) == users, "the user has not been asked");
-    link->stop();
 }
 
 QTEST_MAIN(DesktopContrastTest)

@@ -1,11 +1,13 @@
 #include "app/arguments.h"
 #include "app/launch.h"
 #include "app/window_frame.h"
+#include "support/table.h"
 
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace kelo;
+using kelo::test::Table;
 
 class LaunchTest : public QObject {
     Q_OBJECT
@@ -40,17 +42,14 @@ void LaunchTest::readsTheCommandLine()
 
 void LaunchTest::opensNoWindowAtLogin_data()
 {
-    QTest::addColumn<bool>("asked");
-    QTest::addColumn<bool>("bySession");
-    QTest::addColumn<bool>("loginItem");
-    QTest::addColumn<double>("uptime");
-    QTest::addColumn<bool>("hidden");
-    QTest::newRow("by hand") << false << false << false << 5000.0 << false;
-    QTest::newRow("asked to hide") << true << false << false << 5000.0 << true;
-    QTest::newRow("started by the session") << false << true << false << 5000.0 << true;
-    QTest::newRow("just booted, login item on") << false << false << true << 119.9 << true;
-    QTest::newRow("booted a while ago") << false << false << true << 120.0 << false;
-    QTest::newRow("just booted, login item off") << false << false << false << 20.0 << false;
+    const Table<bool, bool, bool, double, bool> row{
+        "asked", "bySession", "loginItem", "uptime", "hidden"};
+    row("by hand", false, false, false, 5000.0, false);
+    row("asked to hide", true, false, false, 5000.0, true);
+    row("started by the session", false, true, false, 5000.0, true);
+    row("just booted, login item on", false, false, true, 119.9, true);
+    row("booted a while ago", false, false, true, 120.0, false);
+    row("just booted, login item off", false, false, false, 20.0, false);
 }
 
 void LaunchTest::opensNoWindowAtLogin()
@@ -64,15 +63,13 @@ void LaunchTest::opensNoWindowAtLogin()
 
 void LaunchTest::putsTheWindowWhereItCanBeReached_data()
 {
-    QTest::addColumn<QRect>("wanted");
-    QTest::addColumn<QRect>("placed");
-    QTest::newRow("where it was") << QRect(300, 100, 1240, 840) << QRect(300, 100, 1240, 840);
-    QTest::newRow("on the second screen") << QRect(2000, 50, 900, 600) << QRect(2000, 50, 900, 600);
-    QTest::newRow("half outside") << QRect(-1000, 20, 1240, 840) << QRect(-1000, 20, 1240, 840);
-    QTest::newRow("its screen is gone") << QRect(9000, 0, 1240, 840) << QRect(180, 80, 1240, 840);
-    QTest::newRow("gone, and larger than what is left")
-        << QRect(9000, 0, 5000, 5000) << QRect(0, 0, 1600, 1000);
-    QTest::newRow("only a sliver shows") << QRect(3490, 0, 900, 600) << QRect(350, 200, 900, 600);
+    const Table<QRect, QRect> row{"wanted", "placed"};
+    row("where it was", QRect(300, 100, 1240, 840), QRect(300, 100, 1240, 840));
+    row("on the second screen", QRect(2000, 50, 900, 600), QRect(2000, 50, 900, 600));
+    row("half outside", QRect(-1000, 20, 1240, 840), QRect(-1000, 20, 1240, 840));
+    row("its screen is gone", QRect(9000, 0, 1240, 840), QRect(180, 80, 1240, 840));
+    row("gone, and larger than what is left", QRect(9000, 0, 5000, 5000), QRect(0, 0, 1600, 1000));
+    row("only a sliver shows", QRect(3490, 0, 900, 600), QRect(350, 200, 900, 600));
 }
 
 void LaunchTest::putsTheWindowWhereItCanBeReached()

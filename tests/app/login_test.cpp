@@ -1,6 +1,7 @@
 #include "app/login_item.h"
+#include "support/files.h"
+#include "support/table.h"
 
-#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -8,6 +9,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kelo;
+using namespace kelo::test;
 
 /// The login entry as real files, read by the tools of the desktop.
 class LoginTest : public QObject {
@@ -19,7 +21,6 @@ private Q_SLOTS:
     void startsTheProgramHiddenWhereverItIs();
     void readsWhatTheDesktopMadeOfIt_data();
     void readsWhatTheDesktopMadeOfIt();
-    void switchesOnAndOff();
     void saysWhenItFails();
 
 private:
@@ -33,14 +34,14 @@ private:
 
 void LoginTest::startsTheProgramHiddenWhereverItIs_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::newRow("plain") << u"kelo"_s;
-    QTest::newRow("spaces") << u"my  programs/kelo display"_s;
-    QTest::newRow("percent signs") << u"100%/%u%%f/kelo"_s;
-    QTest::newRow("an equals sign") << u"a=b/kelo"_s;
-    QTest::newRow("backslashes and quotes") << uR"(a\b\\c"d'e/ke"lo\)"_s;
-    QTest::newRow("what a shell would expand") << u"$HOME `id` $(id) ~ * ?/kelo;#&"_s;
-    QTest::newRow("other scripts") << u"برامج/鍵盤"_s;
+    const Table<QString> row{"name"};
+    row("plain", u"kelo"_s);
+    row("spaces", u"my  programs/kelo display"_s);
+    row("percent signs", u"100%/%u%%f/kelo"_s);
+    row("an equals sign", u"a=b/kelo"_s);
+    row("backslashes and quotes", uR"(a\b\\c"d'e/ke"lo\)"_s);
+    row("what a shell would expand", u"$HOME `id` $(id) ~ * ?/kelo;#&"_s);
+    row("other scripts", u"برامج/鍵盤"_s);
 }
 
 void LoginTest::startsTheProgramHiddenWhereverItIs()
@@ -49,12 +50,8 @@ void LoginTest::startsTheProgramHiddenWhereverItIs()
     // A program that notes how it was called.
     const QString executable = folder_->filePath(name);
     const QString notes = folder_->filePath(u"called"_s);
-    QDir().mkpath(QFileInfo(executable).path());
-    QFile program(executable);
-    QVERIFY(program.open(QIODevice::WriteOnly));
-    program.write("#!/bin/sh\nprintf '%s\\n' \"$0\" \"$@\" > '" + notes.toUtf8() + "'\n");
-    program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    program.close();
+    writeFile(executable, "#!/bin/sh\nprintf '%s\\n' \"$0\" \"$@\" > '" + notes.toUtf8() + "'\n");
+    QFile::setPermissions(executable, QFile::ReadOwner | QFile::ExeOwner);
 
     QVERIFY(item(executable).set(true));
     QVERIFY(item(executable).on());
@@ -65,53 +62,35 @@ void LoginTest::startsTheProgramHiddenWhereverItIs()
     QCOMPARE(validator.exitCode(), 0);
 
     QCOMPARE(QProcess::execute(u"gio"_s, {u"launch"_s, item().path()}), 0);
-    const QByteArray expected = executable.toUtf8() + "\n--hidden\n";
-    const auto called = [&notes] {
-        QFile file(notes);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    };
-    QTRY_COMPARE(called(), expected);
+    QTRY_COMPARE(readFile(notes), executable.toUtf8() + "\n--hidden\n");
 }
 
 void LoginTest::readsWhatTheDesktopMadeOfIt_data()
 {
-    QTest::addColumn<QByteArray>("entry");
-    QTest::addColumn<bool>("on");
+    const Table<QByteArray, bool> row{"entry", "on"};
     const QByteArray group = "[Desktop Entry]\nType=Application\nExec=kelo --hidden\n";
-    QTest::newRow("as it is") << group << true;
-    QTest::newRow("hidden") << group + "Hidden=true\n" << false;
-    QTest::newRow("not hidden") << group + "Hidden=false\n" << true;
-    QTest::newRow("disabled") << group + "X-GNOME-Autostart-enabled = false \n" << false;
-    QTest::newRow("enabled") << group + "X-GNOME-Autostart-enabled=true\n" << true;
-    QTest::newRow("carriage returns") << group + "Hidden=true\r\n" << false;
-    QTest::newRow("in another group") << group + "[Desktop Action x]\nHidden=true\n" << true;
-    QTest::newRow("in a comment") << group + "# Hidden=true\n" << true;
-    QTest::newRow("empty") << QByteArray() << true;
-    QTest::newRow("no text") << QByteArray(200'000, '\0') << true;
+    row("as it is", group, true);
+    row("hidden", group + "Hidden=true\n", false);
+    row("not hidden", group + "Hidden=false\n", true);
+    row("disabled", group + "X-GNOME-Autostart-enabled = false \n", false);
+    row("enabled", group + "X-GNOME-Autostart-enabled=true\n", true);
+    row("carriage returns", group + "Hidden=true\r\n", false);
+    row("in another group", group + "[Desktop Action x]\nHidden=true\n", true);
+    row("in a comment", group + "# Hidden=true\n", true);
+    row("empty", {}, true);
+    row("no text", QByteArray(200'000, '\0'), true);
 }
 
 void LoginTest::readsWhatTheDesktopMadeOfIt()
 {
     QFETCH(const QByteArray, entry);
-    QDir().mkpath(QFileInfo(item().path()).path());
-    QFile file(item().path());
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(entry);
-    file.close();
+    writeFile(item().path(), entry);
     QTEST(item().on(), "on");
     QVERIFY(item().set(true));
     QVERIFY(item().on());
-}
-
-void LoginTest::switchesOnAndOff()
-{
-    QVERIFY(!item().on());
-    QVERIFY2(item().set(false), "off already is no failure");
-    QVERIFY(item().set(true));
-    QVERIFY(item().on());
     QVERIFY(item().set(false));
-    QVERIFY(!item().on());
-    QVERIFY(!QFile::exists(item().path()));
+    QVERIFY(!item().on() && !QFile::exists(item().path()));
+    QVERIFY2(item().set(false), "off already is no failure");
 }
 
 void LoginTest::saysWhenItFails()

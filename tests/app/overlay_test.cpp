@@ -1,9 +1,7 @@
-#include "app/app_delegate.h"
 #include "app/arguments.h"
 #include "app/overlay.h"
 #include "app/window_sight.h"
-#include "support/link_fixture.h"
-#include "voice/voice_control.h"
+#include "app_fixture.h"
 
 #include <QProcess>
 #include <QRasterWindow>
@@ -15,13 +13,10 @@ using namespace kelo;
 using namespace kelo::test;
 
 /// The caption panel beside a real main window on a real, if bare, desktop.
-class OverlayTest : public QObject {
+class OverlayTest : public AppFixture {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
     void cleanupTestCase();
     void seesWhatTheUserSees();
     void showsWhileTheDisplayIsNotSeen();
@@ -29,6 +24,8 @@ private Q_SLOTS:
     void staysAwayWhenSwitchedOff();
 
 private:
+    void initTestCase() override;
+    void init() override;
     [[nodiscard]] bool panelShows() const
     {
         const auto *panel = delegate_->overlay().window();
@@ -36,37 +33,20 @@ private:
     }
 
     QProcess windowManager_;
-    std::unique_ptr<LinkFixture> link_;
-    std::unique_ptr<VoiceControl> voice_;
-    std::unique_ptr<AppDelegate> delegate_;
 };
 
 void OverlayTest::initTestCase()
 {
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
-    QCoreApplication::setOrganizationName(u"Kelo"_s);
-    QCoreApplication::setApplicationName(u"OverlayTest"_s);
-    QGuiApplication::setQuitOnLastWindowClosed(false);
+    AppFixture::initTestCase();
     windowManager_.start(u"openbox"_s, {u"--sm-disable"_s});
     QVERIFY(windowManager_.waitForStarted());
 }
 
 void OverlayTest::init()
 {
-    QSettings().clear();
-    link_ = std::make_unique<LinkFixture>();
-    voice_ = std::make_unique<VoiceControl>();
-    delegate_ = std::make_unique<AppDelegate>(link_->link(), *voice_);
+    AppFixture::init();
     delegate_->launch({});
     QVERIFY(QTest::qWaitForWindowActive(delegate_->window(), 20'000));
-}
-
-void OverlayTest::cleanup()
-{
-    link_->link().stop();
-    delegate_.reset();
-    voice_.reset();
-    link_.reset();
 }
 
 void OverlayTest::cleanupTestCase()

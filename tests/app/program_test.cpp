@@ -1,7 +1,7 @@
 #include "support/scripted_engine.h"
+#include "support/table.h"
 
 #include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -17,7 +17,6 @@ class ProgramTest : public QObject {
 
 private Q_SLOTS:
     void init();
-    void cleanup();
     void answersWithoutADisplay_data();
     void answersWithoutADisplay();
     void endsInOrderWhenTheSystemAsks_data();
@@ -41,12 +40,6 @@ void ProgramTest::init()
     folder_ = std::make_unique<QTemporaryDir>();
     QDir(folder_->path()).mkdir(u"data"_s);
     engine_ = std::make_unique<ScriptedEngine>(folder_->path());
-}
-
-void ProgramTest::cleanup()
-{
-    engine_.reset();
-    folder_.reset();
 }
 
 QProcessEnvironment ProgramTest::environment() const
@@ -74,12 +67,10 @@ void ProgramTest::start(QProcess &program, const QStringList &arguments) const
 
 void ProgramTest::answersWithoutADisplay_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QByteArray>("begins");
-    QTest::newRow("help") << QStringList{u"--help"_s} << 0 << QByteArray("Usage: kelo");
-    QTest::newRow("version") << QStringList{u"--version"_s} << 0 << QByteArray("kelo ");
-    QTest::newRow("a window") << QStringList{} << 1 << QByteArray();
+    const Table<QStringList, int, QByteArray> row{"arguments", "status", "begins"};
+    row("help", {u"--help"_s}, 0, "Usage: kelo");
+    row("version", {u"--version"_s}, 0, "kelo ");
+    row("a window", {}, 1, {});
 }
 
 void ProgramTest::answersWithoutADisplay()
@@ -100,10 +91,10 @@ void ProgramTest::answersWithoutADisplay()
 
 void ProgramTest::endsInOrderWhenTheSystemAsks_data()
 {
-    QTest::addColumn<int>("signal");
-    QTest::newRow("SIGTERM") << SIGTERM;
-    QTest::newRow("SIGINT") << SIGINT;
-    QTest::newRow("SIGHUP") << SIGHUP;
+    const Table<int> row{"signal"};
+    row("SIGTERM", SIGTERM);
+    row("SIGINT", SIGINT);
+    row("SIGHUP", SIGHUP);
 }
 
 void ProgramTest::endsInOrderWhenTheSystemAsks()
@@ -168,10 +159,10 @@ void ProgramTest::staysUpWithoutAnything()
 
 void ProgramTest::drawsTheSamePicturesEachTime_data()
 {
-    QTest::addColumn<QString>("screens");
+    const Table<QString> row{"screens"};
     for (const char *screens :
         {"console-playing", "console-update", "caption-fading", "visualiser-duet", "question-3"})
-        QTest::newRow(screens) << QString::fromLatin1(screens);
+        row(screens, QString::fromLatin1(screens));
 }
 
 void ProgramTest::drawsTheSamePicturesEachTime()
@@ -188,10 +179,9 @@ void ProgramTest::drawsTheSamePicturesEachTime()
     QVERIFY(names.size() >= 2);
     QCOMPARE(pictures[1].entryList(QDir::Files), names);
     for (const QString &name : names) {
-        QFile first(pictures[0].filePath(name));
-        QFile second(pictures[1].filePath(name));
-        QVERIFY(first.open(QIODevice::ReadOnly) && second.open(QIODevice::ReadOnly));
-        QVERIFY2(first.readAll() == second.readAll(), qPrintable(name));
+        const QByteArray picture = readFile(pictures[0].filePath(name));
+        QVERIFY2(!picture.isEmpty() && picture == readFile(pictures[1].filePath(name)),
+            qPrintable(name));
     }
 }
 

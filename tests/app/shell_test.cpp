@@ -1,7 +1,5 @@
-#include "app/app_delegate.h"
 #include "app/arguments.h"
-#include "support/link_fixture.h"
-#include "voice/voice_control.h"
+#include "app_fixture.h"
 
 #include <QQuickItem>
 #include <QTest>
@@ -18,59 +16,25 @@ const QByteArray stillHere =
 } // namespace
 
 /// The real window with real key events over an engine that notes what it is sent.
-class ShellTest : public QObject {
+class ShellTest : public AppFixture {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
     void keysGoToTheEngineOrToTheControls();
     void menuShortcutsNeverReachTheEngine();
     void tellsTheEngineOnceThatItGoesOnInTheBackground();
     void comesBackWhereItWas();
-    void followsTheEngineWithItsWindow();
-    void startsHiddenWhenAsked();
+    void staysHiddenUntilTheEngineAsks();
 
 private:
     void launch(const QStringList &arguments = {});
-    [[nodiscard]] QQuickView *window() const { return delegate_->window(); }
-
-    std::unique_ptr<LinkFixture> link_;
-    std::unique_ptr<VoiceControl> voice_;
-    std::unique_ptr<AppDelegate> delegate_;
 };
-
-void ShellTest::initTestCase()
-{
-    // No tray and no desktop, whatever the machine offers.
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
-    QCoreApplication::setOrganizationName(u"Kelo"_s);
-    QCoreApplication::setApplicationName(u"ShellTest"_s);
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-}
-
-void ShellTest::init()
-{
-    QSettings().clear();
-    link_ = std::make_unique<LinkFixture>();
-    link_->engine.play("line @mode idle\nserve");
-    voice_ = std::make_unique<VoiceControl>();
-    delegate_ = std::make_unique<AppDelegate>(link_->link(), *voice_);
-}
-
-void ShellTest::cleanup()
-{
-    link_->link().stop();
-    delegate_.reset();
-    voice_.reset();
-    link_.reset();
-}
 
 void ShellTest::launch(const QStringList &arguments)
 {
+    link_->engine.play("line @mode idle\nserve");
     delegate_->launch(Arguments::read(arguments));
-    QTRY_COMPARE(link_->link().state.get(), u"ONLINE"_s);
+    QTRY_COMPARE(link().state.get(), u"ONLINE"_s);
     if (window()->isVisible())
         QVERIFY(QTest::qWaitForWindowExposed(window()));
 }
@@ -78,21 +42,20 @@ void ShellTest::launch(const QStringList &arguments)
 void ShellTest::keysGoToTheEngineOrToTheControls()
 {
     launch();
-    Link &link = link_->link();
     QTest::keyClick(window(), Qt::Key_H);
     QTest::keyClick(window(), Qt::Key_Tab);
-    QVERIFY(link.tabbing);
+    QVERIFY(link().tabbing);
     QQuickItem *control = window()->activeFocusItem();
     QVERIFY(control && control->activeFocusOnTab());
 
     QTest::keyClick(window(), Qt::Key_Escape);
-    QVERIFY(!link.tabbing);
+    QVERIFY(!link().tabbing);
     QVERIFY(window()->activeFocusItem() != control);
     QTest::keyClick(window(), Qt::Key_Space);
     QTest::keyClick(window(), Qt::Key_F);
-    QVERIFY(link.visual);
+    QVERIFY(link().visual);
     QTest::keyClick(window(), Qt::Key_Escape);
-    QVERIFY(!link.visual);
+    QVERIFY(!link().visual);
     QTest::keyClick(window(), Qt::Key_Backspace);
     QTRY_COMPARE(link_->engine.input(), QByteArray("h \x7f"));
 }
@@ -116,7 +79,7 @@ void ShellTest::tellsTheEngineOnceThatItGoesOnInTheBackground()
         delegate_->showWindow();
         QVERIFY(!delegate_->mainWindowHidden());
     }
-    link_->link().send(u"~done\n"_s);
+    link().send(u"~done\n"_s);
     QTRY_COMPARE(link_->engine.input(), "~bg\n" + stillHere + "~done\n");
 }
 
@@ -129,31 +92,26 @@ void ShellTest::comesBackWhereItWas()
     QTRY_COMPARE(window()->geometry(), moved);
     QVERIFY(window()->close());
 
-    link_->link().stop();
-    delegate_ = std::make_unique<AppDelegate>(link_->link(), *voice_);
+    link().stop();
+    delegate_ = std::make_unique<AppDelegate>(link(), *voice_);
     launch();
     QTRY_COMPARE(window()->geometry(), moved);
 }
 
-void ShellTest::followsTheEngineWithItsWindow()
+void ShellTest::staysHiddenUntilTheEngineAsks()
 {
     launch({u"--hidden"_s});
+    QVERIFY(!window()->isVisible());
+    QVERIFY(delegate_->mainWindowHidden());
     link_->say({"window visual 1"});
     QVERIFY(window()->isVisible());
-    QVERIFY(link_->link().visual);
+    QVERIFY(link().visual);
     link_->say({"window show 0"});
     QVERIFY(!window()->isVisible());
     link_->say({"window show 0", "window login 1", "window login 0"});
     QTRY_COMPARE(link_->engine.input(), QByteArray("~login on\n~login off\n"));
     link_->say({"welcome"});
     QVERIFY(window()->isVisible());
-}
-
-void ShellTest::startsHiddenWhenAsked()
-{
-    launch({u"--hidden"_s});
-    QVERIFY(!window()->isVisible());
-    QVERIFY(delegate_->mainWindowHidden());
 }
 
 QTEST_MAIN(ShellTest)

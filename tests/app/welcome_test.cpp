@@ -1,7 +1,5 @@
-#include "app/app_delegate.h"
 #include "app/arguments.h"
-#include "support/link_fixture.h"
-#include "voice/voice_control.h"
+#include "app_fixture.h"
 
 #include <QQuickItem>
 #include <QTest>
@@ -11,53 +9,28 @@ using namespace kelo;
 using namespace kelo::test;
 
 /// The first-run questions in the real window, by real key events, down to the engine.
-class WelcomeTest : public QObject {
+class WelcomeTest : public AppFixture {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
     void answersByKeyboardAlone();
     void typesIntoTheFieldsAndNowhereElse();
     void goesOnWhereTheWindowWasClosed();
 
 private:
+    void init() override;
     void press(const char *keys);
     /// The accessible name of what has the keyboard focus.
     [[nodiscard]] QString focused() const;
-
-    std::unique_ptr<LinkFixture> link_;
-    std::unique_ptr<VoiceControl> voice_;
-    std::unique_ptr<AppDelegate> delegate_;
 };
-
-void WelcomeTest::initTestCase()
-{
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
-    QCoreApplication::setOrganizationName(u"Kelo"_s);
-    QCoreApplication::setApplicationName(u"WelcomeTest"_s);
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-}
 
 void WelcomeTest::init()
 {
-    QSettings().clear();
-    link_ = std::make_unique<LinkFixture>();
+    AppFixture::init();
     link_->engine.play("line @welcome\nserve");
-    voice_ = std::make_unique<VoiceControl>();
-    delegate_ = std::make_unique<AppDelegate>(link_->link(), *voice_);
     delegate_->launch({});
-    QTRY_VERIFY_WITH_TIMEOUT(link_->link().welcome, 20'000);
-    QVERIFY(QTest::qWaitForWindowExposed(delegate_->window()));
-}
-
-void WelcomeTest::cleanup()
-{
-    link_->link().stop();
-    delegate_.reset();
-    voice_.reset();
-    link_.reset();
+    QTRY_VERIFY_WITH_TIMEOUT(link().welcome, 20'000);
+    QVERIFY(QTest::qWaitForWindowExposed(window()));
 }
 
 /// L, R, U, D for the arrows, N for Return, E for Escape, T and B for Tab forth and back, S for
@@ -69,15 +42,15 @@ void WelcomeTest::press(const char *keys)
         {'B', Qt::Key_Backtab}, {'S', Qt::Key_Space}};
     for (; *keys; ++keys) {
         if (codes.contains(*keys))
-            QTest::keyClick(delegate_->window(), codes.value(*keys));
+            QTest::keyClick(window(), codes.value(*keys));
         else
-            QTest::keyClick(delegate_->window(), *keys);
+            QTest::keyClick(window(), *keys);
     }
 }
 
 QString WelcomeTest::focused() const
 {
-    const QQuickItem *item = delegate_->window()->activeFocusItem();
+    const QQuickItem *item = window()->activeFocusItem();
     const QObject *accessible = nullptr;
     for (const QObject *child : item->children()) {
         if (child->inherits("QQuickAccessibleAttached"))
@@ -100,7 +73,7 @@ void WelcomeTest::answersByKeyboardAlone()
     QVERIFY(focused().startsWith(u"I use a screen reader. "_s));
     press("TSN"); // the piano too; the last one
     press("DN");
-    QVERIFY(!link_->link().welcome);
+    QVERIFY(!link().welcome);
     QTRY_VERIFY(link_->engine.input().endsWith(
         "~setup ann|Harmony|porto|F|uses a screen reader, so never rely on anything visual; "
         "plays piano or makes music|true|03-07|true\n"));
@@ -118,7 +91,7 @@ void WelcomeTest::typesIntoTheFieldsAndNowhereElse()
 {
     const QByteArray before = link_->engine.input();
     press("fooqN"); // no field here: no visualiser, no file chooser, nothing to the engine
-    QVERIFY(!link_->link().visual);
+    QVERIFY(!link().visual);
     press("f|oSB"); // in the field; then back among the buttons
     press("qfT");
     press("E");
@@ -132,7 +105,7 @@ void WelcomeTest::typesIntoTheFieldsAndNowhereElse()
 void WelcomeTest::goesOnWhereTheWindowWasClosed()
 {
     press("NannN");
-    QVERIFY(delegate_->window()->close());
+    QVERIFY(window()->close());
     delegate_->showWindow();
     QCOMPARE(focused(), u"Your own name for the assistant, one word"_s);
     const auto asked = [this] { return link_->engine.input().count("~speak And what will you"); };

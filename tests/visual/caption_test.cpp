@@ -18,37 +18,12 @@ class CaptionTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void theLightLeadsShortAndTrailsLong_data();
-    void theLightLeadsShortAndTrailsLong();
     void theCaptionStaysThenFades();
     void linesRiseAndLeave();
     void cellsCoverThePictureOnce_data();
     void cellsCoverThePictureOnce();
     void aLineStandsUnderEachWord();
 };
-
-void CaptionTest::theLightLeadsShortAndTrailsLong_data()
-{
-    const Table<double, bool, QColor> row{"ahead", "contrast", "colour"};
-    const auto rgb = [](double r, double g, double b) {
-        return QColor::fromRgbF(
-            static_cast<float>(r), static_cast<float>(g), static_cast<float>(b));
-    };
-    row("being spoken", 0.0, false, rgb(1, 1, 1));
-    row("a third of the tail", 3.0, false, rgb(0.85, 1, 0.78 + 0.22 * 2 / 3));
-    row("long spoken", 9.0, false, rgb(0.55, 1, 0.78));
-    row("long spoken, contrast", 500.0, true, rgb(0.93, 1, 0.95));
-    row("half the lead", -1.1, false, rgb(0.58, 0.73, 0.65));
-    row("to come", -2.2, false, rgb(0.16, 0.46, 0.3));
-    row("to come, contrast", -1e18, true, rgb(0.55, 0.72, 0.62));
-}
-
-void CaptionTest::theLightLeadsShortAndTrailsLong()
-{
-    QFETCH(double, ahead);
-    QFETCH(bool, contrast);
-    QTEST(captionColour(ahead, contrast).toQColor().toRgb(), "colour");
-}
 
 void CaptionTest::theCaptionStaysThenFades()
 {

@@ -59,7 +59,6 @@ private Q_SLOTS:
     void onlyFreshKeysLiftTheBands();
     void bandsStayInBoundsUnderAnyStep_data();
     void bandsStayInBoundsUnderAnyStep();
-    void arcsTurnFasterWithTheVoice();
     void wordsFollowTheState_data();
     void wordsFollowTheState();
     void wordsFitIntoTheHeart_data();
@@ -145,30 +144,6 @@ void CoreTest::bandsStayInBoundsUnderAnyStep()
         QVERIFY(stand.scene.look().level >= 0 && stand.scene.look().level <= 1);
     }
     QVERIFY(stand.scene.look().time < 63);
-}
-
-void CoreTest::arcsTurnFasterWithTheVoice()
-{
-    const auto turned = [](Stand &stand) {
-        const auto arcs = [&stand] {
-            std::vector<float> angles;
-            for (const Sprite &s : stand.scene.sprites()) {
-                if (s.bend > 0 && s.halfHeight != 0.5F)
-                    angles.push_back(s.angle);
-            }
-            return angles;
-        };
-        stand.run(0.1);
-        const auto before = arcs();
-        stand.run(0.5);
-        return std::remainder(arcs().at(2) - before.at(2), 6.2831853);
-    };
-    Stand quiet;
-    Stand loud;
-    for (int i = 0; i < 16; ++i)
-        loud.fixture.say({"on " + QByteArray::number(21 + i * 5) + " 127"});
-    QVERIFY(turned(quiet) > 0.2);
-    QVERIFY(turned(loud) > turned(quiet) * 1.3);
 }
 
 void CoreTest::wordsFollowTheState_data()

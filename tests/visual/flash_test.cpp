@@ -1,6 +1,5 @@
 #include "support/table.h"
 #include "visual/flash.h"
-#include "visual/palette.h"
 
 #include <QTest>
 
@@ -14,46 +13,28 @@ class FlashTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void flashesLookLikeTheirKind_data();
-    void flashesLookLikeTheirKind();
+    void flashesFadeAndBeatsOnlyOutline();
     void theWindowFlashesAtMostThriceASecond_data();
     void theWindowFlashesAtMostThriceASecond();
 };
 
-void FlashTest::flashesLookLikeTheirKind_data()
+void FlashTest::flashesFadeAndBeatsOnlyOutline()
 {
-    // outline: opacity
-    const Table<QString, bool, double, double, double, double, QColor> row{
-        "kind", "firstBeat", "age", "outline", "fill", "width", "colour"};
-    const QColor white(Qt::white);
-    const QColor green = colours::green.toQColor();
-    const QColor red = QColor::fromRgbF(1.0F, 0.25F, 0.2F);
-    row("first beat", u"beat"_s, true, 0.0, 0.8, 0.0, 6.0, white);
-    row("beat, half gone", u"beat"_s, false, 0.09, 0.2, 0.0, 6.0, white);
-    row("beat, gone", u"beat"_s, true, 0.18, 0.0, 0.0, 6.0, white);
-    row("good", u"good"_s, true, 0.0, 0.95, 0.12, 14.0, green);
-    row("wrong, half gone", u"wrong"_s, false, 0.275, 0.475, 0.06, 14.0, red);
-    row("any other", u"hello"_s, false, 0.0, 0.95, 0.12, 14.0, white);
-    row("long ago", u"good"_s, false, 1000.0, 0.0, 0.0, 14.0, green);
-    row("still to come", u"good"_s, false, -0.55, 1.9, 0.24, 14.0, green);
-}
-
-void FlashTest::flashesLookLikeTheirKind()
-{
-    QFETCH(QString, kind);
-    QFETCH(bool, firstBeat);
-    QFETCH(double, age);
-    QFETCH(double, outline);
-    QFETCH(double, fill);
-    QFETCH(QColor, colour);
-    const FlashLook look = flashLook(kind, firstBeat, age);
-    QVERIFY(std::abs(look.outline.alpha - outline) < 1e-5);
-    QVERIFY(std::abs(look.fill.alpha - fill) < 1e-5);
-    QTEST(look.width, "width");
-    for (const Colour &part : {look.outline, look.fill}) {
-        const Colour opaque{part.red, part.green, part.blue, 1};
-        QCOMPARE(opaque.toQColor(), colour);
+    for (const QString &kind : {u"beat"_s, u"good"_s, u"wrong"_s, u"hello"_s}) {
+        const auto opacity = [&kind](double part) {
+            const FlashLook look = flashLook(kind, false, part * flashDuration(kind));
+            return std::pair(look.outline.alpha, look.fill.alpha);
+        };
+        const auto [outline, fill] = opacity(0);
+        QCOMPARE(fill > 0, kind != u"beat"_s);
+        QVERIFY(outline > 0.3F && fill < 0.2F); // the text under it stays readable
+        QVERIFY(std::abs(opacity(0.5).first - outline / 2) < 1e-5F);
+        QCOMPARE(opacity(1), std::pair(0.0F, 0.0F));
+        QCOMPARE(opacity(1000), std::pair(0.0F, 0.0F));
     }
+    QVERIFY(
+        flashLook(u"beat"_s, true, 0).outline.alpha > flashLook(u"beat"_s, false, 0).outline.alpha);
+    QVERIFY(flashLook(u"good"_s, false, 0).fill != flashLook(u"wrong"_s, false, 0).fill);
 }
 
 void FlashTest::theWindowFlashesAtMostThriceASecond_data()
