@@ -26,7 +26,6 @@ void LaunchTest::readsTheCommandLine()
     QVERIFY(all.hidden);
     QCOMPARE(all.snapshotFolder, u"out"_s);
     QVERIFY(!all.wakeTestReport);
-
     QCOMPARE(all.snapshotNames, QString());
     QVERIFY(!Arguments::read({u"--snapshot"_s}).snapshotFolder);
     const auto some = Arguments::read({u"--snapshot"_s, u"out"_s, u"console"_s});

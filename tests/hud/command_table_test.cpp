@@ -96,10 +96,8 @@ void CommandTableTest::numbersJazzLessons()
 {
     const QList<Command> lessons = jazzLessons({u"Swing feel"_s, u"Shell voicings"_s});
     QCOMPARE(lessons.size(), 2);
-    QCOMPARE(lessons[1].key, u"2"_s);
     QCOMPARE(lessons[1].send, u"~jazz 2\n"_s);
     QCOMPARE(lessons[1].description(true), u"Shell voicings"_s);
-    QVERIFY(lessons[1].listed(u"idle"_s));
     QVERIFY(jazzLessons(QStringList(100'000, u"x"_s)).size() < 1000);
 }
 

@@ -2,7 +2,6 @@
 
 #include <QFontMetricsF>
 #include <QSettings>
-#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -14,7 +13,6 @@ class ThemeTest : public QObject {
 
 private Q_SLOTS:
     void startsAsTheUserLeftIt();
-    void contrastLightensTextAlone();
     void fontIsFixedWidth();
 };
 
@@ -25,23 +23,6 @@ void ThemeTest::startsAsTheUserLeftIt()
     QVERIFY(Hud::shared().contrast());
     QSettings().setValue(u"contrast"_s, false);
     QVERIFY(Hud::shared().contrast());
-}
-
-void ThemeTest::contrastLightensTextAlone()
-{
-    Hud &hud = Hud::shared();
-    hud.setContrast(false);
-    const QColor soft = hud.soft();
-    const QColor dim = hud.dim();
-    const QList<QColor> fixed{Hud::bg(), Hud::panel(), Hud::green(), Hud::faint()};
-
-    QSignalSpy changed(&hud, &Hud::contrastChanged);
-    hud.setContrast(true);
-    hud.setContrast(true);
-    QCOMPARE(changed.count(), 1);
-    QVERIFY(hud.soft().lightness() > soft.lightness());
-    QVERIFY(hud.dim().lightness() > dim.lightness());
-    QCOMPARE((QList<QColor>{Hud::bg(), Hud::panel(), Hud::green(), Hud::faint()}), fixed);
 }
 
 void ThemeTest::fontIsFixedWidth()

@@ -14,7 +14,6 @@ class ParseTest : public QObject {
 private Q_SLOTS:
     void integers();
     void decimals();
-    void pieces();
     void linesAreTheSameHoweverTheyArrive();
     void endlessLinesAreDropped();
 };
@@ -56,20 +55,6 @@ void ParseTest::decimals()
         {"", "+", "-", ".", "e5", "1e", "1e+", "nan", "NaN", "inf", "-inf", "infinity", "1e999",
             "-1e999", " 1", "1 ", "1,5", "1.2.3", "--1", "+-1", "0x1p3", "1f"})
         QVERIFY2(!parse::decimal(text), text);
-}
-
-void ParseTest::pieces()
-{
-    const auto split = [](QByteArrayView text, int most = 0) {
-        QByteArrayList found;
-        for (const QByteArrayView piece : parse::pieces(text, ' ', most))
-            found << piece.toByteArray();
-        return found;
-    };
-    QCOMPARE(split("   "), QByteArrayList{});
-    QCOMPARE(split("  a  b "), (QByteArrayList{"a", "b"}));
-    QCOMPARE(split("a b c  d ", 3), (QByteArrayList{"a", "b", "c  d "}));
-    QCOMPARE(split("a b ", 3), (QByteArrayList{"a", "b"}));
 }
 
 void ParseTest::linesAreTheSameHoweverTheyArrive()
