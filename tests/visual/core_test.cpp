@@ -97,7 +97,7 @@ void CoreTest::theRingBreathesSpeaksAndFallsSilent()
 
 void CoreTest::onlyFreshKeysLiftTheBands_data()
 {
-    // band: that is lifted highest; -1: none
+    // band: the one that is lifted highest, or -1
     const Table<QByteArray, double, int> row{"key", "age", "band"};
     row("the lowest key", "on 21 127"_ba, 0.2, 0);
     row("the highest key", "on 108 127"_ba, 0.2, 15);
@@ -170,7 +170,7 @@ void CoreTest::wordsFollowTheState()
 
 void CoreTest::wordsFitIntoTheHeart_data()
 {
-    // full: at their own size
+    // full: whether they have their own size
     const Table<double, QString, bool> row{"side", "state", "full"};
     row("a small ring", 180.0, u"ONLINE"_s, false);
     row("a long word", 283.0, u"RESTARTING"_s, false);
