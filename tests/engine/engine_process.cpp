@@ -66,7 +66,7 @@ QString EngineProcess::end()
     return u"it crashed: "_s + QString::fromUtf8(kelo::test::readFile(path(u"errors"_s)));
 }
 
-void EngineProcess::send(const QByteArray &bytes)
+void EngineProcess::send(const QByteArray &bytes) const
 {
     process->write(bytes);
     process->waitForBytesWritten();
@@ -89,7 +89,7 @@ QString EngineProcess::waitFor(const QString &pattern, int seconds)
             if (wanted.match(lines[seen]).hasMatch())
                 return lines[seen++].mid(1);
         }
-        if (timer.elapsed() > seconds * 1000)
+        if (timer.hasExpired(seconds * 1000LL))
             return {};
         process->waitForReadyRead(20);
     }
@@ -139,7 +139,7 @@ void EngineProcess::pullOut()
     QFile::remove(path(u"Stage Piano"_s));
 }
 
-void EngineProcess::play(int pitch, int velocity)
+void EngineProcess::play(int pitch, int velocity) const
 {
     const std::array<char, 3> bytes{'\x90', static_cast<char>(pitch), static_cast<char>(velocity)};
     QCOMPARE(::write(piano, bytes.data(), bytes.size()), 3);

@@ -22,7 +22,7 @@ public:
     /// nothing was.
     [[nodiscard]] QString end();
 
-    void send(const QByteArray &bytes);
+    void send(const QByteArray &bytes) const;
 
     /// Waits until a line matches, after those that have matched before; gives it back without
     /// "@", or nothing after `seconds`.
@@ -39,7 +39,7 @@ public:
 
     void plugIn();
     void pullOut();
-    void play(int pitch, int velocity = 80);
+    void play(int pitch, int velocity = 80) const;
     /// Presses and lets go of each key, one after the other.
     void tap(const QList<int> &pitches);
 
