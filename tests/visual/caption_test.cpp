@@ -18,12 +18,34 @@ class CaptionTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void theLightLeadsShortAndTrailsLong_data();
+    void theLightLeadsShortAndTrailsLong();
     void theCaptionStaysThenFades();
     void linesRiseAndLeave();
     void cellsCoverThePictureOnce_data();
     void cellsCoverThePictureOnce();
     void aLineStandsUnderEachWord();
 };
+
+void CaptionTest::theLightLeadsShortAndTrailsLong_data()
+{
+    const Table<double, bool, QColor> row{"ahead", "contrast", "colour"};
+    const auto rgb = [](float r, float g, float b) { return QColor::fromRgbF(r, g, b); };
+    row("being spoken", 0.0, false, rgb(1, 1, 1));
+    row("a third of the tail", 3.0, false, rgb(0.85F, 1, 0.78F + 0.22F * 2 / 3));
+    row("long spoken", 9.0, false, rgb(0.55F, 1, 0.78F));
+    row("long spoken, contrast", 500.0, true, rgb(0.93F, 1, 0.95F));
+    row("half the lead", -1.1, false, rgb(0.58F, 0.73F, 0.65F));
+    row("to come", -2.2, false, rgb(0.16F, 0.46F, 0.3F));
+    row("to come, contrast", -1e18, true, rgb(0.55F, 0.72F, 0.62F));
+}
+
+void CaptionTest::theLightLeadsShortAndTrailsLong()
+{
+    QFETCH(double, ahead);
+    QFETCH(bool, contrast);
+    QTEST(captionColour(ahead, contrast).toQColor().toRgb(), "colour");
+}
 
 void CaptionTest::theCaptionStaysThenFades()
 {

@@ -74,6 +74,7 @@ class RainTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void notesLandOnTime_data();
     void notesLandOnTime();
     void notesComeAndGo_data();
     void notesComeAndGo();
@@ -92,8 +93,18 @@ private Q_SLOTS:
     void fallingIsSmoothUnderAJitteryClock();
 };
 
+void RainTest::notesLandOnTime_data()
+{
+    const Table<double> row{"refresh"};
+    row("24 Hz", 24.0);
+    row("60 Hz", 60.0);
+    row("120 Hz", 120.0);
+    row("irregular", 0.0);
+}
+
 void RainTest::notesLandOnTime()
 {
+    QFETCH(double, refresh);
     Stand stand;
     stand.fixture.say({"rollnew A Piece", "rolln 2.5,1,60,90,0", "rollstart 1 30"});
     const double due = stand.fixture.time.now() + 1 + 2.5;
@@ -101,7 +112,7 @@ void RainTest::notesLandOnTime()
     double step = 0;
     do {
         QVERIFY(stand.fixture.time.now() <= due);
-        step = 0.001 + static_cast<double>(random() % 45) / 1000; // no steady display
+        step = refresh > 0 ? 1 / refresh : 0.001 + static_cast<double>(random() % 45) / 1000;
         stand.frame(step);
     } while (stand.bars(60).empty() || foot(stand.bars(60).front()) > floorY);
     const double late = stand.fixture.time.now() - due;
