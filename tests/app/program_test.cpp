@@ -1,5 +1,7 @@
 #include "support/scripted_engine.h"
 #include "support/table.h"
+#include "voice/recogniser.h"
+#include "voice/virtual_microphone.h"
 
 #include <QDir>
 #include <QProcess>
@@ -9,6 +11,7 @@
 #include <csignal>
 
 using namespace Qt::StringLiterals;
+using namespace kelo;
 using namespace kelo::test;
 
 /// The program itself, from outside.
@@ -24,6 +27,7 @@ private Q_SLOTS:
     void secondStartRaisesTheFirst();
     void endsWithItsEngineWhileHidden();
     void staysUpWithoutAnything();
+    void hearsForItsEngine();
     void drawsTheSamePicturesEachTime_data();
     void drawsTheSamePicturesEachTime();
 
@@ -155,6 +159,32 @@ void ProgramTest::staysUpWithoutAnything()
     program.terminate();
     QVERIFY(program.waitForFinished());
     QCOMPARE(program.exitCode(), 0);
+}
+
+void ProgramTest::hearsForItsEngine()
+{
+    if (const QString missing = VirtualMicrophone::missing(); !missing.isEmpty())
+        QSKIP(qPrintable(u"HEARING IS NOT TESTED, please install: "_s + missing));
+    if (!Recogniser::ofThisSystem())
+        QSKIP("HEARING IS NOT TESTED, please install: libpocketsphinx-dev");
+    VirtualMicrophone microphone;
+    QVERIFY(microphone.start());
+    writeFile(folder_->filePath(u"data/voice-log.txt"_s), {});
+    writeFile(folder_->filePath(u"config/Kelo/Kelo.conf"_s), "[General]\nvoice=true\n");
+    engine_->play("line @mode idle\nserve");
+    QProcess program;
+    start(program, {});
+    QTRY_VERIFY_WITH_TIMEOUT(readFile(folder_->filePath(u"data/voice-log.txt"_s))
+                                 .contains("the recogniser has been taught the name"),
+        30'000);
+    QTRY_VERIFY(engine_->input().count("~lvl ") > 5);
+    QVERIFY(microphone.speak(u"Kelo, play me something"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(engine_->input().contains("~ear 1 "), 20'000);
+    const QByteArray input = engine_->input();
+    QVERIFY2(
+        input.contains("~ear 0 ") && input.indexOf("~ear 0 ") < input.indexOf("~ear 1 "), input);
+    program.terminate();
+    QVERIFY(program.waitForFinished());
 }
 
 void ProgramTest::drawsTheSamePicturesEachTime_data()
