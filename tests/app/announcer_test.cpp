@@ -41,76 +41,70 @@ class AnnouncerTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void announcesWhatChanges_data();
-    void announcesWhatChanges();
-    void saysNothingThatHoldsAlready();
-    void repeatsCaptionsForReadersOnly();
-    void announcesTheQuestionsToReaders();
+    void announcesWhatChanges_data()
+    {
+        const Table<QString> row{"said"}; // after a line
+        row("mode teach", u"Mode: lesson"_s);
+        row("access large 1", u"Larger captions on"_s);
+        row("access contrast 1", u"High contrast on"_s);
+        row("update 3.2|Notes.", u"New update: version 3.2"_s);
+        row("rollnew Waltz", u"Visualiser open. Playing Waltz"_s);
+        row("paused 1", u"Paused"_s);
+        row("kbd Stage Piano 88", u"Piano connected: Stage Piano 88"_s);
+    }
+
+    void announcesWhatChanges()
+    {
+        QFETCH(const QString, said);
+        Stand stand;
+        stand.link.say({QTest::currentDataTag()});
+        QTRY_COMPARE(stand.said, QStringList{u"Kelo is online. "_s + said});
+    }
+
+    void saysNothingThatHoldsAlready()
+    {
+        Stand stand;
+        stand.link.say({"mode idle", "kbd", "paused 0", "access large 0"});
+        stand.overlay.setEnabled(true);
+        stand.voice.status = u"OFF"_s;
+        stand.scale.reset();
+        stand.link->state = u"STARTING"_s;
+        stand.link.say({"say Good evening."});
+        QTRY_COMPARE(stand.said, QStringList{u"Kelo is online"_s});
+
+        stand.link.time.advance(2);
+        stand.voice.status = u"LISTENING FOR “KELO”"_s;
+        stand.overlay.setEnabled(false);
+        stand.scale.larger();
+        QTRY_COMPARE(stand.said.size(), 2);
+        QCOMPARE(stand.said.constLast(),
+            u"Voice control: listening for “kelo”. Caption panel off. Size 125 percent"_s);
+    }
+
+    void repeatsCaptionsForReadersOnly()
+    {
+        Stand stand;
+        stand.link.say({"say Not for you."});
+        QTRY_COMPARE(stand.said, QStringList{u"Kelo is online"_s});
+        stand.settings.setValue(u"reader"_s, true);
+        stand.link.say({"say Once more."});
+        QTRY_COMPARE(stand.said.constLast(), u"Once more."_s);
+        stand.link.time.advance(2);
+        stand.link.say({"say Once more."});
+        QTRY_COMPARE(stand.said.count(u"Once more."_s), 2);
+    }
+
+    void announcesTheQuestionsToReaders()
+    {
+        Stand stand;
+        stand.link.say({"welcome"});
+        stand.questions.setAnswers({.reader = true});
+        stand.questions.next();
+        QTRY_VERIFY(!stand.said.isEmpty());
+        QVERIFY(stand.said.constLast().startsWith(u"What should I call you?"_s));
+        QVERIFY(stand.said.constLast().contains(u"Return continues."_s));
+    }
 };
-
-void AnnouncerTest::announcesWhatChanges_data()
-{
-    const Table<QString> row{"said"}; // after a line
-    row("mode teach", u"Mode: lesson"_s);
-    row("access large 1", u"Larger captions on"_s);
-    row("access contrast 1", u"High contrast on"_s);
-    row("update 3.2|Notes.", u"New update: version 3.2"_s);
-    row("rollnew Waltz", u"Visualiser open. Playing Waltz"_s);
-    row("paused 1", u"Paused"_s);
-    row("kbd Stage Piano 88", u"Piano connected: Stage Piano 88"_s);
-}
-
-void AnnouncerTest::announcesWhatChanges()
-{
-    QFETCH(const QString, said);
-    Stand stand;
-    stand.link.say({QTest::currentDataTag()});
-    QTRY_COMPARE(stand.said, QStringList{u"Kelo is online. "_s + said});
-}
-
-void AnnouncerTest::saysNothingThatHoldsAlready()
-{
-    Stand stand;
-    stand.link.say({"mode idle", "kbd", "paused 0", "access large 0"});
-    stand.overlay.setEnabled(true);
-    stand.voice.status = u"OFF"_s;
-    stand.scale.reset();
-    stand.link->state = u"STARTING"_s;
-    stand.link.say({"say Good evening."});
-    QTRY_COMPARE(stand.said, QStringList{u"Kelo is online"_s});
-
-    stand.link.time.advance(2);
-    stand.voice.status = u"LISTENING FOR “KELO”"_s;
-    stand.overlay.setEnabled(false);
-    stand.scale.larger();
-    QTRY_COMPARE(stand.said.size(), 2);
-    QCOMPARE(stand.said.constLast(),
-        u"Voice control: listening for “kelo”. Caption panel off. Size 125 percent"_s);
-}
-
-void AnnouncerTest::repeatsCaptionsForReadersOnly()
-{
-    Stand stand;
-    stand.link.say({"say Not for you."});
-    QTRY_COMPARE(stand.said, QStringList{u"Kelo is online"_s});
-    stand.settings.setValue(u"reader"_s, true);
-    stand.link.say({"say Once more."});
-    QTRY_COMPARE(stand.said.constLast(), u"Once more."_s);
-    stand.link.time.advance(2);
-    stand.link.say({"say Once more."});
-    QTRY_COMPARE(stand.said.count(u"Once more."_s), 2);
-}
-
-void AnnouncerTest::announcesTheQuestionsToReaders()
-{
-    Stand stand;
-    stand.link.say({"welcome"});
-    stand.questions.setAnswers({.reader = true});
-    stand.questions.next();
-    QTRY_VERIFY(!stand.said.isEmpty());
-    QVERIFY(stand.said.constLast().startsWith(u"What should I call you?"_s));
-    QVERIFY(stand.said.constLast().contains(u"Return continues."_s));
-}
 
 QTEST_MAIN(AnnouncerTest)
 #include "announcer_test.moc"

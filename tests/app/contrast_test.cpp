@@ -92,159 +92,151 @@ private Q_SLOTS:
         styles_.clear();
         undrawn_.clear();
     }
-    void textIsReadable_data();
-    void textIsReadable();
+    void textIsReadable_data()
+    {
+        const Table<bool, QMap<QString, double>> row{"contrast", "exceptions"};
+        // The look's fixed colours, and how far they get. High contrast is the way out for all but
+        // the visualiser's title, which nobody needs.
+        row("normal", false,
+            {{u"ahead on bg"_s, 3.3}, {u"dim on panel"_s, 6.7}, {u"green at 50 % on bg"_s, 4.3},
+                {u"shade on bg"_s, 3.4}});
+        row("high contrast", true, {{u"green at 50 % on bg"_s, 4.3}});
+    }
+
+    void textIsReadable()
+    {
+        QFETCH(const bool, contrast);
+        Hud::shared().setContrast(contrast);
+        measureScreen(0,
+            {"mode jazz", "kbd Stage Piano 88", "jazz Swing feel|Blues in F", "update 3.2|Notes.",
+                "heard slower please", "say Slower, as you like it. This goes on for a good while.",
+                "word 43 4 300"});
+        measureScreen(0, {"mode idle", "paused 1"});
+        measureScreen(0,
+            {"buttons 108 107 105 103 101 100 98 96 95 93", "rollnew Waltz", "rollstart 0 9",
+                "on 60 90", "on 64 90", "paused 1"});
+        for (int question = 0; question < questionCount; ++question)
+            measureScreen(question, {"mode idle", "welcome"});
+
+        QVERIFY2(undrawn_.isEmpty(), qPrintable(undrawn_.join(u"; "_s)));
+        QVERIFY2(styles_.size() > 10, "hardly anything was met");
+        using Ratios = QMap<QString, double>;
+        QFETCH(Ratios, exceptions);
+        for (const auto [style, measured] : styles_.asKeyValueRange()) {
+            if (measured >= 7)
+                continue;
+            const QString finding = u"%1: %2"_s.arg(style).arg(measured, 0, 'f', 2);
+            QVERIFY2(exceptions.contains(style), qPrintable(finding));
+            QVERIFY2(measured > exceptions.take(style) - 0.05, qPrintable(finding));
+        }
+        QVERIFY2(exceptions.isEmpty(), "some exception is no longer one");
+    }
 
 private:
     static constexpr double zoom = 2.5; // letters must have pixels that are all letter
     using Pixels = QHash<QRgb, int>;
 
     /// The display as the engine's `lines` leave it.
-    void measureScreen(int question, std::initializer_list<QByteArrayView> lines);
-    static QImage photograph(QQuickView &window);
+    void measureScreen(int question, std::initializer_list<QByteArrayView> lines)
+    {
+        LinkFixture link;
+        link->welcomeStepForSnapshot = question;
+        link->contrast = Hud::shared().contrast();
+        VoiceControl voice;
+        WelcomeQuestions questions(link.link(), link.ears);
+        QSettings settings(link.folder.filePath(u"display.ini"_s), QSettings::IniFormat);
+        settings.setValue(u"scale"_s, zoom);
+        DisplayScale scale(settings);
+        link.say(lines);
+        QQuickView window;
+        fillWithMainView(window, {&link.link(), &voice, &questions, &scale, nullptr, nullptr});
+        measure(window, link.time);
+    }
+
+    static QImage photograph(QQuickView &window)
+    {
+        const QSize size = QSize(1240, 840) * zoom;
+        window.resize(size);
+        window.contentItem()->setSize(size);
+        window.rootObject()->setSize(size);
+        window.grabWindow(); // lays everything out
+        return window.grabWindow();
+    }
+
     /// Measures all texts in the window once everything that arrives has done so.
-    void measure(QQuickView &window, ManualTime &time);
-    void measureTexts(QQuickItem *item, double opacity, const QImage &picture);
+    void measure(QQuickView &window, ManualTime &time)
+    {
+        photograph(window);
+        const auto scenes = window.rootObject()->findChildren<SceneItem *>();
+        for (int frame = 0; frame < 60; ++frame) {
+            time.advance(1.0 / 60);
+            for (SceneItem *scene : scenes)
+                scene->refresh();
+        }
+        measureTexts(window.rootObject(), 1, photograph(window));
+    }
+
+    void measureTexts(QQuickItem *item, double opacity, const QImage &picture)
+    {
+        opacity *= item->opacity();
+        if (!item->isVisible() || opacity == 0)
+            return;
+        const QString words = item->property("text").toString().trimmed();
+        QList<QColor> colours;
+        if (item->inherits("QQuickText") || item->inherits("QQuickTextInput")) {
+            colours += item->property("color").value<QColor>();
+        } else if (item->inherits("kelo::CaptionDrawing")) {
+            for (const double past : {-20.0, 20.0})
+                colours += captionColour(past, Hud::shared().contrast()).toQColor();
+        }
+        if (words.isEmpty() || !isWhole(item, 14 * zoom))
+            colours.clear();
+        for (const QColor &colour : colours)
+            measureText(
+                words, item->mapRectToScene(item->boundingRect()), colour, opacity, picture);
+        if (item->inherits("QQuickText"))
+            return; // what is inside it lights it from behind
+        for (QQuickItem *child : item->childItems())
+            measureTexts(child, opacity, picture);
+    }
+
     void measureText(const QString &words, const QRectF &place, const QColor &color, double opacity,
-        const QImage &picture);
+        const QImage &picture)
+    {
+        const QRect area = place.toAlignedRect() & picture.rect();
+        Pixels pixels;
+        for (int y = area.top(); y <= area.bottom(); ++y) {
+            for (int x = area.left(); x <= area.right(); ++x)
+                ++pixels[picture.pixel(x, y)];
+        }
+        QRgb ground = 0;
+        for (const auto [pixel, count] : pixels.asKeyValueRange()) {
+            if (distance(pixel, color.rgb()) > 12 && count > pixels.value(ground))
+                ground = pixel;
+        }
+        const QColor expected = over(QColor(ground), color, color.alphaF() * opacity);
+        QRgb drawn = 0;
+        for (const auto [pixel, count] : pixels.asKeyValueRange()) {
+            if (distance(pixel, expected.rgb()) <= 12 && count > pixels.value(drawn))
+                drawn = pixel;
+        }
+        if (pixels.value(drawn) < 3) {
+            undrawn_ += words + u" in "_s + expected.name();
+            return;
+        }
+        QColor opaque = color;
+        opaque.setAlpha(255);
+        const int percent = qRound(color.alphaF() * opacity * 100);
+        const QString style = nameOf(opaque)
+            + (percent < 100 ? u" at %1 %"_s.arg(percent) : QString()) + u" on "_s
+            + nameOf(QColor(ground));
+        const double measured = ratio(QColor(drawn), QColor(ground));
+        styles_[style] = std::min(styles_.value(style, measured), measured);
+    }
 
     QMap<QString, double> styles_; // the least ratio of each style that was met
     QStringList undrawn_; // texts whose colour is nowhere to be seen
 };
-
-QImage ContrastTest::photograph(QQuickView &window)
-{
-    const QSize size = QSize(1240, 840) * zoom;
-    window.resize(size);
-    window.contentItem()->setSize(size);
-    window.rootObject()->setSize(size);
-    window.grabWindow(); // lays everything out
-    return window.grabWindow();
-}
-
-void ContrastTest::measureText(const QString &words, const QRectF &place, const QColor &color,
-    double opacity, const QImage &picture)
-{
-    const QRect area = place.toAlignedRect() & picture.rect();
-    Pixels pixels;
-    for (int y = area.top(); y <= area.bottom(); ++y) {
-        for (int x = area.left(); x <= area.right(); ++x)
-            ++pixels[picture.pixel(x, y)];
-    }
-    QRgb ground = 0;
-    for (const auto [pixel, count] : pixels.asKeyValueRange()) {
-        if (distance(pixel, color.rgb()) > 12 && count > pixels.value(ground))
-            ground = pixel;
-    }
-    const QColor expected = over(QColor(ground), color, color.alphaF() * opacity);
-    QRgb drawn = 0;
-    for (const auto [pixel, count] : pixels.asKeyValueRange()) {
-        if (distance(pixel, expected.rgb()) <= 12 && count > pixels.value(drawn))
-            drawn = pixel;
-    }
-    if (pixels.value(drawn) < 3) {
-        undrawn_ += words + u" in "_s + expected.name();
-        return;
-    }
-    QColor opaque = color;
-    opaque.setAlpha(255);
-    const int percent = qRound(color.alphaF() * opacity * 100);
-    const QString style = nameOf(opaque) + (percent < 100 ? u" at %1 %"_s.arg(percent) : QString())
-        + u" on "_s + nameOf(QColor(ground));
-    const double measured = ratio(QColor(drawn), QColor(ground));
-    styles_[style] = std::min(styles_.value(style, measured), measured);
-}
-
-void ContrastTest::measureTexts(QQuickItem *item, double opacity, const QImage &picture)
-{
-    opacity *= item->opacity();
-    if (!item->isVisible() || opacity == 0)
-        return;
-    const QString words = item->property("text").toString().trimmed();
-    QList<QColor> colours;
-    if (item->inherits("QQuickText") || item->inherits("QQuickTextInput")) {
-        colours += item->property("color").value<QColor>();
-    } else if (item->inherits("kelo::CaptionDrawing")) {
-        for (const double past : {-20.0, 20.0})
-            colours += captionColour(past, Hud::shared().contrast()).toQColor();
-    }
-    if (words.isEmpty() || !isWhole(item, 14 * zoom))
-        colours.clear();
-    for (const QColor &colour : colours)
-        measureText(words, item->mapRectToScene(item->boundingRect()), colour, opacity, picture);
-    if (item->inherits("QQuickText"))
-        return; // what is inside it lights it from behind
-    for (QQuickItem *child : item->childItems())
-        measureTexts(child, opacity, picture);
-}
-
-void ContrastTest::measure(QQuickView &window, ManualTime &time)
-{
-    photograph(window);
-    const auto scenes = window.rootObject()->findChildren<SceneItem *>();
-    for (int frame = 0; frame < 60; ++frame) {
-        time.advance(1.0 / 60);
-        for (SceneItem *scene : scenes)
-            scene->refresh();
-    }
-    measureTexts(window.rootObject(), 1, photograph(window));
-}
-
-void ContrastTest::measureScreen(int question, std::initializer_list<QByteArrayView> lines)
-{
-    LinkFixture link;
-    link->welcomeStepForSnapshot = question;
-    link->contrast = Hud::shared().contrast();
-    VoiceControl voice;
-    WelcomeQuestions questions(link.link(), link.ears);
-    QSettings settings(link.folder.filePath(u"display.ini"_s), QSettings::IniFormat);
-    settings.setValue(u"scale"_s, zoom);
-    DisplayScale scale(settings);
-    link.say(lines);
-    QQuickView window;
-    fillWithMainView(window, {&link.link(), &voice, &questions, &scale, nullptr, nullptr});
-    measure(window, link.time);
-}
-
-void ContrastTest::textIsReadable_data()
-{
-    const Table<bool, QMap<QString, double>> row{"contrast", "exceptions"};
-    // The look's fixed colours, and how far they get. High contrast is the way out for all but the
-    // visualiser's title, which nobody needs.
-    row("normal", false,
-        {{u"ahead on bg"_s, 3.3}, {u"dim on panel"_s, 6.7}, {u"green at 50 % on bg"_s, 4.3},
-            {u"shade on bg"_s, 3.4}});
-    row("high contrast", true, {{u"green at 50 % on bg"_s, 4.3}});
-}
-
-void ContrastTest::textIsReadable()
-{
-    QFETCH(const bool, contrast);
-    Hud::shared().setContrast(contrast);
-    measureScreen(0,
-        {"mode jazz", "kbd Stage Piano 88", "jazz Swing feel|Blues in F", "update 3.2|Notes.",
-            "heard slower please", "say Slower, as you like it. This goes on for a good while.",
-            "word 43 4 300"});
-    measureScreen(0, {"mode idle", "paused 1"});
-    measureScreen(0,
-        {"buttons 108 107 105 103 101 100 98 96 95 93", "rollnew Waltz", "rollstart 0 9",
-            "on 60 90", "on 64 90", "paused 1"});
-    for (int question = 0; question < questionCount; ++question)
-        measureScreen(question, {"mode idle", "welcome"});
-
-    QVERIFY2(undrawn_.isEmpty(), qPrintable(undrawn_.join(u"; "_s)));
-    QVERIFY2(styles_.size() > 10, "hardly anything was met");
-    using Ratios = QMap<QString, double>;
-    QFETCH(Ratios, exceptions);
-    for (const auto [style, measured] : styles_.asKeyValueRange()) {
-        if (measured >= 7)
-            continue;
-        const QString finding = u"%1: %2"_s.arg(style).arg(measured, 0, 'f', 2);
-        QVERIFY2(exceptions.contains(style), qPrintable(finding));
-        QVERIFY2(measured > exceptions.take(style) - 0.05, qPrintable(finding));
-    }
-    QVERIFY2(exceptions.isEmpty(), "some exception is no longer one");
-}
 
 QTEST_MAIN(ContrastTest)
 #include "contrast_test.moc"

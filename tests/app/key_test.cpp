@@ -25,76 +25,75 @@ class KeyTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void leadsWhereTheUserMeans_data();
-    void leadsWhereTheUserMeans();
+    void leadsWhereTheUserMeans_data()
+    {
+        const Table<KeyPress, KeyContext, KeyAction> row{"press", "context", "action"};
+        const KeyContext plain;
+        const KeyContext welcome{.welcome = true};
+        const KeyContext tabbing{.tabbing = true};
+        const KeyContext typing{.typing = true};
+        const KeyContext visual{.visual = true};
+        const KeyContext typingInVisual{.typing = true, .visual = true};
+        const auto control = Qt::ControlModifier;
+        const auto shift = Qt::ShiftModifier;
+
+        row("a letter", {Qt::Key_H, {}, u"h"_s}, plain, sends(u"h"_s));
+        row("punctuation", {Qt::Key_BracketLeft, {}, u"["_s}, plain, sends(u"["_s));
+        row("the last printable one", {Qt::Key_AsciiTilde, shift, u"~"_s}, plain, sends(u"~"_s));
+        row("Alt does not bypass", {Qt::Key_N, Qt::AltModifier, u"n"_s}, plain, sends(u"n"_s));
+        row("an accented letter", {Qt::Key_Eacute, {}, u"é"_s}, plain, {});
+        row("an emoji", {Qt::Key_unknown, {}, u"🎹"_s}, plain, {});
+        row("a dead key", {Qt::Key_Dead_Acute, {}, {}}, plain, {});
+        row("forward delete", {Qt::Key_Delete, {}, u"\x7f"_s}, plain, {});
+        row("a function key", {Qt::Key_F5, {}, {}}, plain, {});
+        row("return", {Qt::Key_Return, {}, u"\r"_s}, plain, sends(u"\n"_s));
+        row("keypad enter", {Qt::Key_Enter, Qt::KeypadModifier, u"\r"_s}, plain, sends(u"\n"_s));
+        row("backspace", {Qt::Key_Backspace, {}, u"\b"_s}, plain, sends(u"\x7f"_s));
+        row("left", {Qt::Key_Left, {}, {}}, plain, sends(u"\x1b[D"_s));
+        row("right", {Qt::Key_Right, {}, {}}, plain, sends(u"\x1b[C"_s));
+
+        row("Ctrl+Q never reaches the engine", {Qt::Key_Q, control, u"\x11"_s}, plain, {});
+        row("Meta+M neither", {Qt::Key_M, Qt::MetaModifier, u"m"_s}, plain, {});
+        row("Ctrl+F is no shortcut of ours", {Qt::Key_F, control, u"\x06"_s}, visual, {});
+        row("Ctrl+C in the questions", {Qt::Key_C, control, u"\x03"_s}, welcome, {});
+
+        row("the questions come first", {Qt::Key_F, {}, u"f"_s}, welcome,
+            {Kind::OfferToWelcome, {}});
+        row("even for Tab", {Qt::Key_Tab, {}, u"\t"_s}, welcome, {Kind::OfferToWelcome, {}});
+
+        row("Tab moves the focus", {Qt::Key_Tab, {}, u"\t"_s}, plain, {Kind::BeginTabbing, {}});
+        row("and back", {Qt::Key_Backtab, shift, u"\t"_s}, tabbing, {Kind::BeginTabbing, {}});
+        row("space presses the control", {Qt::Key_Space, {}, u" "_s}, tabbing, {});
+        row("return too", {Qt::Key_Return, {}, u"\r"_s}, tabbing, {});
+        row("enter too", {Qt::Key_Enter, {}, u"\r"_s}, tabbing, {});
+        row("escape leaves the controls", {Qt::Key_Escape, {}, {}}, tabbing,
+            {Kind::EndTabbing, {}});
+        row("then space is the engine's", {Qt::Key_Space, {}, u" "_s}, plain, sends(u" "_s));
+        row("a letter while tabbing", {Qt::Key_N, {}, u"n"_s}, tabbing, sends(u"n"_s));
+        row("escape leaves the controls before the visualiser", {Qt::Key_Escape, {}, {}},
+            {.tabbing = true, .visual = true}, {Kind::EndTabbing, {}});
+
+        row("f", {Qt::Key_F, {}, u"f"_s}, plain, {Kind::ToggleVisualiser, {}});
+        row("F", {Qt::Key_F, shift, u"F"_s}, visual, {Kind::ToggleVisualiser, {}});
+        row("o", {Qt::Key_O, {}, u"o"_s}, plain, {Kind::ChooseFile, {}});
+        row("escape leaves the visualiser", {Qt::Key_Escape, {}, {}}, visual,
+            {Kind::LeaveVisualiser, {}});
+        row("escape means nothing else", {Qt::Key_Escape, {}, u"\x1b"_s}, plain, {});
+        row("f is a letter while typing", {Qt::Key_F, {}, u"f"_s}, typing, sends(u"f"_s));
+        row("O too", {Qt::Key_O, shift, u"O"_s}, typing, sends(u"O"_s));
+        row("escape is nothing while typing", {Qt::Key_Escape, {}, u"\x1b"_s}, typingInVisual, {});
+    }
+
+    void leadsWhereTheUserMeans()
+    {
+        QFETCH(const KeyPress, press);
+        QFETCH(const KeyContext, context);
+        QFETCH(const KeyAction, action);
+        const KeyAction found = keyAction(press, context);
+        QCOMPARE(static_cast<int>(found.kind), static_cast<int>(action.kind));
+        QCOMPARE(found.text, action.text);
+    }
 };
-
-void KeyTest::leadsWhereTheUserMeans_data()
-{
-    const Table<KeyPress, KeyContext, KeyAction> row{"press", "context", "action"};
-    const KeyContext plain;
-    const KeyContext welcome{.welcome = true};
-    const KeyContext tabbing{.tabbing = true};
-    const KeyContext typing{.typing = true};
-    const KeyContext visual{.visual = true};
-    const KeyContext typingInVisual{.typing = true, .visual = true};
-    const auto control = Qt::ControlModifier;
-    const auto shift = Qt::ShiftModifier;
-
-    row("a letter", {Qt::Key_H, {}, u"h"_s}, plain, sends(u"h"_s));
-    row("punctuation", {Qt::Key_BracketLeft, {}, u"["_s}, plain, sends(u"["_s));
-    row("the last printable one", {Qt::Key_AsciiTilde, shift, u"~"_s}, plain, sends(u"~"_s));
-    row("Alt does not bypass", {Qt::Key_N, Qt::AltModifier, u"n"_s}, plain, sends(u"n"_s));
-    row("an accented letter", {Qt::Key_Eacute, {}, u"é"_s}, plain, {});
-    row("an emoji", {Qt::Key_unknown, {}, u"🎹"_s}, plain, {});
-    row("a dead key", {Qt::Key_Dead_Acute, {}, {}}, plain, {});
-    row("forward delete", {Qt::Key_Delete, {}, u"\x7f"_s}, plain, {});
-    row("a function key", {Qt::Key_F5, {}, {}}, plain, {});
-    row("return", {Qt::Key_Return, {}, u"\r"_s}, plain, sends(u"\n"_s));
-    row("keypad enter", {Qt::Key_Enter, Qt::KeypadModifier, u"\r"_s}, plain, sends(u"\n"_s));
-    row("backspace", {Qt::Key_Backspace, {}, u"\b"_s}, plain, sends(u"\x7f"_s));
-    row("left", {Qt::Key_Left, {}, {}}, plain, sends(u"\x1b[D"_s));
-    row("right", {Qt::Key_Right, {}, {}}, plain, sends(u"\x1b[C"_s));
-
-    row("Ctrl+Q never reaches the engine", {Qt::Key_Q, control, u"\x11"_s}, plain, {});
-    row("Meta+M neither", {Qt::Key_M, Qt::MetaModifier, u"m"_s}, plain, {});
-    row("Ctrl+F is no shortcut of ours", {Qt::Key_F, control, u"\x06"_s}, visual, {});
-    row("Ctrl+C in the questions", {Qt::Key_C, control, u"\x03"_s}, welcome, {});
-
-    row("the questions come first", {Qt::Key_F, {}, u"f"_s}, welcome, {Kind::OfferToWelcome, {}});
-    row("even for Tab", {Qt::Key_Tab, {}, u"\t"_s}, welcome, {Kind::OfferToWelcome, {}});
-
-    row("Tab moves the focus", {Qt::Key_Tab, {}, u"\t"_s}, plain, {Kind::BeginTabbing, {}});
-    row("and back", {Qt::Key_Backtab, shift, u"\t"_s}, tabbing, {Kind::BeginTabbing, {}});
-    row("space presses the control", {Qt::Key_Space, {}, u" "_s}, tabbing, {});
-    row("return too", {Qt::Key_Return, {}, u"\r"_s}, tabbing, {});
-    row("enter too", {Qt::Key_Enter, {}, u"\r"_s}, tabbing, {});
-    row("escape leaves the controls", {Qt::Key_Escape, {}, {}}, tabbing, {Kind::EndTabbing, {}});
-    row("then space is the engine's", {Qt::Key_Space, {}, u" "_s}, plain, sends(u" "_s));
-    row("a letter while tabbing", {Qt::Key_N, {}, u"n"_s}, tabbing, sends(u"n"_s));
-    row("escape leaves the controls before the visualiser", {Qt::Key_Escape, {}, {}},
-        {.tabbing = true, .visual = true}, {Kind::EndTabbing, {}});
-
-    row("f", {Qt::Key_F, {}, u"f"_s}, plain, {Kind::ToggleVisualiser, {}});
-    row("F", {Qt::Key_F, shift, u"F"_s}, visual, {Kind::ToggleVisualiser, {}});
-    row("o", {Qt::Key_O, {}, u"o"_s}, plain, {Kind::ChooseFile, {}});
-    row("escape leaves the visualiser", {Qt::Key_Escape, {}, {}}, visual,
-        {Kind::LeaveVisualiser, {}});
-    row("escape means nothing else", {Qt::Key_Escape, {}, u"\x1b"_s}, plain, {});
-    row("f is a letter while typing", {Qt::Key_F, {}, u"f"_s}, typing, sends(u"f"_s));
-    row("O too", {Qt::Key_O, shift, u"O"_s}, typing, sends(u"O"_s));
-    row("escape is nothing while typing", {Qt::Key_Escape, {}, u"\x1b"_s}, typingInVisual, {});
-}
-
-void KeyTest::leadsWhereTheUserMeans()
-{
-    QFETCH(const KeyPress, press);
-    QFETCH(const KeyContext, context);
-    QFETCH(const KeyAction, action);
-    const KeyAction found = keyAction(press, context);
-    QCOMPARE(static_cast<int>(found.kind), static_cast<int>(action.kind));
-    QCOMPARE(found.text, action.text);
-}
 
 QTEST_APPLESS_MAIN(KeyTest)
 #include "key_test.moc"

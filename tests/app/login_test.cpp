@@ -17,11 +17,77 @@ class LoginTest : public QObject {
 
 private Q_SLOTS:
     void init() { folder_ = std::make_unique<QTemporaryDir>(); }
-    void startsTheProgramHiddenWhereverItIs_data();
-    void startsTheProgramHiddenWhereverItIs();
-    void readsWhatTheDesktopMadeOfIt_data();
-    void readsWhatTheDesktopMadeOfIt();
-    void saysWhenItFails();
+
+    void startsTheProgramHiddenWhereverItIs_data()
+    {
+        const Table<QString> row{"name"};
+        row("plain", u"kelo"_s);
+        row("spaces", u"my  programs/kelo display"_s);
+        row("percent signs", u"100%/%u%%f/kelo"_s);
+        row("an equals sign", u"a=b/kelo"_s);
+        row("backslashes and quotes", u"a\\b\\\\c\"d'e/ke\"lo\\"_s);
+        row("what a shell would expand", u"$HOME `id` $(id) ~ * ?/kelo;#&"_s);
+        row("other scripts", u"برامج/鍵盤"_s);
+    }
+
+    void startsTheProgramHiddenWhereverItIs()
+    {
+        QFETCH(const QString, name);
+        // A program that notes how it was called.
+        const QString executable = folder_->filePath(name);
+        const QString notes = folder_->filePath(u"called"_s);
+        writeFile(
+            executable, "#!/bin/sh\nprintf '%s\\n' \"$0\" \"$@\" > '" + notes.toUtf8() + "'\n");
+        QFile::setPermissions(executable, QFile::ReadOwner | QFile::ExeOwner);
+
+        QVERIFY(item(executable).set(true));
+        QVERIFY(item(executable).on());
+        QProcess validator;
+        validator.start(u"desktop-file-validate"_s, {item().path()});
+        QVERIFY(validator.waitForFinished());
+        QCOMPARE(validator.readAll(), QByteArray());
+        QCOMPARE(validator.exitCode(), 0);
+
+        QCOMPARE(QProcess::execute(u"gio"_s, {u"launch"_s, item().path()}), 0);
+        QTRY_COMPARE(readFile(notes), executable.toUtf8() + "\n--hidden\n");
+    }
+
+    void readsWhatTheDesktopMadeOfIt_data()
+    {
+        const Table<QByteArray, bool> row{"entry", "on"};
+        const QByteArray group = "[Desktop Entry]\nType=Application\nExec=kelo --hidden\n";
+        row("as it is", group, true);
+        row("hidden", group + "Hidden=true\n", false);
+        row("not hidden", group + "Hidden=false\n", true);
+        row("disabled", group + "X-GNOME-Autostart-enabled = false \n", false);
+        row("enabled", group + "X-GNOME-Autostart-enabled=true\n", true);
+        row("carriage returns", group + "Hidden=true\r\n", false);
+        row("in another group", group + "[Desktop Action x]\nHidden=true\n", true);
+        row("in a comment", group + "# Hidden=true\n", true);
+        row("empty", {}, true);
+        row("no text", QByteArray(200'000, '\0'), true);
+    }
+
+    void readsWhatTheDesktopMadeOfIt()
+    {
+        QFETCH(const QByteArray, entry);
+        writeFile(item().path(), entry);
+        QTEST(item().on(), "on");
+        QVERIFY(item().set(true));
+        QVERIFY(item().on());
+        QVERIFY(item().set(false));
+        QVERIFY(!item().on() && !QFile::exists(item().path()));
+        QVERIFY2(item().set(false), "off already is no failure");
+    }
+
+    void saysWhenItFails()
+    {
+        const LoginItem nowhere(u"/dev/null"_s, u"/usr/bin/kelo"_s);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"can't write"_s));
+        QVERIFY(!nowhere.set(true));
+        QVERIFY(!nowhere.on());
+        QVERIFY(nowhere.set(false));
+    }
 
 private:
     [[nodiscard]] LoginItem item(const QString &executable = u"/usr/bin/kelo"_s) const
@@ -31,76 +97,6 @@ private:
 
     std::unique_ptr<QTemporaryDir> folder_;
 };
-
-void LoginTest::startsTheProgramHiddenWhereverItIs_data()
-{
-    const Table<QString> row{"name"};
-    row("plain", u"kelo"_s);
-    row("spaces", u"my  programs/kelo display"_s);
-    row("percent signs", u"100%/%u%%f/kelo"_s);
-    row("an equals sign", u"a=b/kelo"_s);
-    row("backslashes and quotes", uR"(a\b\\c"d'e/ke"lo\)"_s);
-    row("what a shell would expand", u"$HOME `id` $(id) ~ * ?/kelo;#&"_s);
-    row("other scripts", u"برامج/鍵盤"_s);
-}
-
-void LoginTest::startsTheProgramHiddenWhereverItIs()
-{
-    QFETCH(const QString, name);
-    // A program that notes how it was called.
-    const QString executable = folder_->filePath(name);
-    const QString notes = folder_->filePath(u"called"_s);
-    writeFile(executable, "#!/bin/sh\nprintf '%s\\n' \"$0\" \"$@\" > '" + notes.toUtf8() + "'\n");
-    QFile::setPermissions(executable, QFile::ReadOwner | QFile::ExeOwner);
-
-    QVERIFY(item(executable).set(true));
-    QVERIFY(item(executable).on());
-    QProcess validator;
-    validator.start(u"desktop-file-validate"_s, {item().path()});
-    QVERIFY(validator.waitForFinished());
-    QCOMPARE(validator.readAll(), QByteArray());
-    QCOMPARE(validator.exitCode(), 0);
-
-    QCOMPARE(QProcess::execute(u"gio"_s, {u"launch"_s, item().path()}), 0);
-    QTRY_COMPARE(readFile(notes), executable.toUtf8() + "\n--hidden\n");
-}
-
-void LoginTest::readsWhatTheDesktopMadeOfIt_data()
-{
-    const Table<QByteArray, bool> row{"entry", "on"};
-    const QByteArray group = "[Desktop Entry]\nType=Application\nExec=kelo --hidden\n";
-    row("as it is", group, true);
-    row("hidden", group + "Hidden=true\n", false);
-    row("not hidden", group + "Hidden=false\n", true);
-    row("disabled", group + "X-GNOME-Autostart-enabled = false \n", false);
-    row("enabled", group + "X-GNOME-Autostart-enabled=true\n", true);
-    row("carriage returns", group + "Hidden=true\r\n", false);
-    row("in another group", group + "[Desktop Action x]\nHidden=true\n", true);
-    row("in a comment", group + "# Hidden=true\n", true);
-    row("empty", {}, true);
-    row("no text", QByteArray(200'000, '\0'), true);
-}
-
-void LoginTest::readsWhatTheDesktopMadeOfIt()
-{
-    QFETCH(const QByteArray, entry);
-    writeFile(item().path(), entry);
-    QTEST(item().on(), "on");
-    QVERIFY(item().set(true));
-    QVERIFY(item().on());
-    QVERIFY(item().set(false));
-    QVERIFY(!item().on() && !QFile::exists(item().path()));
-    QVERIFY2(item().set(false), "off already is no failure");
-}
-
-void LoginTest::saysWhenItFails()
-{
-    const LoginItem nowhere(u"/dev/null"_s, u"/usr/bin/kelo"_s);
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"can't write"_s));
-    QVERIFY(!nowhere.set(true));
-    QVERIFY(!nowhere.on());
-    QVERIFY(nowhere.set(false));
-}
 
 QTEST_GUILESS_MAIN(LoginTest)
 #include "login_test.moc"

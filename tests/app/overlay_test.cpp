@@ -17,15 +17,130 @@ class OverlayTest : public AppFixture {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanupTestCase();
-    void seesWhatTheUserSees();
-    void showsWhileTheDisplayIsNotSeen();
-    void standsAtTheBottomOutOfTheWay();
-    void staysAwayWhenSwitchedOff();
+    void cleanupTestCase()
+    {
+        windowManager_.terminate();
+        windowManager_.waitForFinished();
+    }
+
+    void seesWhatTheUserSees()
+    {
+        QWindow *window = delegate_->window();
+        QCOMPARE(sightOf(nullptr), MainWindow::Missing);
+        QTRY_COMPARE(sightOf(window), MainWindow::Seen);
+
+        QRasterWindow other;
+        other.setGeometry(window->frameGeometry().adjusted(-20, -20, -300, 20));
+        other.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&other));
+        QTest::qWait(300);
+        QCOMPARE(sightOf(window), MainWindow::Seen); // a part of it
+        other.showMaximized();
+        QTRY_COMPARE(sightOf(window), MainWindow::Unseen);
+        window->raise();
+        window->requestActivate();
+        QTRY_COMPARE(sightOf(window), MainWindow::Seen);
+        other.raise();
+        other.requestActivate();
+        QTRY_COMPARE(sightOf(window), MainWindow::Unseen);
+        other.close();
+        QTRY_COMPARE(sightOf(window), MainWindow::Seen);
+
+        delegate_->minimiseWindow();
+        QTRY_COMPARE(sightOf(window), MainWindow::Unseen);
+        delegate_->showWindow();
+        QTRY_COMPARE(sightOf(window), MainWindow::Seen);
+
+        QProcess::execute(u"xdotool"_s, {u"set_desktop"_s, u"1"_s});
+        QTRY_COMPARE(sightOf(window), MainWindow::Unseen);
+        QProcess::execute(u"xdotool"_s, {u"set_desktop"_s, u"0"_s});
+        QTRY_COMPARE(sightOf(window), MainWindow::Seen);
+        delegate_->closeWindow();
+        QCOMPARE(sightOf(window), MainWindow::Unseen);
+    }
+
+    void showsWhileTheDisplayIsNotSeen()
+    {
+        link_->say({"say You can see me.", "done"});
+        QTest::qWait(100);
+        QVERIFY(!panelShows());
+
+        delegate_->closeWindow();
+        link_->say({"heard play me something"});
+        QTRY_VERIFY(panelShows());
+        delegate_->showWindow();
+        QTRY_VERIFY2(!panelShows(), "it goes when the display comes");
+
+        delegate_->closeWindow();
+        link_->say({"flash wrong"});
+        QTest::qWait(100);
+        QVERIFY(!panelShows());
+        link_->say({"flash good"});
+        QTRY_VERIFY(panelShows());
+        link_->time.advance(9.1);
+        QTRY_VERIFY2(!panelShows(), "its time is over");
+    }
+
+    void standsAtTheBottomOutOfTheWay()
+    {
+        delegate_->closeWindow();
+        link_->say({"say Still here."});
+        QTRY_VERIFY(panelShows());
+        const QWindow *panel = delegate_->overlay().window();
+        const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+        QCOMPARE(panel->size(), QSize(848, 272));
+        QCOMPARE(area.bottom() - panel->geometry().bottom(), 26);
+        QVERIFY(qAbs(panel->geometry().center().x() - area.center().x()) <= 1);
+
+        // A full-screen window does not cover it, takes the click under it and keeps the focus.
+        class Target : public QRasterWindow {
+        public:
+            int clicks = 0;
+
+        protected:
+            void mousePressEvent(QMouseEvent *) override { ++clicks; }
+        } target;
+        target.showFullScreen();
+        QVERIFY(QTest::qWaitForWindowActive(&target));
+        const QPoint middle = panel->geometry().center();
+        QProcess::execute(u"xdotool"_s,
+            {u"mousemove"_s, u"--sync"_s, QString::number(middle.x()), QString::number(middle.y()),
+                u"click"_s, u"1"_s});
+        QTRY_COMPARE(target.clicks, 1);
+        QVERIFY(target.isActive());
+        link_->say({"heard and still"});
+        const QImage seen =
+            target.screen()->grabWindow(0, middle.x() - 300, middle.y() - 100, 600, 200).toImage();
+        QVERIFY2(seen.pixelColor(1, 1) != QColor(Qt::black), "the panel shows over it");
+    }
+
+    void staysAwayWhenSwitchedOff()
+    {
+        delegate_->closeWindow();
+        link_->say({"heard one"});
+        QTRY_VERIFY(panelShows());
+        delegate_->overlay().setEnabled(false);
+        QTRY_VERIFY(!panelShows());
+        link_->say({"heard two"});
+        QTest::qWait(100);
+        QVERIFY(!panelShows());
+    }
 
 private:
-    void initTestCase() override;
-    void init() override;
+    void initTestCase()
+    {
+        AppFixture::initTestCase();
+        windowManager_.start(u"openbox"_s, {u"--sm-disable"_s});
+        QVERIFY(windowManager_.waitForStarted());
+    }
+
+    void init()
+    {
+        AppFixture::init();
+        delegate_->launch({});
+        QVERIFY(QTest::qWaitForWindowActive(delegate_->window(), 20'000));
+    }
+
     [[nodiscard]] bool panelShows() const
     {
         const auto *panel = delegate_->overlay().window();
@@ -34,129 +149,6 @@ private:
 
     QProcess windowManager_;
 };
-
-void OverlayTest::initTestCase()
-{
-    AppFixture::initTestCase();
-    windowManager_.start(u"openbox"_s, {u"--sm-disable"_s});
-    QVERIFY(windowManager_.waitForStarted());
-}
-
-void OverlayTest::init()
-{
-    AppFixture::init();
-    delegate_->launch({});
-    QVERIFY(QTest::qWaitForWindowActive(delegate_->window(), 20'000));
-}
-
-void OverlayTest::cleanupTestCase()
-{
-    windowManager_.terminate();
-    windowManager_.waitForFinished();
-}
-
-void OverlayTest::seesWhatTheUserSees()
-{
-    QWindow *window = delegate_->window();
-    QCOMPARE(sightOf(nullptr), MainWindow::Missing);
-    QTRY_COMPARE(sightOf(window), MainWindow::Seen);
-
-    QRasterWindow other;
-    other.setGeometry(window->frameGeometry().adjusted(-20, -20, -300, 20));
-    other.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&other));
-    QTest::qWait(300);
-    QCOMPARE(sightOf(window), MainWindow::Seen); // a part of it
-    other.showMaximized();
-    QTRY_COMPARE(sightOf(window), MainWindow::Unseen);
-    window->raise();
-    window->requestActivate();
-    QTRY_COMPARE(sightOf(window), MainWindow::Seen);
-    other.raise();
-    other.requestActivate();
-    QTRY_COMPARE(sightOf(window), MainWindow::Unseen);
-    other.close();
-    QTRY_COMPARE(sightOf(window), MainWindow::Seen);
-
-    delegate_->minimiseWindow();
-    QTRY_COMPARE(sightOf(window), MainWindow::Unseen);
-    delegate_->showWindow();
-    QTRY_COMPARE(sightOf(window), MainWindow::Seen);
-
-    QProcess::execute(u"xdotool"_s, {u"set_desktop"_s, u"1"_s});
-    QTRY_COMPARE(sightOf(window), MainWindow::Unseen);
-    QProcess::execute(u"xdotool"_s, {u"set_desktop"_s, u"0"_s});
-    QTRY_COMPARE(sightOf(window), MainWindow::Seen);
-    delegate_->closeWindow();
-    QCOMPARE(sightOf(window), MainWindow::Unseen);
-}
-
-void OverlayTest::showsWhileTheDisplayIsNotSeen()
-{
-    link_->say({"say You can see me.", "done"});
-    QTest::qWait(100);
-    QVERIFY(!panelShows());
-
-    delegate_->closeWindow();
-    link_->say({"heard play me something"});
-    QTRY_VERIFY(panelShows());
-    delegate_->showWindow();
-    QTRY_VERIFY2(!panelShows(), "it goes when the display comes");
-
-    delegate_->closeWindow();
-    link_->say({"flash wrong"});
-    QTest::qWait(100);
-    QVERIFY(!panelShows());
-    link_->say({"flash good"});
-    QTRY_VERIFY(panelShows());
-    link_->time.advance(9.1);
-    QTRY_VERIFY2(!panelShows(), "its time is over");
-}
-
-void OverlayTest::standsAtTheBottomOutOfTheWay()
-{
-    delegate_->closeWindow();
-    link_->say({"say Still here."});
-    QTRY_VERIFY(panelShows());
-    const QWindow *panel = delegate_->overlay().window();
-    const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
-    QCOMPARE(panel->size(), QSize(848, 272));
-    QCOMPARE(area.bottom() - panel->geometry().bottom(), 26);
-    QVERIFY(qAbs(panel->geometry().center().x() - area.center().x()) <= 1);
-
-    // A full-screen window does not cover it, takes the click under it and keeps the focus.
-    class Target : public QRasterWindow {
-    public:
-        int clicks = 0;
-
-    protected:
-        void mousePressEvent(QMouseEvent *) override { ++clicks; }
-    } target;
-    target.showFullScreen();
-    QVERIFY(QTest::qWaitForWindowActive(&target));
-    const QPoint middle = panel->geometry().center();
-    QProcess::execute(u"xdotool"_s,
-        {u"mousemove"_s, u"--sync"_s, QString::number(middle.x()), QString::number(middle.y()),
-            u"click"_s, u"1"_s});
-    QTRY_COMPARE(target.clicks, 1);
-    QVERIFY(target.isActive());
-    link_->say({"heard and still"});
-    const QImage seen =
-        target.screen()->grabWindow(0, middle.x() - 300, middle.y() - 100, 600, 200).toImage();
-    QVERIFY2(seen.pixelColor(1, 1) != QColor(Qt::black), "the panel shows over it");
-}
-
-void OverlayTest::staysAwayWhenSwitchedOff()
-{
-    delegate_->closeWindow();
-    link_->say({"heard one"});
-    QTRY_VERIFY(panelShows());
-    delegate_->overlay().setEnabled(false);
-    QTRY_VERIFY(!panelShows());
-    link_->say({"heard two"});
-    QTest::qWait(100);
-    QVERIFY(!panelShows());
-}
 
 QTEST_MAIN(OverlayTest)
 #include "overlay_test.moc"

@@ -90,8 +90,43 @@ class DispatcherTest : public EngineTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void theServiceSpeaksAndTellsHowFar();
-    void ownVoiceWhereThereIsNoService();
+    void theServiceSpeaksAndTellsHowFar()
+    {
+        QByteArrayList said; // the service's until its last answer is here
+        std::atomic<int> texts = 0;
+        const SpeechService service(
+            engine->path(u"speech"_s), [&](const QByteArray &text, int number) {
+                using S = SpeechService;
+                said << text;
+                if (++texts == 1)
+                    return QByteArrayList(); // the greeting is cut short
+                return QByteArrayList{
+                    S::event("702", number - 1, "702 END\r\n"), // of what is no more
+                    S::event("701", number, "701 BEGIN\r\n"),
+                    S::event("700", number, "700-0 3\r\n700 INDEX MARK\r\n"),
+                    S::event("700", number, "700-nonsense\r\n700 INDEX MARK\r\n"),
+                    S::event("700", number, "700-6 5\r\n700 INDEX MARK\r\n"),
+                    S::event("702", number, "702 END\r\n")};
+            });
+        startWithService();
+        QVERIFY(!engine->waitFor(u"say Good .*"_s).isEmpty());
+        QTRY_COMPARE(texts, 1);
+        expect("~speak All <three> keys\n",
+            {u"say All <three> keys"_s, u"start"_s, u"word 0 3 .*"_s, u"word 6 5 .*"_s});
+        QVERIFY(!engine->waitFor(u"done"_s, 3).isEmpty());
+        QCOMPARE(said.last(),
+            R"(<speak><mark name="0 3"/>All <mark name="5 5"/>&lt;three&gt; )"
+            R"(<mark name="12 4"/>keys</speak>)"_ba);
+        QCOMPARE(engine->end(), QString()); // before what it speaks to ends
+    }
+
+    void ownVoiceWhereThereIsNoService()
+    {
+        startWithService();
+        QVERIFY(!engine->waitFor(u"say Good .*"_s).isEmpty());
+        QVERIFY(!engine->waitFor(u"spec \\d+ 0 .*"_s).isEmpty());
+        QVERIFY(!engine->waitFor(u"done"_s, 30).isEmpty());
+    }
 
 private:
     void startWithService()
@@ -104,42 +139,6 @@ private:
                 {u"SPEECHD_ADDRESS"_s, u"unix_socket:"_s + engine->path(u"speech"_s)}});
     }
 };
-
-void DispatcherTest::theServiceSpeaksAndTellsHowFar()
-{
-    QByteArrayList said; // the service's until its last answer is here
-    std::atomic<int> texts = 0;
-    const SpeechService service(engine->path(u"speech"_s), [&](const QByteArray &text, int number) {
-        using S = SpeechService;
-        said << text;
-        if (++texts == 1)
-            return QByteArrayList(); // the greeting is cut short
-        return QByteArrayList{S::event("702", number - 1, "702 END\r\n"), // of what is no more
-            S::event("701", number, "701 BEGIN\r\n"),
-            S::event("700", number, "700-0 3\r\n700 INDEX MARK\r\n"),
-            S::event("700", number, "700-nonsense\r\n700 INDEX MARK\r\n"),
-            S::event("700", number, "700-6 5\r\n700 INDEX MARK\r\n"),
-            S::event("702", number, "702 END\r\n")};
-    });
-    startWithService();
-    QVERIFY(!engine->waitFor(u"say Good .*"_s).isEmpty());
-    QTRY_COMPARE(texts, 1);
-    expect("~speak All <three> keys\n",
-        {u"say All <three> keys"_s, u"start"_s, u"word 0 3 .*"_s, u"word 6 5 .*"_s});
-    QVERIFY(!engine->waitFor(u"done"_s, 3).isEmpty());
-    QCOMPARE(said.last(),
-        R"(<speak><mark name="0 3"/>All <mark name="5 5"/>&lt;three&gt; )"
-        R"(<mark name="12 4"/>keys</speak>)"_ba);
-    QCOMPARE(engine->end(), QString()); // before what it speaks to ends
-}
-
-void DispatcherTest::ownVoiceWhereThereIsNoService()
-{
-    startWithService();
-    QVERIFY(!engine->waitFor(u"say Good .*"_s).isEmpty());
-    QVERIFY(!engine->waitFor(u"spec \\d+ 0 .*"_s).isEmpty());
-    QVERIFY(!engine->waitFor(u"done"_s, 30).isEmpty());
-}
 
 QTEST_GUILESS_MAIN(DispatcherTest)
 #include "dispatcher_test.moc"

@@ -53,82 +53,82 @@ class EarTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void hearsEachCommandOnce_data();
-    void hearsEachCommandOnce();
-    void needsNoNameWhenAsked();
+    void hearsEachCommandOnce_data()
+    {
+        const Table<QList<Line>, QStringList> row{"lines", "commands"};
+        row("waits for words that are still coming",
+            {{0, u"kelo"_s}, {0.3, u"kelo play"_s}, {0.9, u"kelo play song"_s},
+                {1.5, u"kelo play song three"_s}},
+            {u"2.2: play song three"_s});
+        row("the same words again are no change",
+            {{0, u"kelo stop"_s}, {0.3, u"kelo stop"_s}, {0.6, u"Kelo, stop."_s}},
+            {u"0.7: stop"_s});
+        row("a final one needs no waiting", {{0, u"kelo"_s}, {0.2, u"kelo help"_s, true}},
+            {u"0.2: help"_s});
+        row("the final after the silence is old news",
+            {{0, u"kelo help"_s}, {1.2, u"kelo help"_s, true}, {20, u"kelo"_s}},
+            {u"0.7: help"_s, u"20.7: "_s});
+        row("a session that goes on repeats nothing",
+            {{0, u"kelo play"_s}, {1.0, u"kelo play song three"_s},
+                {1.9, u"kelo play song three"_s, true}},
+            {u"0.7: play"_s});
+        row("words that change their minds repeat nothing",
+            {{0, u"kelo please top"_s}, {0.8, u"kelo please stop"_s},
+                {1.3, u"kelo please stop it"_s, true}},
+            {u"0.7: please top"_s});
+        row("but a second command in it counts",
+            {{0, u"kelo louder"_s}, {1.4, u"kelo louder kelo"_s},
+                {1.6, u"kelo louder kelo help"_s}},
+            {u"0.7: louder"_s, u"2.3: help"_s});
+        row("the same command twice in fresh sessions counts twice",
+            {{0, u"kelo louder"_s}, {1.0, u"kelo"_s}, {1.2, u"kelo louder"_s, true},
+                {2.0, u"kelo"_s}, {2.3, u"kelo louder"_s, true}},
+            {u"0.7: louder"_s, u"1.2: louder"_s, u"2.3: louder"_s});
+        row("talk without the name", {{0, u"so i said stop"_s}, {1, u"so i said stop it"_s, true}},
+            {});
+        row("the name that was only misheard for a moment",
+            {{0, u"kelo"_s}, {0.3, u"hello there"_s}, {2, u"hello there"_s, true}}, {});
+        row("its own voice",
+            {{0, u"kelo play song three"_s, false, true},
+                {1, u"kelo play song three says"_s, true, true}},
+            {});
+        row("its own voice, after it has ended",
+            {{0, u"say kelo help"_s, false, true}, {1.0, u"say kelo help"_s},
+                {1.5, u"say kelo help"_s, true}},
+            {});
+        row("stop cuts in at once",
+            {{0, u"the third note"_s, false, true},
+                {0.4, u"the third note kelo stop"_s, false, true},
+                {0.6, u"the third note kelo stop"_s}},
+            {u"0.4: stop"_s});
+        row("a command that follows its own voice",
+            {{0, u"the third note"_s, false, true}, {1.0, u"the third note kelo"_s},
+                {1.3, u"the third note kelo next"_s, true}},
+            {u"1.3: next"_s});
+        row("nothing at all", {{0, u""_s}, {1, u""_s, true}, {2, u"  . "_s, true}}, {});
+    }
+
+    void hearsEachCommandOnce()
+    {
+        QFETCH(QList<Line>, lines);
+        QFETCH(QStringList, commands);
+        Ear ear(isCommand);
+        QCOMPARE(heard(ear, lines), commands);
+    }
+
+    void needsNoNameWhenAsked()
+    {
+        Ear ear(isCommand);
+        ear.expectAnswer(0);
+        QCOMPARE(heard(ear, {{1, u"song"_s}, {1.3, u"song three"_s, true}, {3, u"louder"_s, true}}),
+            QStringList({u"1.3: song three"_s})); // one answer
+        ear.expectAnswer(10);
+        QCOMPARE(heard(ear, {{19, u"louder"_s, true}}), QStringList());
+        ear.setOpen(true);
+        QCOMPARE(heard(ear, {{30, u"louder"_s, true}, {40, u"kelo louder"_s, true}}),
+            QStringList({u"30.0: louder"_s, u"40.0: louder"_s}));
+    }
 };
-
-void EarTest::hearsEachCommandOnce_data()
-{
-    const Table<QList<Line>, QStringList> row{"lines", "commands"};
-    row("waits for words that are still coming",
-        {{0, u"kelo"_s}, {0.3, u"kelo play"_s}, {0.9, u"kelo play song"_s},
-            {1.5, u"kelo play song three"_s}},
-        {u"2.2: play song three"_s});
-    row("the same words again are no change",
-        {{0, u"kelo stop"_s}, {0.3, u"kelo stop"_s}, {0.6, u"Kelo, stop."_s}}, {u"0.7: stop"_s});
-    row("a final one needs no waiting", {{0, u"kelo"_s}, {0.2, u"kelo help"_s, true}},
-        {u"0.2: help"_s});
-    row("the final after the silence is old news",
-        {{0, u"kelo help"_s}, {1.2, u"kelo help"_s, true}, {20, u"kelo"_s}},
-        {u"0.7: help"_s, u"20.7: "_s});
-    row("a session that goes on repeats nothing",
-        {{0, u"kelo play"_s}, {1.0, u"kelo play song three"_s},
-            {1.9, u"kelo play song three"_s, true}},
-        {u"0.7: play"_s});
-    row("words that change their minds repeat nothing",
-        {{0, u"kelo please top"_s}, {0.8, u"kelo please stop"_s},
-            {1.3, u"kelo please stop it"_s, true}},
-        {u"0.7: please top"_s});
-    row("but a second command in it counts",
-        {{0, u"kelo louder"_s}, {1.4, u"kelo louder kelo"_s}, {1.6, u"kelo louder kelo help"_s}},
-        {u"0.7: louder"_s, u"2.3: help"_s});
-    row("the same command twice in fresh sessions counts twice",
-        {{0, u"kelo louder"_s}, {1.0, u"kelo"_s}, {1.2, u"kelo louder"_s, true}, {2.0, u"kelo"_s},
-            {2.3, u"kelo louder"_s, true}},
-        {u"0.7: louder"_s, u"1.2: louder"_s, u"2.3: louder"_s});
-    row("talk without the name", {{0, u"so i said stop"_s}, {1, u"so i said stop it"_s, true}}, {});
-    row("the name that was only misheard for a moment",
-        {{0, u"kelo"_s}, {0.3, u"hello there"_s}, {2, u"hello there"_s, true}}, {});
-    row("its own voice",
-        {{0, u"kelo play song three"_s, false, true},
-            {1, u"kelo play song three says"_s, true, true}},
-        {});
-    row("its own voice, after it has ended",
-        {{0, u"say kelo help"_s, false, true}, {1.0, u"say kelo help"_s},
-            {1.5, u"say kelo help"_s, true}},
-        {});
-    row("stop cuts in at once",
-        {{0, u"the third note"_s, false, true}, {0.4, u"the third note kelo stop"_s, false, true},
-            {0.6, u"the third note kelo stop"_s}},
-        {u"0.4: stop"_s});
-    row("a command that follows its own voice",
-        {{0, u"the third note"_s, false, true}, {1.0, u"the third note kelo"_s},
-            {1.3, u"the third note kelo next"_s, true}},
-        {u"1.3: next"_s});
-    row("nothing at all", {{0, u""_s}, {1, u""_s, true}, {2, u"  . "_s, true}}, {});
-}
-
-void EarTest::hearsEachCommandOnce()
-{
-    QFETCH(QList<Line>, lines);
-    QFETCH(QStringList, commands);
-    Ear ear(isCommand);
-    QCOMPARE(heard(ear, lines), commands);
-}
-
-void EarTest::needsNoNameWhenAsked()
-{
-    Ear ear(isCommand);
-    ear.expectAnswer(0);
-    QCOMPARE(heard(ear, {{1, u"song"_s}, {1.3, u"song three"_s, true}, {3, u"louder"_s, true}}),
-        QStringList({u"1.3: song three"_s})); // one answer
-    ear.expectAnswer(10);
-    QCOMPARE(heard(ear, {{19, u"louder"_s, true}}), QStringList());
-    ear.setOpen(true);
-    QCOMPARE(heard(ear, {{30, u"louder"_s, true}, {40, u"kelo louder"_s, true}}),
-        QStringList({u"30.0: louder"_s, u"40.0: louder"_s}));
-}
 
 QTEST_APPLESS_MAIN(EarTest)
 #include "ear_test.moc"

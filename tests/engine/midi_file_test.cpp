@@ -18,177 +18,170 @@ class MidiFileTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void drawsBarLines_data();
-    void drawsBarLines();
-    void readsNotes_data();
-    void readsNotes();
-    void refuses_data();
-    void refuses();
-    void everyTruncationGivesAWholeBeginning();
-    void survivesDamage();
-    void endsAfterADay();
+    void drawsBarLines_data()
+    {
+        QTest::addColumn<midi::Bytes>("bytes");
+        QTest::addColumn<QList<double>>("bars");
+        QTest::addColumn<int>("spelling"); // sharps, flats, mixed
+        const auto row = [](const char *name, const midi::Bytes &events, const QList<double> &bars,
+                             int spelling = 2, int division = 96) {
+            QTest::newRow(name) << join({header(0, 1, division), track(join({events, end}))})
+                                << bars << spelling;
+        };
+        const Bytes on{0x90, 60, 80};
+        const Bytes off{0x80, 60, 0};
+        row("four quarters unless said", join({at(0, on), at(800, off)}), {0, 2, 4});
+        row("three quarters, two sharps",
+            join({at(0, {0xff, 0x58, 4, 3, 2, 24, 8}), at(0, {0xff, 0x59, 2, 2, 0}), at(0, on),
+                at(600, off)}),
+            {0, 1.5, 3}, 0);
+        row("an upbeat, then six eighths, flats",
+            join({at(0, {0xff, 0x58, 4, 1, 3, 24, 8}), at(0, {0xff, 0x59, 2, 0xfd, 0}), at(0, on),
+                at(48, {0xff, 0x58, 4, 6, 3, 24, 8}), at(400, off)}),
+            {0, 0.25, 1.75}, 1);
+        row("a tempo that changes within a bar",
+            join({at(0, on), at(192, tempo(1000000)), at(300, off)}), {0, 3});
+        row("bars of no length",
+            join({at(0, {0xff, 0x58, 4, 0, 2, 24, 8}), at(0, {0xff, 0x58, 4, 4, 99, 24, 8}),
+                at(0, on), at(400, off)}),
+            {0, 2});
+        row("seconds have no bars", join({at(0, on), at(4000, off)}), {}, 2, 0xe728);
+    }
+
+    void drawsBarLines()
+    {
+        QFETCH(midi::Bytes, bytes);
+        QFETCH(QList<double>, bars);
+        QFETCH(int, spelling);
+        const auto piece = std::get<Piece>(readMidiFile(bytes));
+        QCOMPARE(QList<double>(piece.bars.begin(), piece.bars.end()), bars);
+        QCOMPARE(static_cast<int>(piece.spelling), spelling);
+    }
+
+    void readsNotes_data()
+    {
+        const Table<Bytes, std::vector<Note>> row{"file", "notes"};
+        const Bytes on{0x90, 60, 80};
+        const Bytes off{0x80, 60, 0};
+
+        row("running status, release by velocity 0",
+            join({header(0, 1, 480),
+                track(
+                    join({at(0, on), at(480, {60, 0}), at(0, {62, 70}), at(240, {62, 0}), end}))}),
+            {{0, 0.5, 60, 80, 0, 0}, {0.5, 0.25, 62, 70, 0, 0}});
+        row("running status outlives a tempo event",
+            join({header(0, 1, 480),
+                track(join({at(0, on), at(480, tempo(1000000)), at(480, {60, 0}), end}))}),
+            {{0, 1.5, 60, 80, 0, 0}});
+        row("the tempo track rules the others",
+            join({header(1, 3, 96), track(join({at(0, tempo(250000)), at(96, tempo(750000)), end})),
+                track(join({at(96, on), at(96, off), end})),
+                track(join({at(0, {0x91, 40, 9}), at(192, {0x81, 40, 0}), end}))}),
+            {{0, 1, 40, 9, 2, 1}, {0.25, 0.75, 60, 80, 1, 0}});
+        row("frames of 25 a second",
+            join({header(0, 1, 0xe728), track(join({at(0, on), at(1000, off), end}))}),
+            {{0, 1, 60, 80, 0, 0}});
+        row("the same key twice at once ends in the order of its presses",
+            join({header(0, 1, 480),
+                track(join({at(0, on), at(480, on), at(480, off), at(480, off), end}))}),
+            {{0, 1, 60, 80, 0, 0}, {0.5, 1, 60, 80, 0, 0}});
+        row("a note never released ends with the track",
+            join({header(0, 1, 480), track(join({at(0, on), at(960, {0xff, 0x2f, 0})}))}),
+            {{0, 1, 60, 80, 0, 0}});
+        row("unknown chunks, longer headers and system messages are passed over",
+            join({chunk("MThd", {0, 0, 0, 1, 1, 0xe0, 9, 9}), chunk("XFIH", {1, 2, 3}),
+                track(join({at(0, {0xf0, 2, 1, 0xf7}), at(0, on), at(0, {0xff, 1, 2, 'h', 'i'}),
+                    at(480, off), end}))}),
+            {{0, 0.5, 60, 80, 0, 0}});
+        row("a release without a press, a tempo of 0",
+            join({header(0, 1, 480),
+                track(join({at(0, off), at(0, tempo(0)), at(0, on), at(480, off), end}))}),
+            {{0, 0.5, 60, 80, 0, 0}});
+        row("a chunk that claims more than there is",
+            join({header(0, 1, 480), {'M', 'T', 'r', 'k', 0xff, 0xff, 0xff, 0xff}, at(0, on),
+                at(480, off)}),
+            {{0, 0.5, 60, 80, 0, 0}});
+    }
+
+    void readsNotes()
+    {
+        QFETCH(Bytes, file);
+        QFETCH(std::vector<Note>, notes);
+        const auto read = readMidiFile(file);
+        QVERIFY(std::holds_alternative<Piece>(read));
+        QCOMPARE(std::get<Piece>(read).notes, notes);
+    }
+
+    void refuses_data()
+    {
+        const Table<Bytes, MidiFault> row{"file", "fault"};
+        const Bytes body = track(join({at(0, {0x90, 60, 80}), end}));
+        row("nothing", {}, MidiFault::NotMidi);
+        row("another file", {'R', 'I', 'F', 'F', 0, 0, 0, 6, 0, 0, 0, 1, 1, 1}, MidiFault::NotMidi);
+        row("half a header", {'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 1}, MidiFault::NotMidi);
+        row("independent patterns", join({header(2, 1, 480), body}), MidiFault::Unsupported);
+        row("no ticks a quarter note", join({header(0, 1, 0), body}), MidiFault::Unsupported);
+        row("no ticks a frame", join({header(0, 1, 0xe700), body}), MidiFault::Unsupported);
+        row("no notes", join({header(0, 1, 480), track(end)}), MidiFault::Empty);
+        row("data without a status", join({header(0, 1, 480), track({0, 60, 80})}),
+            MidiFault::Empty);
+        row("an endless delta time",
+            join({header(0, 1, 480), track({0xff, 0xff, 0xff, 0xff, 0x7f, 0x90, 60, 80})}),
+            MidiFault::Empty);
+    }
+
+    void refuses()
+    {
+        QFETCH(Bytes, file);
+        const auto read = readMidiFile(file);
+        QVERIFY(std::holds_alternative<MidiFault>(read));
+        QTEST(std::get<MidiFault>(read), "fault");
+    }
+
+    void everyTruncationGivesAWholeBeginning()
+    {
+        const Bytes whole = scale(8);
+        const auto all = std::get<Piece>(readMidiFile(whole)).notes;
+        QCOMPARE(all.size(), 8U);
+        for (std::size_t size = 0; size < whole.size(); ++size) {
+            const auto read = readMidiFile({whole.data(), size});
+            if (const auto *piece = std::get_if<Piece>(&read)) {
+                for (std::size_t i = 0; i + 1 < piece->notes.size(); ++i)
+                    QCOMPARE(piece->notes[i], all[i]); // the last one may have lost its release
+            }
+        }
+    }
+
+    void survivesDamage()
+    {
+        std::mt19937 random(7);
+        const Bytes whole =
+            join({scale(40), track(join({at(0, tempo(400000)), at(5, {0xc0, 3}), end}))});
+        for (int round = 0; round < 3000; ++round) {
+            Bytes damaged = whole;
+            for (int i = 0; i < 6; ++i)
+                damaged[random() % damaged.size()] = static_cast<std::uint8_t>(random());
+            const auto read = readMidiFile(damaged);
+            if (const auto *piece = std::get_if<Piece>(&read)) {
+                for (const Note &note : piece->notes)
+                    QVERIFY(note.at >= 0 && note.duration >= 0 && note.at + note.duration <= 86400
+                        && note.pitch < 128);
+            }
+        }
+    }
+
+    void endsAfterADay()
+    {
+        const Bytes long_{0xff, 0xff, 0xff, 0x7f};
+        const Bytes file = join({header(0, 1, 1),
+            track(
+                join({at(0, {0x90, 60, 80}), long_, {0x80, 60, 0}, long_, {0x90, 61, 80}, end}))});
+        const auto read = readMidiFile(file);
+        QVERIFY(std::holds_alternative<Piece>(read));
+        QCOMPARE(std::get<Piece>(read).notes.size(), 1U);
+        QVERIFY(std::get<Piece>(read).length <= 86400);
+    }
 };
-
-void MidiFileTest::readsNotes_data()
-{
-    const Table<Bytes, std::vector<Note>> row{"file", "notes"};
-    const Bytes on{0x90, 60, 80};
-    const Bytes off{0x80, 60, 0};
-
-    row("running status, release by velocity 0",
-        join({header(0, 1, 480),
-            track(join({at(0, on), at(480, {60, 0}), at(0, {62, 70}), at(240, {62, 0}), end}))}),
-        {{0, 0.5, 60, 80, 0, 0}, {0.5, 0.25, 62, 70, 0, 0}});
-    row("running status outlives a tempo event",
-        join({header(0, 1, 480),
-            track(join({at(0, on), at(480, tempo(1000000)), at(480, {60, 0}), end}))}),
-        {{0, 1.5, 60, 80, 0, 0}});
-    row("the tempo track rules the others",
-        join({header(1, 3, 96), track(join({at(0, tempo(250000)), at(96, tempo(750000)), end})),
-            track(join({at(96, on), at(96, off), end})),
-            track(join({at(0, {0x91, 40, 9}), at(192, {0x81, 40, 0}), end}))}),
-        {{0, 1, 40, 9, 2, 1}, {0.25, 0.75, 60, 80, 1, 0}});
-    row("frames of 25 a second",
-        join({header(0, 1, 0xe728), track(join({at(0, on), at(1000, off), end}))}),
-        {{0, 1, 60, 80, 0, 0}});
-    row("the same key twice at once ends in the order of its presses",
-        join({header(0, 1, 480),
-            track(join({at(0, on), at(480, on), at(480, off), at(480, off), end}))}),
-        {{0, 1, 60, 80, 0, 0}, {0.5, 1, 60, 80, 0, 0}});
-    row("a note never released ends with the track",
-        join({header(0, 1, 480), track(join({at(0, on), at(960, {0xff, 0x2f, 0})}))}),
-        {{0, 1, 60, 80, 0, 0}});
-    row("unknown chunks, longer headers and system messages are passed over",
-        join({chunk("MThd", {0, 0, 0, 1, 1, 0xe0, 9, 9}), chunk("XFIH", {1, 2, 3}),
-            track(join({at(0, {0xf0, 2, 1, 0xf7}), at(0, on), at(0, {0xff, 1, 2, 'h', 'i'}),
-                at(480, off), end}))}),
-        {{0, 0.5, 60, 80, 0, 0}});
-    row("a release without a press, a tempo of 0",
-        join({header(0, 1, 480),
-            track(join({at(0, off), at(0, tempo(0)), at(0, on), at(480, off), end}))}),
-        {{0, 0.5, 60, 80, 0, 0}});
-    row("a chunk that claims more than there is",
-        join({header(0, 1, 480), {'M', 'T', 'r', 'k', 0xff, 0xff, 0xff, 0xff}, at(0, on),
-            at(480, off)}),
-        {{0, 0.5, 60, 80, 0, 0}});
-}
-
-void MidiFileTest::readsNotes()
-{
-    QFETCH(Bytes, file);
-    QFETCH(std::vector<Note>, notes);
-    const auto read = readMidiFile(file);
-    QVERIFY(std::holds_alternative<Piece>(read));
-    QCOMPARE(std::get<Piece>(read).notes, notes);
-}
-
-void MidiFileTest::refuses_data()
-{
-    const Table<Bytes, MidiFault> row{"file", "fault"};
-    const Bytes body = track(join({at(0, {0x90, 60, 80}), end}));
-    row("nothing", {}, MidiFault::NotMidi);
-    row("another file", {'R', 'I', 'F', 'F', 0, 0, 0, 6, 0, 0, 0, 1, 1, 1}, MidiFault::NotMidi);
-    row("half a header", {'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 1}, MidiFault::NotMidi);
-    row("independent patterns", join({header(2, 1, 480), body}), MidiFault::Unsupported);
-    row("no ticks a quarter note", join({header(0, 1, 0), body}), MidiFault::Unsupported);
-    row("no ticks a frame", join({header(0, 1, 0xe700), body}), MidiFault::Unsupported);
-    row("no notes", join({header(0, 1, 480), track(end)}), MidiFault::Empty);
-    row("data without a status", join({header(0, 1, 480), track({0, 60, 80})}), MidiFault::Empty);
-    row("an endless delta time",
-        join({header(0, 1, 480), track({0xff, 0xff, 0xff, 0xff, 0x7f, 0x90, 60, 80})}),
-        MidiFault::Empty);
-}
-
-void MidiFileTest::refuses()
-{
-    QFETCH(Bytes, file);
-    const auto read = readMidiFile(file);
-    QVERIFY(std::holds_alternative<MidiFault>(read));
-    QTEST(std::get<MidiFault>(read), "fault");
-}
-
-void MidiFileTest::everyTruncationGivesAWholeBeginning()
-{
-    const Bytes whole = scale(8);
-    const auto all = std::get<Piece>(readMidiFile(whole)).notes;
-    QCOMPARE(all.size(), 8U);
-    for (std::size_t size = 0; size < whole.size(); ++size) {
-        const auto read = readMidiFile({whole.data(), size});
-        if (const auto *piece = std::get_if<Piece>(&read)) {
-            for (std::size_t i = 0; i + 1 < piece->notes.size(); ++i)
-                QCOMPARE(piece->notes[i], all[i]); // the last one may have lost its release
-        }
-    }
-}
-
-void MidiFileTest::survivesDamage()
-{
-    std::mt19937 random(7);
-    const Bytes whole =
-        join({scale(40), track(join({at(0, tempo(400000)), at(5, {0xc0, 3}), end}))});
-    for (int round = 0; round < 3000; ++round) {
-        Bytes damaged = whole;
-        for (int i = 0; i < 6; ++i)
-            damaged[random() % damaged.size()] = static_cast<std::uint8_t>(random());
-        const auto read = readMidiFile(damaged);
-        if (const auto *piece = std::get_if<Piece>(&read)) {
-            for (const Note &note : piece->notes)
-                QVERIFY(note.at >= 0 && note.duration >= 0 && note.at + note.duration <= 86400
-                    && note.pitch < 128);
-        }
-    }
-}
-
-void MidiFileTest::endsAfterADay()
-{
-    const Bytes long_{0xff, 0xff, 0xff, 0x7f};
-    const Bytes file = join({header(0, 1, 1),
-        track(join({at(0, {0x90, 60, 80}), long_, {0x80, 60, 0}, long_, {0x90, 61, 80}, end}))});
-    const auto read = readMidiFile(file);
-    QVERIFY(std::holds_alternative<Piece>(read));
-    QCOMPARE(std::get<Piece>(read).notes.size(), 1U);
-    QVERIFY(std::get<Piece>(read).length <= 86400);
-}
-
-void MidiFileTest::drawsBarLines_data()
-{
-    QTest::addColumn<midi::Bytes>("bytes");
-    QTest::addColumn<QList<double>>("bars");
-    QTest::addColumn<int>("spelling"); // sharps, flats, mixed
-    const auto row = [](const char *name, const midi::Bytes &events, const QList<double> &bars,
-                         int spelling = 2, int division = 96) {
-        QTest::newRow(name) << join({header(0, 1, division), track(join({events, end}))}) << bars
-                            << spelling;
-    };
-    const Bytes on{0x90, 60, 80};
-    const Bytes off{0x80, 60, 0};
-    row("four quarters unless said", join({at(0, on), at(800, off)}), {0, 2, 4});
-    row("three quarters, two sharps",
-        join({at(0, {0xff, 0x58, 4, 3, 2, 24, 8}), at(0, {0xff, 0x59, 2, 2, 0}), at(0, on),
-            at(600, off)}),
-        {0, 1.5, 3}, 0);
-    row("an upbeat, then six eighths, flats",
-        join({at(0, {0xff, 0x58, 4, 1, 3, 24, 8}), at(0, {0xff, 0x59, 2, 0xfd, 0}), at(0, on),
-            at(48, {0xff, 0x58, 4, 6, 3, 24, 8}), at(400, off)}),
-        {0, 0.25, 1.75}, 1);
-    row("a tempo that changes within a bar",
-        join({at(0, on), at(192, tempo(1000000)), at(300, off)}), {0, 3});
-    row("bars of no length",
-        join({at(0, {0xff, 0x58, 4, 0, 2, 24, 8}), at(0, {0xff, 0x58, 4, 4, 99, 24, 8}), at(0, on),
-            at(400, off)}),
-        {0, 2});
-    row("seconds have no bars", join({at(0, on), at(4000, off)}), {}, 2, 0xe728);
-}
-
-void MidiFileTest::drawsBarLines()
-{
-    QFETCH(midi::Bytes, bytes);
-    QFETCH(QList<double>, bars);
-    QFETCH(int, spelling);
-    const auto piece = std::get<Piece>(readMidiFile(bytes));
-    QCOMPARE(QList<double>(piece.bars.begin(), piece.bars.end()), bars);
-    QCOMPARE(static_cast<int>(piece.spelling), spelling);
-}
 
 QTEST_APPLESS_MAIN(MidiFileTest)
 #include "midi_file_test.moc"

@@ -17,134 +17,127 @@ class SetupTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void takesTheAnswers_data();
-    void takesTheAnswers();
-    void keepsWhatIsNotItsOwn();
-    void survivesAnyFile_data();
-    void survivesAnyFile();
-    void failsWithoutADisk();
-    void greets_data();
-    void greets();
+    void takesTheAnswers_data()
+    {
+        // profile: user, assistant, city, unit, needs, plays, birthday
+        const Table<QByteArray, QStringList> row{"line", "profile"};
+        row("everything", "Zo\xc3\xab|Melody|Leeds|F|uses a screen reader; plays|true|03-07|false",
+            {u"Zo\u00eb"_s, u"Melody"_s, u"Leeds"_s, u"F"_s, u"uses a screen reader; plays"_s,
+                u"1"_s, u"03-07"_s});
+        row("all skipped", "|Kelo||C||false||false", {{}, u"Kelo"_s, {}, u"C"_s, {}, u"0"_s, {}});
+        row("too much", "Ann|Aria|||||02-29|true|x|y",
+            {u"Ann"_s, u"Aria"_s, {}, u"C"_s, {}, u"0"_s, u"02-29"_s});
+        row("nonsense", "\x01\xff|K 2|a\nb|c|;|TRUE|13-01|1",
+            {u"?"_s, u"Kelo"_s, u"a b"_s, u"C"_s, u";"_s, u"0"_s, {}});
+        row("a day that no year has", "|Luna|||||02-30|",
+            {{}, u"Luna"_s, {}, u"C"_s, {}, u"0"_s, {}});
+    }
+
+    void takesTheAnswers()
+    {
+        QFETCH(QByteArray, line);
+        QFETCH(QStringList, profile);
+        Profile old;
+        old.topKey = 96;
+        const Profile made =
+            profileFromSetup({line.data(), static_cast<std::size_t>(line.size())}, old);
+        QVERIFY(saveProfile(made, path().toStdString()));
+        const auto read = loadProfile(path().toStdString());
+        QVERIFY(read && *read == made);
+        QCOMPARE(read->topKey, 96);
+        QCOMPARE(QStringList({QString::fromStdString(read->user),
+                     QString::fromStdString(read->assistant), QString::fromStdString(read->city),
+                     read->fahrenheit ? u"F"_s : u"C"_s, QString::fromStdString(read->needs),
+                     QString::number(read->plays), QString::fromStdString(read->birthday)}),
+            profile);
+    }
+
+    void keepsWhatIsNotItsOwn()
+    {
+        writeFile(path(), R"({"assistant": "Aria", "garden": {"roses": [1, 2]}, "user": 5})");
+        auto profile = loadProfile(path().toStdString());
+        QVERIFY(profile);
+        QCOMPARE(profile->assistant, std::string("Aria"));
+        QCOMPARE(profile->user, std::string());
+        profile->user = "Ann \xff";
+        QVERIFY(saveProfile(*profile, path().toStdString()));
+        const QJsonObject json = QJsonDocument::fromJson(readFile(path())).object();
+        QCOMPARE(json[u"garden"_s][u"roses"_s][1].toInt(), 2);
+        QCOMPARE(json[u"assistant"_s].toString(), u"Aria"_s);
+        QVERIFY(json[u"user"_s].toString().startsWith(u"Ann"_s));
+        QCOMPARE(
+            QDir(folder.path()).entryList(QDir::Files), QStringList(u"profile.json"_s)); // no draft
+    }
+
+    void survivesAnyFile_data()
+    {
+        const Table<QByteArray, bool> row{"contents", "read"};
+        row("empty", {}, false);
+        row("a list", "[1]", false);
+        row("cut off", "{\"assistant\": \"Ar", false);
+        row("deep", QByteArray(100000, '['), false);
+        row("wrong kinds",
+            QByteArray(R"({"assistant":1,"topKey":"x","plays":7,"voice":1e300,"birthday":[]})"),
+            true);
+        row("wild values", QByteArray(R"({"assistant":"A|B\n","topKey":-5,"voiceLoudness":1e9})"),
+            true);
+    }
+
+    void survivesAnyFile()
+    {
+        QFETCH(QByteArray, contents);
+        QFETCH(bool, read);
+        writeFile(path(), contents);
+        const auto profile = loadProfile(path().toStdString());
+        QCOMPARE(profile.has_value(), read);
+        if (!read)
+            return;
+        QCOMPARE(profile->assistant, std::string("Kelo"));
+        QVERIFY(profile->topKey >= 36 && profile->topKey <= 127);
+        QVERIFY(profile->voice < 100 && profile->voiceLoudness <= 200);
+        QVERIFY(profile->birthday.empty());
+    }
+
+    void failsWithoutADisk()
+    {
+        QVERIFY(!saveProfile({}, "/proc/kelo/profile.json"));
+        QVERIFY(QDir(folder.path()).mkpath(u"taken/x"_s));
+        QVERIFY(!saveProfile({}, path(u"taken"_s).toStdString())); // a folder of that name
+        QVERIFY(saveProfile({}, path(u"new/deep/profile.json"_s).toStdString()));
+    }
+
+    void greets_data()
+    {
+        // today: year, month, day, hour
+        const Table<QByteArray, QList<int>, QByteArray> row{"birthday", "today", "greeting"};
+        row("morning", "03-07", {2025, 7, 3, 8}, "Good morning, Ann.");
+        row("afternoon", "", {2025, 7, 3, 12}, "Good afternoon, Ann.");
+        row("birthday", "03-07", {2025, 3, 7, 8}, "Happy birthday, Ann!");
+        row("wished already", "03-07", {2024, 3, 7, 8}, "Good morning, Ann.");
+        row("29 February in a leap year", "02-29", {2028, 2, 28, 8}, "Good morning, Ann.");
+        row("on the day", "02-29", {2028, 2, 29, 8}, "Happy birthday, Ann!");
+        row("29 February in another", "02-29", {2025, 2, 28, 8}, "Happy birthday, Ann!");
+        row("29 February in 2100", "02-29", {2100, 2, 28, 8}, "Happy birthday, Ann!");
+    }
+
+    void greets()
+    {
+        QFETCH(QByteArray, birthday);
+        QFETCH(QList<int>, today);
+        QFETCH(QByteArray, greeting);
+        Profile profile;
+        profile.user = "Ann";
+        profile.birthday = birthday.toStdString();
+        profile.wishedIn = 2024;
+        QCOMPARE(
+            greetingFor(profile, {today[0], today[1], today[2]}, today[3]), greeting.toStdString());
+        QVERIFY(greetingFor({}, {2025, 1, 1}, 9) == "Good morning.");
+    }
 
 private:
     QTemporaryDir folder;
     QString path(const QString &name = u"profile.json"_s) { return folder.filePath(name); }
 };
-
-void SetupTest::takesTheAnswers_data()
-{
-    // profile: user, assistant, city, unit, needs, plays, birthday
-    const Table<QByteArray, QStringList> row{"line", "profile"};
-    row("everything", "Zo\xc3\xab|Melody|Leeds|F|uses a screen reader; plays|true|03-07|false",
-        {u"Zo\u00eb"_s, u"Melody"_s, u"Leeds"_s, u"F"_s, u"uses a screen reader; plays"_s, u"1"_s,
-            u"03-07"_s});
-    row("all skipped", "|Kelo||C||false||false", {{}, u"Kelo"_s, {}, u"C"_s, {}, u"0"_s, {}});
-    row("too much", "Ann|Aria|||||02-29|true|x|y",
-        {u"Ann"_s, u"Aria"_s, {}, u"C"_s, {}, u"0"_s, u"02-29"_s});
-    row("nonsense", "\x01\xff|K 2|a\nb|c|;|TRUE|13-01|1",
-        {u"?"_s, u"Kelo"_s, u"a b"_s, u"C"_s, u";"_s, u"0"_s, {}});
-    row("a day that no year has", "|Luna|||||02-30|", {{}, u"Luna"_s, {}, u"C"_s, {}, u"0"_s, {}});
-}
-
-void SetupTest::takesTheAnswers()
-{
-    QFETCH(QByteArray, line);
-    QFETCH(QStringList, profile);
-    Profile old;
-    old.topKey = 96;
-    const Profile made =
-        profileFromSetup({line.data(), static_cast<std::size_t>(line.size())}, old);
-    QVERIFY(saveProfile(made, path().toStdString()));
-    const auto read = loadProfile(path().toStdString());
-    QVERIFY(read && *read == made);
-    QCOMPARE(read->topKey, 96);
-    QCOMPARE(QStringList({QString::fromStdString(read->user),
-                 QString::fromStdString(read->assistant), QString::fromStdString(read->city),
-                 read->fahrenheit ? u"F"_s : u"C"_s, QString::fromStdString(read->needs),
-                 QString::number(read->plays), QString::fromStdString(read->birthday)}),
-        profile);
-}
-
-void SetupTest::keepsWhatIsNotItsOwn()
-{
-    writeFile(path(), R"({"assistant": "Aria", "garden": {"roses": [1, 2]}, "user": 5})");
-    auto profile = loadProfile(path().toStdString());
-    QVERIFY(profile);
-    QCOMPARE(profile->assistant, std::string("Aria"));
-    QCOMPARE(profile->user, std::string());
-    profile->user = "Ann \xff";
-    QVERIFY(saveProfile(*profile, path().toStdString()));
-    const QJsonObject json = QJsonDocument::fromJson(readFile(path())).object();
-    QCOMPARE(json[u"garden"_s][u"roses"_s][1].toInt(), 2);
-    QCOMPARE(json[u"assistant"_s].toString(), u"Aria"_s);
-    QVERIFY(json[u"user"_s].toString().startsWith(u"Ann"_s));
-    QCOMPARE(
-        QDir(folder.path()).entryList(QDir::Files), QStringList(u"profile.json"_s)); // no draft
-}
-
-void SetupTest::survivesAnyFile_data()
-{
-    const Table<QByteArray, bool> row{"contents", "read"};
-    row("empty", {}, false);
-    row("a list", "[1]", false);
-    row("cut off", "{\"assistant\": \"Ar", false);
-    row("deep", QByteArray(100000, '['), false);
-    row("wrong kinds",
-        QByteArray(R"({"assistant":1,"topKey":"x","plays":7,"voice":1e300,"birthday":[]})"), true);
-    row("wild values", QByteArray(R"({"assistant":"A|B\n","topKey":-5,"voiceLoudness":1e9})"),
-        true);
-}
-
-void SetupTest::survivesAnyFile()
-{
-    QFETCH(QByteArray, contents);
-    QFETCH(bool, read);
-    writeFile(path(), contents);
-    const auto profile = loadProfile(path().toStdString());
-    QCOMPARE(profile.has_value(), read);
-    if (!read)
-        return;
-    QCOMPARE(profile->assistant, std::string("Kelo"));
-    QVERIFY(profile->topKey >= 36 && profile->topKey <= 127);
-    QVERIFY(profile->voice < 100 && profile->voiceLoudness <= 200);
-    QVERIFY(profile->birthday.empty());
-}
-
-void SetupTest::failsWithoutADisk()
-{
-    QVERIFY(!saveProfile({}, "/proc/kelo/profile.json"));
-    QVERIFY(QDir(folder.path()).mkpath(u"taken/x"_s));
-    QVERIFY(!saveProfile({}, path(u"taken"_s).toStdString())); // a folder of that name
-    QVERIFY(saveProfile({}, path(u"new/deep/profile.json"_s).toStdString()));
-}
-
-void SetupTest::greets_data()
-{
-    // today: year, month, day, hour
-    const Table<QByteArray, QList<int>, QByteArray> row{"birthday", "today", "greeting"};
-    row("morning", "03-07", {2025, 7, 3, 8}, "Good morning, Ann.");
-    row("afternoon", "", {2025, 7, 3, 12}, "Good afternoon, Ann.");
-    row("birthday", "03-07", {2025, 3, 7, 8}, "Happy birthday, Ann!");
-    row("wished already", "03-07", {2024, 3, 7, 8}, "Good morning, Ann.");
-    row("29 February in a leap year", "02-29", {2028, 2, 28, 8}, "Good morning, Ann.");
-    row("on the day", "02-29", {2028, 2, 29, 8}, "Happy birthday, Ann!");
-    row("29 February in another", "02-29", {2025, 2, 28, 8}, "Happy birthday, Ann!");
-    row("29 February in 2100", "02-29", {2100, 2, 28, 8}, "Happy birthday, Ann!");
-}
-
-void SetupTest::greets()
-{
-    QFETCH(QByteArray, birthday);
-    QFETCH(QList<int>, today);
-    QFETCH(QByteArray, greeting);
-    Profile profile;
-    profile.user = "Ann";
-    profile.birthday = birthday.toStdString();
-    profile.wishedIn = 2024;
-    QCOMPARE(
-        greetingFor(profile, {today[0], today[1], today[2]}, today[3]), greeting.toStdString());
-    QVERIFY(greetingFor({}, {2025, 1, 1}, 9) == "Good morning.");
-}
 
 QTEST_APPLESS_MAIN(SetupTest)
 #include "setup_test.moc"

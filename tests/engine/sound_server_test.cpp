@@ -12,72 +12,66 @@ class SoundServerTest : public EngineTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void soundComesBackAndNobodyWaits();
+    void initTestCase()
+    {
+        if (QStandardPaths::findExecutable(u"pulseaudio"_s).isEmpty())
+            QSKIP("needs pulseaudio");
+    }
+
+    void soundComesBackAndNobodyWaits()
+    {
+        const QString back = u"say I have sound now\\."_s;
+        engine->start({},
+            {{u"KELO_SOUND"_s, u"pulseaudio"_s},
+                {u"PULSE_SERVER"_s, u"unix:"_s + engine->path(u"socket"_s)}});
+        QVERIFY(engine->waitFor(u"say Good .*"_s).contains(u"no way to make sound"_s));
+        for (int round = 0; round < 2; ++round) {
+            answersAtOnce();
+            serve();
+            QVERIFY(!engine->waitFor(back).isEmpty());
+            answersAtOnce();
+            if (round == 0) {
+                end();
+                QTest::qWait(3000); // until it has noticed
+            }
+        }
+        kill(static_cast<pid_t>(server.processId()), SIGSTOP);
+        QTest::qWait(3000);
+        answersAtOnce();
+        QCOMPARE(engine->end(), QString());
+        kill(static_cast<pid_t>(server.processId()), SIGCONT);
+        end();
+    }
 
 private:
-    void serve();
-    void end();
-    void answersAtOnce();
+    void serve()
+    {
+        server.setStandardErrorFile(QProcess::nullDevice());
+        server.start(u"pulseaudio"_s,
+            {u"-n"_s, u"--daemonize=no"_s, u"--use-pid-file=no"_s, u"--disable-shm=yes"_s,
+                u"--exit-idle-time=-1"_s, u"-L"_s,
+                u"module-native-protocol-unix auth-anonymous=1 socket="_s
+                    + engine->path(u"socket"_s),
+                u"-L"_s, u"module-null-sink"_s});
+        QVERIFY(server.waitForStarted());
+    }
+
+    void end()
+    {
+        server.kill();
+        server.waitForFinished();
+        QFile::remove(engine->path(u"socket"_s));
+    }
+
+    void answersAtOnce()
+    {
+        engine->send("~say what time is it\n");
+        QVERIFY(!engine->waitFor(u"say It is .*"_s, 1).isEmpty());
+        QVERIFY(!engine->waitFor(u"done"_s, 5).isEmpty());
+    }
 
     QProcess server;
 };
-
-void SoundServerTest::initTestCase()
-{
-    if (QStandardPaths::findExecutable(u"pulseaudio"_s).isEmpty())
-        QSKIP("needs pulseaudio");
-}
-
-void SoundServerTest::serve()
-{
-    server.setStandardErrorFile(QProcess::nullDevice());
-    server.start(u"pulseaudio"_s,
-        {u"-n"_s, u"--daemonize=no"_s, u"--use-pid-file=no"_s, u"--disable-shm=yes"_s,
-            u"--exit-idle-time=-1"_s, u"-L"_s,
-            u"module-native-protocol-unix auth-anonymous=1 socket="_s + engine->path(u"socket"_s),
-            u"-L"_s, u"module-null-sink"_s});
-    QVERIFY(server.waitForStarted());
-}
-
-void SoundServerTest::end()
-{
-    server.kill();
-    server.waitForFinished();
-    QFile::remove(engine->path(u"socket"_s));
-}
-
-void SoundServerTest::answersAtOnce()
-{
-    engine->send("~say what time is it\n");
-    QVERIFY(!engine->waitFor(u"say It is .*"_s, 1).isEmpty());
-    QVERIFY(!engine->waitFor(u"done"_s, 5).isEmpty());
-}
-
-void SoundServerTest::soundComesBackAndNobodyWaits()
-{
-    const QString back = u"say I have sound now\\."_s;
-    engine->start({},
-        {{u"KELO_SOUND"_s, u"pulseaudio"_s},
-            {u"PULSE_SERVER"_s, u"unix:"_s + engine->path(u"socket"_s)}});
-    QVERIFY(engine->waitFor(u"say Good .*"_s).contains(u"no way to make sound"_s));
-    for (int round = 0; round < 2; ++round) {
-        answersAtOnce();
-        serve();
-        QVERIFY(!engine->waitFor(back).isEmpty());
-        answersAtOnce();
-        if (round == 0) {
-            end();
-            QTest::qWait(3000); // until it has noticed
-        }
-    }
-    kill(static_cast<pid_t>(server.processId()), SIGSTOP);
-    QTest::qWait(3000);
-    answersAtOnce();
-    QCOMPARE(engine->end(), QString());
-    kill(static_cast<pid_t>(server.processId()), SIGCONT);
-    end();
-}
 
 QTEST_GUILESS_MAIN(SoundServerTest)
 #include "sound_server_test.moc"

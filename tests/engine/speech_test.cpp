@@ -29,90 +29,84 @@ class SpeechTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void marksWholeWords_data();
-    void marksWholeWords();
-    void aToneStandsOutInItsBand_data();
-    void aToneStandsOutInItsBand();
-    void frameCountFollowsTheSoundHoweverItIsCut();
-    void resamplingKeepsATone();
-};
-
-void SpeechTest::marksWholeWords_data()
-{
-    const Table<QString, QList<int>, QStringList> row{"text", "characters", "words"};
-    row("plain", u"one two, three."_s, QList{0, 4, 9}, {u"one"_s, u"two"_s, u"three"_s});
-    row("a number said in two words is one", u"all 35 keys"_s, QList{0, 4, 5, 7},
-        {u"all"_s, u"35"_s, u"keys"_s});
-    row("an event in the middle of a word", u"I'm well-known"_s, QList{0, 2, 4, 9},
-        {u"I'm"_s, u"well-known"_s});
-    row("quotes stay out", u"say \"stop\" now"_s, QList{0, 5, 11}, {u"say"_s, u"stop"_s, u"now"_s});
-    row("an event on the space before", u"play it"_s, QList{0, 4}, {u"play"_s, u"it"_s});
-    row("spoken punctuation", u"3 % off"_s, QList{0, 2, 4}, {u"3"_s, u"%"_s, u"off"_s});
-    row("beyond the basic plane", u"a \U0001F3B5 caf\u00e9 b"_s, QList{0, 2, 4, 9},
-        {u"a"_s, u"\U0001F3B5"_s, u"caf\u00e9"_s, u"b"_s});
-    row("nonsense positions", u"one two"_s, QList{-5, 4, 99, 0}, {u"one"_s, u"two"_s});
-    row("nothing", u""_s, QList{0, 1}, {});
-}
-
-void SpeechTest::marksWholeWords()
-{
-    QFETCH(QString, text);
-    QFETCH(QList<int>, characters);
-    WordMarks marks(text.toStdString());
-    QStringList words;
-    for (const int character : characters) {
-        if (const auto mark = marks.begin(character, 0))
-            words << text.mid(mark->from, mark->length);
+    void marksWholeWords_data()
+    {
+        const Table<QString, QList<int>, QStringList> row{"text", "characters", "words"};
+        row("plain", u"one two, three."_s, QList{0, 4, 9}, {u"one"_s, u"two"_s, u"three"_s});
+        row("a number said in two words is one", u"all 35 keys"_s, QList{0, 4, 5, 7},
+            {u"all"_s, u"35"_s, u"keys"_s});
+        row("an event in the middle of a word", u"I'm well-known"_s, QList{0, 2, 4, 9},
+            {u"I'm"_s, u"well-known"_s});
+        row("quotes stay out", u"say \"stop\" now"_s, QList{0, 5, 11},
+            {u"say"_s, u"stop"_s, u"now"_s});
+        row("an event on the space before", u"play it"_s, QList{0, 4}, {u"play"_s, u"it"_s});
+        row("spoken punctuation", u"3 % off"_s, QList{0, 2, 4}, {u"3"_s, u"%"_s, u"off"_s});
+        row("beyond the basic plane", u"a \U0001F3B5 caf\u00e9 b"_s, QList{0, 2, 4, 9},
+            {u"a"_s, u"\U0001F3B5"_s, u"caf\u00e9"_s, u"b"_s});
+        row("nonsense positions", u"one two"_s, QList{-5, 4, 99, 0}, {u"one"_s, u"two"_s});
+        row("nothing", u""_s, QList{0, 1}, {});
     }
-    QTEST(words, "words");
-}
 
-void SpeechTest::aToneStandsOutInItsBand_data()
-{
-    const Table<double, int> row{"hertz", "band"};
-    row("lowest", 92.0, 0);
-    row("a voice", 220.0, 3);
-    row("middle", 920.0, 8);
-    row("highest", 6930.0, 15);
-}
+    void marksWholeWords()
+    {
+        QFETCH(QString, text);
+        QFETCH(QList<int>, characters);
+        WordMarks marks(text.toStdString());
+        QStringList words;
+        for (const int character : characters) {
+            if (const auto mark = marks.begin(character, 0))
+                words << text.mid(mark->from, mark->length);
+        }
+        QTEST(words, "words");
+    }
 
-void SpeechTest::aToneStandsOutInItsBand()
-{
-    QFETCH(double, hertz);
-    Spectrum spectrum(22050);
-    const std::string frames = spectrum.listen(tone(hertz, 22050, 0.1));
-    QCOMPARE(frames.size(), 16U * 60U);
-    const std::string last = frames.substr(frames.size() - 16);
-    QTEST(static_cast<int>(std::max_element(last.begin(), last.end()) - last.begin()), "band");
-    QVERIFY(*std::min_element(last.begin(), last.end()) < 'e');
-    QCOMPARE(Spectrum(22050).listen(std::vector<float>(22050)), std::string(960, 'a'));
-}
+    void aToneStandsOutInItsBand_data()
+    {
+        const Table<double, int> row{"hertz", "band"};
+        row("lowest", 92.0, 0);
+        row("a voice", 220.0, 3);
+        row("middle", 920.0, 8);
+        row("highest", 6930.0, 15);
+    }
 
-void SpeechTest::frameCountFollowsTheSoundHoweverItIsCut()
-{
-    const auto sound = tone(440, 22050, 0.5);
-    Spectrum whole(22050);
-    Spectrum pieces(22050);
-    std::string letters;
-    for (std::size_t i = 0; i < sound.size(); i += 101)
-        letters += pieces.listen(
-            std::span(sound).subspan(i, std::min<std::size_t>(101, sound.size() - i)));
-    QCOMPARE(letters, whole.listen(sound));
-}
+    void aToneStandsOutInItsBand()
+    {
+        QFETCH(double, hertz);
+        Spectrum spectrum(22050);
+        const std::string frames = spectrum.listen(tone(hertz, 22050, 0.1));
+        QCOMPARE(frames.size(), 16U * 60U);
+        const std::string last = frames.substr(frames.size() - 16);
+        QTEST(static_cast<int>(std::max_element(last.begin(), last.end()) - last.begin()), "band");
+        QVERIFY(*std::min_element(last.begin(), last.end()) < 'e');
+        QCOMPARE(Spectrum(22050).listen(std::vector<float>(22050)), std::string(960, 'a'));
+    }
 
-void SpeechTest::resamplingKeepsATone()
-{
-    for (const double rate : {16000.0, 22050.0, 48000.0}) {
-        const auto resampled = Resampler(rate, 44100).push(tone(440, rate, 0.5));
-        QVERIFY(std::abs(static_cast<double>(resampled.size()) - 44100) <= 2);
-        const double delay = 2 / rate; // cubic interpolation looks two samples ahead
-        for (std::size_t i = 100; i < resampled.size(); ++i) {
-            const double time = static_cast<double>(i) / 44100 - delay;
-            const double expected = 0.5 * std::sin(2 * std::numbers::pi * 440 * time);
-            QVERIFY(std::abs(resampled[i] - expected) < 0.01);
+    void frameCountFollowsTheSoundHoweverItIsCut()
+    {
+        const auto sound = tone(440, 22050, 0.5);
+        Spectrum whole(22050);
+        Spectrum pieces(22050);
+        std::string letters;
+        for (std::size_t i = 0; i < sound.size(); i += 101)
+            letters += pieces.listen(
+                std::span(sound).subspan(i, std::min<std::size_t>(101, sound.size() - i)));
+        QCOMPARE(letters, whole.listen(sound));
+    }
+
+    void resamplingKeepsATone()
+    {
+        for (const double rate : {16000.0, 22050.0, 48000.0}) {
+            const auto resampled = Resampler(rate, 44100).push(tone(440, rate, 0.5));
+            QVERIFY(std::abs(static_cast<double>(resampled.size()) - 44100) <= 2);
+            const double delay = 2 / rate; // cubic interpolation looks two samples ahead
+            for (std::size_t i = 100; i < resampled.size(); ++i) {
+                const double time = static_cast<double>(i) / 44100 - delay;
+                const double expected = 0.5 * std::sin(2 * std::numbers::pi * 440 * time);
+                QVERIFY(std::abs(resampled[i] - expected) < 0.01);
+            }
         }
     }
-}
+};
 
 QTEST_APPLESS_MAIN(SpeechTest)
 #include "speech_test.moc"

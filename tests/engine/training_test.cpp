@@ -35,203 +35,195 @@ class TrainingTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void theMetronomeIsSteady();
-    void theMetronomeChangesItsTempo();
-    void theMetronomeSleepsWithTheMachine();
-    void theEarTrainerFollowsItsPupil();
-    void theEarTrainerExplains();
-    void hearsHarmonies_data();
-    void hearsHarmonies();
-    void theBandFollowsThePlayer();
-    void theBandRestsWithThePlayer();
-};
-
-void TrainingTest::theMetronomeIsSteady()
-{
-    Stage<Metronome> stage;
-    stage.player.start(137, 3, 0);
-    stage.runTo(300);
-    const auto &played = stage.sound.played;
-    QVERIFY(std::abs(static_cast<int>(played.size()) - 300 * 137 / 60) <= 1);
-    for (std::size_t beat = 0; beat < played.size(); ++beat) {
-        const double should = static_cast<double>(beat) * 60 / 137;
-        QVERIFY(std::abs(seconds(played[beat].frame - played[0].frame) - should) < 0.0001);
-        QCOMPARE(static_cast<int>(played[beat].message.first), beat % 3 == 0 ? 76 : 77);
+    void theMetronomeIsSteady()
+    {
+        Stage<Metronome> stage;
+        stage.player.start(137, 3, 0);
+        stage.runTo(300);
+        const auto &played = stage.sound.played;
+        QVERIFY(std::abs(static_cast<int>(played.size()) - 300 * 137 / 60) <= 1);
+        for (std::size_t beat = 0; beat < played.size(); ++beat) {
+            const double should = static_cast<double>(beat) * 60 / 137;
+            QVERIFY(std::abs(seconds(played[beat].frame - played[0].frame) - should) < 0.0001);
+            QCOMPARE(static_cast<int>(played[beat].message.first), beat % 3 == 0 ? 76 : 77);
+        }
+        for (qsizetype i = 0; i < stage.lines.size(); ++i) {
+            QCOMPARE(stage.lines[i], u"@beat %1"_s.arg(i % 3));
+            const double heard = seconds(played[static_cast<std::size_t>(i)].frame);
+            QVERIFY(std::abs(stage.times[static_cast<std::size_t>(i)] - heard) < 0.002);
+        }
+        stage.player.stop();
+        QVERIFY(!stage.player.deadline());
+        QCOMPARE(stage.sound.silenced, 1);
     }
-    for (qsizetype i = 0; i < stage.lines.size(); ++i) {
-        QCOMPARE(stage.lines[i], u"@beat %1"_s.arg(i % 3));
-        const double heard = seconds(played[static_cast<std::size_t>(i)].frame);
-        QVERIFY(std::abs(stage.times[static_cast<std::size_t>(i)] - heard) < 0.002);
+
+    void theMetronomeChangesItsTempo()
+    {
+        Stage<Metronome> stage;
+        stage.player.start(60, 4, 0);
+        stage.runTo(2.5); // beats at 0.1, 1.1 and 2.1
+        stage.player.start(120, 4, 2.5);
+        stage.runTo(4.7);
+        QCOMPARE(presses(stage.sound, 9),
+            QStringList({u"76@0.10"_s, u"77@1.10"_s, u"77@2.10"_s, u"77@2.60"_s, u"76@3.10"_s,
+                u"77@3.60"_s, u"77@4.10"_s, u"77@4.60"_s}));
+        QCOMPARE(stage.lines.size(), 8);
+        stage.player.start(5000, 0, 4.7);
+        QCOMPARE(stage.player.tempo(), Metronome::fastest);
+        stage.runTo(5);
+        stage.player.start(-1, 4, 5);
+        QCOMPARE(stage.player.tempo(), Metronome::slowest);
+        stage.runTo(20);
     }
-    stage.player.stop();
-    QVERIFY(!stage.player.deadline());
-    QCOMPARE(stage.sound.silenced, 1);
-}
 
-void TrainingTest::theMetronomeChangesItsTempo()
-{
-    Stage<Metronome> stage;
-    stage.player.start(60, 4, 0);
-    stage.runTo(2.5); // beats at 0.1, 1.1 and 2.1
-    stage.player.start(120, 4, 2.5);
-    stage.runTo(4.7);
-    QCOMPARE(presses(stage.sound, 9),
-        QStringList({u"76@0.10"_s, u"77@1.10"_s, u"77@2.10"_s, u"77@2.60"_s, u"76@3.10"_s,
-            u"77@3.60"_s, u"77@4.10"_s, u"77@4.60"_s}));
-    QCOMPARE(stage.lines.size(), 8);
-    stage.player.start(5000, 0, 4.7);
-    QCOMPARE(stage.player.tempo(), Metronome::fastest);
-    stage.runTo(5);
-    stage.player.start(-1, 4, 5);
-    QCOMPARE(stage.player.tempo(), Metronome::slowest);
-    stage.runTo(20);
-}
+    void theMetronomeSleepsWithTheMachine()
+    {
+        Stage<Metronome> stage;
+        stage.player.start(120, 4, 0);
+        stage.runTo(1);
+        stage.player.advance(1000);
+        QVERIFY(stage.lines.size() < 5);
+        QVERIFY(stage.sound.played.size() < 6);
+        QVERIFY(*stage.player.deadline() > 1000);
+    }
 
-void TrainingTest::theMetronomeSleepsWithTheMachine()
-{
-    Stage<Metronome> stage;
-    stage.player.start(120, 4, 0);
-    stage.runTo(1);
-    stage.player.advance(1000);
-    QVERIFY(stage.lines.size() < 5);
-    QVERIFY(stage.sound.played.size() < 6);
-    QVERIFY(*stage.player.deadline() > 1000);
-}
+    void theEarTrainerFollowsItsPupil()
+    {
+        EarTrainer trainer(7);
+        QVERIFY(trainer.begin().demo);
+        QVERIFY(trainer.press(trainer.asked()[0]).words.empty()); // it has not been played yet
+        std::set<int> asked;
+        int tallies = 0;
+        for (int round = 0; round < 60; ++round) {
+            const auto notes = trainer.asked();
+            QCOMPARE(static_cast<int>(notes.size()), trainer.level() < 3 ? 1 : 2);
+            asked.insert(notes.begin(), notes.end());
+            trainer.listen();
+            Reply reply;
+            for (const int note : notes)
+                reply = trainer.press(note - 12); // another octave will do
+            QVERIFY(reply.good && *reply.good && reply.demo);
+            QVERIFY(trainer.asked() != notes);
+            tallies += reply.words.find("You found") != std::string::npos;
+        }
+        QCOMPARE(trainer.level(), 4);
+        QVERIFY(asked.size() > 10); // by now every key has been asked
+        QCOMPARE(tallies, 12);
+        QCOMPARE(trainer.tally(), std::string("You found sixty of sixty."));
+        for (int round = 0; round < 8; ++round)
+            static_cast<void>(trainer.skip());
+        QCOMPARE(trainer.level(), 0);
+    }
 
-void TrainingTest::theEarTrainerFollowsItsPupil()
-{
-    EarTrainer trainer(7);
-    QVERIFY(trainer.begin().demo);
-    QVERIFY(trainer.press(trainer.asked()[0]).words.empty()); // it has not been played yet
-    std::set<int> asked;
-    int tallies = 0;
-    for (int round = 0; round < 60; ++round) {
-        const auto notes = trainer.asked();
-        QCOMPARE(static_cast<int>(notes.size()), trainer.level() < 3 ? 1 : 2);
-        asked.insert(notes.begin(), notes.end());
+    void theEarTrainerExplains()
+    {
+        EarTrainer trainer(1);
+        static_cast<void>(trainer.begin());
+        QCOMPARE(trainer.tally(), std::string("Nothing found yet."));
+        const int note = trainer.asked()[0];
+        const std::string name = trainer.answer();
+        QCOMPARE(trainer.demo().notes.size(), 2U); // middle C, then the note
+        QCOMPARE(trainer.demo().notes[1].pitch, note);
         trainer.listen();
-        Reply reply;
-        for (const int note : notes)
-            reply = trainer.press(note - 12); // another octave will do
-        QVERIFY(reply.good && *reply.good && reply.demo);
-        QVERIFY(trainer.asked() != notes);
-        tallies += reply.words.find("You found") != std::string::npos;
+        const Reply low = trainer.press(note + 1);
+        QVERIFY(!*low.good && low.demo && trainer.asked()[0] == note);
+        QCOMPARE(low.words, std::string("It is lower."));
+        QVERIFY(!trainer.press(note).good); // it plays again first
+        trainer.listen();
+        const Reply missed = trainer.press(note - 1);
+        QVERIFY(!*missed.good && missed.demo);
+        QCOMPARE(missed.words, "It was " + name + ".");
+        QCOMPARE(trainer.tally(), std::string("You found zero of one."));
     }
-    QCOMPARE(trainer.level(), 4);
-    QVERIFY(asked.size() > 10); // by now every key has been asked
-    QCOMPARE(tallies, 12);
-    QCOMPARE(trainer.tally(), std::string("You found sixty of sixty."));
-    for (int round = 0; round < 8; ++round)
-        static_cast<void>(trainer.skip());
-    QCOMPARE(trainer.level(), 0);
-}
 
-void TrainingTest::theEarTrainerExplains()
-{
-    EarTrainer trainer(1);
-    static_cast<void>(trainer.begin());
-    QCOMPARE(trainer.tally(), std::string("Nothing found yet."));
-    const int note = trainer.asked()[0];
-    const std::string name = trainer.answer();
-    QCOMPARE(trainer.demo().notes.size(), 2U); // middle C, then the note
-    QCOMPARE(trainer.demo().notes[1].pitch, note);
-    trainer.listen();
-    const Reply low = trainer.press(note + 1);
-    QVERIFY(!*low.good && low.demo && trainer.asked()[0] == note);
-    QCOMPARE(low.words, std::string("It is lower."));
-    QVERIFY(!trainer.press(note).good); // it plays again first
-    trainer.listen();
-    const Reply missed = trainer.press(note - 1);
-    QVERIFY(!*missed.good && missed.demo);
-    QCOMPARE(missed.words, "It was " + name + ".");
-    QCOMPARE(trainer.tally(), std::string("You found zero of one."));
-}
+    void hearsHarmonies_data()
+    {
+        const Table<QList<int>, QString> row{"pitches", "harmony"};
+        row("C", {60, 64, 67}, u"0 4 7"_s);
+        row("C over E", {52, 60, 67}, u"0 4 7"_s);
+        row("A minor with its seventh", {57, 60, 64, 67}, u"9 3 7"_s);
+        row("C with a sixth", {48, 64, 67, 69}, u"0 4 7"_s);
+        row("G seventh without its fifth", {55, 59, 65}, u"7 4 7"_s);
+        row("B diminished", {59, 62, 65}, u"11 3 6"_s);
+        row("D suspended", {62, 67, 69}, u"2 5 7"_s);
+        row("a fifth alone", {48, 55}, u"0 4 7"_s);
+        row("a third alone", {48, 52}, u"0 4 7"_s);
+        row("one key", {60}, {});
+        row("octaves", {48, 60, 72}, {});
+        row("a fist", {60, 61, 62, 63, 64}, {});
+    }
 
-void TrainingTest::hearsHarmonies_data()
-{
-    const Table<QList<int>, QString> row{"pitches", "harmony"};
-    row("C", {60, 64, 67}, u"0 4 7"_s);
-    row("C over E", {52, 60, 67}, u"0 4 7"_s);
-    row("A minor with its seventh", {57, 60, 64, 67}, u"9 3 7"_s);
-    row("C with a sixth", {48, 64, 67, 69}, u"0 4 7"_s);
-    row("G seventh without its fifth", {55, 59, 65}, u"7 4 7"_s);
-    row("B diminished", {59, 62, 65}, u"11 3 6"_s);
-    row("D suspended", {62, 67, 69}, u"2 5 7"_s);
-    row("a fifth alone", {48, 55}, u"0 4 7"_s);
-    row("a third alone", {48, 52}, u"0 4 7"_s);
-    row("one key", {60}, {});
-    row("octaves", {48, 60, 72}, {});
-    row("a fist", {60, 61, 62, 63, 64}, {});
-}
+    void hearsHarmonies()
+    {
+        QFETCH(QList<int>, pitches);
+        QFETCH(QString, harmony);
+        const auto heard = harmonyOf(std::vector<int>(pitches.begin(), pitches.end()));
+        QCOMPARE(
+            heard ? u"%1 %2 %3"_s.arg(heard->root).arg(heard->third).arg(heard->fifth) : QString(),
+            harmony);
+    }
 
-void TrainingTest::hearsHarmonies()
-{
-    QFETCH(QList<int>, pitches);
-    QFETCH(QString, harmony);
-    const auto heard = harmonyOf(std::vector<int>(pitches.begin(), pitches.end()));
-    QCOMPARE(heard ? u"%1 %2 %3"_s.arg(heard->root).arg(heard->third).arg(heard->fifth) : QString(),
-        harmony);
-}
+    void theBandFollowsThePlayer()
+    {
+        Stage<Band> stage;
+        Band &band = stage.player;
+        band.setStyle(Band::Style::Simple);
+        band.setTempo(120);
+        band.start();
+        QCOMPARE(stage.lines, QStringList({u"@bandstyle simple"_s, u"@live 1"_s}));
+        band.key(48, 80, 1.0);
+        QVERIFY(!band.deadline()); // one key is no chord
+        band.key(52, 80, 1.01);
+        band.key(55, 80, 1.02);
+        stage.now = 1.02;
+        stage.runTo(3.5);
+        // C and its fifth on one and three, from the chord on.
+        QCOMPARE(presses(stage.sound, 0), QStringList({u"36@1.01"_s, u"31@2.01"_s, u"36@3.01"_s}));
+        for (const int pitch : {48, 52, 55})
+            band.key(pitch, 0, 3.6);
+        for (const int pitch : {53, 57, 60})
+            band.key(pitch, 80, 3.7);
+        band.setTempo(60); // from the next bar on
+        stage.runTo(8.9);
+        QCOMPARE(
+            presses(stage.sound, 0, 3.5), QStringList({u"36@4.01"_s, u"29@5.01"_s, u"36@7.01"_s}));
+        QVERIFY(presses(stage.sound, 9, 3.5).contains(u"38@6.01"_s));
+        band.setStyle(Band::Style::Full);
+        stage.runTo(60);
+        band.key(53, 0, 60);
+        const QStringList crashes = presses(stage.sound, 9).filter(QRegularExpression(u"^49@"_s));
+        QVERIFY(crashes.size() == 1);
+        band.stop();
+        QCOMPARE(stage.lines.last(), u"@live 0"_s);
+        QVERIFY(!band.deadline());
+        band.key(48, 80, 61);
+        band.key(52, 80, 61);
+        QVERIFY(!band.deadline());
+    }
 
-void TrainingTest::theBandFollowsThePlayer()
-{
-    Stage<Band> stage;
-    Band &band = stage.player;
-    band.setStyle(Band::Style::Simple);
-    band.setTempo(120);
-    band.start();
-    QCOMPARE(stage.lines, QStringList({u"@bandstyle simple"_s, u"@live 1"_s}));
-    band.key(48, 80, 1.0);
-    QVERIFY(!band.deadline()); // one key is no chord
-    band.key(52, 80, 1.01);
-    band.key(55, 80, 1.02);
-    stage.now = 1.02;
-    stage.runTo(3.5);
-    // C and its fifth on one and three, from the chord on.
-    QCOMPARE(presses(stage.sound, 0), QStringList({u"36@1.01"_s, u"31@2.01"_s, u"36@3.01"_s}));
-    for (const int pitch : {48, 52, 55})
-        band.key(pitch, 0, 3.6);
-    for (const int pitch : {53, 57, 60})
-        band.key(pitch, 80, 3.7);
-    band.setTempo(60); // from the next bar on
-    stage.runTo(8.9);
-    QCOMPARE(presses(stage.sound, 0, 3.5), QStringList({u"36@4.01"_s, u"29@5.01"_s, u"36@7.01"_s}));
-    QVERIFY(presses(stage.sound, 9, 3.5).contains(u"38@6.01"_s));
-    band.setStyle(Band::Style::Full);
-    stage.runTo(60);
-    band.key(53, 0, 60);
-    const QStringList crashes = presses(stage.sound, 9).filter(QRegularExpression(u"^49@"_s));
-    QVERIFY(crashes.size() == 1);
-    band.stop();
-    QCOMPARE(stage.lines.last(), u"@live 0"_s);
-    QVERIFY(!band.deadline());
-    band.key(48, 80, 61);
-    band.key(52, 80, 61);
-    QVERIFY(!band.deadline());
-}
-
-void TrainingTest::theBandRestsWithThePlayer()
-{
-    Stage<Band> stage;
-    stage.player.setTempo(120);
-    stage.player.start();
-    stage.player.key(48, 80, 0);
-    stage.player.key(52, 80, 0);
-    stage.runTo(30);
-    QVERIFY(stage.player.deadline()); // the keys are held still
-    stage.player.key(48, 0, 30);
-    stage.player.key(52, 0, 30);
-    stage.runTo(39);
-    QVERIFY(!stage.player.deadline());
-    QCOMPARE(stage.sound.silenced, 1);
-    stage.player.key(48, 80, 50);
-    stage.player.key(52, 80, 50);
-    QVERIFY(stage.player.deadline());
-    // A machine that slept does not catch up.
-    const auto before = stage.sound.played.size();
-    stage.player.advance(5000);
-    QVERIFY(stage.sound.played.size() < before + 10);
-}
+    void theBandRestsWithThePlayer()
+    {
+        Stage<Band> stage;
+        stage.player.setTempo(120);
+        stage.player.start();
+        stage.player.key(48, 80, 0);
+        stage.player.key(52, 80, 0);
+        stage.runTo(30);
+        QVERIFY(stage.player.deadline()); // the keys are held still
+        stage.player.key(48, 0, 30);
+        stage.player.key(52, 0, 30);
+        stage.runTo(39);
+        QVERIFY(!stage.player.deadline());
+        QCOMPARE(stage.sound.silenced, 1);
+        stage.player.key(48, 80, 50);
+        stage.player.key(52, 80, 50);
+        QVERIFY(stage.player.deadline());
+        // A machine that slept does not catch up.
+        const auto before = stage.sound.played.size();
+        stage.player.advance(5000);
+        QVERIFY(stage.sound.played.size() < before + 10);
+    }
+};
 
 QTEST_APPLESS_MAIN(TrainingTest)
 #include "training_test.moc"

@@ -10,57 +10,52 @@ class WordsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void readsNumbers_data();
-    void readsNumbers();
-    void knowsWhereSentencesBegin();
-    void namesPlaces();
+    void readsNumbers_data()
+    {
+        const Table<int, int> row{"value", "words"}; // no number is -1
+        row("ninety five please", 95, 2);
+        row("twenty-third", 23, 2);
+        row("a hundred and four songs", 104, 4);
+        row("hundred", -1, 0);
+        row("a hundred and", 100, 2);
+        row("one twenty", 120, 2); // as tempos are said
+        row("one twenty five", 125, 3);
+        row("three four", 3, 1);
+        row("five hundred thousand", 500, 2);
+        row("nine thousand nine hundred and ninety nine", 9999, 7);
+        row("zero", 0, 1);
+        row("120 bpm", 120, 1);
+        row("99999999999", -1, 0);
+        row("12th", -1, 0);
+        row("hundred hundred hundred hundred", -1, 0);
+    }
+
+    void readsNumbers()
+    {
+        const auto number = numberAt(wordsOf(QTest::currentDataTag()));
+        QTEST(number ? number->value : -1, "value");
+        QTEST(number ? static_cast<int>(number->words) : 0, "words");
+    }
+
+    void knowsWhereSentencesBegin()
+    {
+        const std::vector<Word> expected{
+            {"what's", true}, {"that", false}, {"zoe", true}, {"stop", false}};
+        QVERIFY(wordsOf(" What's 'that'?  -- Zo\xc3\xab, STOP!!") == expected);
+        QVERIFY(wordsOf("' .,\t").empty());
+    }
+
+    void namesPlaces()
+    {
+        QCOMPARE(ordinalInWords(3), std::string("third"));
+        QCOMPARE(ordinalInWords(13), std::string("13th"));
+        QCOMPARE(ordinalInWords(22), std::string("22nd"));
+        QCOMPARE(ordinalInWords(111), std::string("111th"));
+        QCOMPARE(numberInWords(95), std::string("ninety five"));
+        QCOMPARE(numberInWords(40), std::string("forty"));
+        QCOMPARE(numberInWords(120), std::string("120"));
+    }
 };
-
-void WordsTest::readsNumbers_data()
-{
-    const Table<int, int> row{"value", "words"}; // no number is -1
-    row("ninety five please", 95, 2);
-    row("twenty-third", 23, 2);
-    row("a hundred and four songs", 104, 4);
-    row("hundred", -1, 0);
-    row("a hundred and", 100, 2);
-    row("one twenty", 120, 2); // as tempos are said
-    row("one twenty five", 125, 3);
-    row("three four", 3, 1);
-    row("five hundred thousand", 500, 2);
-    row("nine thousand nine hundred and ninety nine", 9999, 7);
-    row("zero", 0, 1);
-    row("120 bpm", 120, 1);
-    row("99999999999", -1, 0);
-    row("12th", -1, 0);
-    row("hundred hundred hundred hundred", -1, 0);
-}
-
-void WordsTest::readsNumbers()
-{
-    const auto number = numberAt(wordsOf(QTest::currentDataTag()));
-    QTEST(number ? number->value : -1, "value");
-    QTEST(number ? static_cast<int>(number->words) : 0, "words");
-}
-
-void WordsTest::knowsWhereSentencesBegin()
-{
-    const std::vector<Word> expected{
-        {"what's", true}, {"that", false}, {"zoe", true}, {"stop", false}};
-    QVERIFY(wordsOf(" What's 'that'?  -- Zo\xc3\xab, STOP!!") == expected);
-    QVERIFY(wordsOf("' .,\t").empty());
-}
-
-void WordsTest::namesPlaces()
-{
-    QCOMPARE(ordinalInWords(3), std::string("third"));
-    QCOMPARE(ordinalInWords(13), std::string("13th"));
-    QCOMPARE(ordinalInWords(22), std::string("22nd"));
-    QCOMPARE(ordinalInWords(111), std::string("111th"));
-    QCOMPARE(numberInWords(95), std::string("ninety five"));
-    QCOMPARE(numberInWords(40), std::string("forty"));
-    QCOMPARE(numberInWords(120), std::string("120"));
-}
 
 QTEST_APPLESS_MAIN(WordsTest)
 #include "words_test.moc"

@@ -13,64 +13,60 @@ class ProfileTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void namesComeFromTheProfile_data();
-    void namesComeFromTheProfile();
-    void theDisplayIsAsTheUserLeftIt();
-    void directoriesAreTakenAsNamed();
-};
-
-void ProfileTest::namesComeFromTheProfile_data()
-{
-    const Table<QByteArray, QString, QString> row{"profile", "assistant", "user"};
-    row("both", R"({"assistant": "Aria", "user": "Zoë", "city": {"x": []}})", u"Aria"_s, u"Zoë"_s);
-    row("empty strings are strings", R"({"assistant": "", "user": ""})", {}, {});
-    const QString standard = u"Kelo"_s;
-    row("none", {}, standard, {});
-    row("wrong types", R"({"assistant": 7, "user": ["Ann"]})", standard, {});
-    row("a list", R"(["assistant", "Aria"])", standard, {});
-    row("cut off", R"({"assistant": "Aria")", standard, {});
-    row("deeply nested", QByteArray(100'000, '['), standard, {});
-}
-
-void ProfileTest::namesComeFromTheProfile()
-{
-    QFETCH(QByteArray, profile);
-    LinkFixture fixture;
-    if (!profile.isEmpty())
-        fixture.write(u"profile.json"_s, profile);
-    QTEST(fixture->assistant.get(), "assistant");
-    QTEST(fixture->user.get(), "user");
-
-    fixture.write(u"profile.json"_s, R"({"user": "Eve"})"); // is read anew
-    QCOMPARE(savedProfile(fixture.dataDir).value(u"user"_s).toString(), u"Eve"_s);
-}
-
-void ProfileTest::theDisplayIsAsTheUserLeftIt()
-{
-    LinkFixture fixture;
-    QSettings(fixture.settingsFile, QSettings::IniFormat).setValue(u"large"_s, true);
-    QVERIFY(fixture->large && !fixture->contrast);
-}
-
-void ProfileTest::directoriesAreTakenAsNamed()
-{
-    const QTemporaryDir folder;
-    QProcessEnvironment environment;
-    QVERIFY(dataDirectory(environment).endsWith("/Kelo"_L1));
-    QVERIFY(payloadDirectory(environment).endsWith("/payload"_L1));
-
-    const QString wanted = folder.filePath(u"a/b c"_s);
-    environment.insert(u"KELO_HOME"_s, wanted);
-    QCOMPARE(dataDirectory(environment), wanted);
-    QVERIFY(QDir(wanted).exists());
-    environment.insert(u"KELO_HOME"_s, u"/proc/nowhere"_s);
-    QCOMPARE(dataDirectory(environment), u"/proc/nowhere"_s);
-
-    for (const QString &payload : {u"some/where"_s, QString()}) {
-        environment.insert(u"KELO_PAYLOAD"_s, payload);
-        QCOMPARE(payloadDirectory(environment), payload);
+    void namesComeFromTheProfile_data()
+    {
+        const Table<QByteArray, QString, QString> row{"profile", "assistant", "user"};
+        row("both", R"({"assistant": "Aria", "user": "Zoë", "city": {"x": []}})", u"Aria"_s,
+            u"Zoë"_s);
+        row("empty strings are strings", R"({"assistant": "", "user": ""})", {}, {});
+        const QString standard = u"Kelo"_s;
+        row("none", {}, standard, {});
+        row("wrong types", R"({"assistant": 7, "user": ["Ann"]})", standard, {});
+        row("a list", R"(["assistant", "Aria"])", standard, {});
+        row("cut off", R"({"assistant": "Aria")", standard, {});
+        row("deeply nested", QByteArray(100'000, '['), standard, {});
     }
-}
+
+    void namesComeFromTheProfile()
+    {
+        QFETCH(QByteArray, profile);
+        LinkFixture fixture;
+        if (!profile.isEmpty())
+            fixture.write(u"profile.json"_s, profile);
+        QTEST(fixture->assistant.get(), "assistant");
+        QTEST(fixture->user.get(), "user");
+
+        fixture.write(u"profile.json"_s, R"({"user": "Eve"})"); // is read anew
+        QCOMPARE(savedProfile(fixture.dataDir).value(u"user"_s).toString(), u"Eve"_s);
+    }
+
+    void theDisplayIsAsTheUserLeftIt()
+    {
+        LinkFixture fixture;
+        QSettings(fixture.settingsFile, QSettings::IniFormat).setValue(u"large"_s, true);
+        QVERIFY(fixture->large && !fixture->contrast);
+    }
+
+    void directoriesAreTakenAsNamed()
+    {
+        const QTemporaryDir folder;
+        QProcessEnvironment environment;
+        QVERIFY(dataDirectory(environment).endsWith("/Kelo"_L1));
+        QVERIFY(payloadDirectory(environment).endsWith("/payload"_L1));
+
+        const QString wanted = folder.filePath(u"a/b c"_s);
+        environment.insert(u"KELO_HOME"_s, wanted);
+        QCOMPARE(dataDirectory(environment), wanted);
+        QVERIFY(QDir(wanted).exists());
+        environment.insert(u"KELO_HOME"_s, u"/proc/nowhere"_s);
+        QCOMPARE(dataDirectory(environment), u"/proc/nowhere"_s);
+
+        for (const QString &payload : {u"some/where"_s, QString()}) {
+            environment.insert(u"KELO_PAYLOAD"_s, payload);
+            QCOMPARE(payloadDirectory(environment), payload);
+        }
+    }
+};
 
 QTEST_GUILESS_MAIN(ProfileTest)
 #include "profile_test.moc"

@@ -59,240 +59,229 @@ class DrawingsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void theRingIsWhatItsFormulaSays_data();
-    void theRingIsWhatItsFormulaSays();
-    void spritesCoverAddAndFade();
-    void captionLettersHaveTheirColour_data();
-    void captionLettersHaveTheirColour();
-    void theTextToSelectLiesOnTheDrawnOne_data();
-    void theTextToSelectLiesOnTheDrawnOne();
-    void anUnseenWindowDrawsNothing();
-    void aStillDisplayDrawsNothing_data();
-    void aStillDisplayDrawsNothing();
-    void theStageIsTakenAndGivenBack();
-};
-
-void DrawingsTest::theRingIsWhatItsFormulaSays_data()
-{
-    QTest::addColumn<double>("level");
-    QTest::addColumn<double>("time");
-    for (const double level : {0.0, 0.35, 1.0, 1.4}) {
-        for (const double time : {0.0, 7.3, 61.9})
-            QTest::addRow("level %g at %g s", level, time) << level << time;
-    }
-}
-
-void DrawingsTest::theRingIsWhatItsFormulaSays()
-{
-    QFETCH(double, level);
-    QFETCH(double, time);
-    RingLook look{.level = std::min(level, 1.0), .amplitude = level + 0.04, .time = time};
-    for (std::size_t i = 0; i < look.bands.size(); ++i)
-        look.bands[i] = level * (0.5 + 0.5 * std::sin(static_cast<double>(i) * 1.3)) + 0.04;
-    constexpr QRect ring(0, 0, 360, 360);
-    constexpr QRect scope(40, 360, 280, 34);
-    QQuickView window;
-    window.setColor(Qt::black);
-    auto *item = new Pictured<RingNode>([&](RingNode &node) { node.show(ring, scope, look); });
-    window.setContent(QUrl(), nullptr, item);
-    window.resize(360, 394);
-    window.contentItem()->setSize({360, 394});
-    const QImage drawn = window.grabWindow();
-    QVERIFY(window.rendererInterface()->graphicsApi() != QSGRendererInterface::Software);
-
-    const auto worst = [&drawn](const QRect &place, const QImage &meant) {
-        int most = 0;
-        for (int y = 0; y < place.height(); ++y) {
-            for (int x = 0; x < place.width(); ++x) {
-                // Over black, a premultiplied colour is what is seen.
-                const uchar *pixel = meant.constScanLine(y) + 4 * x;
-                most = std::max(most,
-                    difference(drawn.pixel(x + place.x(), y + place.y()),
-                        qRgb(pixel[0], pixel[1], pixel[2])));
-            }
+    void theRingIsWhatItsFormulaSays_data()
+    {
+        QTest::addColumn<double>("level");
+        QTest::addColumn<double>("time");
+        for (const double level : {0.0, 0.35, 1.0, 1.4}) {
+            for (const double time : {0.0, 7.3, 61.9})
+                QTest::addRow("level %g at %g s", level, time) << level << time;
         }
-        return most;
-    };
-    const int offRing = worst(ring, ringPicture(ring.size(), look));
-    QVERIFY2(offRing <= 2, QByteArray::number(offRing));
-    const int offScope = worst(scope, scopePicture(scope.size(), look));
-    QVERIFY2(offScope <= 2, QByteArray::number(offScope));
-}
-
-void DrawingsTest::spritesCoverAddAndFade()
-{
-    // The strip has them all: a light, a fill in half a colour, an opaque fill over both.
-    ItemWindow stand(u"Keys"_s, {1040, 160});
-    stand.fixture.say({"on 60 127", "out 62 90", "out 61 90"});
-    const QImage image = stand.picture();
-    const auto text = TextColours::of(false);
-    const int middleC = 23 * 20 + 10;
-    QCOMPARE(image.pixel(middleC, 150), colours::green.toQColor().rgb());
-    const QRgb sounding = image.pixel(middleC + 20, 150);
-    QVERIFY(difference(sounding, mixed({0, 0, 0}, text.soft, 0.35).toQColor().rgb()) <= 2);
-    QVERIFY(difference(image.pixel(24 * 20, 100), text.dim.toQColor().rgb()) <= 1);
-    // The held key's light reaches its neighbours' ground and dies away.
-    const int near = qGreen(image.pixel(middleC - 13, 150));
-    const int far = qGreen(image.pixel(middleC - 18, 150));
-    QVERIFY2(near > far && far < 40, QByteArray::number(near) + ' ' + QByteArray::number(far));
-}
-
-void DrawingsTest::captionLettersHaveTheirColour_data()
-{
-    const Table<bool, bool> row{"contrast", "large"};
-    row("normal", false, false);
-    row("contrast", true, false);
-    row("large", false, true);
-}
-
-void DrawingsTest::captionLettersHaveTheirColour()
-{
-    QFETCH(bool, contrast);
-    QFETCH(bool, large);
-    ItemWindow stand(u"Caption"_s, {900, 100});
-    stand.fixture->contrast = contrast;
-    stand.fixture->large = large;
-    // Full blocks: every pixel of a cell's middle has the letter's colour.
-    const QString blocks(24, QChar(0x2588));
-    stand.fixture.say({"say " + blocks.toUtf8(), "word 0 10 1000"});
-    for (int i = 0; i < 60; ++i) {
-        stand.fixture.time.advance(1.0 / 60);
-        stand.item->refresh();
     }
-    const QImage image = stand.picture();
-    auto *caption = qobject_cast<CaptionDrawing *>(stand.item);
-    const double advance = QFontMetricsF(caption->font()).horizontalAdvance(QChar(0x2588));
-    const double left = (900 - advance * 24) / 2;
-    // A second into a word of a second the cursor is all but at 10.
-    const double position = stand.fixture->glide(10, stand.fixture.time.now());
-    QVERIFY(position > 9 && position <= 10.2);
-    for (const int unit : {0, 4, 9, 11, 12, 20}) {
-        const int x = static_cast<int>(left + advance * (unit + 0.5));
-        const QRgb meant = captionColour(position - unit, contrast).toQColor().rgb();
-        QVERIFY2(difference(image.pixel(x, 50), meant) <= 2,
-            qPrintable(u"unit %1: %2, not %3"_s.arg(unit)
-                           .arg(image.pixel(x, 50), 0, 16)
-                           .arg(meant, 0, 16)));
+
+    void theRingIsWhatItsFormulaSays()
+    {
+        QFETCH(double, level);
+        QFETCH(double, time);
+        RingLook look{.level = std::min(level, 1.0), .amplitude = level + 0.04, .time = time};
+        for (std::size_t i = 0; i < look.bands.size(); ++i)
+            look.bands[i] = level * (0.5 + 0.5 * std::sin(static_cast<double>(i) * 1.3)) + 0.04;
+        constexpr QRect ring(0, 0, 360, 360);
+        constexpr QRect scope(40, 360, 280, 34);
+        QQuickView window;
+        window.setColor(Qt::black);
+        auto *item = new Pictured<RingNode>([&](RingNode &node) { node.show(ring, scope, look); });
+        window.setContent(QUrl(), nullptr, item);
+        window.resize(360, 394);
+        window.contentItem()->setSize({360, 394});
+        const QImage drawn = window.grabWindow();
+        QVERIFY(window.rendererInterface()->graphicsApi() != QSGRendererInterface::Software);
+
+        const auto worst = [&drawn](const QRect &place, const QImage &meant) {
+            int most = 0;
+            for (int y = 0; y < place.height(); ++y) {
+                for (int x = 0; x < place.width(); ++x) {
+                    // Over black, a premultiplied colour is what is seen.
+                    const uchar *pixel = meant.constScanLine(y) + 4 * x;
+                    most = std::max(most,
+                        difference(drawn.pixel(x + place.x(), y + place.y()),
+                            qRgb(pixel[0], pixel[1], pixel[2])));
+                }
+            }
+            return most;
+        };
+        const int offRing = worst(ring, ringPicture(ring.size(), look));
+        QVERIFY2(offRing <= 2, QByteArray::number(offRing));
+        const int offScope = worst(scope, scopePicture(scope.size(), look));
+        QVERIFY2(offScope <= 2, QByteArray::number(offScope));
     }
-}
 
-void DrawingsTest::theTextToSelectLiesOnTheDrawnOne_data()
-{
-    const Table<int> row{"width"};
-    row("one line", 900);
-    row("wrapped", 300);
-}
-
-void DrawingsTest::theTextToSelectLiesOnTheDrawnOne()
-{
-    QFETCH(int, width);
-    ItemWindow stand(u"Caption"_s, {width, 160});
-    stand.fixture.say({"say We take it hand by hand, two bars at a time."});
-    (void)stand.picture();
-    const auto children = stand.item->childItems();
-    const auto edit = std::ranges::find_if(
-        children, [](const QQuickItem *child) { return child->inherits("QQuickTextEdit"); });
-    QVERIFY(edit != children.end());
-    QVERIFY((*edit)->isVisible());
-    QCOMPARE(
-        (*edit)->property("text").toString(), u"We take it hand by hand, two bars at a time."_s);
-
-    auto *caption = qobject_cast<CaptionDrawing *>(stand.item);
-    const CaptionRaster raster = rasterise(caption->text(), caption->font(), width, 1);
-    const double top = (160 - raster.size.height()) / 2;
-    for (const auto &[unit, place] : raster.cells) {
-        QRectF seen;
-        QMetaObject::invokeMethod(*edit, "positionToRectangle", Q_RETURN_ARG(QRectF, seen),
-            Q_ARG(int, static_cast<int>(unit)));
-        const bool firstOfLine = place.left() == raster.area.left();
-        QVERIFY(firstOfLine || std::abs(seen.left() - place.left()) <= 1.5);
-        QVERIFY(seen.center().y() > place.top() + top && seen.center().y() < place.bottom() + top);
+    void spritesCoverAddAndFade()
+    {
+        // The strip has them all: a light, a fill in half a colour, an opaque fill over both.
+        ItemWindow stand(u"Keys"_s, {1040, 160});
+        stand.fixture.say({"on 60 127", "out 62 90", "out 61 90"});
+        const QImage image = stand.picture();
+        const auto text = TextColours::of(false);
+        const int middleC = 23 * 20 + 10;
+        QCOMPARE(image.pixel(middleC, 150), colours::green.toQColor().rgb());
+        const QRgb sounding = image.pixel(middleC + 20, 150);
+        QVERIFY(difference(sounding, mixed({0, 0, 0}, text.soft, 0.35).toQColor().rgb()) <= 2);
+        QVERIFY(difference(image.pixel(24 * 20, 100), text.dim.toQColor().rgb()) <= 1);
+        // The held key's light reaches its neighbours' ground and dies away.
+        const int near = qGreen(image.pixel(middleC - 13, 150));
+        const int far = qGreen(image.pixel(middleC - 18, 150));
+        QVERIFY2(near > far && far < 40, QByteArray::number(near) + ' ' + QByteArray::number(far));
     }
-}
 
-void DrawingsTest::anUnseenWindowDrawsNothing()
-{
-    ItemWindow stand(u"Core"_s);
-    stand.fixture->state = u"ONLINE"_s;
-    QSignalSpy moved(&stand.window, &QQuickWindow::afterAnimating);
-    stand.window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&stand.window));
-    QTRY_VERIFY(moved.count() > 5);
-    const auto movesFor = [&moved](int ms) {
-        QTest::qWait(100);
-        moved.clear();
-        QTest::qWait(ms);
-        return moved.count();
-    };
-    stand.item->setActive(false);
-    QCOMPARE(movesFor(200), 0);
-    stand.item->setActive(true);
-    QVERIFY(movesFor(200) > 5);
-    stand.item->setVisible(false);
-    QCOMPARE(movesFor(200), 0);
-    stand.item->setVisible(true);
-    FramePacer::setCovered(stand.window, true);
-    QCOMPARE(movesFor(200), 0);
-    FramePacer::setCovered(stand.window, false);
-    stand.window.hide();
-    QCOMPARE(movesFor(200), 0);
-    // Lines go on being handled meanwhile.
-    stand.fixture.say({"say Good evening.", "on 60 90"});
-    QCOMPARE(stand.fixture->caption.get(), u"Good evening."_s);
-    stand.window.show();
-    QTRY_VERIFY(moved.count() > 5);
-}
-
-void DrawingsTest::aStillDisplayDrawsNothing_data()
-{
-    // before: what happened a minute ago
-    const Table<QString, QByteArrayList, QByteArray> row{"type", "before", "waking"};
-    const QByteArrayList played{"on 60 90", "on 60 0", "out 50 90"};
-    const QByteArrayList spoken{"say Good evening.", "word 0 4 300", "done"};
-    row("keys, at once", u"Keys"_s, played, "on 60 90"_ba);
-    row("keys, marks", u"Keys"_s, played, "buttons 108"_ba);
-    row("ring, a key", u"Core"_s, played + spoken, "on 60 90"_ba);
-    row("ring, the engine's note", u"Core"_s, spoken, "out 60 90"_ba);
-    row("ring, a mode", u"Core"_s, spoken, "mode teach"_ba);
-    row("ring, speech", u"Core"_s, spoken, "say Good night."_ba);
-    row("falling notes, a key", u"Visualiser"_s, played, "on 60 90"_ba);
-    row("falling notes, a roll", u"Visualiser"_s, played, "rollnew A"_ba);
-    row("caption", u"Caption"_s, spoken, "say Good night."_ba);
-}
-
-void DrawingsTest::aStillDisplayDrawsNothing()
-{
-    QFETCH(QString, type);
-    QFETCH(QByteArrayList, before);
-    QFETCH(QByteArray, waking);
-    ItemWindow stand(type, {1040, 160});
-    for (const QByteArray &line : before)
-        stand.fixture->handle(line);
-    for (int i = 0; i < 600; ++i) {
-        stand.fixture.time.advance(0.1);
-        stand.item->refresh();
+    void captionLettersHaveTheirColour_data()
+    {
+        const Table<bool, bool> row{"contrast", "large"};
+        row("normal", false, false);
+        row("contrast", true, false);
+        row("large", false, true);
     }
-    stand.window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&stand.window));
-    QTest::qWait(300);
-    QSignalSpy frames(&stand.window, &QQuickWindow::afterAnimating);
-    QTest::qWait(700); // whatever looks twice a second has looked
-    QCOMPARE(frames.count(), 0);
-    stand.fixture->handle(waking);
-    QTRY_VERIFY_WITH_TIMEOUT(frames.count() > 0, 450);
-}
 
-void DrawingsTest::theStageIsTakenAndGivenBack()
-{
-    auto stand = std::make_unique<ItemWindow>(u"Visualiser"_s, QSize(1240, 840));
-    NoteStage *stage = stand->fixture->scene;
-    QVERIFY(stage && stage != &stand->fixture.stage);
-    stand->fixture.say({"rollnew A Piece", "rolln 0.5,1,60,90,0", "rollstart 0 9", "on 64 90"});
-    QVERIFY(!stand->picture().isNull());
-    stand->item->setLink(nullptr);
-    QVERIFY(!stand->fixture->scene);
-    stand->fixture.say({"on 64 0"});
-}
+    void captionLettersHaveTheirColour()
+    {
+        QFETCH(bool, contrast);
+        QFETCH(bool, large);
+        ItemWindow stand(u"Caption"_s, {900, 100});
+        stand.fixture->contrast = contrast;
+        stand.fixture->large = large;
+        // Full blocks: every pixel of a cell's middle has the letter's colour.
+        const QString blocks(24, QChar(0x2588));
+        stand.fixture.say({"say " + blocks.toUtf8(), "word 0 10 1000"});
+        for (int i = 0; i < 60; ++i) {
+            stand.fixture.time.advance(1.0 / 60);
+            stand.item->refresh();
+        }
+        const QImage image = stand.picture();
+        auto *caption = qobject_cast<CaptionDrawing *>(stand.item);
+        const double advance = QFontMetricsF(caption->font()).horizontalAdvance(QChar(0x2588));
+        const double left = (900 - advance * 24) / 2;
+        // A second into a word of a second the cursor is all but at 10.
+        const double position = stand.fixture->glide(10, stand.fixture.time.now());
+        QVERIFY(position > 9 && position <= 10.2);
+        for (const int unit : {0, 4, 9, 11, 12, 20}) {
+            const int x = static_cast<int>(left + advance * (unit + 0.5));
+            const QRgb meant = captionColour(position - unit, contrast).toQColor().rgb();
+            QVERIFY2(difference(image.pixel(x, 50), meant) <= 2,
+                qPrintable(u"unit %1: %2, not %3"_s.arg(unit)
+                               .arg(image.pixel(x, 50), 0, 16)
+                               .arg(meant, 0, 16)));
+        }
+    }
+
+    void theTextToSelectLiesOnTheDrawnOne_data()
+    {
+        const Table<int> row{"width"};
+        row("one line", 900);
+        row("wrapped", 300);
+    }
+
+    void theTextToSelectLiesOnTheDrawnOne()
+    {
+        QFETCH(int, width);
+        ItemWindow stand(u"Caption"_s, {width, 160});
+        stand.fixture.say({"say We take it hand by hand, two bars at a time."});
+        (void)stand.picture();
+        const auto children = stand.item->childItems();
+        const auto edit = std::ranges::find_if(
+            children, [](const QQuickItem *child) { return child->inherits("QQuickTextEdit"); });
+        QVERIFY(edit != children.end());
+        QVERIFY((*edit)->isVisible());
+        QCOMPARE((*edit)->property("text").toString(),
+            u"We take it hand by hand, two bars at a time."_s);
+
+        auto *caption = qobject_cast<CaptionDrawing *>(stand.item);
+        const CaptionRaster raster = rasterise(caption->text(), caption->font(), width, 1);
+        const double top = (160 - raster.size.height()) / 2;
+        for (const auto &[unit, place] : raster.cells) {
+            QRectF seen;
+            QMetaObject::invokeMethod(*edit, "positionToRectangle", Q_RETURN_ARG(QRectF, seen),
+                Q_ARG(int, static_cast<int>(unit)));
+            const bool firstOfLine = place.left() == raster.area.left();
+            QVERIFY(firstOfLine || std::abs(seen.left() - place.left()) <= 1.5);
+            QVERIFY(
+                seen.center().y() > place.top() + top && seen.center().y() < place.bottom() + top);
+        }
+    }
+
+    void anUnseenWindowDrawsNothing()
+    {
+        ItemWindow stand(u"Core"_s);
+        stand.fixture->state = u"ONLINE"_s;
+        QSignalSpy moved(&stand.window, &QQuickWindow::afterAnimating);
+        stand.window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&stand.window));
+        QTRY_VERIFY(moved.count() > 5);
+        const auto movesFor = [&moved](int ms) {
+            QTest::qWait(100);
+            moved.clear();
+            QTest::qWait(ms);
+            return moved.count();
+        };
+        stand.item->setActive(false);
+        QCOMPARE(movesFor(200), 0);
+        stand.item->setActive(true);
+        QVERIFY(movesFor(200) > 5);
+        stand.item->setVisible(false);
+        QCOMPARE(movesFor(200), 0);
+        stand.item->setVisible(true);
+        FramePacer::setCovered(stand.window, true);
+        QCOMPARE(movesFor(200), 0);
+        FramePacer::setCovered(stand.window, false);
+        stand.window.hide();
+        QCOMPARE(movesFor(200), 0);
+        // Lines go on being handled meanwhile.
+        stand.fixture.say({"say Good evening.", "on 60 90"});
+        QCOMPARE(stand.fixture->caption.get(), u"Good evening."_s);
+        stand.window.show();
+        QTRY_VERIFY(moved.count() > 5);
+    }
+
+    void aStillDisplayDrawsNothing_data()
+    {
+        // before: what happened a minute ago
+        const Table<QString, QByteArrayList, QByteArray> row{"type", "before", "waking"};
+        const QByteArrayList played{"on 60 90", "on 60 0", "out 50 90"};
+        const QByteArrayList spoken{"say Good evening.", "word 0 4 300", "done"};
+        row("keys, at once", u"Keys"_s, played, "on 60 90"_ba);
+        row("keys, marks", u"Keys"_s, played, "buttons 108"_ba);
+        row("ring, a key", u"Core"_s, played + spoken, "on 60 90"_ba);
+        row("ring, the engine's note", u"Core"_s, spoken, "out 60 90"_ba);
+        row("ring, a mode", u"Core"_s, spoken, "mode teach"_ba);
+        row("ring, speech", u"Core"_s, spoken, "say Good night."_ba);
+        row("falling notes, a key", u"Visualiser"_s, played, "on 60 90"_ba);
+        row("falling notes, a roll", u"Visualiser"_s, played, "rollnew A"_ba);
+        row("caption", u"Caption"_s, spoken, "say Good night."_ba);
+    }
+
+    void aStillDisplayDrawsNothing()
+    {
+        QFETCH(QString, type);
+        QFETCH(QByteArrayList, before);
+        QFETCH(QByteArray, waking);
+        ItemWindow stand(type, {1040, 160});
+        for (const QByteArray &line : before)
+            stand.fixture->handle(line);
+        for (int i = 0; i < 600; ++i) {
+            stand.fixture.time.advance(0.1);
+            stand.item->refresh();
+        }
+        stand.window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&stand.window));
+        QTest::qWait(300);
+        QSignalSpy frames(&stand.window, &QQuickWindow::afterAnimating);
+        QTest::qWait(700); // whatever looks twice a second has looked
+        QCOMPARE(frames.count(), 0);
+        stand.fixture->handle(waking);
+        QTRY_VERIFY_WITH_TIMEOUT(frames.count() > 0, 450);
+    }
+
+    void theStageIsTakenAndGivenBack()
+    {
+        auto stand = std::make_unique<ItemWindow>(u"Visualiser"_s, QSize(1240, 840));
+        NoteStage *stage = stand->fixture->scene;
+        QVERIFY(stage && stage != &stand->fixture.stage);
+        stand->fixture.say({"rollnew A Piece", "rolln 0.5,1,60,90,0", "rollstart 0 9", "on 64 90"});
+        QVERIFY(!stand->picture().isNull());
+        stand->item->setLink(nullptr);
+        QVERIFY(!stand->fixture->scene);
+        stand->fixture.say({"on 64 0"});
+    }
+};
 
 QTEST_MAIN(DrawingsTest)
 #include "drawings_test.moc"

@@ -26,268 +26,256 @@ class QuestionsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void takesAnOwnNameOfThreeToTwelveLetters_data();
-    void takesAnOwnNameOfThreeToTwelveLetters();
-    void keepsDaysWithinTheMonth();
-    void sendsAllAnswersInOneLine_data();
-    void sendsAllAnswersInOneLine();
-    void tellsTheEngineThenTheDisplayThenTheEars();
-    void speaksOrAnnouncesEachQuestion();
-    void answersToKeys_data();
-    void answersToKeys();
-    void leavesAChoiceToTheScreenReader();
-    void leavesTheOtherKeysToTheControls();
-    void keepsTheAnswersUntilTheyAreSent();
+    void init()
+    {
+        link_ = std::make_unique<LinkFixture>();
+        questions_ = std::make_unique<WelcomeQuestions>(link(), link_->ears);
+    }
+
+    void cleanup()
+    {
+        link().stop();
+        questions_.reset();
+        link_.reset();
+    }
+
+    void takesAnOwnNameOfThreeToTwelveLetters_data()
+    {
+        const Table<QString, QString> row{"typed", "chosen"};
+        const QString listed = u"Luna"_s;
+        row("nothing", u""_s, listed);
+        row("letters only", u"  aPOLLO-9 "_s, u"Apollo"_s);
+        row("two", u"Al"_s, listed);
+        row("three", u"max"_s, u"Max"_s);
+        row("twelve", u"ABCDEFGHIJKL"_s, u"Abcdefghijkl"_s);
+        row("thirteen", u"abcdefghijklm"_s, listed);
+        row("accents", u"ÉLODIE"_s, u"Élodie"_s);
+        row("accents typed apart", u"e\u0301lodie"_s, u"Élodie"_s);
+        row("an accent is no letter of its own", u"e\u0301l"_s, listed);
+        row("right to left", u"נועה"_s, u"נועה"_s);
+        row("vowel signs stay", u"मीरा देवी"_s, u"मीरादेवी"_s);
+        row("beyond sixteen bits", u"𐐨𐐩𐐪"_s, u"𐐀𐐩𐐪"_s);
+        row("emoji", u"🎹🎹🎹🎹"_s, listed);
+        row("half a character", QString(QChar(0xd801)) + u"bob"_s, u"Bob"_s);
+    }
+
+    void takesAnOwnNameOfThreeToTwelveLetters()
+    {
+        QFETCH(const QString, typed);
+        Answers answers;
+        answers.chooseName(4);
+        answers.custom = typed;
+        QTEST(answers.chosen(), "chosen");
+        answers.chooseName(0);
+        QCOMPARE(answers.chosen(), u"Kelo"_s);
+    }
+
+    void keepsDaysWithinTheMonth()
+    {
+        Answers answers;
+        answers.chooseDay(5);
+        QCOMPARE(answers.day, 0);
+        answers.chooseMonth(1);
+        QCOMPARE(answers.day, 1);
+        answers.chooseDay(31);
+        answers.chooseMonth(4);
+        QCOMPARE(answers.day, 30);
+        answers.chooseDay(31);
+        QCOMPARE(answers.day, 30);
+        answers.chooseMonth(2);
+        QCOMPARE(answers.day, 29);
+        answers.chooseMonth(13);
+        QCOMPARE(answers.month, 2);
+        answers.chooseMonth(0);
+        QCOMPARE(answers.setupLine(), u"~setup |Kelo||C||false||false\n"_s);
+    }
+
+    void sendsAllAnswersInOneLine_data()
+    {
+        const Table<Answers, QString> row{"answers", "line"};
+        row("nothing", {}, u"|Kelo||C||false||false"_s);
+        row("everything",
+            {.name = u"Ann"_s,
+                .wake = 2,
+                .city = u"Porto"_s,
+                .month = 3,
+                .day = 7,
+                .fahrenheit = true,
+                .large = true,
+                .contrast = true,
+                .reader = true,
+                .plays = true,
+                .listen = true,
+                .natural = true},
+            u"Ann|Harmony|Porto|F|uses a screen reader, so never rely on anything visual; "
+            "plays piano or makes music|true|03-07|true"_s);
+        row("plays only", {.plays = true}, u"|Kelo||C|plays piano or makes music|true||false"_s);
+        row("bars and breaks",
+            {.name = u" Ann|Lee "_s, .custom = u"b|o\nb"_s, .city = u"A\r\nB\u2028C\vD|"_s},
+            u"Ann Lee|Bob|A  B C D|C||false||false"_s);
+        row("any script", {.name = u"نورة 🎹 e\u0301"_s}, u"نورة 🎹 e\u0301|Kelo||C||false||false"_s);
+    }
+
+    void sendsAllAnswersInOneLine()
+    {
+        QFETCH(const Answers, answers);
+        QFETCH(const QString, line);
+        QCOMPARE(answers.setupLine(), u"~setup "_s + line + u'\n');
+    }
+
+    void tellsTheEngineThenTheDisplayThenTheEars()
+    {
+        begin();
+        questions_->setAnswers(
+            {.name = u" Ann|Lee "_s, .custom = u"bob"_s, .contrast = true, .listen = true});
+        press(link(), "NNNNNNN");
+        QVERIFY(!link().welcome);
+        QCOMPARE(link().assistant.get(), u"Bob"_s);
+        QCOMPARE(link().user.get(), u"Ann Lee"_s);
+        QVERIFY(link().contrast && !link().large);
+        QCOMPARE(link_->setting(u"contrast"_s), true);
+        QCOMPARE(link_->ears.calls, QStringList{u"begin"_s});
+        QTRY_VERIFY(link_->engine.input().endsWith("\n~setup Ann Lee|Bob||C||false||false\n"));
+
+        link_->say({"welcome"});
+        questions_->setAnswers({.listen = true});
+        press(link(), "NNNNNNN");
+        QVERIFY2(link_->ears.calls.size() == 1, "they were on already");
+    }
+
+    void speaksOrAnnouncesEachQuestion()
+    {
+        const QSignalSpy announced(questions_.get(), &WelcomeQuestions::questionAnnounced);
+        begin();
+        for (int i = 0; i < 6; ++i)
+            questions_->next();
+        QTRY_COMPARE(link_->engine.input().count('\n'), 7);
+        const auto lines = QString::fromUtf8(link_->engine.input()).split(u'\n');
+        QCOMPARE(lines[0],
+            u"~speak Hello. I’m Kelo. A few quick questions and I’m set up for you. Your answers "
+            u"stay "
+            "on this Mac, and every screen has a skip button."_s);
+        QCOMPARE(lines[6],
+            u"~speak One last thing: may I listen? To hear you say Kelo, I need the microphone. "
+            u"The "
+            "listening happens on this Mac, and I only act on what follows my name."_s);
+        QCOMPARE(announced.size(), 0);
+
+        questions_->setAnswers({.reader = true});
+        questions_->back();
+        QCOMPARE(announced.size(), 1);
+        QCOMPARE(announced[0][0].toString(),
+            u"How can I fit you best? Switch on anything that helps. All of it can be changed "
+            u"later, "
+            "just by asking. Tab moves between these. Space switches one on or off."_s);
+        link().send(u"~end\n"_s);
+        QTRY_VERIFY(link_->engine.input().endsWith("~end\n"));
+        QCOMPARE(link_->engine.input().count('\n'), 8);
+    }
+
+    void answersToKeys_data()
+    {
+        const Table<int, QByteArray, Answers, int, QString> row{
+            "step", "keys", "answers", "then", "heard"};
+        row("return goes on", 0, "NN", {}, 2, {});
+        row("escape goes back", 2, "E", {}, 1, {});
+        row("but not before the first", 0, "E", {}, 0, {});
+        row("right chooses a name", 2, "RR", {.wake = 2}, 2, u"Harmony"_s);
+        row("left goes round", 2, "L", {.wake = 6}, 2, u"Aria"_s);
+        row("right goes round", 2, "RRRRRRR", {.wake = 0}, 2, u"Kelo"_s);
+        row("down switches the unit", 3, "D", {.fahrenheit = true}, 3, u"Fahrenheit"_s);
+        row("up switches it back", 3, "DU", {}, 3, u"Celsius"_s);
+        row("right chooses a month", 4, "RRR", {.month = 3, .day = 1}, 4, u"March 1"_s);
+        row("up a day", 4, "RRRUUUUUU", {.month = 3, .day = 7}, 4, u"March 7"_s);
+        row("down a day, to the last", 4, "RRD", {.month = 2, .day = 29}, 4, u"February 29"_s);
+        row("to no birthday again", 4, "RL", {}, 4, u"No birthday chosen"_s);
+        row("left to December", 4, "L", {.month = 12, .day = 1}, 4, u"December 1"_s);
+        row("no day without a month", 4, "UUD", {}, 4, u"No birthday chosen"_s);
+        row("right answers yes", 6, "R", {.listen = true}, 6, u"Yes, listen"_s);
+        row("left answers no again", 6, "RL", {}, 6, u"Not now"_s);
+        row("down wants the natural voice", 6, "D", {.natural = true}, 6,
+            u"The natural voice: on"_s);
+        row("nothing to choose here", 1, "LRUD", {}, 1, {});
+    }
+
+    void answersToKeys()
+    {
+        QFETCH(const int, step);
+        QFETCH(const QByteArray, keys);
+        link().welcomeStepForSnapshot = step;
+        begin();
+        press(link(), keys);
+        QFETCH(const Answers, answers);
+        QVERIFY(questions_->answers() == answers);
+        QTEST(questions_->step(), "then");
+        QFETCH(const QString, heard);
+        if (!heard.isEmpty())
+            QTRY_VERIFY(link_->engine.input().endsWith("\n~speak " + heard.toUtf8() + '\n'));
+    }
+
+    void leavesAChoiceToTheScreenReader()
+    {
+        link().welcomeStepForSnapshot = 2;
+        begin();
+        questions_->setAnswers({.reader = true});
+        const QSignalSpy announced(questions_.get(), &WelcomeQuestions::choiceAnnounced);
+        press(link(), "R");
+        QCOMPARE(announced.size(), 1);
+        QCOMPARE(announced[0][0].toString(), u"Apollo"_s);
+        questions_->moved(true, WelcomeQuestions::NameChoices);
+        press(link(), "R");
+        questions_->speakChoice(u"High contrast: on"_s);
+        QVERIFY2(announced.size() == 1, "it says itself what has the focus");
+        questions_->setAnswers({.wake = 2});
+        press(link(), "R");
+        QTRY_VERIFY(link_->engine.input().endsWith("almost every time.\n~speak Phoenix\n"));
+    }
+
+    void leavesTheOtherKeysToTheControls()
+    {
+        link().welcomeStepForSnapshot = 2;
+        begin();
+        const auto consumes = [this](int key) { return link().welcomeKey.get()(key, {}); };
+        for (const int key : {Qt::Key_Space, Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_F, Qt::Key_Up})
+            QVERIFY(!consumes(key));
+        questions_->setAnswers({.custom = u"bob"_s});
+        QVERIFY2(!consumes(Qt::Key_Left), "it moves among the letters typed");
+        questions_->moved(true, WelcomeQuestions::NameChoices);
+        QVERIFY(consumes(Qt::Key_Left));
+        QCOMPARE(questions_->answers().chosen(), u"Aria"_s);
+        questions_->moved(true, WelcomeQuestions::OnButton);
+        QVERIFY2(!consumes(Qt::Key_Return), "it presses the button");
+    }
+
+    void keepsTheAnswersUntilTheyAreSent()
+    {
+        link().setAccess(u"large"_s, true);
+        begin();
+        QVERIFY(questions_->answers() == Answers{.large = true});
+        press(link(), "NNR");
+        const Answers soFar = questions_->answers();
+        link_->say({"welcome"});
+        QCOMPARE(questions_->step(), 2);
+        QVERIFY(questions_->answers() == soFar);
+
+        press(link(), "NNNNN");
+        link_->say({"welcome"});
+        QCOMPARE(questions_->step(), 0);
+        QVERIFY(questions_->answers() == Answers{.large = true});
+    }
 
 private:
-    void begin();
+    void begin()
+    {
+        link_->start("serve");
+        link_->say({"welcome"});
+    }
+
     Link &link() { return link_->link(); }
 
     std::unique_ptr<LinkFixture> link_;
     std::unique_ptr<WelcomeQuestions> questions_;
 };
-
-void QuestionsTest::init()
-{
-    link_ = std::make_unique<LinkFixture>();
-    questions_ = std::make_unique<WelcomeQuestions>(link(), link_->ears);
-}
-
-void QuestionsTest::cleanup()
-{
-    link().stop();
-    questions_.reset();
-    link_.reset();
-}
-
-void QuestionsTest::begin()
-{
-    link_->start("serve");
-    link_->say({"welcome"});
-}
-
-void QuestionsTest::takesAnOwnNameOfThreeToTwelveLetters_data()
-{
-    const Table<QString, QString> row{"typed", "chosen"};
-    const QString listed = u"Luna"_s;
-    row("nothing", u""_s, listed);
-    row("letters only", u"  aPOLLO-9 "_s, u"Apollo"_s);
-    row("two", u"Al"_s, listed);
-    row("three", u"max"_s, u"Max"_s);
-    row("twelve", u"ABCDEFGHIJKL"_s, u"Abcdefghijkl"_s);
-    row("thirteen", u"abcdefghijklm"_s, listed);
-    row("accents", u"ÉLODIE"_s, u"Élodie"_s);
-    row("accents typed apart", u"e\u0301lodie"_s, u"Élodie"_s);
-    row("an accent is no letter of its own", u"e\u0301l"_s, listed);
-    row("right to left", u"נועה"_s, u"נועה"_s);
-    row("vowel signs stay", u"मीरा देवी"_s, u"मीरादेवी"_s);
-    row("beyond sixteen bits", u"𐐨𐐩𐐪"_s, u"𐐀𐐩𐐪"_s);
-    row("emoji", u"🎹🎹🎹🎹"_s, listed);
-    row("half a character", QString(QChar(0xd801)) + u"bob"_s, u"Bob"_s);
-}
-
-void QuestionsTest::takesAnOwnNameOfThreeToTwelveLetters()
-{
-    QFETCH(const QString, typed);
-    Answers answers;
-    answers.chooseName(4);
-    answers.custom = typed;
-    QTEST(answers.chosen(), "chosen");
-    answers.chooseName(0);
-    QCOMPARE(answers.chosen(), u"Kelo"_s);
-}
-
-void QuestionsTest::keepsDaysWithinTheMonth()
-{
-    Answers answers;
-    answers.chooseDay(5);
-    QCOMPARE(answers.day, 0);
-    answers.chooseMonth(1);
-    QCOMPARE(answers.day, 1);
-    answers.chooseDay(31);
-    answers.chooseMonth(4);
-    QCOMPARE(answers.day, 30);
-    answers.chooseDay(31);
-    QCOMPARE(answers.day, 30);
-    answers.chooseMonth(2);
-    QCOMPARE(answers.day, 29);
-    answers.chooseMonth(13);
-    QCOMPARE(answers.month, 2);
-    answers.chooseMonth(0);
-    QCOMPARE(answers.setupLine(), u"~setup |Kelo||C||false||false\n"_s);
-}
-
-void QuestionsTest::sendsAllAnswersInOneLine_data()
-{
-    const Table<Answers, QString> row{"answers", "line"};
-    row("nothing", {}, u"|Kelo||C||false||false"_s);
-    row("everything",
-        {.name = u"Ann"_s,
-            .wake = 2,
-            .city = u"Porto"_s,
-            .month = 3,
-            .day = 7,
-            .fahrenheit = true,
-            .large = true,
-            .contrast = true,
-            .reader = true,
-            .plays = true,
-            .listen = true,
-            .natural = true},
-        u"Ann|Harmony|Porto|F|uses a screen reader, so never rely on anything visual; "
-        "plays piano or makes music|true|03-07|true"_s);
-    row("plays only", {.plays = true}, u"|Kelo||C|plays piano or makes music|true||false"_s);
-    row("bars and breaks",
-        {.name = u" Ann|Lee "_s, .custom = u"b|o\nb"_s, .city = u"A\r\nB\u2028C\vD|"_s},
-        u"Ann Lee|Bob|A  B C D|C||false||false"_s);
-    row("any script", {.name = u"نورة 🎹 e\u0301"_s}, u"نورة 🎹 e\u0301|Kelo||C||false||false"_s);
-}
-
-void QuestionsTest::sendsAllAnswersInOneLine()
-{
-    QFETCH(const Answers, answers);
-    QFETCH(const QString, line);
-    QCOMPARE(answers.setupLine(), u"~setup "_s + line + u'\n');
-}
-
-void QuestionsTest::tellsTheEngineThenTheDisplayThenTheEars()
-{
-    begin();
-    questions_->setAnswers(
-        {.name = u" Ann|Lee "_s, .custom = u"bob"_s, .contrast = true, .listen = true});
-    press(link(), "NNNNNNN");
-    QVERIFY(!link().welcome);
-    QCOMPARE(link().assistant.get(), u"Bob"_s);
-    QCOMPARE(link().user.get(), u"Ann Lee"_s);
-    QVERIFY(link().contrast && !link().large);
-    QCOMPARE(link_->setting(u"contrast"_s), true);
-    QCOMPARE(link_->ears.calls, QStringList{u"begin"_s});
-    QTRY_VERIFY(link_->engine.input().endsWith("\n~setup Ann Lee|Bob||C||false||false\n"));
-
-    link_->say({"welcome"});
-    questions_->setAnswers({.listen = true});
-    press(link(), "NNNNNNN");
-    QVERIFY2(link_->ears.calls.size() == 1, "they were on already");
-}
-
-void QuestionsTest::speaksOrAnnouncesEachQuestion()
-{
-    const QSignalSpy announced(questions_.get(), &WelcomeQuestions::questionAnnounced);
-    begin();
-    for (int i = 0; i < 6; ++i)
-        questions_->next();
-    QTRY_COMPARE(link_->engine.input().count('\n'), 7);
-    const auto lines = QString::fromUtf8(link_->engine.input()).split(u'\n');
-    QCOMPARE(lines[0],
-        u"~speak Hello. I’m Kelo. A few quick questions and I’m set up for you. Your answers stay "
-        "on this Mac, and every screen has a skip button."_s);
-    QCOMPARE(lines[6],
-        u"~speak One last thing: may I listen? To hear you say Kelo, I need the microphone. The "
-        "listening happens on this Mac, and I only act on what follows my name."_s);
-    QCOMPARE(announced.size(), 0);
-
-    questions_->setAnswers({.reader = true});
-    questions_->back();
-    QCOMPARE(announced.size(), 1);
-    QCOMPARE(announced[0][0].toString(),
-        u"How can I fit you best? Switch on anything that helps. All of it can be changed later, "
-        "just by asking. Tab moves between these. Space switches one on or off."_s);
-    link().send(u"~end\n"_s);
-    QTRY_VERIFY(link_->engine.input().endsWith("~end\n"));
-    QCOMPARE(link_->engine.input().count('\n'), 8);
-}
-
-void QuestionsTest::answersToKeys_data()
-{
-    const Table<int, QByteArray, Answers, int, QString> row{
-        "step", "keys", "answers", "then", "heard"};
-    row("return goes on", 0, "NN", {}, 2, {});
-    row("escape goes back", 2, "E", {}, 1, {});
-    row("but not before the first", 0, "E", {}, 0, {});
-    row("right chooses a name", 2, "RR", {.wake = 2}, 2, u"Harmony"_s);
-    row("left goes round", 2, "L", {.wake = 6}, 2, u"Aria"_s);
-    row("right goes round", 2, "RRRRRRR", {.wake = 0}, 2, u"Kelo"_s);
-    row("down switches the unit", 3, "D", {.fahrenheit = true}, 3, u"Fahrenheit"_s);
-    row("up switches it back", 3, "DU", {}, 3, u"Celsius"_s);
-    row("right chooses a month", 4, "RRR", {.month = 3, .day = 1}, 4, u"March 1"_s);
-    row("up a day", 4, "RRRUUUUUU", {.month = 3, .day = 7}, 4, u"March 7"_s);
-    row("down a day, to the last", 4, "RRD", {.month = 2, .day = 29}, 4, u"February 29"_s);
-    row("to no birthday again", 4, "RL", {}, 4, u"No birthday chosen"_s);
-    row("left to December", 4, "L", {.month = 12, .day = 1}, 4, u"December 1"_s);
-    row("no day without a month", 4, "UUD", {}, 4, u"No birthday chosen"_s);
-    row("right answers yes", 6, "R", {.listen = true}, 6, u"Yes, listen"_s);
-    row("left answers no again", 6, "RL", {}, 6, u"Not now"_s);
-    row("down wants the natural voice", 6, "D", {.natural = true}, 6, u"The natural voice: on"_s);
-    row("nothing to choose here", 1, "LRUD", {}, 1, {});
-}
-
-void QuestionsTest::answersToKeys()
-{
-    QFETCH(const int, step);
-    QFETCH(const QByteArray, keys);
-    link().welcomeStepForSnapshot = step;
-    begin();
-    press(link(), keys);
-    QFETCH(const Answers, answers);
-    QVERIFY(questions_->answers() == answers);
-    QTEST(questions_->step(), "then");
-    QFETCH(const QString, heard);
-    if (!heard.isEmpty())
-        QTRY_VERIFY(link_->engine.input().endsWith("\n~speak " + heard.toUtf8() + '\n'));
-}
-
-void QuestionsTest::leavesAChoiceToTheScreenReader()
-{
-    link().welcomeStepForSnapshot = 2;
-    begin();
-    questions_->setAnswers({.reader = true});
-    const QSignalSpy announced(questions_.get(), &WelcomeQuestions::choiceAnnounced);
-    press(link(), "R");
-    QCOMPARE(announced.size(), 1);
-    QCOMPARE(announced[0][0].toString(), u"Apollo"_s);
-    questions_->moved(true, WelcomeQuestions::NameChoices);
-    press(link(), "R");
-    questions_->speakChoice(u"High contrast: on"_s);
-    QVERIFY2(announced.size() == 1, "it says itself what has the focus");
-    questions_->setAnswers({.wake = 2});
-    press(link(), "R");
-    QTRY_VERIFY(link_->engine.input().endsWith("almost every time.\n~speak Phoenix\n"));
-}
-
-void QuestionsTest::leavesTheOtherKeysToTheControls()
-{
-    link().welcomeStepForSnapshot = 2;
-    begin();
-    const auto consumes = [this](int key) { return link().welcomeKey.get()(key, {}); };
-    for (const int key : {Qt::Key_Space, Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_F, Qt::Key_Up})
-        QVERIFY(!consumes(key));
-    questions_->setAnswers({.custom = u"bob"_s});
-    QVERIFY2(!consumes(Qt::Key_Left), "it moves among the letters typed");
-    questions_->moved(true, WelcomeQuestions::NameChoices);
-    QVERIFY(consumes(Qt::Key_Left));
-    QCOMPARE(questions_->answers().chosen(), u"Aria"_s);
-    questions_->moved(true, WelcomeQuestions::OnButton);
-    QVERIFY2(!consumes(Qt::Key_Return), "it presses the button");
-}
-
-void QuestionsTest::keepsTheAnswersUntilTheyAreSent()
-{
-    link().setAccess(u"large"_s, true);
-    begin();
-    QVERIFY(questions_->answers() == Answers{.large = true});
-    press(link(), "NNR");
-    const Answers soFar = questions_->answers();
-    link_->say({"welcome"});
-    QCOMPARE(questions_->step(), 2);
-    QVERIFY(questions_->answers() == soFar);
-
-    press(link(), "NNNNN");
-    link_->say({"welcome"});
-    QCOMPARE(questions_->step(), 0);
-    QVERIFY(questions_->answers() == Answers{.large = true});
-}
 
 QTEST_GUILESS_MAIN(QuestionsTest)
 #include "questions_test.moc"
