@@ -27,9 +27,12 @@ constexpr std::array accentRules{
     AccentRule{u"V", u"R", u"C", u""}, // no r but before vowels
     AccentRule{u"V", u"R", u"#", u""},
     AccentRule{u"*", u"ER", u"#", u"AH"},
+    AccentRule{u"*", u"ER", u"R", u"AH"}, // an r of one syllable or of both
+    AccentRule{u"ER", u"R", u"V", u""},
     AccentRule{u"*", u"AH", u"#", u"AA"}, // the full vowel of an ending
     AccentRule{u"#", u"AH", u"C", u"AE"},
-    AccentRule{u"*", u"IY", u"#", u"IH"},
+    AccentRule{u"*", u"IY", u"#", u"IH"}, // happy, at court and in the north
+    AccentRule{u"*", u"IY", u"#", u"EY"},
     AccentRule{u"C", u"AH", u"C", u"IH"}, // the weak vowels
     AccentRule{u"C", u"IH", u"C", u"AH"},
     AccentRule{u"V", u"T", u"V", u"D"}, // the tapped t
@@ -55,29 +58,44 @@ bool fits(QStringView pattern, const Phones &phones, qsizetype at)
     return pattern == phones[at];
 }
 
+/// A way to say it whose sounds from `open` on may still change.
+struct Way {
+    Phones phones;
+    qsizetype open = 0;
+};
+
 } // namespace
 
-QList<Phones> accentsOf(const Phones &phones, qsizetype limit)
+QList<Phones> accentsOf(const QList<Phones> &plain, qsizetype limit)
 {
-    QList<Phones> ways{phones};
-    for (qsizetype way = 0; way < ways.size() && ways.size() < limit; ++way) {
+    // From left to right, so that no sound changes twice: "o" to "aw" and that to "ah" is no
+    // accent any more.
+    QList<Phones> all = plain;
+    QList<Way> ways;
+    for (const Phones &phones : plain)
+        ways.append({phones, 0});
+    for (qsizetype next = 0; next < ways.size(); ++next) {
+        const Way from = ways[next];
         for (const AccentRule &rule : accentRules) {
-            for (qsizetype at = 0; at < ways[way].size() && ways.size() < limit; ++at) {
-                const Phones &from = ways[way];
-                if (from[at] != rule.phone || !fits(rule.before, from, at - 1)
-                    || !fits(rule.after, from, at + 1))
+            for (qsizetype at = from.open; at < from.phones.size(); ++at) {
+                if (all.size() >= limit)
+                    return all;
+                if (from.phones[at] != rule.phone || !fits(rule.before, from.phones, at - 1)
+                    || !fits(rule.after, from.phones, at + 1))
                     continue;
-                Phones varied = from;
+                Way varied{from.phones, at + 1};
                 if (rule.instead.isEmpty())
-                    varied.removeAt(at);
+                    varied = {from.phones.first(at) + from.phones.sliced(at + 1), at};
                 else
-                    varied[at] = rule.instead.toString();
-                if (!ways.contains(varied))
-                    ways.append(varied);
+                    varied.phones[at] = rule.instead.toString();
+                if (all.contains(varied.phones))
+                    continue;
+                all.append(varied.phones);
+                ways.append(varied);
             }
         }
     }
-    return ways;
+    return all;
 }
 
 } // namespace kelo

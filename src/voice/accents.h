@@ -4,8 +4,8 @@
 
 namespace kelo {
 
-/// `phones` and other ways in which speakers of English commonly say the same; `phones` first, at
-/// most `limit` in all.
-[[nodiscard]] QList<Phones> accentsOf(const Phones &phones, qsizetype limit);
+/// `plain` and other ways in which speakers of English commonly say the same: those first that
+/// differ least, at most `limit` in all, but never less than `plain`.
+[[nodiscard]] QList<Phones> accentsOf(const QList<Phones> &plain, qsizetype limit);
 
 } // namespace kelo

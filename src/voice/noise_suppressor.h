@@ -16,6 +16,9 @@ public:
     ~NoiseSuppressor();
     Q_DISABLE_COPY_MOVE(NoiseSuppressor)
 
+    /// Whether the library is there.
+    [[nodiscard]] static bool works();
+
     /// `samples` without noise; up to 10 ms of them come with the next ones.
     [[nodiscard]] Samples clean(const Samples &samples);
 

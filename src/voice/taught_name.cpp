@@ -51,10 +51,7 @@ QList<Phones> waysToSay(const WakeTraining &training, const QList<Phones> &known
     append(ways, readingsOf(training.name));
     if (ways.isEmpty())
         ways.append(spelledOut(training.name));
-    const QList<Phones> plain = ways;
-    for (const Phones &phones : plain)
-        append(ways, accentsOf(phones, nameVariants));
-    return ways.first(std::min(ways.size(), std::max(plain.size(), nameVariants)));
+    return accentsOf(ways, nameVariants);
 }
 
 QByteArray digestOf(const QByteArray &languageModel, const QByteArray &vocabulary)
