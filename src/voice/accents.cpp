@@ -24,6 +24,8 @@ constexpr std::array accentRules{
     AccentRule{u"*", u"EY", u"*", u"EH"}, // a vowel without its glide
     AccentRule{u"*", u"EH", u"R", u"AE"}, // merry and marry
     AccentRule{u"*", u"AE", u"R", u"EH"},
+    AccentRule{u"*", u"EH", u"R", u"ER"}, // a vowel that takes on the r after it
+    AccentRule{u"*", u"EH", u"*", u"IH"}, // pen and pin
     AccentRule{u"V", u"R", u"C", u""}, // no r but before vowels
     AccentRule{u"V", u"R", u"#", u""},
     AccentRule{u"*", u"ER", u"#", u"AH"},
@@ -37,6 +39,7 @@ constexpr std::array accentRules{
     AccentRule{u"C", u"IH", u"C", u"AH"},
     AccentRule{u"V", u"T", u"V", u"D"}, // the tapped t
     AccentRule{u"*", u"OW", u"#", u"AO"}, // the long o of the north
+    AccentRule{u"*", u"OW", u"#", u"UH"}, // and of the south, which ends like put
     AccentRule{u"#", u"HH", u"V", u""},
     AccentRule{u"C", u"Y", u"UW", u""},
 };
@@ -58,44 +61,28 @@ bool fits(QStringView pattern, const Phones &phones, qsizetype at)
     return pattern == phones[at];
 }
 
-/// A way to say it whose sounds from `open` on may still change.
-struct Way {
-    Phones phones;
-    qsizetype open = 0;
-};
-
 } // namespace
 
 QList<Phones> accentsOf(const QList<Phones> &plain, qsizetype limit)
 {
-    // From left to right, so that no sound changes twice: "o" to "aw" and that to "ah" is no
-    // accent any more.
-    QList<Phones> all = plain;
-    QList<Way> ways;
-    for (const Phones &phones : plain)
-        ways.append({phones, 0});
-    for (qsizetype next = 0; next < ways.size(); ++next) {
-        const Way from = ways[next];
-        for (const AccentRule &rule : accentRules) {
-            for (qsizetype at = from.open; at < from.phones.size(); ++at) {
-                if (all.size() >= limit)
-                    return all;
-                if (from.phones[at] != rule.phone || !fits(rule.before, from.phones, at - 1)
-                    || !fits(rule.after, from.phones, at + 1))
+    QList<Phones> ways = plain;
+    for (const AccentRule &rule : accentRules) {
+        for (const Phones &from : plain) {
+            for (qsizetype at = 0; at < from.size() && ways.size() < limit; ++at) {
+                if (from[at] != rule.phone || !fits(rule.before, from, at - 1)
+                    || !fits(rule.after, from, at + 1))
                     continue;
-                Way varied{from.phones, at + 1};
+                Phones varied = from;
                 if (rule.instead.isEmpty())
-                    varied = {from.phones.first(at) + from.phones.sliced(at + 1), at};
+                    varied.removeAt(at);
                 else
-                    varied.phones[at] = rule.instead.toString();
-                if (all.contains(varied.phones))
-                    continue;
-                all.append(varied.phones);
-                ways.append(varied);
+                    varied[at] = rule.instead.toString();
+                if (!ways.contains(varied))
+                    ways.append(varied);
             }
         }
     }
-    return all;
+    return ways;
 }
 
 } // namespace kelo

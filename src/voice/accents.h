@@ -4,8 +4,9 @@
 
 namespace kelo {
 
-/// `plain` and other ways in which speakers of English commonly say the same: those first that
-/// differ least, at most `limit` in all, but never less than `plain`.
+/// `plain` and what speakers of English commonly make of one of its sounds; at most `limit` in all,
+/// but never less than `plain`. One sound only: where several change, short names grow like words
+/// that are said all the time.
 [[nodiscard]] QList<Phones> accentsOf(const QList<Phones> &plain, qsizetype limit);
 
 } // namespace kelo

@@ -1,6 +1,8 @@
 #include "voice/sphinx_decoder.h"
 
 #include "voice/language_model.h"
+#include "voice/name_doubt.h"
+#include "voice/sphinx_utterance.h"
 #include "voice/taught_name.h"
 
 #include <QDir>
@@ -37,7 +39,12 @@ constexpr double lonePhraseWord = 0.01;
 /// After the name, or once it is begun, a phrase is what will come, however many others there are.
 constexpr double begunPhraseWord = 0.2;
 
-constexpr auto searchName = "kelo";
+// Searches of the library.
+constexpr auto wordSearch = "words";
+constexpr auto nameSearch = "name";
+
+/// A search for key phrases gives up on what is less likely by this than any row of sounds.
+constexpr auto leastLikely = " /1e-80/\n";
 
 } // namespace
 
@@ -54,6 +61,7 @@ struct SphinxDecoder::Library {
     LanguageModel phrases; ///< those of the last rebuild, whose spellings `all` goes on using
     LanguageModel all; ///< the models beside each other, as searched
     Decoder decoder;
+    std::optional<SphinxUtterance> utterance;
 };
 
 std::unique_ptr<SphinxDecoder> SphinxDecoder::load(const QString &directory)
@@ -84,7 +92,9 @@ std::unique_ptr<SphinxDecoder> SphinxDecoder::load(const QString &directory)
     std::unique_ptr<SphinxDecoder> decoder(new SphinxDecoder(std::move(library)));
     decoder->directory_ = directory;
     decoder->rebuild();
-    ps_start_stream(decoder->library_->decoder.get());
+    ps_decoder_t *decoding = decoder->library_->decoder.get();
+    decoder->library_->utterance.emplace(decoding);
+    ps_start_stream(decoding);
     return decoder;
 }
 
@@ -111,12 +121,15 @@ bool SphinxDecoder::expect(const std::optional<TaughtModel> &taught, const QStri
     if (anew) {
         taught_ = taught;
         taughtModel_.clear();
+        name_.clear();
         const auto words = taught ? readTaughtModel(*taught) : std::nullopt;
         intact = !taught || words;
         if (words) {
             taughtModel_ = words->languageModel;
             for (const VocabularyEntry &entry : words->vocabulary)
                 addWord(entry.token, entry.pronunciations);
+            name_ = nameToken(taught->name);
+            makeNameSearch(name_);
         }
     }
     phrases_ = phrases;
@@ -145,6 +158,21 @@ bool SphinxDecoder::expect(const std::optional<TaughtModel> &taught, const QStri
     ngram_model_set_interp(all, names.data(), weights.data());
     ngram_model_flush(all);
     return intact;
+}
+
+/// Every way to say the name is a key phrase.
+void SphinxDecoder::makeNameSearch(const QString &token) const
+{
+    QTemporaryFile file; // the library reads files only
+    if (!file.open())
+        return;
+    QString way = token;
+    for (int number = 2; knows(way); ++number) {
+        file.write(way.toUtf8() + leastLikely);
+        way = u"%1(%2)"_s.arg(token).arg(number);
+    }
+    file.flush();
+    ps_set_kws(library_->decoder.get(), nameSearch, file.fileName().toUtf8().constData());
 }
 
 bool SphinxDecoder::knows(const QString &token) const
@@ -224,8 +252,8 @@ void SphinxDecoder::rebuild()
     Library::LanguageModel all(ngram_model_set_init(library_->config.get(), models.data(),
         const_cast<char **>(names.data()), weights.data(), static_cast<int32>(models.size())));
     ps_decoder_t *decoder = library_->decoder.get();
-    if (!all || ps_set_lm(decoder, searchName, all.get()) < 0
-        || ps_set_search(decoder, searchName) < 0) {
+    if (!all || ps_set_lm(decoder, wordSearch, all.get()) < 0
+        || ps_set_search(decoder, wordSearch) < 0) {
         qCWarning(voiceLog) << "the recogniser's models do not fit together";
         return;
     }
@@ -240,7 +268,8 @@ void SphinxDecoder::begin()
     spoke_ = false;
     lastInput_.reset();
     centred_ = 0;
-    ps_start_utt(library_->decoder.get());
+    words_.reset();
+    library_->utterance->begin();
 }
 
 /// Without the constant offset that some microphones add: its beginning would sound like a click.
@@ -258,23 +287,68 @@ Samples SphinxDecoder::centred(Samples samples)
 
 bool SphinxDecoder::process(const Samples &samples)
 {
-    ps_decoder_t *decoder = library_->decoder.get();
-    const Samples sound = tone_.under(suppressor_.clean(centred(samples)));
-    ps_process_raw(decoder, sound.data(), sound.size(), FALSE, FALSE);
-    const bool speaks = ps_get_in_speech(decoder);
+    library_->utterance->add(tone_.under(suppressor_.clean(centred(samples))));
+    const bool speaks = library_->utterance->inSpeech();
     spoke_ = spoke_ || speaks;
     return speaks || !spoke_;
 }
 
 QStringList SphinxDecoder::words() const
 {
-    const char *hypothesis = ps_get_hyp(library_->decoder.get(), nullptr);
-    return QString::fromUtf8(hypothesis).split(u' ', Qt::SkipEmptyParts);
+    if (words_)
+        return *words_;
+    QStringList words = library_->utterance->words();
+    if (name_.isEmpty() || !words.contains(name_))
+        return words;
+    words.clear();
+    const auto account = library_->utterance->account();
+    for (std::size_t place = 0; place < account.size(); ++place) {
+        const QString &token = account[place].token;
+        if (!token.isEmpty() && (token != name_ || !isLone(account, place)))
+            words.append(token);
+    }
+    return words;
 }
 
 void SphinxDecoder::end()
 {
-    ps_end_utt(library_->decoder.get());
+    SphinxUtterance &utterance = *library_->utterance;
+    utterance.end();
+    words_ = utterance.words();
+    if (name_.isEmpty() || !words_->contains(name_) || !namesUnclearly())
+        return;
+    ngram_model_t *all = library_->all.get();
+    ngram_model_set_select(all, "general");
+    ngram_model_flush(all);
+    utterance.again(wordSearch);
+    words_ = utterance.words();
+    words_->removeAll(name_);
+    ngram_model_set_interp(all, nullptr, nullptr);
+    ngram_model_flush(all);
+}
+
+/// Whether a name in the ended utterance is not as clear as it would have to be.
+bool SphinxDecoder::namesUnclearly() const
+{
+    struct Doubt {
+        AccountedWord name;
+        double wanted;
+    };
+    const auto account = library_->utterance->account();
+    std::vector<Doubt> doubts;
+    for (std::size_t place = 0; place < account.size(); ++place) {
+        const double wanted = clarityWanted(account, place);
+        if (account[place].token == name_ && std::isfinite(wanted))
+            doubts.push_back({account[place], wanted});
+    }
+    if (doubts.empty())
+        return false;
+    library_->utterance->again(nameSearch);
+    const bool unclear = std::any_of(doubts.begin(), doubts.end(), [&](const Doubt &doubt) {
+        return library_->utterance->clarity(doubt.name.first, doubt.name.last) < doubt.wanted;
+    });
+    ps_set_search(library_->decoder.get(), wordSearch);
+    return unclear;
 }
 
 } // namespace kelo

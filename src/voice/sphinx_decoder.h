@@ -9,7 +9,6 @@
 #include <memory>
 #include <optional>
 
-struct ps_decoder_s;
 struct ngram_model_s;
 
 namespace kelo {
@@ -35,9 +34,11 @@ public:
     void begin();
     /// False once the speaker has fallen silent after having spoken.
     bool process(const Samples &samples);
-    /// What was said so far, the decoder's own words.
+    /// What was said so far, the decoder's own words; a doubtful name is left out.
     [[nodiscard]] QStringList words() const;
-    /// Ends the utterance; `words` has the last word on it then.
+    /// Ends the utterance; `words` has the last word on it then. When a doubtful name was not clear
+    /// enough, the utterance is heard once more as if no name had been taught; that takes a tenth
+    /// of its length.
     void end();
 
 private:
@@ -50,11 +51,14 @@ private:
     [[nodiscard]] ngram_model_s *modelOf(const QByteArray &arpa) const;
     [[nodiscard]] ngram_model_s *modelOfPhrases() const;
     void rebuild();
+    void makeNameSearch(const QString &token) const;
+    [[nodiscard]] bool namesUnclearly() const;
     [[nodiscard]] Samples centred(Samples samples);
 
     std::unique_ptr<Library> library_;
     QString directory_;
     std::optional<TaughtModel> taught_;
+    QString name_; ///< the decoder's word for it; empty without one
     QByteArray taughtModel_; // ARPA
     QStringList phrases_;
     NoiseSuppressor suppressor_;
@@ -62,6 +66,7 @@ private:
     std::optional<double> lastInput_; ///< of this utterance
     double centred_ = 0; ///< the same, without its offset
     bool spoke_ = false;
+    std::optional<QStringList> words_; ///< of an ended utterance
 };
 
 } // namespace kelo

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "voice/name_doubt.h"
+#include "voice/sound_queue.h"
+
+#include <QStringList>
+
+#include <vector>
+
+struct ps_decoder_s;
+
+namespace kelo {
+
+/// One utterance after the other on a decoder of the PocketSphinx library. Keeps the features of
+/// the last one, 5 kB a second, so that it can be heard again with another of the decoder's
+/// searches. Words are as the search finds them, without the number of their pronunciation.
+class SphinxUtterance {
+public:
+    /// `decoder` outlives this.
+    explicit SphinxUtterance(ps_decoder_s *decoder);
+
+    void begin();
+    void add(const Samples &sound);
+    void end();
+    /// Whether there is a voice now.
+    [[nodiscard]] bool inSpeech() const;
+
+    /// The ended utterance, with the search of that name, which stays the decoder's.
+    void again(const char *search) const;
+
+    [[nodiscard]] QStringList words() const;
+    /// The same with pauses, noises and places.
+    [[nodiscard]] std::vector<AccountedWord> account() const;
+    /// After a search for key phrases: how much better one of them fits what overlaps with the
+    /// frames from `first` to `last` than any row of sounds does, as a natural logarithm a frame.
+    [[nodiscard]] double clarity(int first, int last) const;
+
+private:
+    void process(std::vector<float> features) const;
+
+    ps_decoder_s *decoder_;
+    std::vector<float> features_; // frame after frame
+};
+
+} // namespace kelo
