@@ -39,6 +39,8 @@ constexpr double lonePhraseWord = 0.01;
 /// After the name, or once it is begun, a phrase is what will come, however many others there are.
 constexpr double begunPhraseWord = 0.2;
 
+constexpr auto generalModel = "general";
+
 // Searches of the library.
 constexpr auto wordSearch = "words";
 constexpr auto nameSearch = "name";
@@ -149,7 +151,7 @@ bool SphinxDecoder::expect(const std::optional<TaughtModel> &taught, const QStri
     ngram_model_t *all = library_->all.get();
     ngram_model_free(ngram_model_set_remove(all, "phrases", TRUE));
     ngram_model_set_add(all, modelOfPhrases(), "phrases", phrasesWeight, TRUE);
-    std::vector<const char *> names{"general", "phrases"};
+    std::vector<const char *> names{generalModel, "phrases"};
     std::vector<float32> weights{generalWeight, phrasesWeight};
     if (!taughtModel_.isEmpty()) {
         names.push_back("taught");
@@ -236,7 +238,7 @@ void SphinxDecoder::rebuild()
     Library::LanguageModel phrases(modelOfPhrases());
     const Library::LanguageModel taught(taughtModel_.isEmpty() ? nullptr : modelOf(taughtModel_));
     std::vector<ngram_model_t *> models{library_->general.get()};
-    std::vector<const char *> names{"general"};
+    std::vector<const char *> names{generalModel};
     std::vector<float32> weights{generalWeight};
     if (phrases) {
         models.push_back(phrases.get());
@@ -318,11 +320,13 @@ void SphinxDecoder::end()
     if (name_.isEmpty() || !words_->contains(name_) || !namesUnclearly())
         return;
     ngram_model_t *all = library_->all.get();
-    ngram_model_set_select(all, "general");
+    ngram_model_set_select(all, generalModel);
     ngram_model_flush(all);
     utterance.again(wordSearch);
     words_ = utterance.words();
-    words_->removeAll(name_);
+    ngram_model_t *general = library_->general.get();
+    if (ngram_wid(general, name_.toUtf8().constData()) == ngram_unknown_wid(general))
+        words_->removeAll(name_); // otherwise it is a word like others
     ngram_model_set_interp(all, nullptr, nullptr);
     ngram_model_flush(all);
 }
