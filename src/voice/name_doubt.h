@@ -15,9 +15,9 @@ struct AccountedWord {
 };
 
 /// How clear the name at `place` must be to be believed: how much better it has to fit the sound
-/// than any row of sounds does, as a natural logarithm a frame. Minus infinity where "hey" or a
-/// pause leads up to it, as to most calls. In the middle of other talk a word that sounds like the
-/// name is likelier than the name, and most so when nothing is asked for after it.
+/// than any row of sounds does, as a natural logarithm a frame. Minus infinity in most calls, where
+/// "hey" or a pause leads up to it and a request or a pause follows. In the middle of other talk a
+/// word that sounds like the name is likelier than the name, most so when nothing is asked for.
 [[nodiscard]] double clarityWanted(const std::vector<AccountedWord> &account, std::size_t place);
 
 /// Whether, as far as it was heard, nothing around the name at `place` speaks for a call.

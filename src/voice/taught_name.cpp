@@ -17,8 +17,7 @@ namespace kelo {
 
 namespace {
 
-/// How readily the name is heard with nothing around it. Higher hears it in other speech too, more
-/// than the decoder's doubts make up for.
+/// How readily the name is heard with nothing around it; higher hears it in other speech too.
 constexpr double loneWord = 0.1;
 
 /// More would let the name take the place of words that sound alike.

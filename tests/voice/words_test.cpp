@@ -181,9 +181,10 @@ void WordsTest::aNameIsDoubtedAmongOtherTalk_data()
     QTest::addColumn<bool>("believed"); // however unclear
     QTest::addColumn<bool>("lone"); // as far as it was heard
     QTest::newRow("alone") << u"- kelo -"_s << true << false;
-    QTest::newRow("first of all") << u"kelo fifty"_s << true << false;
-    QTest::newRow("after a call") << u"- hey! kelo! fifty"_s << true << false;
-    QTest::newRow("after a pause") << u"talk - kelo and"_s << true << false;
+    QTest::newRow("first of all") << u"kelo stop!"_s << true << false;
+    QTest::newRow("first of something else") << u"kelo fifty"_s << false << false;
+    QTest::newRow("after a call") << u"- hey! kelo! what's!"_s << true << false;
+    QTest::newRow("after a pause") << u"talk - kelo -"_s << true << false;
     QTest::newRow("at the end") << u"over kelo -"_s << false << false;
     QTest::newRow("asked for something") << u"over kelo stop!"_s << false << false;
     QTest::newRow("not gone on yet") << u"over kelo"_s << false << true;
