@@ -22,196 +22,182 @@ class DecoderTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void teachingLetsItHearTheName();
-    void doubtsLeaveTheOtherWords_data();
-    void doubtsLeaveTheOtherWords();
-    void damagedModelsAreLeftOut_data();
-    void damagedModelsAreLeftOut();
-    void expectationsMayChangeForever();
-    void silenceAndNoSoundAreNoWords();
-    void withoutAModelItIsNotAvailable();
-    void strangeNamesCanBeTaught_data();
-    void strangeNamesCanBeTaught();
-    void labReports();
-
-private:
-    QTemporaryDir folder_;
-    Samples spoken(const QString &text);
-    std::mt19937 random_{1};
-};
-
-void DecoderTest::initTestCase()
-{
-    if (!speakToFile(u"a"_s, u"gmw/en"_s, 160, folder_.filePath(u"a.wav"_s)))
-        QSKIP("RECOGNITION IS NOT TESTED, please install: espeak-ng");
-}
-
-Samples DecoderTest::spoken(const QString &text)
-{
-    const QString file = folder_.filePath(u"a.wav"_s);
-    speakToFile(text, u"gmw/en-US"_s, 150, file);
-    return inRoom(readSpeech(file).value_or(Samples()), {}, random_);
-}
-
-void DecoderTest::teachingLetsItHearTheName()
-{
-    SphinxRecogniser recogniser(model);
-    const Samples speech = spoken(u"Hey Kelo, what's the weather. Kelo, stop"_s);
-    const QString plain = recognised(recogniser, {}, speech);
-    QVERIFY2(!plain.isEmpty() && !plain.contains(u"Kelo"_s), qPrintable(plain));
-    const auto taught = recogniser.teach(
-        WakeTraining::of(u"Kelo"_s), SpeechModelFiles::of(folder_.path(), u"Kelo"_s));
-    const QString words = recognised(recogniser, taught, speech);
-    QVERIFY2(words.count(u"Kelo"_s) == 2, qPrintable(words)); // across the pause, too
-}
-
-void DecoderTest::doubtsLeaveTheOtherWords_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("a name that is not there") << u"Zentari"_s;
-    QTest::newRow("an everyday word") << u"said"_s;
-    QTest::newRow("a greeting") << u"hello"_s;
-}
-
-void DecoderTest::doubtsLeaveTheOtherWords()
-{
-    QFETCH(QString, name);
-    SphinxRecogniser recogniser(model);
-    const auto taught =
-        recogniser.teach(WakeTraining::of(name), SpeechModelFiles::of(folder_.path(), name));
-    const Samples speech = spoken(u"I said hello to my brother and went home"_s);
-    QStringList words;
-    for (int time = 0; time < 2; ++time) { // what is heard again leaves no trace
-        words = recognised(recogniser, taught, speech).split(u' ');
-        QVERIFY2(words.contains(u"brother"_s) && words.contains(u"home"_s),
-            qPrintable(words.join(u' ')));
+    void initTestCase()
+    {
+        if (!speakToFile(u"a"_s, u"gmw/en"_s, 160, folder_.filePath(u"a.wav"_s)))
+            QSKIP("RECOGNITION IS NOT TESTED, please install: espeak-ng");
     }
-    const bool wasSaid = name != u"Zentari"_s;
-    QVERIFY2(words.contains(name) == wasSaid, qPrintable(words.join(u' ')));
-}
 
-void DecoderTest::damagedModelsAreLeftOut_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QByteArray>("contents");
-    QTest::newRow("model cut short") << u"luna-lm"_s << QByteArray("\\data\\\nngram 1=5\n");
-    QTest::newRow("model gone") << u"luna-lm"_s << QByteArray();
-    QTest::newRow("not a model") << u"luna-lm"_s << QByteArray(5000, '\xff');
-    QTest::newRow("other words") << u"luna-vocab"_s << QByteArray("luna ZZ\n");
-}
+    void teachingLetsItHearTheName()
+    {
+        SphinxRecogniser recogniser(model);
+        const Samples speech = spoken(u"Hey Kelo, what's the weather. Kelo, stop"_s);
+        const QString plain = recognised(recogniser, {}, speech);
+        QVERIFY2(!plain.isEmpty() && !plain.contains(u"Kelo"_s), qPrintable(plain));
+        const auto taught = recogniser.teach(
+            WakeTraining::of(u"Kelo"_s), SpeechModelFiles::of(folder_.path(), u"Kelo"_s));
+        const QString words = recognised(recogniser, taught, speech);
+        QVERIFY2(words.count(u"Kelo"_s) == 2, qPrintable(words)); // across the pause, too
+    }
 
-void DecoderTest::damagedModelsAreLeftOut()
-{
-    QFETCH(QString, file);
-    QFETCH(QByteArray, contents);
-    SphinxRecogniser recogniser(model);
-    const auto taught = recogniser.teach(
-        WakeTraining::of(u"Luna"_s), SpeechModelFiles::of(folder_.path(), u"Luna"_s));
-    QFile damaged(folder_.filePath(file));
-    QVERIFY(contents.isEmpty() ? damaged.remove()
-                               : damaged.open(QIODevice::WriteOnly) && damaged.write(contents));
-    damaged.close();
-    auto decoder = SphinxDecoder::load(model);
-    QVERIFY(decoder);
-    QVERIFY(!decoder->expect(taught, {}));
-    decoder->begin(); // and goes on without
-    decoder->process(spoken(u"what time is it"_s));
-    decoder->end();
-    QVERIFY(!decoder->words().isEmpty());
-}
+    void doubtsLeaveTheOtherWords_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("a name that is not there") << u"Zentari"_s;
+        QTest::newRow("an everyday word") << u"said"_s;
+        QTest::newRow("a greeting") << u"hello"_s;
+    }
 
-void DecoderTest::expectationsMayChangeForever()
-{
-    auto decoder = SphinxDecoder::load(model);
-    QVERIFY(decoder);
-    const Samples speech = spoken(u"what time is it"_s);
-    for (int i = 0; i < 30; ++i) {
-        QVERIFY(decoder->expect({},
-            i % 10 ? QStringList{u"jazz lesson"_s, u"number %1"_s.arg(i % 7)}
-                   : QStringList{u"qwzx%1"_s.arg(i), u"!"_s}));
-        decoder->begin();
-        decoder->process(speech);
+    void doubtsLeaveTheOtherWords()
+    {
+        QFETCH(QString, name);
+        SphinxRecogniser recogniser(model);
+        const auto taught =
+            recogniser.teach(WakeTraining::of(name), SpeechModelFiles::of(folder_.path(), name));
+        const Samples speech = spoken(u"I said hello to my brother and went home"_s);
+        QStringList words;
+        for (int time = 0; time < 2; ++time) { // what is heard again leaves no trace
+            words = recognised(recogniser, taught, speech).split(u' ');
+            QVERIFY2(words.contains(u"brother"_s) && words.contains(u"home"_s),
+                qPrintable(words.join(u' ')));
+        }
+        const bool wasSaid = name != u"Zentari"_s;
+        QVERIFY2(words.contains(name) == wasSaid, qPrintable(words.join(u' ')));
+    }
+
+    void damagedModelsAreLeftOut_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("contents");
+        QTest::newRow("model cut short") << u"luna-lm"_s << QByteArray("\\data\\\nngram 1=5\n");
+        QTest::newRow("model gone") << u"luna-lm"_s << QByteArray();
+        QTest::newRow("not a model") << u"luna-lm"_s << QByteArray(5000, '\xff');
+        QTest::newRow("other words") << u"luna-vocab"_s << QByteArray("luna ZZ\n");
+    }
+
+    void damagedModelsAreLeftOut()
+    {
+        QFETCH(QString, file);
+        QFETCH(QByteArray, contents);
+        SphinxRecogniser recogniser(model);
+        const auto taught = recogniser.teach(
+            WakeTraining::of(u"Luna"_s), SpeechModelFiles::of(folder_.path(), u"Luna"_s));
+        QFile damaged(folder_.filePath(file));
+        QVERIFY(contents.isEmpty() ? damaged.remove()
+                                   : damaged.open(QIODevice::WriteOnly) && damaged.write(contents));
+        damaged.close();
+        auto decoder = SphinxDecoder::load(model);
+        QVERIFY(decoder);
+        QVERIFY(!decoder->expect(taught, {}));
+        decoder->begin(); // and goes on without
+        decoder->process(spoken(u"what time is it"_s));
         decoder->end();
         QVERIFY(!decoder->words().isEmpty());
     }
-}
 
-void DecoderTest::silenceAndNoSoundAreNoWords()
-{
-    SphinxRecogniser recogniser(model);
-    QCOMPARE(recognised(recogniser, {}, {}), QString());
-    QCOMPARE(recognised(recogniser, {}, Samples(16000)), QString());
-    QCOMPARE(recognised(recogniser, {}, Samples(16000, 32767)), QString());
-    // Sessions that are dropped in the middle, tasks that outlive their recogniser.
-    std::shared_ptr<RecognitionTask> task;
+    void expectationsMayChangeForever()
     {
-        SphinxRecogniser brief(model);
-        for (int i = 0; i < 20; ++i) {
-            task = brief.start({}, [](const auto &, const auto &) {});
-            task->append({{}, QByteArray(640, '\x55')});
-            if (i % 2)
-                task->cancel();
+        auto decoder = SphinxDecoder::load(model);
+        QVERIFY(decoder);
+        const Samples speech = spoken(u"what time is it"_s);
+        for (int i = 0; i < 30; ++i) {
+            QVERIFY(decoder->expect({},
+                i % 10 ? QStringList{u"jazz lesson"_s, u"number %1"_s.arg(i % 7)}
+                       : QStringList{u"qwzx%1"_s.arg(i), u"!"_s}));
+            decoder->begin();
+            decoder->process(speech);
+            decoder->end();
+            QVERIFY(!decoder->words().isEmpty());
         }
     }
-    task->append({{}, QByteArray(640, '\x55')});
-    task->endAudio();
-    task->cancel();
-}
 
-void DecoderTest::withoutAModelItIsNotAvailable()
-{
-    SphinxRecogniser recogniser(folder_.path());
-    QVERIFY(!recogniser.isAvailable() && !recogniser.canBeTaught());
-    QFile dictionary(SphinxDecoder::dictionaryIn(folder_.path())); // there is no more than that
-    QVERIFY(dictionary.open(QIODevice::WriteOnly));
-    SphinxRecogniser broken(folder_.path());
-    QVERIFY(broken.isAvailable());
-    QCOMPARE(recognised(broken, {}, Samples(1600)), QString());
-    QVERIFY(!broken.isAvailable());
-}
-
-void DecoderTest::strangeNamesCanBeTaught_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("a number") << u"Kelo 2"_s;
-    QTest::newRow("another script") << u"Ольга"_s;
-    QTest::newRow("marks of the file format") << u"</s> \\end\\ (2)"_s;
-    QTest::newRow("an everyday word") << u"the"_s;
-    QTest::newRow("many words") << u"my very own dear music teacher at home"_s;
-    QTest::newRow("long") << QString(300, u'k');
-}
-
-void DecoderTest::strangeNamesCanBeTaught()
-{
-    QFETCH(QString, name);
-    SphinxRecogniser recogniser(model);
-    const SpeechModelFiles files{
-        folder_.filePath(u"x.bin"_s), folder_.filePath(u"x-lm"_s), folder_.filePath(u"x-vocab"_s)};
-    const auto taught = recogniser.teach(WakeTraining::of(name), files);
-    QVERIFY(!recognised(recogniser, taught, spoken(u"what time is it"_s)).isEmpty());
-    QVERIFY_THROWS_EXCEPTION(
-        std::runtime_error, recogniser.teach(WakeTraining::of(u"?!"_s), files));
-}
-
-void DecoderTest::labReports()
-{
-    const QString out = folder_.filePath(u"report.txt"_s);
-    QCOMPARE(WakeLab::run(out, u"Melody"_s, true), 0);
-    QFile report(out);
-    QVERIFY(report.open(QIODevice::ReadOnly));
-    const QStringList lines = QString::fromUtf8(report.readAll()).split(u'\n');
-    QCOMPARE(lines.last(2), (QStringList{u"done"_s, QString()}));
-    const qsizetype samples = lines.size() - 3;
-    qsizetype hits = 0;
-    for (const QString &line : lines.first(samples)) {
-        QVERIFY2(line.startsWith(u"ok  "_s) || line.startsWith(u"MISS"_s), qPrintable(line));
-        hits += line.startsWith(u"ok  "_s);
+    void silenceAndNoSoundAreNoWords()
+    {
+        SphinxRecogniser recogniser(model);
+        QCOMPARE(recognised(recogniser, {}, {}), QString());
+        QCOMPARE(recognised(recogniser, {}, Samples(16000)), QString());
+        QCOMPARE(recognised(recogniser, {}, Samples(16000, 32767)), QString());
+        // Sessions that are dropped in the middle, tasks that outlive their recogniser.
+        std::shared_ptr<RecognitionTask> task;
+        {
+            SphinxRecogniser brief(model);
+            for (int i = 0; i < 20; ++i) {
+                task = brief.start({}, [](const auto &, const auto &) {});
+                task->append({{}, QByteArray(640, '\x55')});
+                if (i % 2)
+                    task->cancel();
+            }
+        }
+        task->append({{}, QByteArray(640, '\x55')});
+        task->endAudio();
+        task->cancel();
     }
-    QVERIFY(samples >= 72 && hits > 0);
-    QCOMPARE(lines[samples],
-        u"== plain: the name was written correctly in %1 of %2"_s.arg(hits).arg(samples));
-}
+
+    void withoutAModelItIsNotAvailable()
+    {
+        SphinxRecogniser recogniser(folder_.path());
+        QVERIFY(!recogniser.isAvailable() && !recogniser.canBeTaught());
+        QFile dictionary(SphinxDecoder::dictionaryIn(folder_.path())); // there is no more than that
+        QVERIFY(dictionary.open(QIODevice::WriteOnly));
+        SphinxRecogniser broken(folder_.path());
+        QVERIFY(broken.isAvailable());
+        QCOMPARE(recognised(broken, {}, Samples(1600)), QString());
+        QVERIFY(!broken.isAvailable());
+    }
+
+    void strangeNamesCanBeTaught_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("a number") << u"Kelo 2"_s;
+        QTest::newRow("another script") << u"Ольга"_s;
+        QTest::newRow("marks of the file format") << u"</s> \\end\\ (2)"_s;
+        QTest::newRow("an everyday word") << u"the"_s;
+        QTest::newRow("many words") << u"my very own dear music teacher at home"_s;
+        QTest::newRow("long") << QString(300, u'k');
+    }
+
+    void strangeNamesCanBeTaught()
+    {
+        QFETCH(QString, name);
+        SphinxRecogniser recogniser(model);
+        const SpeechModelFiles files{folder_.filePath(u"x.bin"_s), folder_.filePath(u"x-lm"_s),
+            folder_.filePath(u"x-vocab"_s)};
+        const auto taught = recogniser.teach(WakeTraining::of(name), files);
+        QVERIFY(!recognised(recogniser, taught, spoken(u"what time is it"_s)).isEmpty());
+        QVERIFY_THROWS_EXCEPTION(
+            std::runtime_error, recogniser.teach(WakeTraining::of(u"?!"_s), files));
+    }
+
+    void labReports()
+    {
+        const QString out = folder_.filePath(u"report.txt"_s);
+        QCOMPARE(WakeLab::run(out, u"Melody"_s, true), 0);
+        QFile report(out);
+        QVERIFY(report.open(QIODevice::ReadOnly));
+        const QStringList lines = QString::fromUtf8(report.readAll()).split(u'\n');
+        QCOMPARE(lines.last(2), (QStringList{u"done"_s, QString()}));
+        const qsizetype samples = lines.size() - 3;
+        qsizetype hits = 0;
+        for (const QString &line : lines.first(samples)) {
+            QVERIFY2(line.startsWith(u"ok  "_s) || line.startsWith(u"MISS"_s), qPrintable(line));
+            hits += line.startsWith(u"ok  "_s);
+        }
+        QVERIFY(samples >= 72 && hits > 0);
+        QCOMPARE(lines[samples],
+            u"== plain: the name was written correctly in %1 of %2"_s.arg(hits).arg(samples));
+    }
+
+private:
+    QTemporaryDir folder_;
+    Samples spoken(const QString &text)
+    {
+        const QString file = folder_.filePath(u"a.wav"_s);
+        speakToFile(text, u"gmw/en-US"_s, 150, file);
+        return inRoom(readSpeech(file).value_or(Samples()), {}, random_);
+    }
+
+    std::mt19937 random_{1};
+};
 
 QTEST_GUILESS_MAIN(DecoderTest)
 #include "decoder_test.moc"

@@ -14,21 +14,6 @@
 
 using namespace kelo;
 
-/// From stored samples to what the meter, the queue and the recogniser get of them.
-class SoundTest : public QObject {
-    Q_OBJECT
-
-private Q_SLOTS:
-    void peaksInEveryFormat_data();
-    void peaksInEveryFormat();
-    void mixesToMono();
-    void dropsTheOldestSilenceFirst();
-    void gateLetsFirstConsonantsThrough();
-    void gateGetsUsedToNoise();
-    void takesNoiseAwayAndLaysAFloor();
-    void resamplesPieceByPiece();
-};
-
 namespace {
 
 template <typename T> QByteArray bytesOf(std::initializer_list<T> samples)
@@ -57,147 +42,154 @@ Samples chunk(int value)
 
 } // namespace
 
-void SoundTest::peaksInEveryFormat_data()
-{
-    QTest::addColumn<int>("format");
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<double>("peak");
-    const auto row = [](const char *name, AudioFormat::Sample format, const QByteArray &bytes,
-                         double peak) {
-        QTest::newRow(name) << static_cast<int>(format) << bytes << peak;
-    };
-    using enum AudioFormat::Sample;
-    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-    constexpr float inf = std::numeric_limits<float>::infinity();
-    row("nothing", Int16, {}, 0);
-    row("float", Float32, bytesOf({-0.25F}), 0.25);
-    row("float beyond full scale", Float32, bytesOf({1.5F}), 1.5);
-    row("not a number", Float32, bytesOf({nan, 0.F, 0.F, 0.F, 0.F, 0.F, 0.F, 0.F, 0.5F}), 0.5);
-    row("infinite", Float32, bytesOf({inf}), 0);
-    row("16 bits, lowest", Int16, bytesOf<qint16>({-32768}), 1);
-    row("16 bits", Int16, bytesOf<qint16>({8192}), 0.25);
-    row("32 bits, lowest", Int32, bytesOf<qint32>({std::numeric_limits<qint32>::min()}), 1);
-    row("32 bits", Int32, bytesOf<qint32>({1 << 29}), 0.25);
-    row("every 8th only", Int16, bytesOf<qint16>({0, 9, 9, 9, 9, 9, 9, 9, 16384, 9}), 0.5);
-    row("half a sample at the end", Int16, bytesOf<qint16>({16384}) + "x", 0.5);
-    row("less than a sample", Float32, "abc", 0);
-    row("unknown", Other, bytesOf<qint16>({32767}), 0);
-}
+/// From stored samples to what the meter, the queue and the recogniser get of them.
+class SoundTest : public QObject {
+    Q_OBJECT
 
-void SoundTest::peaksInEveryFormat()
-{
-    QFETCH(int, format);
-    QFETCH(QByteArray, bytes);
-    QTEST(peakOf({{static_cast<AudioFormat::Sample>(format), 48000, 2}, bytes}), "peak");
-}
-
-void SoundTest::mixesToMono()
-{
-    using enum AudioFormat::Sample;
-    QCOMPARE(monoOf({{Int16, 16000, 2}, bytesOf<qint16>({100, 200, -32768, -32768, 7})}),
-        (Samples{150, -32768}));
-    QCOMPARE(monoOf({{Float32, 16000, 1}, bytesOf({2.F, -0.5F})}), (Samples{32767, -16384}));
-    QCOMPARE(monoOf({{Int32, 16000, 1}, bytesOf<qint32>({1 << 30})}), Samples{16384});
-    QCOMPARE(monoOf({{Int16, 16000, 0}, bytesOf<qint16>({5})}), Samples{5});
-    QCOMPARE(monoOf({{Other, 16000, 1}, "abcdef"}), Samples{});
-}
-
-void SoundTest::dropsTheOldestSilenceFirst()
-{
-    SoundQueue queue(true);
-    double dropped = 0;
-    for (int i = 0; i < 5; ++i)
-        dropped += queue.push(chunk(0));
-    for (int i = 0; i < 15; ++i)
-        dropped += queue.push(chunk(1000 + i));
-    QCOMPARE(dropped, 0.0);
-    for (int i = 0; i < 5; ++i)
-        dropped += queue.push(chunk(2000 + i));
-    QVERIFY(std::abs(dropped - 0.5) < 1e-9); // the silence went, no speech
-    QCOMPARE(queue.pop()->front(), 1000);
-    for (int i = 0; i < 1000; ++i)
-        dropped += queue.push(chunk(3000));
-    QVERIFY(queue.seconds() < 6.1);
-    while (queue.pop()) { }
-    QVERIFY(queue.empty());
-    QVERIFY(std::abs(queue.seconds()) < 1e-6);
-}
-
-void SoundTest::gateLetsFirstConsonantsThrough()
-{
-    LevelGate gate;
-    for (int i = 0; i < 30; ++i)
-        QVERIFY(gate.pass(chunk(i)).empty()); // too quiet to matter, but never the same
-    const Samples first = gate.pass(chunk(5000));
-    QCOMPARE(first.size(), 6 * 1600U); // half a second of run-in
-    QCOMPARE(first.front(), 25);
-    QCOMPARE(first.back(), -5000);
-    for (int i = 0; i < 10; ++i) // pauses between words are needed, and the one that ends it
-        QCOMPARE(gate.pass(chunk(3)).size(), 1600U);
-    QVERIFY(gate.pass(chunk(3)).empty());
-}
-
-void SoundTest::gateGetsUsedToNoise()
-{
-    LevelGate gate;
-    std::mt19937 random(1);
-    double passed = 0; // seconds
-    const auto hear = [&](int tenths, double voice) {
-        passed = 0;
-        for (int i = 0; i < tenths; ++i)
-            passed += secondsOf(gate.pass(noise(1600, 60 * voice, random)));
-    };
-    hear(150, 1);
-    hear(600, 1);
-    QCOMPARE(passed, 0.0); // a minute of it costs nothing
-    hear(10, 2);
-    QVERIFY(std::abs(passed - 1.5) < 0.01); // a voice 6 dB above it comes through at once
-    hear(100, 0.5);
-    hear(20, 1); // a room that grew quiet hears what was drowned before
-    QVERIFY(passed > 2);
-}
-
-void SoundTest::takesNoiseAwayAndLaysAFloor()
-{
-    NoiseSuppressor suppressor;
-    std::mt19937 random(1);
-    Samples heard;
-    for (int i = 0; i < 300; ++i) {
-        const Samples cleaned = suppressor.clean(noise(333, 1000, random)); // no whole frames
-        heard.insert(heard.end(), cleaned.begin(), cleaned.end());
+private Q_SLOTS:
+    void peaksInEveryFormat_data()
+    {
+        QTest::addColumn<int>("format");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<double>("peak");
+        const auto row = [](const char *name, AudioFormat::Sample format, const QByteArray &bytes,
+                             double peak) {
+            QTest::newRow(name) << static_cast<int>(format) << bytes << peak;
+        };
+        using enum AudioFormat::Sample;
+        constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+        constexpr float inf = std::numeric_limits<float>::infinity();
+        row("nothing", Int16, {}, 0);
+        row("float", Float32, bytesOf({-0.25F}), 0.25);
+        row("float beyond full scale", Float32, bytesOf({1.5F}), 1.5);
+        row("not a number", Float32, bytesOf({nan, 0.F, 0.F, 0.F, 0.F, 0.F, 0.F, 0.F, 0.5F}), 0.5);
+        row("infinite", Float32, bytesOf({inf}), 0);
+        row("16 bits, lowest", Int16, bytesOf<qint16>({-32768}), 1);
+        row("16 bits", Int16, bytesOf<qint16>({8192}), 0.25);
+        row("32 bits, lowest", Int32, bytesOf<qint32>({std::numeric_limits<qint32>::min()}), 1);
+        row("32 bits", Int32, bytesOf<qint32>({1 << 29}), 0.25);
+        row("every 8th only", Int16, bytesOf<qint16>({0, 9, 9, 9, 9, 9, 9, 9, 16384, 9}), 0.5);
+        row("half a sample at the end", Int16, bytesOf<qint16>({16384}) + "x", 0.5);
+        row("less than a sample", Float32, "abc", 0);
+        row("unknown", Other, bytesOf<qint16>({32767}), 0);
     }
-    QVERIFY(heard.size() > 300 * 333 - 160); // nothing is lost on the way
+
+    void peaksInEveryFormat()
+    {
+        QFETCH(int, format);
+        QFETCH(QByteArray, bytes);
+        QTEST(peakOf({{static_cast<AudioFormat::Sample>(format), 48000, 2}, bytes}), "peak");
+    }
+
+    void mixesToMono()
+    {
+        using enum AudioFormat::Sample;
+        QCOMPARE(monoOf({{Int16, 16000, 2}, bytesOf<qint16>({100, 200, -32768, -32768, 7})}),
+            (Samples{150, -32768}));
+        QCOMPARE(monoOf({{Float32, 16000, 1}, bytesOf({2.F, -0.5F})}), (Samples{32767, -16384}));
+        QCOMPARE(monoOf({{Int32, 16000, 1}, bytesOf<qint32>({1 << 30})}), Samples{16384});
+        QCOMPARE(monoOf({{Int16, 16000, 0}, bytesOf<qint16>({5})}), Samples{5});
+        QCOMPARE(monoOf({{Other, 16000, 1}, "abcdef"}), Samples{});
+    }
+
+    void dropsTheOldestSilenceFirst()
+    {
+        SoundQueue queue(true);
+        double dropped = 0;
+        for (int i = 0; i < 5; ++i)
+            dropped += queue.push(chunk(0));
+        for (int i = 0; i < 15; ++i)
+            dropped += queue.push(chunk(1000 + i));
+        QCOMPARE(dropped, 0.0);
+        for (int i = 0; i < 5; ++i)
+            dropped += queue.push(chunk(2000 + i));
+        QVERIFY(std::abs(dropped - 0.5) < 1e-9); // the silence went, no speech
+        QCOMPARE(queue.pop()->front(), 1000);
+        for (int i = 0; i < 1000; ++i)
+            dropped += queue.push(chunk(3000));
+        QVERIFY(queue.seconds() < 6.1);
+        while (queue.pop()) { }
+        QVERIFY(queue.empty());
+        QVERIFY(std::abs(queue.seconds()) < 1e-6);
+    }
+
+    void gateLetsFirstConsonantsThrough()
+    {
+        LevelGate gate;
+        for (int i = 0; i < 30; ++i)
+            QVERIFY(gate.pass(chunk(i)).empty()); // too quiet to matter, but never the same
+        const Samples first = gate.pass(chunk(5000));
+        QCOMPARE(first.size(), 6 * 1600U); // half a second of run-in
+        QCOMPARE(first.front(), 25);
+        QCOMPARE(first.back(), -5000);
+        for (int i = 0; i < 10; ++i) // pauses between words are needed, and the one that ends it
+            QCOMPARE(gate.pass(chunk(3)).size(), 1600U);
+        QVERIFY(gate.pass(chunk(3)).empty());
+    }
+
+    void gateGetsUsedToNoise()
+    {
+        LevelGate gate;
+        std::mt19937 random(1);
+        double passed = 0; // seconds
+        const auto hear = [&](int tenths, double voice) {
+            passed = 0;
+            for (int i = 0; i < tenths; ++i)
+                passed += secondsOf(gate.pass(noise(1600, 60 * voice, random)));
+        };
+        hear(150, 1);
+        hear(600, 1);
+        QCOMPARE(passed, 0.0); // a minute of it costs nothing
+        hear(10, 2);
+        QVERIFY(std::abs(passed - 1.5) < 0.01); // a voice 6 dB above it comes through at once
+        hear(100, 0.5);
+        hear(20, 1); // a room that grew quiet hears what was drowned before
+        QVERIFY(passed > 2);
+    }
+
+    void takesNoiseAwayAndLaysAFloor()
+    {
+        NoiseSuppressor suppressor;
+        std::mt19937 random(1);
+        Samples heard;
+        for (int i = 0; i < 300; ++i) {
+            const Samples cleaned = suppressor.clean(noise(333, 1000, random)); // no whole frames
+            heard.insert(heard.end(), cleaned.begin(), cleaned.end());
+        }
+        QVERIFY(heard.size() > 300 * 333 - 160); // nothing is lost on the way
 #ifdef KELO_SPEEXDSP
-    QVERIFY(levelOf({heard.end() - 16000, heard.end()}) < 400);
+        QVERIFY(levelOf({heard.end() - 16000, heard.end()}) < 400);
 #endif
-    RoomTone tone;
-    const double silence = levelOf(tone.under(chunk(0)));
-    QVERIFY(silence > 2 && silence < 20);
-    QVERIFY(std::abs(levelOf(tone.under(Samples(1600, 20000))) - silence) < 1); // not by an offset
-    (void)tone.under(chunk(10000));
-    QVERIFY(levelOf(tone.under(chunk(0))) > 100); // below a loud voice it may be louder
-}
-
-void SoundTest::resamplesPieceByPiece()
-{
-    Samples tone;
-    for (int i = 0; i < 48000; ++i)
-        tone.push_back(static_cast<qint16>(10000 * std::sin(i * 0.0576))); // 440 Hz
-    const Samples whole = Resampler(48000).finish(tone);
-    QVERIFY(whole.size() >= 16000 && whole.size() < 16010);
-    for (std::size_t i = 100; i < 15900; ++i)
-        QVERIFY(std::abs(whole[i] - 10000 * std::sin(static_cast<double>(i) * 0.1728)) < 100);
-    Resampler resampler(48000);
-    Samples pieces;
-    for (std::size_t at = 0, size = 1; at < tone.size(); at += size, size = size * 7 % 1999) {
-        const auto begin = tone.begin() + static_cast<std::ptrdiff_t>(at);
-        const auto count = static_cast<std::ptrdiff_t>(std::min(size, tone.size() - at));
-        const Samples piece = resampler.add({begin, begin + count});
-        pieces.insert(pieces.end(), piece.begin(), piece.end());
+        RoomTone tone;
+        const double silence = levelOf(tone.under(chunk(0)));
+        QVERIFY(silence > 2 && silence < 20);
+        QVERIFY(
+            std::abs(levelOf(tone.under(Samples(1600, 20000))) - silence) < 1); // not by an offset
+        (void)tone.under(chunk(10000));
+        QVERIFY(levelOf(tone.under(chunk(0))) > 100); // below a loud voice it may be louder
     }
-    QVERIFY(pieces.size() > 15950);
-    QVERIFY(std::equal(pieces.begin(), pieces.end(), whole.begin()));
-}
+
+    void resamplesPieceByPiece()
+    {
+        Samples tone;
+        for (int i = 0; i < 48000; ++i)
+            tone.push_back(static_cast<qint16>(10000 * std::sin(i * 0.0576))); // 440 Hz
+        const Samples whole = Resampler(48000).finish(tone);
+        QVERIFY(whole.size() >= 16000 && whole.size() < 16010);
+        for (std::size_t i = 100; i < 15900; ++i)
+            QVERIFY(std::abs(whole[i] - 10000 * std::sin(static_cast<double>(i) * 0.1728)) < 100);
+        Resampler resampler(48000);
+        Samples pieces;
+        for (std::size_t at = 0, size = 1; at < tone.size(); at += size, size = size * 7 % 1999) {
+            const auto begin = tone.begin() + static_cast<std::ptrdiff_t>(at);
+            const auto count = static_cast<std::ptrdiff_t>(std::min(size, tone.size() - at));
+            const Samples piece = resampler.add({begin, begin + count});
+            pieces.insert(pieces.end(), piece.begin(), piece.end());
+        }
+        QVERIFY(pieces.size() > 15950);
+        QVERIFY(std::equal(pieces.begin(), pieces.end(), whole.begin()));
+    }
+};
 
 QTEST_APPLESS_MAIN(SoundTest)
 #include "sound_test.moc"
