@@ -189,15 +189,7 @@ public:
     /// Private memory, in MiB.
     [[nodiscard]] double memory() const
     {
-        QFile file(u"/proc/%1/smaps_rollup"_s.arg(process.processId()));
-        double kibibytes = 0;
-        if (file.open(QIODevice::ReadOnly)) {
-            for (const QByteArray &line : file.readAll().split('\n')) {
-                if (line.startsWith("Private_Dirty:"))
-                    kibibytes = line.mid(14).trimmed().split(' ').first().toDouble();
-            }
-        }
-        return kibibytes / 1024;
+        return kelo::bench::privateMemory(QString::number(process.processId())) / (1024 * 1024);
     }
 
     QTemporaryDir folder;

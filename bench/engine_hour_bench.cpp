@@ -8,7 +8,6 @@
 #include "support/figures.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QThread>
 
@@ -19,6 +18,7 @@
 using namespace Qt::StringLiterals;
 using namespace kelo::engine;
 using kelo::bench::print;
+using kelo::bench::privateMemory;
 
 namespace {
 
@@ -26,19 +26,7 @@ constexpr double hour = 3600;
 constexpr double warm = 600; ///< seconds after which everything has been used once
 constexpr std::size_t block = 512;
 
-/// Private memory of this process, in MiB.
-double memory()
-{
-    QFile file(u"/proc/self/smaps_rollup"_s);
-    double kibibytes = 0;
-    if (file.open(QIODevice::ReadOnly)) {
-        for (const QByteArray &line : file.readAll().split('\n')) {
-            if (line.startsWith("Private_Dirty:"))
-                kibibytes = line.mid(14).trimmed().split(' ').first().toDouble();
-        }
-    }
-    return kibibytes / 1024;
-}
+constexpr double mebibyte = 1024 * 1024;
 
 class Hour {
 public:
@@ -134,13 +122,13 @@ void Hour::run()
         if (speaker.speaking())
             QThread::usleep(100); // the voice is made on a thread of its own
         if (before == 0 && now > warm)
-            before = memory();
+            before = privateMemory();
     }
     print(u"parts played right in an hour"_s, good, u"parts"_s);
     print(u"wrong"_s, wrong, u"times"_s);
     print(u"songs learnt to their end"_s, songs, u"songs"_s);
-    print(u"memory after ten minutes"_s, before, u"MiB"_s);
-    print(u"more after the hour"_s, memory() - before, u"MiB"_s);
+    print(u"memory after ten minutes"_s, before / mebibyte, u"MiB"_s);
+    print(u"more after the hour"_s, (privateMemory() - before) / mebibyte, u"MiB"_s);
 }
 
 } // namespace

@@ -66,9 +66,10 @@ double perSecond(double count, const std::function<void()> &work)
     return count * 1e9 / static_cast<double>(std::max<qint64>(best, 1));
 }
 
-double privateMemory()
+double privateMemory(const QString &process)
 {
-    return entry(u"/proc/self/status"_s, "RssAnon"_L1).section(u' ', 0, 0).toDouble() * 1024;
+    return entry(u"/proc/%1/status"_s.arg(process), "RssAnon"_L1).section(u' ', 0, 0).toDouble()
+        * 1024;
 }
 
 } // namespace kelo::bench

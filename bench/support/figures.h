@@ -17,7 +17,7 @@ void print(const QString &what, double figure, const QString &unit);
 /// several runs, since whatever disturbs a run only slows it down.
 [[nodiscard]] double perSecond(double count, const std::function<void()> &work);
 
-/// Memory of this process that only it uses and that is not backed by a file, in bytes.
-[[nodiscard]] double privateMemory();
+/// Memory of a process that only it uses and that is not backed by a file, in bytes.
+[[nodiscard]] double privateMemory(const QString &process = QStringLiteral("self"));
 
 } // namespace kelo::bench
