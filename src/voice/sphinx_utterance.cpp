@@ -83,8 +83,8 @@ void SphinxUtterance::process(std::vector<float> features) const
 {
     const auto width = static_cast<std::size_t>(fe_get_output_size(ps_get_fe(decoder_)));
     for (std::size_t at = 0; at < features.size(); at += width) {
-        mfcc_t *frame = features.data() + at;
-        ps_process_cep(decoder_, &frame, 1, FALSE, FALSE);
+        mfcc_t *row = features.data() + at;
+        ps_process_cep(decoder_, &row, 1, FALSE, FALSE);
     }
 }
 

@@ -6,8 +6,6 @@
 /// call such as "setFullScreen 1", and answers as its public fields say.
 namespace kelo::test {
 
-using namespace Qt::StringLiterals;
-
 class RecordingShell final : public Shell {
 public:
     QStringList calls;
@@ -15,26 +13,32 @@ public:
     QString midiFile; ///< what the user chooses; empty when the choice is cancelled
 
     [[nodiscard]] bool mainWindowHidden() const override { return hidden; }
-    void showMainWindow() override { calls << u"showMainWindow"_s; }
-    void hideMainWindow() override { calls << u"hideMainWindow"_s; }
-    void setFullScreen(bool on) override { calls << u"setFullScreen %1"_s.arg(on); }
-    void showOverlay(double seconds) override { calls << u"showOverlay %1"_s.arg(seconds); }
+    void showMainWindow() override { calls << QStringLiteral("showMainWindow"); }
+    void hideMainWindow() override { calls << QStringLiteral("hideMainWindow"); }
+    void setFullScreen(bool on) override { calls << QStringLiteral("setFullScreen %1").arg(on); }
+    void showOverlay(double seconds) override
+    {
+        calls << QStringLiteral("showOverlay %1").arg(seconds);
+    }
     bool setLoginItem(bool on) override
     {
-        calls << u"setLoginItem %1"_s.arg(on);
+        calls << QStringLiteral("setLoginItem %1").arg(on);
         return true;
     }
     [[nodiscard]] bool loginItemOn() const override { return false; }
-    void setHighContrast(bool on) override { calls << u"setHighContrast %1"_s.arg(on); }
+    void setHighContrast(bool on) override
+    {
+        calls << QStringLiteral("setHighContrast %1").arg(on);
+    }
     void chooseMidiFile(
         const QString & /*folder*/, std::function<void(const QString &path)> chosen) override
     {
-        calls << u"chooseMidiFile"_s;
+        calls << QStringLiteral("chooseMidiFile");
         if (!midiFile.isEmpty())
             chosen(midiFile);
     }
-    void relaunch() override { calls << u"relaunch"_s; }
-    void quit() override { calls << u"quit"_s; }
+    void relaunch() override { calls << QStringLiteral("relaunch"); }
+    void quit() override { calls << QStringLiteral("quit"); }
 };
 
 class RecordingEars final : public Ears {
@@ -43,12 +47,12 @@ public:
     bool on = false;
 
     [[nodiscard]] bool isOn() const override { return on; }
-    void begin() override { note(u"begin"_s, true); }
-    void stop() override { note(u"stop"_s, false); }
-    void listen() override { calls << u"listen"_s; }
+    void begin() override { note(QStringLiteral("begin"), true); }
+    void stop() override { note(QStringLiteral("stop"), false); }
+    void listen() override { calls << QStringLiteral("listen"); }
     void setVocabulary(const QStringList &phrases) override
     {
-        calls << u"vocabulary "_s + phrases.join(u',');
+        calls << QStringLiteral("vocabulary ") + phrases.join(u',');
     }
 
 private:
@@ -65,9 +69,9 @@ public:
 
     void note(qint64 pitch, double strength, bool mine) override
     {
-        calls << u"note %1 %2 %3"_s.arg(pitch).arg(strength).arg(mine);
+        calls << QStringLiteral("note %1 %2 %3").arg(pitch).arg(strength).arg(mine);
     }
-    void clearRoll() override { calls << u"clearRoll"_s; }
+    void clearRoll() override { calls << QStringLiteral("clearRoll"); }
 };
 
 } // namespace kelo::test
