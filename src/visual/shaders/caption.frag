@@ -1,7 +1,10 @@
 #version 440
 
-layout(location = 0) in vec2 texel;
-layout(location = 1) in vec4 colour; // of the letters; its alpha is that of the whole line
+#extension GL_GOOGLE_include_directive : enable
+#include "varying.glsl"
+
+layout(location = 0) LINEAR in vec2 texel;
+layout(location = 1) CONSTANT in vec4 colour; // of the letters; its alpha is that of the whole line
 
 layout(location = 0) out vec4 fragColor;
 

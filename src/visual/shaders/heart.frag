@@ -1,8 +1,11 @@
 #version 440
 
+#extension GL_GOOGLE_include_directive : enable
+#include "varying.glsl"
+
 // The ring's heart as ring_formula.cpp words it: what lies within the waves.
 
-layout(location = 0) in vec2 spot; // from the ring's middle, y up; 1 is the picture's edge
+layout(location = 0) LINEAR in vec2 spot; // from the ring's middle, y up; 1 is the picture's edge
 layout(location = 0) out vec4 fragColor;
 
 layout(std140, binding = 0) uniform buf

@@ -1,8 +1,11 @@
 #version 440
 
+#extension GL_GOOGLE_include_directive : enable
+#include "varying.glsl"
+
 // The oscilloscope line as ring_formula.cpp words it.
 
-layout(location = 0) in vec2 spot; // 0 to 1, y up
+layout(location = 0) LINEAR in vec2 spot; // 0 to 1, y up
 layout(location = 0) out vec4 fragColor;
 
 layout(std140, binding = 0) uniform buf

@@ -1,10 +1,13 @@
 #version 440
 
+#extension GL_GOOGLE_include_directive : enable
+#include "varying.glsl"
+
 // The ring's waves as ring_formula.cpp words them, from where its heart ends. What depends on the
 // angle needs no angle: a sine of k angles comes of the k-th power of a complex number, and the
 // weights of the bands are the powers of one exponential.
 
-layout(location = 0) in vec2 spot; // from the ring's middle, y up; 1 is the picture's edge
+layout(location = 0) LINEAR in vec2 spot; // from the ring's middle, y up; 1 is the picture's edge
 layout(location = 0) out vec4 fragColor;
 
 layout(std140, binding = 0) uniform buf
