@@ -55,44 +55,64 @@ public:
         return moves;
     }
 
-    void whiteKey(int index)
+    [[nodiscard]] bool isHeld(int whiteIndex) const
     {
-        const int pitch = keyboard::whites[static_cast<std::size_t>(index)];
+        return link_.down.contains(pitchOf(whiteIndex));
+    }
+
+    /// The white keys from `first` to before `last`, none of them held. Lines that touch are one.
+    void restingKeys(int first, int last)
+    {
+        if (first == last)
+            return;
+        for (int i = first; i < last; ++i) {
+            if (link_.played.contains(pitchOf(i)))
+                sprites_.push_back(fillOfWhite(i, text_.soft.faded(0.35)));
+        }
+        const Colour line = colours::shade.faded(0.75);
+        const double left = key_ * first;
+        const double wide = key_ * (last - first);
+        const double tall = height_ - keysTop;
+        sprites_.push_back(fill(left, keysTop - 0.5, wide, 1, line));
+        sprites_.push_back(fill(left, height_ - 0.5, wide, 1, line));
+        const auto upright = [&](double from, double width) {
+            sprites_.push_back(fill(from, keysTop + 0.5, width, tall - 1, line));
+        };
+        upright(left, 1);
+        for (int i = first + 1; i < last; ++i)
+            upright(key_ * i - 1, 2);
+        upright(left + wide - 1, 1);
+        for (int i = first; i < last; ++i)
+            commandMark(i);
+    }
+
+    void heldKey(int index)
+    {
         const double left = key_ * index + 0.5;
         const double wide = key_ - 1;
         const double tall = height_ - keysTop;
-        const auto held = link_.down.constFind(pitch);
-        const bool isHeld = held != link_.down.cend();
-        if (isHeld) {
-            const double reach = 2 * haloRadius;
-            Sprite halo = fill(
-                left - reach / 2, keysTop - reach / 2, wide + reach, tall + reach, colours::green);
-            halo.radius = halo.feather = static_cast<float>(reach);
-            sprites_.push_back(halo);
-            sprites_.push_back(fill(left, keysTop, wide, tall,
-                colours::green.faded(static_cast<double>(*held) * 0.45 / 127 + 0.55)));
-        } else if (link_.played.contains(pitch)) {
-            sprites_.push_back(fill(left, keysTop, wide, tall, text_.soft.faded(0.35)));
-        }
+        const double velocity = static_cast<double>(link_.down.value(pitchOf(index)));
+        const double reach = 2 * haloRadius;
+        Sprite halo =
+            fill(left - reach / 2, keysTop - reach / 2, wide + reach, tall + reach, colours::green);
+        halo.radius = halo.feather = static_cast<float>(reach);
+        sprites_.push_back(halo);
+        sprites_.push_back(fillOfWhite(index, colours::green.faded(velocity * 0.45 / 127 + 0.55)));
         outline(sprites_, left, 0, wide, tall, 1, colours::shade.faded(0.75));
-        if (!link_.buttons.contains(pitch))
-            return;
-        if (!isHeld)
-            sprites_.push_back(fill(left, keysTop, wide, tall, colours::green.faded(0.16)));
-        outline(sprites_, left + 1, 1, wide - 2, tall - 2, 1, colours::green.faded(0.8));
+        commandMark(index);
     }
 
     void blackKey(int whiteToLeft)
     {
-        const int pitch = keyboard::whites[static_cast<std::size_t>(whiteToLeft)] + 1;
+        const int pitch = pitchOf(whiteToLeft) + 1;
         const double wide = key_ * keyboard::blackWidth;
         const double left = key_ * (whiteToLeft + 1) - wide / 2;
         const double tall = (height_ - keysTop) * keyboard::blackLength;
         const Colour colour = link_.down.contains(pitch) ? text_.soft
             : link_.played.contains(pitch)               ? text_.dim
                                                          : colours::bg;
-        sprites_.push_back(fill(left, keysTop, wide, tall, colour));
-        outline(sprites_, left, height_ - keysTop - tall, wide, tall, 1, colours::shade);
+        sprites_.push_back(fill(left - 0.5, keysTop - 0.5, wide + 1, tall + 1, colours::shade));
+        sprites_.push_back(fill(left + 0.5, keysTop + 0.5, wide - 1, tall - 1, colour));
     }
 
     [[nodiscard]] Label commandLabel(qsizetype place) const
@@ -106,6 +126,27 @@ public:
     }
 
 private:
+    static int pitchOf(int whiteIndex)
+    {
+        return keyboard::whites[static_cast<std::size_t>(whiteIndex)];
+    }
+
+    void commandMark(int index)
+    {
+        const int pitch = pitchOf(index);
+        if (!link_.buttons.contains(pitch))
+            return;
+        if (!link_.down.contains(pitch))
+            sprites_.push_back(fillOfWhite(index, colours::green.faded(0.16)));
+        outline(sprites_, key_ * index + 1.5, 1, key_ - 3, height_ - keysTop - 2, 1,
+            colours::green.faded(0.8));
+    }
+
+    [[nodiscard]] Sprite fillOfWhite(int index, Colour colour) const
+    {
+        return fill(key_ * index + 0.5, keysTop, key_ - 1, height_ - keysTop, colour);
+    }
+
     [[nodiscard]] Sprite fill(
         double left, double top, double wide, double tall, Colour colour) const
     {
@@ -131,8 +172,15 @@ void KeysStrip::update(const Link &link, double width, double height, double now
     Painter painter(sprites_, link, width, height);
     for (const Ripple &ripple : link.ripples)
         moves_ = painter.ripple(ripple, now) || moves_;
-    for (int i = 0; i < keyboard::whiteCount; ++i)
-        painter.whiteKey(i);
+    int firstResting = 0;
+    for (int i = 0; i < keyboard::whiteCount; ++i) {
+        if (!painter.isHeld(i))
+            continue;
+        painter.restingKeys(firstResting, i);
+        painter.heldKey(i);
+        firstResting = i + 1;
+    }
+    painter.restingKeys(firstResting, keyboard::whiteCount);
     for (int i = 0; i < keyboard::whiteCount; ++i) {
         if (keyboard::hasBlackToRight(keyboard::whites[static_cast<std::size_t>(i)]))
             painter.blackKey(i);

@@ -9,6 +9,7 @@ namespace {
 constexpr double keyFade = 0.12; // seconds that a key takes to go out
 constexpr double lampSwell = 0.03; // seconds
 constexpr double lampFade = 0.18;
+constexpr double blackLine = 0.45; // opacity of the line around black keys
 
 std::size_t place(int pitch)
 {
@@ -79,8 +80,13 @@ void RainKeyboard::drawKeys(SpriteList &list, const Stage &stage, double now) co
         const double wide = key * keyboard::blackWidth;
         const double tall = floor * keyboard::blackLength;
         const double left = key * (i + 1) - wide / 2;
-        list.push_back(box(left, floor - 3 - tall, wide, tall, keyColour(pitch + 1, now)));
-        outline(list, left, floor - 3 - tall, wide, tall, 1, colours::green.faded(0.45));
+        // A key with a see-through line around it, half of which lies on the key.
+        const double bottom = floor - 3 - tall;
+        const Colour colour = keyColour(pitch + 1, now);
+        list.push_back(
+            box(left - 0.5, bottom - 0.5, wide + 1, tall + 1, colours::green.faded(blackLine)));
+        list.push_back(box(left, bottom, wide, tall, mixed(colour, colours::green, blackLine)));
+        list.push_back(box(left + 0.5, bottom + 0.5, wide - 1, tall - 1, colour));
     }
     list.push_back(box(0, floor - 1, stage.width, 2, colours::green));
 }

@@ -262,7 +262,7 @@ private Q_SLOTS:
         Stand stand;
         const auto colour = [&stand](int pitch) {
             const auto x = static_cast<float>(keyboard::centre(pitch, 20));
-            const float wide = keyboard::isBlack(pitch) ? 12 : 18.5F;
+            const float wide = keyboard::isBlack(pitch) ? 11 : 18.5F; // within its line
             const auto key = std::ranges::find_if(stand.scene.sprites(), [&](const Sprite &s) {
                 return std::abs(s.x - x) < 0.01 && std::abs(s.halfWidth * 2 - wide) < 0.01
                     && s.y < floorY && s.radius == 0;
