@@ -16,9 +16,10 @@ Scroller {
 
     readonly property int gap: 14
     readonly property bool stacked: width < 800
-    // Room for the longest line of a caption, wrapped.
+    // Room for the longest line of a caption, wrapped: words leave some of a line empty.
     readonly property int letter: link.large ? 36 : 24
-    readonly property real captionHeight: Math.max(44, Math.ceil(86 * 0.602 * letter / width) * letter * 1.17 + 4)
+    readonly property int lettersALine: Math.max(1, (width - 2 * sideInset) / (0.602 * letter) - 1)
+    readonly property real captionHeight: Math.max(44, Math.ceil(86 / lettersALine) * letter * 1.17 + 4)
 
     inset: 6
     sideInset: stacked ? 12 : 6 // beside the scroll bar
@@ -32,7 +33,7 @@ Scroller {
 
         width: parent.width
         height: console_.stacked ? implicitHeight : Math.max(least, console_.height - 2 * console_.inset)
-        spacing: console_.gap
+        spacing: console_.stacked ? 6 : console_.gap
 
         Header {
             id: header
@@ -70,7 +71,7 @@ Scroller {
             Layout.fillHeight: true
             columns: console_.stacked ? 1 : 3
             columnSpacing: console_.gap
-            rowSpacing: console_.gap
+            rowSpacing: all.spacing
 
             Panel {
                 Layout.fillWidth: console_.stacked

@@ -25,7 +25,7 @@ Item {
 
         y: 20
         anchors.right: screen.narrow ? parent.right : ears.left
-        anchors.rightMargin: screen.narrow ? 30 : spacing
+        anchors.rightMargin: screen.narrow ? 30 : 2 * spacing
         columns: screen.narrow ? 1 : 2 // one below the other they leave the title its place
         horizontalItemAlignment: Grid.AlignRight
         spacing: screen.narrow ? 6 : 12
