@@ -1,10 +1,12 @@
 #pragma once
 
+#include "voice/cepstral_mean.h"
 #include "voice/name_doubt.h"
 #include "voice/sound_queue.h"
 
 #include <QStringList>
 
+#include <span>
 #include <vector>
 
 struct ps_decoder_s;
@@ -26,9 +28,12 @@ public:
     [[nodiscard]] bool inSpeech() const;
 
     /// The ended utterance, with the search of that name, which stays the decoder's.
-    void again(const char *search) const;
+    void again(const char *search);
 
     [[nodiscard]] QStringList words() const;
+    /// How likely they are, by sound and language model as the decoder weighs them, as a natural
+    /// logarithm.
+    [[nodiscard]] double score() const;
     /// The same with pauses, noises and places.
     [[nodiscard]] std::vector<AccountedWord> account() const;
     /// After a search for key phrases: how much better one of them fits what overlaps with the
@@ -36,10 +41,11 @@ public:
     [[nodiscard]] double clarity(int first, int last) const;
 
 private:
-    void process(std::vector<float> features) const;
+    void process(std::span<float> features) const;
 
     ps_decoder_s *decoder_;
-    std::vector<float> features_; // frame after frame
+    CepstralMean mean_; // of all utterances
+    std::vector<float> features_; // frame after frame, without the mean
 };
 
 } // namespace kelo
