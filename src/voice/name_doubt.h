@@ -14,21 +14,11 @@ struct AccountedWord {
     double likelihood = 0; ///< of the word after those before it, by the language model
 };
 
-/// What a name must show to be believed.
-struct Proof {
-    /// How much better it has to fit the sound than any row of sounds does, as a natural logarithm
-    /// a frame.
-    double clarity = 0;
-    /// How much likelier the utterance has to be with it than without, by sound and language model
-    /// as the decoder weighs them, as a natural logarithm; minus infinity where nobody need ask.
-    double advantage = 0;
-};
-
-/// What the name at `place` must show. In most calls, where "hey" or a pause leads up to it and a
-/// request or a pause follows, little: that it is not something else altogether. In the middle of
-/// other talk a word that sounds like the name is likelier than the name, most so when nothing is
-/// asked for.
-[[nodiscard]] Proof proofWanted(const std::vector<AccountedWord> &account, std::size_t place);
+/// How clear the name at `place` must be to be believed: how much better it has to fit the sound
+/// than any row of sounds does, as a natural logarithm a frame. Minus infinity in most calls, where
+/// "hey" or a pause leads up to it and a request or a pause follows. In the middle of other talk a
+/// word that sounds like the name is likelier than the name, most so when nothing is asked for.
+[[nodiscard]] double clarityWanted(const std::vector<AccountedWord> &account, std::size_t place);
 
 /// Whether, as far as it was heard, nothing around the name at `place` speaks for a call.
 [[nodiscard]] bool isLone(const std::vector<AccountedWord> &account, std::size_t place);

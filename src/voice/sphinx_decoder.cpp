@@ -17,7 +17,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -80,11 +79,9 @@ std::unique_ptr<SphinxDecoder> SphinxDecoder::load(const QString &directory)
     auto library = std::make_unique<Library>();
     // The second pass costs a third of the time and half a second at the end of every phrase. Noise
     // is taken away once: done twice, weak voiced sounds go with it, and at 10 dB one Aria in five.
-    // What the sounds to come speak against is not searched: a quarter of the time, for two names
-    // in a hundred and none of the other words.
     library->config.reset(cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", acoustic.constData(),
-        "-dict", dictionary.constData(), "-fwdflat", "no", "-maxwpf", "20", "-pl_weight", "5",
-        "-remove_noise", NoiseSuppressor::works() ? "no" : "yes", nullptr));
+        "-dict", dictionary.constData(), "-fwdflat", "no", "-maxwpf", "20", "-remove_noise",
+        NoiseSuppressor::works() ? "no" : "yes", nullptr));
     if (!library->config)
         return nullptr;
     library->decoder.reset(ps_init(library->config.get()));
@@ -320,52 +317,42 @@ void SphinxDecoder::end()
     SphinxUtterance &utterance = *library_->utterance;
     utterance.end();
     words_ = utterance.words();
-    if (name_.isEmpty() || !words_->contains(name_))
-        return;
-    const double score = utterance.score();
-    const std::optional<double> advantage = advantageWanted();
-    if (advantage == -std::numeric_limits<double>::infinity())
+    if (name_.isEmpty() || !words_->contains(name_) || !namesUnclearly())
         return;
     ngram_model_t *all = library_->all.get();
     ngram_model_set_select(all, generalModel);
     ngram_model_flush(all);
     utterance.again(wordSearch);
-    if (!advantage || score - utterance.score() < *advantage) {
-        words_ = utterance.words();
-        ngram_model_t *general = library_->general.get();
-        if (ngram_wid(general, name_.toUtf8().constData()) == ngram_unknown_wid(general))
-            words_->removeAll(name_); // otherwise it is a word like others
-    }
+    words_ = utterance.words();
+    ngram_model_t *general = library_->general.get();
+    if (ngram_wid(general, name_.toUtf8().constData()) == ngram_unknown_wid(general))
+        words_->removeAll(name_); // otherwise it is a word like others
     ngram_model_set_interp(all, nullptr, nullptr);
     ngram_model_flush(all);
 }
 
-/// How much likelier than without its names the ended utterance has to be. None when one of them
-/// is not even clear.
-std::optional<double> SphinxDecoder::advantageWanted()
+/// Whether a name in the ended utterance is not as clear as it would have to be.
+bool SphinxDecoder::namesUnclearly() const
 {
     struct Doubt {
         AccountedWord name;
-        Proof proof;
+        double wanted;
     };
     const auto account = library_->utterance->account();
     std::vector<Doubt> doubts;
     for (std::size_t place = 0; place < account.size(); ++place) {
-        if (account[place].token == name_)
-            doubts.push_back({account[place], proofWanted(account, place)});
+        const double wanted = clarityWanted(account, place);
+        if (account[place].token == name_ && std::isfinite(wanted))
+            doubts.push_back({account[place], wanted});
     }
+    if (doubts.empty())
+        return false;
     library_->utterance->again(nameSearch);
-    const bool clear = std::ranges::all_of(doubts, [&](const Doubt &doubt) {
-        return library_->utterance->clarity(doubt.name.first, doubt.name.last)
-            >= doubt.proof.clarity;
+    const bool unclear = std::any_of(doubts.begin(), doubts.end(), [&](const Doubt &doubt) {
+        return library_->utterance->clarity(doubt.name.first, doubt.name.last) < doubt.wanted;
     });
     ps_set_search(library_->decoder.get(), wordSearch);
-    if (!clear)
-        return std::nullopt;
-    double advantage = -std::numeric_limits<double>::infinity();
-    for (const Doubt &doubt : doubts)
-        advantage = std::max(advantage, doubt.proof.advantage);
-    return advantage;
+    return unclear;
 }
 
 } // namespace kelo

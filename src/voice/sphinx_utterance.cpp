@@ -46,8 +46,6 @@ template <typename Visit> void forEachSegment(ps_decoder_t *decoder, Visit visit
 SphinxUtterance::SphinxUtterance(ps_decoder_t *decoder)
     : decoder_(decoder)
 {
-    // The library's own mean jumps to that of the first utterance and counts those heard again.
-    ps_get_feat(decoder)->cmn = CMN_NONE;
 }
 
 void SphinxUtterance::begin()
@@ -74,16 +72,14 @@ void SphinxUtterance::add(const Samples &sound)
         fe_process_frames(frontEnd, &next, &left, rows.data(), &frames, &begun);
         if (frames == 0 && left == before)
             break;
-        for (std::size_t i = 0; i < static_cast<std::size_t>(frames); ++i)
-            mean_.takeFrom({rows[i], width});
-        const std::span heard(features.data(), width * static_cast<std::size_t>(frames));
-        features_.insert(features_.end(), heard.begin(), heard.end());
-        process(heard);
+        const auto end = features.begin() + static_cast<std::ptrdiff_t>(width) * frames;
+        process({features.begin(), end});
+        features_.insert(features_.end(), features.begin(), end);
     }
 }
 
-/// Frame by frame, since the library loses the thread when it gets more than it can buffer.
-void SphinxUtterance::process(std::span<float> features) const
+/// The library changes what it is given, and loses the thread when that is more than it can buffer.
+void SphinxUtterance::process(std::vector<float> features) const
 {
     const auto width = static_cast<std::size_t>(fe_get_output_size(ps_get_fe(decoder_)));
     for (std::size_t at = 0; at < features.size(); at += width) {
@@ -102,7 +98,7 @@ bool SphinxUtterance::inSpeech() const
     return ps_get_in_speech(decoder_);
 }
 
-void SphinxUtterance::again(const char *search)
+void SphinxUtterance::again(const char *search) const
 {
     ps_set_search(decoder_, search);
     ps_start_utt(decoder_);
@@ -113,13 +109,6 @@ void SphinxUtterance::again(const char *search)
 QStringList SphinxUtterance::words() const
 {
     return QString::fromUtf8(ps_get_hyp(decoder_, nullptr)).split(u' ', Qt::SkipEmptyParts);
-}
-
-double SphinxUtterance::score() const
-{
-    int32 score = 0;
-    ps_get_hyp(decoder_, &score);
-    return score * natural;
 }
 
 std::vector<AccountedWord> SphinxUtterance::account() const

@@ -1,12 +1,10 @@
 #pragma once
 
-#include "voice/cepstral_mean.h"
 #include "voice/name_doubt.h"
 #include "voice/sound_queue.h"
 
 #include <QStringList>
 
-#include <span>
 #include <vector>
 
 struct ps_decoder_s;
@@ -28,12 +26,9 @@ public:
     [[nodiscard]] bool inSpeech() const;
 
     /// The ended utterance, with the search of that name, which stays the decoder's.
-    void again(const char *search);
+    void again(const char *search) const;
 
     [[nodiscard]] QStringList words() const;
-    /// How likely they are, by sound and language model as the decoder weighs them, as a natural
-    /// logarithm.
-    [[nodiscard]] double score() const;
     /// The same with pauses, noises and places.
     [[nodiscard]] std::vector<AccountedWord> account() const;
     /// After a search for key phrases: how much better one of them fits what overlaps with the
@@ -41,11 +36,10 @@ public:
     [[nodiscard]] double clarity(int first, int last) const;
 
 private:
-    void process(std::span<float> features) const;
+    void process(std::vector<float> features) const;
 
     ps_decoder_s *decoder_;
-    CepstralMean mean_; // of all utterances
-    std::vector<float> features_; // frame after frame, without the mean
+    std::vector<float> features_; // frame after frame
 };
 
 } // namespace kelo

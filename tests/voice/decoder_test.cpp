@@ -54,7 +54,7 @@ private Q_SLOTS:
         SphinxRecogniser recogniser(model);
         const auto taught =
             recogniser.teach(WakeTraining::of(name), SpeechModelFiles::of(folder_.path(), name));
-        const Samples speech = spoken(u"he said hello to my brother before we went home"_s);
+        const Samples speech = spoken(u"I said hello to my brother and went home"_s);
         QStringList words;
         for (int time = 0; time < 2; ++time) { // what is heard again leaves no trace
             words = recognised(recogniser, taught, speech).split(u' ');

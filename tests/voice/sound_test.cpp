@@ -1,5 +1,4 @@
 #include "voice/audio.h"
-#include "voice/cepstral_mean.h"
 #include "voice/noise_suppressor.h"
 #include "voice/resampler.h"
 #include "voice/room_tone.h"
@@ -48,26 +47,6 @@ class SoundTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void whatAllSpeechSharesIsTakenAway()
-    {
-        CepstralMean mean;
-        std::array<float, 13> frame{};
-        const auto hear = [&](int frames, float loudness) {
-            for (int i = 0; i < frames; ++i) {
-                frame.fill(loudness);
-                mean.takeFrom(frame);
-            }
-            return frame.front(); // what remains of the last one
-        };
-        // From a far quieter microphone than expected: most is gone after a few seconds.
-        QVERIFY(std::abs(hear(1, 20)) > 40);
-        QVERIFY(std::abs(hear(400, 20)) < 10);
-        QVERIFY(std::abs(hear(20000, 20)) < 0.1);
-        // Then one loud call changes little, a louder speaker does.
-        QVERIFY(std::abs(hear(100, 30) - 10) < 0.5);
-        QVERIFY(std::abs(hear(15000, 30)) < 0.5);
-    }
-
     void peaksInEveryFormat_data()
     {
         QTest::addColumn<int>("format");

@@ -198,7 +198,7 @@ private Q_SLOTS:
             [](const AccountedWord &word) { return word.token == u"kelo"_s; });
         const auto place = static_cast<std::size_t>(name - account.begin());
         QTEST(isLone(account, place), "lone");
-        QTEST(!std::isfinite(proofWanted(account, place).advantage), "believed");
+        QTEST(!std::isfinite(clarityWanted(account, place)), "believed");
     }
 
     void namesWaitUntilTheyStand()
