@@ -18,7 +18,7 @@ find_package_handle_standard_args(
 )
 
 if(PocketSphinx_FOUND AND NOT TARGET PocketSphinx::PocketSphinx)
-    add_library(PocketSphinx::PocketSphinx INTERFACE IMPORTED)
+    add_library(PocketSphinx::PocketSphinx INTERFACE IMPORTED GLOBAL)
     target_link_libraries(
         PocketSphinx::PocketSphinx INTERFACE ${PocketSphinx_LIBRARY} ${PocketSphinx_BASE_LIBRARY}
     )

@@ -2,11 +2,15 @@
 #include "voice/speech_sample.h"
 #include "voice/sphinx_decoder.h"
 #include "voice/sphinx_recogniser.h"
+#include "voice/sphinx_utterance.h"
 #include "voice/wake_lab.h"
 #include "voice/wake_training.h"
 
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <pocketsphinx.h>
+#include <sphinxbase/err.h>
 
 using namespace Qt::StringLiterals;
 using namespace kelo;
@@ -40,6 +44,26 @@ private Q_SLOTS:
         QVERIFY2(words.count(u"Kelo"_s) == 2, qPrintable(words)); // across the pause, too
     }
 
+    void aFirstCallIsHeard_data()
+    {
+        QTest::addColumn<double>("loudness");
+        QTest::newRow("close by") << 1.0;
+        QTest::newRow("by a quiet microphone") << 0.1;
+    }
+
+    void aFirstCallIsHeard()
+    {
+        QFETCH(double, loudness);
+        SphinxRecogniser recogniser(model);
+        const auto taught = recogniser.teach(
+            WakeTraining::of(u"Luna"_s), SpeechModelFiles::of(folder_.path(), u"Luna"_s));
+        Samples speech = spoken(u"Hey Luna, what's the weather"_s, u"gmw/en-GB-scotland"_s);
+        for (qint16 &sample : speech)
+            sample = static_cast<qint16>(sample * loudness);
+        const QString words = recognised(recogniser, taught, speech);
+        QVERIFY2(words.contains(u"Luna"_s), qPrintable(words));
+    }
+
     void doubtsLeaveTheOtherWords_data()
     {
         QTest::addColumn<QString>("name");
@@ -63,6 +87,43 @@ private Q_SLOTS:
         }
         const bool wasSaid = name != u"Zentari"_s;
         QVERIFY2(words.contains(name) == wasSaid, qPrintable(words.join(u' ')));
+    }
+
+    /// Otherwise what was heard first could not be compared with what is heard then.
+    void heardAgainItSoundsTheSame()
+    {
+        err_set_logfp(nullptr);
+        const QByteArray folder = model.toUtf8();
+        const std::unique_ptr<cmd_ln_t, decltype(&cmd_ln_free_r)> config(
+            cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", (folder + "/en-us").constData(), "-dict",
+                (folder + "/cmudict-en-us.dict").constData(), "-lm",
+                (folder + "/en-us.lm.bin").constData(), "-fwdflat", "no", nullptr),
+            cmd_ln_free_r);
+        const Samples greeting = spoken(u"good morning"_s);
+        const Samples question = spoken(u"what time is it"_s);
+        QList<std::pair<QStringList, double>> next;
+        for (const int times : {0, 2}) {
+            const std::unique_ptr<ps_decoder_t, decltype(&ps_free)> decoder(
+                ps_init(config.get()), ps_free);
+            QVERIFY(decoder);
+            SphinxUtterance utterance(decoder.get());
+            const auto heard = [&] { return std::pair(utterance.words(), utterance.score()); };
+            const auto hear = [&](const Samples &sound) {
+                utterance.begin();
+                utterance.add(sound);
+                utterance.end();
+                return heard();
+            };
+            const auto first = hear(greeting);
+            QVERIFY(!first.first.isEmpty());
+            for (int time = 0; time < times; ++time) {
+                utterance.again("_default"); // the library's name for the one it was made with
+                QCOMPARE(heard(), first);
+            }
+            next.append(hear(question));
+        }
+        QVERIFY(!next[0].first.isEmpty());
+        QCOMPARE(next[1], next[0]); // nor does it change what comes after it
     }
 
     void damagedModelsAreLeftOut_data()
@@ -189,10 +250,10 @@ private Q_SLOTS:
 
 private:
     QTemporaryDir folder_;
-    Samples spoken(const QString &text)
+    Samples spoken(const QString &text, const QString &voice = u"gmw/en-US"_s)
     {
         const QString file = folder_.filePath(u"a.wav"_s);
-        speakToFile(text, u"gmw/en-US"_s, 150, file);
+        speakToFile(text, voice, 150, file);
         return inRoom(readSpeech(file).value_or(Samples()), {}, random_);
     }
 
