@@ -1,5 +1,6 @@
 #pragma once
 
+#include "voice/name_doubt.h"
 #include "voice/noise_suppressor.h"
 #include "voice/recogniser.h"
 #include "voice/room_tone.h"
@@ -36,9 +37,9 @@ public:
     bool process(const Samples &samples);
     /// What was said so far, the decoder's own words; a doubtful name is left out.
     [[nodiscard]] QStringList words() const;
-    /// Ends the utterance; `words` has the last word on it then. When a doubtful name was not clear
-    /// enough, the utterance is heard once more as if no name had been taught; that takes a tenth
-    /// of its length.
+    /// Ends the utterance; `words` has the last word on it then. One with the name is heard again
+    /// for the name alone and, when that leaves doubts, as if no name had been taught; that takes
+    /// a tenth of its length.
     void end();
 
 private:
@@ -52,7 +53,7 @@ private:
     [[nodiscard]] ngram_model_s *modelOfPhrases() const;
     void rebuild();
     void makeNameSearch(const QString &token) const;
-    [[nodiscard]] bool namesUnclearly() const;
+    [[nodiscard]] bool callsClearly(const std::vector<AccountedWord> &account) const;
     [[nodiscard]] Samples centred(Samples samples);
 
     std::unique_ptr<Library> library_;

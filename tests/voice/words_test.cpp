@@ -173,11 +173,11 @@ private Q_SLOTS:
     void aNameIsDoubtedAmongOtherTalk_data()
     {
         QTest::addColumn<QString>("words"); // "-" is a pause, "!" is behind what was to be expected
-        QTest::addColumn<bool>("believed"); // however unclear
+        QTest::addColumn<bool>("ledUpTo");
         QTest::addColumn<bool>("lone"); // as far as it was heard
         QTest::newRow("alone") << u"- kelo -"_s << true << false;
         QTest::newRow("first of all") << u"kelo stop!"_s << true << false;
-        QTest::newRow("first of something else") << u"kelo fifty"_s << false << false;
+        QTest::newRow("first of something else") << u"kelo fifty"_s << true << false;
         QTest::newRow("after a call") << u"- hey! kelo! what's!"_s << true << false;
         QTest::newRow("after a pause") << u"talk - kelo -"_s << true << false;
         QTest::newRow("at the end") << u"over kelo -"_s << false << false;
@@ -198,7 +198,7 @@ private Q_SLOTS:
             [](const AccountedWord &word) { return word.token == u"kelo"_s; });
         const auto place = static_cast<std::size_t>(name - account.begin());
         QTEST(isLone(account, place), "lone");
-        QTEST(!std::isfinite(clarityWanted(account, place)), "believed");
+        QTEST(isLedUpTo(account, place), "ledUpTo");
     }
 
     void namesWaitUntilTheyStand()
