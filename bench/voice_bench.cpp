@@ -244,7 +244,8 @@ void Bench::costs()
         (void)recognised(recogniser_, model, sound);
         return (cpuSeconds() - start) / secondsOf(sound);
     };
-    (void)perSecond(spoken(u"what time is it"_s, sampleVoices()[0], speeds[1], {})); // heard twice
+    // What is heard first is heard twice.
+    (void)perSecond(spoken(u"what time is it"_s, sampleVoices()[0], speeds[1], {}));
     print(u"CPU seconds a second of speech"_s, perSecond(speech), u"s"_s);
     const auto live = [&](const Samples &sound, const RecognitionTask::Handler &handler) {
         const auto task = recogniser_.start({{}, model, true}, handler);

@@ -175,15 +175,16 @@ private Q_SLOTS:
         QTest::addColumn<QString>("words"); // "-" is a pause, "!" is behind what was to be expected
         QTest::addColumn<bool>("ledUpTo");
         QTest::addColumn<bool>("lone"); // as far as it was heard
-        QTest::newRow("alone") << u"- kelo -"_s << true << false;
-        QTest::newRow("first of all") << u"kelo stop!"_s << true << false;
-        QTest::newRow("first of something else") << u"kelo fifty"_s << true << false;
-        QTest::newRow("after a call") << u"- hey! kelo! what's!"_s << true << false;
-        QTest::newRow("after a pause") << u"talk - kelo -"_s << true << false;
-        QTest::newRow("at the end") << u"over kelo -"_s << false << false;
-        QTest::newRow("asked for something") << u"over kelo stop!"_s << false << false;
-        QTest::newRow("not gone on yet") << u"over kelo"_s << false << true;
-        QTest::newRow("in the middle") << u"we kelo asleep"_s << false << true;
+        QTest::addColumn<int>("others"); // words around it: as much is asked of it
+        QTest::newRow("alone") << u"- kelo -"_s << true << false << 0;
+        QTest::newRow("first of all") << u"kelo stop!"_s << true << false << 1;
+        QTest::newRow("first of something else") << u"kelo fifty"_s << true << false << 1;
+        QTest::newRow("after a call") << u"- hey! kelo! what's!"_s << true << false << 2;
+        QTest::newRow("after a pause") << u"talk - kelo -"_s << true << false << 1;
+        QTest::newRow("at the end") << u"over kelo -"_s << false << false << 1;
+        QTest::newRow("asked for something") << u"over kelo stop!"_s << false << false << 2;
+        QTest::newRow("not gone on yet") << u"over kelo"_s << false << true << 1;
+        QTest::newRow("in the middle") << u"we kelo asleep"_s << false << true << 2;
     }
 
     void aNameIsDoubtedAmongOtherTalk()
@@ -199,6 +200,10 @@ private Q_SLOTS:
         const auto place = static_cast<std::size_t>(name - account.begin());
         QTEST(isLone(account, place), "lone");
         QTEST(isLedUpTo(account, place), "ledUpTo");
+        QFETCH(int, others);
+        const double ofOne = advantageWanted({{u"talk"_s, 0, 0, 0}}, u"kelo"_s);
+        QVERIFY(ofOne > 0);
+        QCOMPARE(advantageWanted(account, u"kelo"_s), others * ofOne);
     }
 
     void namesWaitUntilTheyStand()
