@@ -78,8 +78,8 @@ std::unique_ptr<SphinxDecoder> SphinxDecoder::load(const QString &directory)
     auto library = std::make_unique<Library>();
     // The second pass costs a third of the time and half a second at the end of every phrase. Noise
     // is taken away once: done twice, weak voiced sounds go with it, and at 10 dB one Aria in five.
-    // What the sounds to come speak against is searched less than the library would: 40 % of the
-    // time, and neither names nor other words are lost.
+    // What the sounds to come speak against is searched less than the library would: a quarter to a
+    // third of the time is saved, and neither names nor other words are lost.
     library->config.reset(cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", acoustic.constData(),
         "-dict", dictionary.constData(), "-fwdflat", "no", "-maxwpf", "20", "-pl_weight", "5",
         "-remove_noise", NoiseSuppressor::works() ? "no" : "yes", nullptr));
