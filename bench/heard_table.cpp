@@ -4,9 +4,9 @@
 
 #include "listen/phrases.h"
 #include "songs/library.h"
-#include "voice/speech_sample.h"
-#include "voice/sphinx_recogniser.h"
-#include "voice/wake_training.h"
+#include "voice/name/wake_training.h"
+#include "voice/recognition/sphinx_recogniser.h"
+#include "voice/wake_lab/speech_sample.h"
 #include "voice_corpus.h"
 
 #include <QCoreApplication>

@@ -6,12 +6,12 @@
 // Speech is made by espeak-ng, so the figures compare builds with each other, not with people.
 
 #include "support/figures.h"
-#include "voice/recording.h"
-#include "voice/speech_sample.h"
-#include "voice/sphinx_decoder.h"
-#include "voice/sphinx_recogniser.h"
-#include "voice/taught_name.h"
-#include "voice/wake_training.h"
+#include "voice/name/taught_name.h"
+#include "voice/name/wake_training.h"
+#include "voice/recognition/sphinx_decoder.h"
+#include "voice/recognition/sphinx_recogniser.h"
+#include "voice/wake_lab/recording.h"
+#include "voice/wake_lab/speech_sample.h"
 #include "voice_corpus.h"
 
 #include <QCoreApplication>

@@ -79,8 +79,7 @@ void AppDelegate::launch(const Arguments &arguments)
         });
     }
     link_.start();
-    if (settings_.value(u"voice"_s, false).toBool())
-        voice_.begin();
+    voice_.resumeIfWanted();
 }
 
 void AppDelegate::makeWindow()

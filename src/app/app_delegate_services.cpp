@@ -84,7 +84,7 @@ void AppDelegate::choose(TrayAction action)
     case TrayAction::NaturalVoice:
         return link_.send(u"~say install the natural voice\n"_s);
     case TrayAction::ToggleVoice:
-        return voice_.on ? voice_.stop() : voice_.begin();
+        return voice_.toggle();
     case TrayAction::TogglePanel:
         return overlay_->setEnabled(!overlay_->enabled());
     case TrayAction::ToggleLogin:

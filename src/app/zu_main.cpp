@@ -8,7 +8,7 @@
 #include "link/link.h"
 #include "link/paths.h"
 #include "voice/voice_control.h"
-#include "voice/wake_lab.h"
+#include "voice/wake_lab/wake_lab.h"
 
 #include <QApplication>
 

@@ -1,6 +1,6 @@
 #include "voice/voice_control.h"
 
-#include "voice/transcript.h"
+#include "voice/ear_line.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "link/shell.h"
-#include "voice/audio.h"
+#include "voice/capture/audio.h"
+#include "voice/name/wake_model.h"
 #include "voice/voice_setup.h"
-#include "voice/wake_model.h"
 
 #include <memory>
 #include <mutex>
@@ -97,8 +97,8 @@ private:
     WakeModel wakeModel_;
     QStringList vocabulary_;
     int turn_ = 0; // answers to an earlier turn's questions are not wanted any more
-    std::unique_ptr<QObject> refresh_; // the watchdog barks while it exists
-    std::unique_ptr<QObject> retry_; // a microphone is looked for while it exists
+    std::unique_ptr<QObject> refresh_; // while it exists, the watchdog timer runs
+    std::unique_ptr<QObject> retry_; // while it exists, the search for a microphone is due
     std::shared_ptr<RecognitionTask> session_;
     qint64 sessionId_ = 0;
     QString lastWords_;

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "link/link.h"
-#include "voice/microphone.h"
-#include "voice/permissions.h"
-#include "voice/recogniser.h"
+#include "voice/capture/microphone.h"
+#include "voice/capture/permissions.h"
+#include "voice/recognition/recogniser.h"
 
 #include <functional>
 #include <memory>

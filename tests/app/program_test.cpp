@@ -1,6 +1,6 @@
 #include "support/scripted_engine.h"
 #include "support/table.h"
-#include "voice/recogniser.h"
+#include "voice/recognition/recogniser.h"
 #include "voice/virtual_microphone.h"
 
 #include <QDir>

@@ -1,10 +1,10 @@
-#include "voice/recording.h"
-#include "voice/speech_sample.h"
-#include "voice/sphinx_decoder.h"
-#include "voice/sphinx_recogniser.h"
-#include "voice/sphinx_utterance.h"
-#include "voice/wake_lab.h"
-#include "voice/wake_training.h"
+#include "voice/name/wake_training.h"
+#include "voice/recognition/sphinx_decoder.h"
+#include "voice/recognition/sphinx_recogniser.h"
+#include "voice/recognition/sphinx_utterance.h"
+#include "voice/wake_lab/recording.h"
+#include "voice/wake_lab/speech_sample.h"
+#include "voice/wake_lab/wake_lab.h"
 
 #include <QTemporaryDir>
 #include <QTest>

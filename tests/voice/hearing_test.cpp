@@ -1,12 +1,12 @@
 #include "support/link_fixture.h"
-#include "voice/microphone.h"
-#include "voice/permissions.h"
-#include "voice/recogniser.h"
+#include "voice/capture/microphone.h"
+#include "voice/capture/permissions.h"
+#include "voice/recognition/recogniser.h"
 #include "voice/virtual_microphone.h"
 #include "voice/voice_control.h"
 
 #ifdef KELO_QT_MULTIMEDIA
-#include "voice/qt_microphone.h"
+#include "voice/capture/qt_microphone.h"
 #endif
 
 #include <QElapsedTimer>

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "support/link_fixture.h"
-#include "voice/microphone.h"
-#include "voice/permissions.h"
-#include "voice/recogniser.h"
+#include "voice/capture/microphone.h"
+#include "voice/capture/permissions.h"
+#include "voice/name/wake_training.h"
+#include "voice/recognition/recogniser.h"
 #include "voice/voice_control.h"
-#include "voice/wake_training.h"
 
 #include <QPromise>
 

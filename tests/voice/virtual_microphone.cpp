@@ -1,6 +1,6 @@
 #include "voice/virtual_microphone.h"
 
-#include "voice/speech_sample.h"
+#include "voice/wake_lab/speech_sample.h"
 
 #include <QDeadlineTimer>
 #include <QFile>

@@ -1,6 +1,6 @@
+#include "voice/name/wake_model.h"
+#include "voice/name/wake_training.h"
 #include "voice/scripted.h"
-#include "voice/wake_model.h"
-#include "voice/wake_training.h"
 
 #include <QTest>
 

@@ -1,10 +1,10 @@
-#include "voice/accents.h"
-#include "voice/language_model.h"
-#include "voice/name_doubt.h"
-#include "voice/pronunciation.h"
-#include "voice/steady_words.h"
-#include "voice/taught_name.h"
-#include "voice/wake_lab_report.h"
+#include "voice/name/accents.h"
+#include "voice/name/name_doubt.h"
+#include "voice/name/pronunciation.h"
+#include "voice/name/taught_name.h"
+#include "voice/recognition/language_model.h"
+#include "voice/recognition/partial_stabiliser.h"
+#include "voice/wake_lab/wake_lab_report.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -208,14 +208,14 @@ private Q_SLOTS:
 
     void namesWaitUntilTheyStand()
     {
-        SteadyWords steady(u"kelo"_s);
+        PartialStabiliser steady(u"kelo"_s);
         QCOMPARE(steady.update({u"the"_s}, 0.1), QStringList());
         QCOMPARE(steady.update({u"the"_s, u"kelo"_s}, 0.2), QStringList{u"the"_s});
         QCOMPARE(steady.update({u"the"_s, u"kelo"_s, u"play"_s}, 0.4), QStringList{u"the"_s});
         QCOMPARE(steady.update({u"the"_s, u"kelo"_s, u"play"_s}, 0.5),
             (QStringList{u"the"_s, u"kelo"_s, u"play"_s}));
 
-        SteadyWords unsteady(u"kelo"_s);
+        PartialStabiliser unsteady(u"kelo"_s);
         for (double now = 0.1; now < 3; now += 0.2) {
             QVERIFY(!unsteady.update({u"kelo"_s}, now).contains(u"kelo"_s));
             QVERIFY(!unsteady.update({u"hello"_s}, now + 0.1).contains(u"kelo"_s));
@@ -224,7 +224,7 @@ private Q_SLOTS:
 
     void shownWordsStayUntilContradicted()
     {
-        SteadyWords steady(u"kelo"_s);
+        PartialStabiliser steady(u"kelo"_s);
         const QStringList playIt{u"play"_s, u"it"_s};
         steady.update(playIt, 0.1);
         QCOMPARE(steady.update(playIt, 0.2), playIt);

@@ -1,0 +1,278 @@
+#include "voice/capture/pulse_microphone.h"
+
+#include "voice/capture/pulse_library.h"
+
+#include <QCoreApplication>
+#include <QPromise>
+
+#include <vector>
+
+namespace kelo {
+
+namespace {
+
+using namespace pulse;
+
+constexpr pa_usec_t serverPatience = 1'000'000; // microseconds
+constexpr pa_sample_spec captureSpec{PA_SAMPLE_S16NE, 16000, 1};
+constexpr uint32_t bufferBytes = 640; // 20 ms
+
+} // namespace
+
+/// Those who wait for the list of devices, and what is known of it.
+struct PulseMicrophone::Search {
+    std::vector<QPromise<QList<MicrophoneDevice>>> waiting;
+    QList<MicrophoneDevice> devices;
+    QString defaultId;
+    bool asked = false;
+};
+
+PulseMicrophone::PulseMicrophone()
+    : search_(std::make_unique<Search>())
+{
+    loop_ = pa_threaded_mainloop_new();
+    if (!loop_)
+        return;
+    pa_threaded_mainloop_set_name(loop_, "kelo.ear");
+    if (pa_threaded_mainloop_start(loop_) < 0) {
+        pa_threaded_mainloop_free(loop_);
+        loop_ = nullptr;
+    }
+}
+
+PulseMicrophone::~PulseMicrophone()
+{
+    if (!loop_)
+        return;
+    {
+        const Locked lock(loop_);
+        disconnect();
+    }
+    pa_threaded_mainloop_stop(loop_);
+    pa_threaded_mainloop_free(loop_);
+}
+
+// ---- the server ----
+
+bool PulseMicrophone::connectToServer()
+{
+    if (context_)
+        return true;
+    auto *api = pa_threaded_mainloop_get_api(loop_);
+    context_ = pa_context_new(api, QCoreApplication::applicationName().toUtf8().constData());
+    if (!context_)
+        return false;
+    pa_context_set_state_callback(
+        context_,
+        [](pa_context *, void *self) { static_cast<PulseMicrophone *>(self)->contextChanged(); },
+        this);
+    // Starting a server would take time, and is the session's business.
+    const bool trying = pa_context_connect(context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) >= 0;
+    return trying && context_; // a refusal at once has taken it away again
+}
+
+void PulseMicrophone::disconnect()
+{
+    dropStream();
+    if (patience_) {
+        pa_threaded_mainloop_get_api(loop_)->time_free(patience_);
+        patience_ = nullptr;
+    }
+    if (context_) {
+        pa_context_set_state_callback(context_, nullptr, nullptr);
+        pa_context_disconnect(context_);
+        pa_context_unref(context_);
+        context_ = nullptr;
+    }
+}
+
+void PulseMicrophone::contextChanged()
+{
+    const auto state = pa_context_get_state(context_);
+    if (state == PA_CONTEXT_READY) {
+        ask();
+    } else if (!PA_CONTEXT_IS_GOOD(state)) {
+        if (stream_)
+            streamChanged(stream_);
+        search_->devices.clear();
+        answer();
+        disconnect();
+    }
+}
+
+// ---- looking for devices ----
+
+QFuture<QList<MicrophoneDevice>> PulseMicrophone::discover()
+{
+    QPromise<QList<MicrophoneDevice>> promise;
+    promise.start();
+    auto future = promise.future();
+    if (!loop_) {
+        promise.addResult(QList<MicrophoneDevice>());
+        promise.finish();
+        return future;
+    }
+    const Locked lock(loop_);
+    search_->waiting.push_back(std::move(promise));
+    if (!connectToServer()) {
+        answer();
+        disconnect();
+        return future;
+    }
+    if (!patience_) {
+        patience_ = pa_context_rttime_new(
+            context_, pa_rtclock_now() + serverPatience,
+            [](pa_mainloop_api *, pa_time_event *, const timeval *, void *data) {
+                auto *self = static_cast<PulseMicrophone *>(data);
+                self->search_->devices.clear();
+                self->answer();
+                self->disconnect(); // it is deaf; the next search connects anew
+            },
+            this);
+    }
+    if (pa_context_get_state(context_) == PA_CONTEXT_READY)
+        ask();
+    return future;
+}
+
+void PulseMicrophone::ask()
+{
+    if (search_->waiting.empty() || search_->asked)
+        return;
+    search_->asked = true;
+    search_->devices.clear();
+    forget(pa_context_get_server_info(
+        context_,
+        [](pa_context *, const pa_server_info *server, void *self) {
+            if (server)
+                static_cast<PulseMicrophone *>(self)->search_->defaultId =
+                    QString::fromUtf8(server->default_source_name);
+        },
+        this));
+    forget(pa_context_get_source_info_list(
+        context_,
+        [](pa_context *, const pa_source_info *source, int end, void *self) {
+            if (end == 0)
+                static_cast<PulseMicrophone *>(self)->found(*source);
+            else
+                static_cast<PulseMicrophone *>(self)->answer();
+        },
+        this));
+}
+
+void PulseMicrophone::found(const pa_source_info &source)
+{
+    if (source.monitor_of_sink != PA_INVALID_INDEX)
+        return;
+    const QString id = QString::fromUtf8(source.name);
+    const QString name = QString::fromUtf8(source.description).simplified();
+    search_->devices.append(
+        {id, name.isEmpty() ? id : name, isInternal(source.proplist), id == search_->defaultId});
+}
+
+void PulseMicrophone::answer()
+{
+    if (patience_) {
+        pa_threaded_mainloop_get_api(loop_)->time_free(patience_);
+        patience_ = nullptr;
+    }
+    search_->asked = false;
+    for (auto &promise : std::exchange(search_->waiting, {})) {
+        promise.addResult(search_->devices);
+        promise.finish();
+    }
+}
+
+// ---- capture ----
+
+Microphone::Opening PulseMicrophone::open(const MicrophoneDevice &device, Sink sink)
+{
+    close();
+    if (!loop_)
+        return Opening::NoInput;
+    const Locked lock(loop_);
+    if (!context_ || pa_context_get_state(context_) != PA_CONTEXT_READY)
+        return Opening::NoInput;
+    stream_ = pa_stream_new(context_, "speech", &captureSpec, nullptr);
+    if (!stream_)
+        return Opening::NotAttached;
+    pa_stream_set_state_callback(
+        stream_,
+        [](pa_stream *stream, void *self) {
+            static_cast<PulseMicrophone *>(self)->streamChanged(stream);
+        },
+        this);
+    pa_stream_set_read_callback(
+        stream_,
+        [](pa_stream *stream, size_t, void *self) {
+            static_cast<PulseMicrophone *>(self)->read(stream);
+        },
+        this);
+    constexpr auto any = static_cast<uint32_t>(-1);
+    const pa_buffer_attr attributes{any, any, any, any, bufferBytes};
+    // Not moved: when its device is pulled the stream shall end rather than listen elsewhere.
+    constexpr auto flags =
+        static_cast<pa_stream_flags_t>(PA_STREAM_DONT_MOVE | PA_STREAM_ADJUST_LATENCY);
+    if (pa_stream_connect_record(stream_, device.id.toUtf8().constData(), &attributes, flags) < 0) {
+        dropStream();
+        return Opening::NotAttached;
+    }
+    sink_ = std::move(sink);
+    ++serial_;
+    open_ = true;
+    return Opening::Started;
+}
+
+void PulseMicrophone::close()
+{
+    open_ = false;
+    if (!loop_)
+        return;
+    const Locked lock(loop_);
+    ++serial_;
+    dropStream();
+}
+
+void PulseMicrophone::dropStream()
+{
+    if (!stream_)
+        return;
+    pa_stream_set_state_callback(stream_, nullptr, nullptr);
+    pa_stream_set_read_callback(stream_, nullptr, nullptr);
+    pa_stream_disconnect(stream_);
+    pa_stream_unref(stream_);
+    stream_ = nullptr;
+    sink_ = nullptr;
+}
+
+void PulseMicrophone::streamChanged(pa_stream *stream)
+{
+    if (PA_STREAM_IS_GOOD(pa_stream_get_state(stream))
+        && PA_CONTEXT_IS_GOOD(pa_context_get_state(context_)))
+        return;
+    dropStream();
+    QMetaObject::invokeMethod(
+        this,
+        [this, serial = serial_] {
+            if (serial != serial_)
+                return; // it was closed or opened again since
+            open_ = false;
+            Q_EMIT lost();
+        },
+        Qt::QueuedConnection);
+}
+
+void PulseMicrophone::read(pa_stream *stream)
+{
+    while (pa_stream_readable_size(stream) > 0) {
+        const void *data = nullptr;
+        std::size_t size = 0;
+        if (pa_stream_peek(stream, &data, &size) < 0 || size == 0)
+            return;
+        if (data) // else a hole in the recording
+            sink_({{}, QByteArray(static_cast<const char *>(data), static_cast<qsizetype>(size))});
+        pa_stream_drop(stream);
+    }
+}
+
+} // namespace kelo

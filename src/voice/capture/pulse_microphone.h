@@ -1,0 +1,58 @@
+#pragma once
+
+#include "voice/capture/microphone.h"
+
+struct pa_context;
+struct pa_proplist;
+struct pa_server_info;
+struct pa_source_info;
+struct pa_stream;
+struct pa_threaded_mainloop;
+struct pa_time_event;
+struct pa_mainloop_api;
+
+namespace kelo {
+
+/// Captures through the PulseAudio protocol, which PipeWire serves too. Everything but the short
+/// calls of its interface happens on the library's own thread; a server that is not there, dies or
+/// does not answer costs a `discover` without devices.
+class PulseMicrophone final : public Microphone {
+    Q_OBJECT
+
+public:
+    PulseMicrophone();
+    ~PulseMicrophone() override;
+
+    /// The library's thread runs; without it there are never any devices.
+    [[nodiscard]] bool isWorking() const { return loop_ != nullptr; }
+
+    QFuture<QList<MicrophoneDevice>> discover() override;
+    Opening open(const MicrophoneDevice &device, Sink sink) override;
+    void close() override;
+    [[nodiscard]] bool isOpen() const override { return open_; }
+
+private:
+    struct Search;
+
+    // All with the loop's lock held, as its callbacks are.
+    bool connectToServer();
+    void disconnect();
+    void contextChanged();
+    void ask();
+    void found(const pa_source_info &source);
+    void answer();
+    void streamChanged(pa_stream *stream);
+    void read(pa_stream *stream);
+    void dropStream();
+
+    pa_threaded_mainloop *loop_ = nullptr;
+    pa_context *context_ = nullptr;
+    pa_stream *stream_ = nullptr;
+    pa_time_event *patience_ = nullptr;
+    std::unique_ptr<Search> search_;
+    Sink sink_;
+    qint64 serial_ = 0; // of the capture that is open; tells a late loss from ours
+    bool open_ = false; // on the GUI thread
+};
+
+} // namespace kelo

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "voice/name/pronunciation.h"
+#include "voice/recognition/recogniser.h"
+
+#include <optional>
+
+namespace kelo {
+
+struct SpeechModelFiles;
+struct WakeTraining;
+
+/// A word that the decoder has to know, and the ways to say it.
+struct VocabularyEntry {
+    QString token; ///< as the decoder writes it: lower case, no spaces
+    QList<Phones> pronunciations;
+};
+
+/// `text` as the decoder's words. The assistant's name is one word, however it is written; other
+/// words lose their case and what surrounds them.
+[[nodiscard]] QStringList tokensOf(const QString &text, const QString &name);
+
+/// The decoder's word for a name: its letters and digits in lower case, joined where something
+/// else stands between them. Empty for a name without any.
+[[nodiscard]] QString nameToken(const QString &name);
+
+/// The ways to say a word that `dictionary` may know, and of a name every way that makes sense.
+[[nodiscard]] VocabularyEntry pronounced(const QString &token, const QString &dictionary);
+
+/// Works out a language model and the words it needs from `training` and writes both to `files`.
+/// `dictionary` is the path of the decoder's own. Throws std::runtime_error.
+[[nodiscard]] TaughtModel prepareTaughtModel(
+    const WakeTraining &training, const SpeechModelFiles &files, const QString &dictionary);
+
+/// What a taught model's files hold.
+struct TaughtWords {
+    QByteArray languageModel; ///< ARPA
+    QList<VocabularyEntry> vocabulary;
+};
+
+/// The files of `model`, if they still are what was written: the decoder's library must never see
+/// a damaged one.
+[[nodiscard]] std::optional<TaughtWords> readTaughtModel(const TaughtModel &model);
+
+} // namespace kelo

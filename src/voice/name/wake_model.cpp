@@ -1,0 +1,67 @@
+#include "voice/name/wake_model.h"
+
+#include "voice/name/wake_training.h"
+
+#include <QDir>
+
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+
+namespace kelo {
+
+WakeModel::WakeModel(Recogniser *recogniser, QString folder,
+    std::function<void(const QString &)> log, QObject *parent)
+    : QObject(parent)
+    , recogniser_(recogniser)
+    , folder_(std::move(folder))
+    , log_(std::move(log))
+{
+    background_.setMaxThreadCount(1);
+    background_.setExpiryTimeout(100); // it is needed once a name
+}
+
+WakeModel::~WakeModel()
+{
+    background_.waitForDone();
+}
+
+void WakeModel::prepare(const QString &name, std::function<void()> then)
+{
+    if (!recogniser_ || !recogniser_->canBeTaught() || building_ || builtFor_ == name)
+        return;
+    building_ = true;
+    QDir().mkpath(folder_);
+    background_.start([this, name, then = std::move(then)] { build(name, then); });
+}
+
+void WakeModel::build(const QString &name, const std::function<void()> &then)
+{
+    std::function<void()> outcome;
+    try {
+        const WakeTraining training = WakeTraining::of(name);
+        const SpeechModelFiles files = SpeechModelFiles::of(folder_, name);
+        saveWhole(files.trainingData, training.exported());
+        outcome = [this, name, then, model = recogniser_->teach(training, files)] {
+            ready_ = model;
+            builtFor_ = name;
+            building_ = false;
+            log_(u"the recogniser has been taught the name"_s);
+            then();
+        };
+    } catch (const std::exception &error) {
+        outcome = [this, reason = QString::fromUtf8(error.what())] {
+            building_ = false;
+            log_(u"the name could not be taught to the recogniser: "_s + reason);
+        };
+    }
+    QMetaObject::invokeMethod(this, std::move(outcome), Qt::QueuedConnection);
+}
+
+void WakeModel::apply(RecognitionRequest &request, const QString &name) const
+{
+    if (ready_ && builtFor_ == name)
+        request.taught = ready_;
+}
+
+} // namespace kelo

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "voice/capture/audio.h"
+
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace kelo {
+
+struct SpeechModelFiles;
+struct WakeTraining;
+
+/// What was said so far since the session began.
+struct Transcript {
+    QString words;
+    bool final = false; ///< nothing will be added or changed
+};
+
+struct RecogniserError {
+    QString domain;
+    int code = 0;
+    QString description;
+};
+
+/// A model of a name that a recogniser has prepared, as its files on disk.
+struct TaughtModel {
+    QString name; ///< the name as the user writes it
+    QString languageModel; ///< paths
+    QString vocabulary;
+    QByteArray digest; ///< of both files' contents
+
+    friend bool operator==(const TaughtModel &, const TaughtModel &) = default;
+};
+
+/// What a session is to listen for.
+struct RecognitionRequest {
+    QStringList contextualStrings; ///< phrases that are likely now
+    std::optional<TaughtModel> taught;
+    /// Sound comes as it is spoken. Otherwise it comes from a recording, as fast as it can be read,
+    /// and none of it is lost however long it waits.
+    bool live = true;
+};
+
+/// One recognition session: sound goes in, transcripts of it come out.
+class RecognitionTask {
+public:
+    /// Called on a thread of the recogniser's with a transcript, an error or both. Transcripts
+    /// come as the words are heard; a final one or an error is the last call.
+    using Handler = std::function<void(
+        const std::optional<Transcript> &, const std::optional<RecogniserError> &)>;
+
+    virtual ~RecognitionTask() = default;
+
+    /// From any thread; returns at once.
+    virtual void append(const AudioBuffer &buffer) = 0;
+    /// No more sound will come; what is left is recognised, then the session ends.
+    virtual void endAudio() = 0;
+    /// Ends the session now; the handler is not called any more, apart from a call under way.
+    virtual void cancel() = 0;
+
+protected:
+    RecognitionTask() = default;
+    Q_DISABLE_COPY_MOVE(RecognitionTask)
+};
+
+/// Turns speech into English text on this computer. Used on the GUI thread unless it says so.
+class Recogniser {
+public:
+    virtual ~Recogniser() = default;
+
+    [[nodiscard]] virtual bool isAvailable() const = 0;
+    /// Recognition happens on this machine.
+    [[nodiscard]] virtual bool isOnDevice() const = 0;
+    /// Starts a session. No sessions but the newest get any words.
+    virtual std::shared_ptr<RecognitionTask> start(
+        const RecognitionRequest &request, RecognitionTask::Handler handler) = 0;
+
+    /// It can take models of names.
+    [[nodiscard]] virtual bool canBeTaught() const = 0;
+    /// Prepares a model and writes it into `files`. Takes its time; on any thread. Throws
+    /// std::runtime_error with a reason that a user can read.
+    virtual TaughtModel teach(const WakeTraining &training, const SpeechModelFiles &files) = 0;
+
+    /// What this system has; null when that is nothing.
+    static std::unique_ptr<Recogniser> ofThisSystem();
+
+protected:
+    Recogniser() = default;
+    Q_DISABLE_COPY_MOVE(Recogniser)
+};
+
+} // namespace kelo

@@ -1,0 +1,78 @@
+#include "voice/recognition/sphinx_task.h"
+
+#include <QLoggingCategory>
+
+#include <utility>
+
+Q_DECLARE_LOGGING_CATEGORY(voiceLog)
+
+namespace kelo {
+
+namespace {
+
+constexpr double dropsWorthLogging = 0.5; // seconds of sound
+
+} // namespace
+
+SphinxTask::SphinxTask(
+    std::shared_ptr<SphinxMailbox> shared, RecognitionRequest wanted, Handler told)
+    : mailbox(std::move(shared))
+    , request(std::move(wanted))
+    , handler(std::move(told))
+    , sound(request.live)
+{
+}
+
+void SphinxTask::append(const AudioBuffer &buffer)
+{
+    Samples samples = monoOf(buffer);
+    const std::lock_guard lock(mailbox->mutex);
+    if (cancelled || audioEnded)
+        return;
+    if (buffer.format.rate != static_cast<int>(sampleRate)) {
+        if (!resampler || resampler->rate() != buffer.format.rate)
+            resampler.emplace(buffer.format.rate);
+        samples = resampler->add(samples);
+    }
+    appended = Clock::now();
+    dropped += sound.push(std::move(samples));
+    if (dropped >= dropsWorthLogging && !finished)
+        qCWarning(voiceLog) << "recognition falls behind:" << std::exchange(dropped, 0)
+                            << "s of sound dropped";
+    mailbox->changed.notify_one();
+}
+
+void SphinxTask::endAudio()
+{
+    const std::lock_guard lock(mailbox->mutex);
+    audioEnded = true;
+    mailbox->changed.notify_one();
+}
+
+void SphinxTask::cancel()
+{
+    const std::lock_guard lock(mailbox->mutex);
+    cancelled = true;
+    if (mailbox->newest.get() == this && !finished)
+        mailbox->newest.reset();
+    mailbox->changed.notify_one();
+}
+
+void SphinxTask::tell(
+    const std::optional<Transcript> &transcript, const std::optional<RecogniserError> &error) const
+{
+    {
+        const std::lock_guard lock(mailbox->mutex);
+        if (cancelled)
+            return;
+    }
+    handler(transcript, error);
+}
+
+void SphinxTask::finish()
+{
+    const std::lock_guard lock(mailbox->mutex);
+    finished = true;
+}
+
+} // namespace kelo

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "voice/capture/resampler.h"
+#include "voice/recognition/recogniser.h"
+#include "voice/recognition/sound_queue.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+
+namespace kelo {
+
+class SphinxTask;
+
+/// Where tasks leave their sound and the recogniser's worker picks it up.
+struct SphinxMailbox {
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::shared_ptr<SphinxTask> newest; ///< the one to work on
+    bool closed = false;
+};
+
+/// The caller's side of a session: what came in for it and whether it is still wanted. All fields
+/// but the first three are guarded by the mailbox's mutex.
+class SphinxTask final : public RecognitionTask {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    SphinxTask(std::shared_ptr<SphinxMailbox> shared, RecognitionRequest wanted, Handler told);
+
+    void append(const AudioBuffer &buffer) override;
+    void endAudio() override;
+    void cancel() override;
+
+    /// Calls the handler unless the task was cancelled. On the worker's thread.
+    void tell(const std::optional<Transcript> &transcript,
+        const std::optional<RecogniserError> &error) const;
+    /// What comes next is the last result.
+    void finish();
+
+    const std::shared_ptr<SphinxMailbox> mailbox;
+    const RecognitionRequest request;
+    const Handler handler;
+    SoundQueue sound;
+    std::optional<Resampler> resampler; ///< for a microphone that has a rate of its own
+    double dropped = 0; ///< seconds, not logged yet
+    Clock::time_point appended;
+    bool audioEnded = false;
+    bool cancelled = false;
+    bool finished = false; ///< it has had its last result
+};
+
+} // namespace kelo

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "voice/capture/audio.h"
+#include "voice/recognition/recogniser.h"
+
+namespace kelo {
+
+/// What `recogniser` makes of a recording. Waits for it; empty when it heard nothing.
+[[nodiscard]] QString recognised(
+    Recogniser &recogniser, const std::optional<TaughtModel> &taught, const Samples &recording);
+
+} // namespace kelo

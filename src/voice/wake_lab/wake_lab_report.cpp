@@ -1,0 +1,41 @@
+#include "voice/wake_lab/wake_lab_report.h"
+
+#include "voice/name/taught_name.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace kelo {
+
+bool namesIt(const QString &words, const QString &name)
+{
+    return tokensOf(words, name).contains(nameToken(name));
+}
+
+void PassResult::count(const QString &phrase, bool hit)
+{
+    for (Tally *tally : {&all_, &phrases_[phrase]}) {
+        tally->samples += 1;
+        tally->hits += hit;
+    }
+}
+
+QString PassResult::ofPhrase(const QString &phrase) const
+{
+    const Tally tally = phrases_.value(phrase);
+    return u"%1 of %2"_s.arg(tally.hits).arg(tally.samples);
+}
+
+QString adviceOn(const QString &name, const PassResult &taught, int falseNames)
+{
+    const int ofTen = qRound(10.0 * taught.hits() / std::max(taught.samples(), 1));
+    QString advice = u"%1 is heard %2 times of 10"_s.arg(name).arg(ofTen);
+    if (falseNames > 0)
+        advice += u", and sometimes when nobody said it"_s;
+    if (ofTen >= 9 && falseNames == 0)
+        return advice + u": a good name."_s;
+    return advice + u"; a longer name with sounds that stand out is heard more surely."_s;
+}
+
+} // namespace kelo
