@@ -75,7 +75,7 @@ void measureWords()
             told.push_back(now);
         over = over || line.starts_with("@done");
     });
-    Dispatcher dispatcher(false, {});
+    SpeechDispatcher dispatcher(false, {});
     Synthesiser voice([] {});
     Speaker speaker(wire, dispatcher, voice, mixer, clock);
     // Stop consonants begin with a silence that belongs to them: those words are told too early

@@ -57,9 +57,9 @@ private:
     Synth synth{std::vector<std::string>{
         "/usr/share/sounds/sf2/default-GM.sf2", "/usr/share/sounds/sf2/TimGM6mb.sf2"}};
     Mixer mixer{synth, clock};
-    Dispatcher dispatcher{false, {}};
+    SpeechDispatcher dispatcher{false, {}};
     Synthesiser voice{[] {}};
-    Through through{mixer.music(), clock, [](ChannelMessage) {}};
+    MidiThru through{mixer.music(), clock, [](ChannelMessage) {}};
     Speaker speaker{wire, dispatcher, voice, mixer, clock};
     Player player{wire, through, clock};
     Metronome metronome{wire, mixer.rhythm(), clock};

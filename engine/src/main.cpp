@@ -1,19 +1,13 @@
-#include "assistant/assistant.h"
-#include "assistant/demo.h"
-#include "piano/piano.h"
-#include "piano/through.h"
+#include "log/log.h"
+#include "program/engine.h"
+#include "program/environment.h"
 #include "protocol/input.h"
 #include "protocol/wire.h"
 #include "setup/voice_log.h"
-#include "songs/library.h"
-#include "sound/mixer.h"
-#include "sound/output.h"
-#include "speech/speaker.h"
-#include "speech/synthesiser.h"
+#include "sound/monotonic_time.h"
 
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
@@ -23,15 +17,8 @@
 #include <cmath>
 #include <csignal>
 #include <cstdlib>
-#include <ctime>
-#include <filesystem>
-#include <functional>
 #include <optional>
-#include <random>
-#include <span>
-#include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 using namespace kelo::engine;
@@ -60,59 +47,6 @@ bool writeAll(int file, std::string_view text)
     return true;
 }
 
-Moment currentMoment()
-{
-    const std::time_t wall = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&wall, &local);
-    return {monotonicNow(), {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday}, local.tm_hour,
-        local.tm_min};
-}
-
-std::string setting(const char *name)
-{
-    const char *value = std::getenv(name);
-    return value ? value : "";
-}
-
-/// KELO_SOUNDFONT, where it is set, or what Debian installs.
-std::vector<std::string> soundfonts()
-{
-    if (std::getenv("KELO_SOUNDFONT"))
-        return {setting("KELO_SOUNDFONT")};
-    return {"/usr/share/sounds/sf2/default-GM.sf2", "/usr/share/sounds/sf2/FluidR3_GM.sf2",
-        "/usr/share/sounds/sf2/TimGM6mb.sf2", "/usr/share/sounds/sf3/default-GM.sf3"};
-}
-
-std::string troubleWith(const Output &output, const Synth &synth, const Piano &piano)
-{
-    std::string trouble;
-    if (!output.audible())
-        trouble += "I found no way to make sound, so I keep time in silence. ";
-    if (!synth.sounds())
-        trouble += "I found no soundfont, so you won't hear music. The package timgm6mb-soundfont "
-                   "has one. ";
-    return trouble.append(piano.trouble());
-}
-
-/// Where the engine keeps its files.
-std::filesystem::path homeFolder()
-{
-    if (std::getenv("KELO_HOME"))
-        return setting("KELO_HOME");
-    return std::filesystem::path(setting("HOME")) / ".local" / "share" / "Kelo";
-}
-
-/// Shows a page with whatever the desktop has for it.
-bool openWithDesktop(const std::filesystem::path &page)
-{
-    std::string program = "xdg-open";
-    std::string file = page.string();
-    const std::array<char *, 3> arguments{program.data(), file.data(), nullptr};
-    pid_t child = 0;
-    return posix_spawnp(&child, program.c_str(), nullptr, nullptr, arguments.data(), environ) == 0;
-}
-
 /// Sleeps until there is input, news, something from the piano or `deadline`, a second at most.
 /// True when there is input.
 bool wait(int news, int piano, const std::optional<double> &deadline)
@@ -139,90 +73,6 @@ void leaveWithinASecond()
     alarm(1);
 }
 
-/// The assistant and all that it works with.
-class Engine {
-public:
-    Engine(Wire &lines, std::function<void()> news, bool showsItself)
-        : wire(lines)
-        , output(mixer, clock, setting("KELO_SOUND"), news)
-        , dispatcher(setting("KELO_SPEECH") == "speech-dispatcher", news)
-        , voice(news)
-        , piano(std::move(news), setting("KELO_PIANO"))
-    {
-        piano.look(monotonicNow());
-        if (showsItself)
-            demo.emplace(monotonicNow());
-        const Moment now = currentMoment();
-        audible = output.audible();
-        assistant.begin(demo ? "Demo piano" : piano.name(), !demo, now);
-        if (!demo)
-            assistant.greet(troubleWith(output, synth, piano), now);
-    }
-
-    void advance(std::span<const Input> inputs)
-    {
-        for (const ChannelMessage message : piano.take())
-            assistant.takePiano(message, currentMoment());
-        for (auto next = inputs.begin(); next != inputs.end() && !finished(); ++next)
-            assistant.take(*next, currentMoment());
-        if (piano.look(monotonicNow()) && !demo)
-            assistant.pianoChanged(piano.name());
-        if (!std::exchange(audible, output.audible()) && audible)
-            assistant.soundCame(currentMoment());
-        if (demo)
-            show();
-        assistant.advance(currentMoment());
-    }
-
-    [[nodiscard]] std::optional<double> deadline() const
-    {
-        const auto own = demo ? demo->deadline() : std::nullopt;
-        return earlier(earlier(assistant.deadline(), own), piano.deadline());
-    }
-    [[nodiscard]] bool finished() const { return assistant.finished(); }
-    [[nodiscard]] int pianoFile() const { return piano.file(); }
-
-private:
-    void setVoiceLoudness(float loudness)
-    {
-        mixer.setVoiceLoudness(loudness);
-        dispatcher.setLoudness(loudness);
-    }
-
-    void show()
-    {
-        while (const auto step = demo->advance(assistant.quiet(), monotonicNow())) {
-            if (const auto *message = std::get_if<ChannelMessage>(&*step))
-                assistant.takePiano(*message, currentMoment());
-            else
-                assistant.take(std::get<Command>(*step), currentMoment());
-        }
-    }
-
-    Wire &wire;
-    AudioClock clock{monotonicNow()};
-    Synth synth{soundfonts()};
-    Mixer mixer{synth, clock};
-    Output output;
-    Dispatcher dispatcher;
-    Synthesiser voice;
-    Piano piano;
-    Through through{mixer.music(), clock, [this](ChannelMessage message) { piano.send(message); }};
-    Speaker speaker{wire, dispatcher, voice, mixer, clock};
-    Player player{wire, through, clock};
-    Metronome metronome{wire, mixer.rhythm(), clock};
-    Band band{wire, mixer.rhythm(), clock};
-    const std::filesystem::path home = homeFolder();
-    const std::filesystem::path songs = songsFolder(setting("HOME"));
-    Library library{songs};
-    Assistant assistant{
-        {wire, speaker, player, metronome, band, through, mixer.keys(), library,
-            [this](float loudness) { setVoiceLoudness(loudness); }, openWithDesktop},
-        {home / "profile.json", home / "commands.html", songs}, std::random_device{}()};
-    std::optional<Demo> demo;
-    bool audible = false;
-};
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -236,6 +86,7 @@ int main(int argc, char *argv[])
     const bool demo =
         (argc > 1 && std::string_view(argv[1]) == "--demo") || std::getenv("KELO_DEMO");
 
+    setLogLevel(setting("KELO_LOG"));
     prepareVoiceLog(homeFolder());
     Engine engine(
         wire, [news] { eventfd_write(news, 1); }, demo);

@@ -32,9 +32,10 @@ struct Bench {
     }
     void say(std::uint32_t utterance, Frame from, int blocks)
     {
-        const std::vector<float> ones(Mouth::blockSize, 1.0F);
+        const std::vector<float> ones(SpeechOutput::blockSize, 1.0F);
         for (int i = 0; i < blocks; ++i)
-            QVERIFY(mixer.speak(utterance, from + i * static_cast<Frame>(Mouth::blockSize), ones));
+            QVERIFY(mixer.speak(
+                utterance, from + i * static_cast<Frame>(SpeechOutput::blockSize), ones));
     }
 };
 

@@ -1,10 +1,10 @@
+#include "midi/midi_stream.h"
 #include "music/midi_file.h"
 #include "music/midi_writer.h"
 #include "piano/command_keys.h"
-#include "piano/midi_stream.h"
+#include "piano/midi_thru.h"
 #include "piano/piano.h"
 #include "piano/recorder.h"
-#include "piano/through.h"
 #include "stage.h"
 #include "support/table.h"
 
@@ -167,7 +167,7 @@ private Q_SLOTS:
         Recording speakers;
         AudioClock clock(0);
         std::vector<ChannelMessage> sent;
-        Through through(speakers, clock, [&](ChannelMessage message) { sent.push_back(message); });
+        MidiThru through(speakers, clock, [&](ChannelMessage message) { sent.push_back(message); });
         QVERIFY(through.play(frames(1), {0x90, 60, 80}));
         QVERIFY(!through.deadline()); // not asked to
         through.setOn(true);

@@ -2,7 +2,7 @@
 
 #include "protocol/wire.h"
 #include "sound/audio_clock.h"
-#include "sound/section.h"
+#include "sound/instrument.h"
 
 #include <QStringList>
 

@@ -7,8 +7,8 @@
 #include "listen/phrases.h"
 #include "music/player.h"
 #include "piano/command_keys.h"
+#include "piano/midi_thru.h"
 #include "piano/recorder.h"
-#include "piano/through.h"
 #include "protocol/input.h"
 #include "protocol/wire.h"
 #include "setup/profile.h"
@@ -44,7 +44,7 @@ struct Equipment {
     Player &player;
     Metronome &metronome;
     Band &band;
-    Through &through;
+    MidiThru &through;
     Instrument &keys; ///< what the player's own keys sound on
     Library &library;
     std::function<void(float)> setVoiceLoudness; ///< 1 is as the voice is

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "midi/channel_message.h"
 #include "protocol/input.h"
-#include "sound/synth.h"
 
 #include <cstddef>
 #include <optional>

@@ -21,38 +21,38 @@ public:
     explicit TempoMap(std::uint16_t division)
     {
         if ((division & 0x8000) == 0) {
-            ticksPerQuarter = division;
-            perTick = defaultTempo / ticksPerQuarter;
+            ticksPerQuarter_ = division;
+            perTick_ = defaultTempo / ticksPerQuarter_;
             return;
         }
         const int rate = 256 - (division >> 8);
         const double framesPerSecond = rate == 29 ? 30000.0 / 1001 : rate;
-        perTick = 1 / (framesPerSecond * (division & 0xff));
+        perTick_ = 1 / (framesPerSecond * (division & 0xff));
     }
 
     [[nodiscard]] double timeOf(Ticks at) const
     {
-        return time + static_cast<double>(at - last) * perTick;
+        return time_ + static_cast<double>(at - last_) * perTick_;
     }
 
     double advance(Ticks to)
     {
-        time = timeOf(to);
-        last = to;
-        return time;
+        time_ = timeOf(to);
+        last_ = to;
+        return time_;
     }
 
     void setTempo(double quarter)
     {
-        if (ticksPerQuarter > 0)
-            perTick = quarter / ticksPerQuarter;
+        if (ticksPerQuarter_ > 0)
+            perTick_ = quarter / ticksPerQuarter_;
     }
 
 private:
-    double ticksPerQuarter = 0;
-    double perTick = 0;
-    Ticks last = 0;
-    double time = 0;
+    double ticksPerQuarter_ = 0;
+    double perTick_ = 0;
+    Ticks last_ = 0;
+    double time_ = 0;
 };
 
 /// Draws the bar lines as time goes by.
@@ -60,8 +60,8 @@ class BarLines {
 public:
     /// `ticksPerQuarter` 0: the file counts in seconds and has no bars.
     BarLines(std::vector<double> &pieceBars, double ticksPerQuarter)
-        : bars(pieceBars)
-        , quarter(ticksPerQuarter)
+        : bars_(pieceBars)
+        , quarter_(ticksPerQuarter)
     {
         setBar(0, 0, 4);
     }
@@ -69,62 +69,62 @@ public:
     /// Draws those before `until`; `tempo` has not yet gone that far.
     void drawTo(Ticks until, const TempoMap &tempo)
     {
-        for (; length > 0 && next < until && bars.size() < most; next += length)
-            bars.push_back(tempo.timeOf(next));
+        for (; length_ > 0 && next_ < until && bars_.size() < most; next_ += length_)
+            bars_.push_back(tempo.timeOf(next_));
     }
 
     /// From `at` on, which is a bar line, bars have `quarters`.
     void setBar(Ticks at, double now, double quarters)
     {
-        length = static_cast<Ticks>(quarters * quarter);
-        next = at;
-        if (!bars.empty() && bars.back() >= now)
-            bars.pop_back();
+        length_ = static_cast<Ticks>(quarters * quarter_);
+        next_ = at;
+        if (!bars_.empty() && bars_.back() >= now)
+            bars_.pop_back();
     }
 
 private:
     static constexpr std::size_t most = 20000;
 
-    std::vector<double> &bars;
-    double quarter;
-    Ticks length = 0;
-    Ticks next = 0;
+    std::vector<double> &bars_;
+    double quarter_;
+    Ticks length_ = 0;
+    Ticks next_ = 0;
 };
 
 /// Finds for each release the press that it ends: the oldest one of that key.
 class NotePairing {
 public:
     explicit NotePairing(std::vector<Note> &pieceNotes)
-        : notes(pieceNotes)
+        : notes_(pieceNotes)
     {
-        heads.fill(none);
-        tails.fill(none);
+        heads_.fill(none);
+        tails_.fill(none);
     }
 
     void press(const Note &note)
     {
-        const std::size_t index = notes.size();
-        notes.push_back(note);
-        next.push_back(none);
+        const std::size_t index = notes_.size();
+        notes_.push_back(note);
+        next_.push_back(none);
         const std::size_t key = keyOf(note.channel, note.pitch);
-        (heads[key] == none ? heads[key] : next[tails[key]]) = index;
-        tails[key] = index;
+        (heads_[key] == none ? heads_[key] : next_[tails_[key]]) = index;
+        tails_[key] = index;
     }
 
     void release(int channel, int pitch, double at)
     {
-        std::size_t &head = heads[keyOf(channel, pitch)];
+        std::size_t &head = heads_[keyOf(channel, pitch)];
         if (head == none)
             return;
-        notes[head].duration = at - notes[head].at;
-        head = next[head];
+        notes_[head].duration = at - notes_[head].at;
+        head = next_[head];
     }
 
     void releaseAll(double at)
     {
-        for (std::size_t &head : heads) {
-            for (; head != none; head = next[head])
-                notes[head].duration = at - notes[head].at;
+        for (std::size_t &head : heads_) {
+            for (; head != none; head = next_[head])
+                notes_[head].duration = at - notes_[head].at;
         }
     }
 
@@ -135,10 +135,10 @@ private:
         return static_cast<std::size_t>(channel) * 128 + static_cast<std::size_t>(pitch);
     }
 
-    std::vector<Note> &notes;
-    std::vector<std::size_t> next;
-    std::array<std::size_t, std::size_t{16} * 128> heads{};
-    std::array<std::size_t, std::size_t{16} * 128> tails{};
+    std::vector<Note> &notes_;
+    std::vector<std::size_t> next_;
+    std::array<std::size_t, std::size_t{16} * 128> heads_{};
+    std::array<std::size_t, std::size_t{16} * 128> tails_{};
 };
 
 Piece assemble(std::vector<MidiEvent> events, std::uint16_t division)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sound/synth.h"
+#include "midi/channel_message.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -17,20 +17,20 @@ using Ticks = std::uint64_t;
 class MidiReader {
 public:
     explicit MidiReader(MidiBytes all)
-        : bytes(all)
+        : bytes_(all)
     {
     }
 
-    [[nodiscard]] bool failed() const { return truncated; }
-    [[nodiscard]] bool atEnd() const { return bytes.empty(); }
+    [[nodiscard]] bool failed() const { return truncated_; }
+    [[nodiscard]] bool atEnd() const { return bytes_.empty(); }
 
-    [[nodiscard]] int peek() const { return bytes.empty() ? -1 : bytes.front(); }
+    [[nodiscard]] int peek() const { return bytes_.empty() ? -1 : bytes_.front(); }
 
     MidiBytes take(std::size_t count)
     {
-        truncated = truncated || count > bytes.size();
-        const MidiBytes taken = bytes.first(std::min(count, bytes.size()));
-        bytes = bytes.subspan(taken.size());
+        truncated_ = truncated_ || count > bytes_.size();
+        const MidiBytes taken = bytes_.first(std::min(count, bytes_.size()));
+        bytes_ = bytes_.subspan(taken.size());
         return taken;
     }
 
@@ -54,13 +54,13 @@ public:
             if ((next & 0x80) == 0)
                 return value;
         }
-        truncated = true;
+        truncated_ = true;
         return value;
     }
 
 private:
-    MidiBytes bytes;
-    bool truncated = false;
+    MidiBytes bytes_;
+    bool truncated_ = false;
 };
 
 /// What happens in a track.

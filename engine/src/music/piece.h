@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sound/synth.h"
+#include "midi/channel_message.h"
 
 #include <vector>
 

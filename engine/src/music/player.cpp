@@ -23,40 +23,40 @@ unsigned char status(int kind, int channel)
 } // namespace
 
 Player::Player(Wire &lines, Instrument &sound, const AudioClock &audioClock)
-    : wire(lines)
-    , instrument(sound)
-    , clock(audioClock)
+    : wire_(lines)
+    , instrument_(sound)
+    , clock_(audioClock)
 {
 }
 
 void Player::start(Piece music, std::string name, double now)
 {
     prepare(std::move(music));
-    title = std::move(name);
-    shown = true;
+    title_ = std::move(name);
+    shown_ = true;
     playFrom(0, leadIn, now);
 }
 
 void Player::demonstrate(Piece music, double now)
 {
     prepare(std::move(music));
-    shown = false;
+    shown_ = false;
     playFrom(0, demonstrationDelay, now);
 }
 
 void Player::prepare(Piece music)
 {
     stop();
-    piece = std::move(music);
-    lamps.clear();
-    for (const Note &note : piece.notes) {
+    piece_ = std::move(music);
+    lamps_.clear();
+    for (const Note &note : piece_.notes) {
         if (note.channel == drumChannel)
             continue;
-        lamps.push_back({note.at, note.pitch, note.velocity});
-        lamps.push_back({note.at + note.duration, note.pitch, 0});
+        lamps_.push_back({note.at, note.pitch, note.velocity});
+        lamps_.push_back({note.at + note.duration, note.pitch, 0});
     }
     std::stable_sort(
-        lamps.begin(), lamps.end(), [](const Lamp &a, const Lamp &b) { return a.at < b.at; });
+        lamps_.begin(), lamps_.end(), [](const Lamp &a, const Lamp &b) { return a.at < b.at; });
 }
 
 void Player::again(double now)
@@ -64,43 +64,43 @@ void Player::again(double now)
     if (!hasPiece())
         return;
     stop();
-    playFrom(0, shown ? leadIn : demonstrationDelay, now);
+    playFrom(0, shown_ ? leadIn : demonstrationDelay, now);
 }
 
 void Player::carryOn(double now)
 {
     if (!paused())
         return;
-    wire.send("paused", "0");
-    playFrom(position, carryOnDelay, now);
+    wire_.send("paused", "0");
+    playFrom(position_, carryOnDelay, now);
 }
 
 void Player::pause(double now)
 {
     if (!playing())
         return;
-    position = positionAt(now);
+    position_ = positionAt(now);
     halt();
-    state = State::Paused;
-    if (shown)
-        wire.send("rollstop");
-    wire.send("paused", "1");
+    state_ = State::Paused;
+    if (shown_)
+        wire_.send("rollstop");
+    wire_.send("paused", "1");
 }
 
 double Player::positionAt(double now) const
 {
-    return std::clamp(seconds(clock.frameAt(now) - origin) * speed, 0.0, piece.length);
+    return std::clamp(seconds(clock_.frameAt(now) - origin_) * speed_, 0.0, piece_.length);
 }
 
 void Player::setTempo(double factor, double now)
 {
     if (!playing()) {
-        speed = factor;
+        speed_ = factor;
         return;
     }
     const double at = positionAt(now);
     halt();
-    speed = factor;
+    speed_ = factor;
     playFrom(at, carryOnDelay, now);
 }
 
@@ -108,64 +108,65 @@ void Player::stop()
 {
     if (playing()) {
         halt();
-        if (shown)
-            wire.send("rollstop");
+        if (shown_)
+            wire_.send("rollstop");
     }
     if (paused())
-        wire.send("paused", "0");
-    state = State::Stopped;
+        wire_.send("paused", "0");
+    state_ = State::Stopped;
 }
 
 void Player::halt()
 {
-    instrument.silence();
+    instrument_.silence();
     for (int pitch = 0; pitch < 128; ++pitch) {
-        int &count = sounding[static_cast<std::size_t>(pitch)];
+        int &count = sounding_[static_cast<std::size_t>(pitch)];
         if (count > 0)
-            wire.send("out", {pitch, 0});
+            wire_.send("out", {pitch, 0});
         count = 0;
     }
 }
 
 void Player::playFrom(double from, double delay, double now)
 {
-    state = State::Playing;
-    origin = clock.frameAt(now + delay - from / speed);
-    if (shown)
+    state_ = State::Playing;
+    origin_ = clock_.frameAt(now + delay - from / speed_);
+    if (shown_)
         showRoll(from);
     restoreChannels(from);
-    nextMessage =
-        static_cast<std::size_t>(std::partition_point(piece.messages.begin(), piece.messages.end(),
-                                     [&](const TimedMessage &message) { return message.at < from; })
-            - piece.messages.begin());
-    nextLamp = static_cast<std::size_t>(std::partition_point(lamps.begin(), lamps.end(),
-                                            [&](const Lamp &lamp) { return lamp.at < from; })
-        - lamps.begin());
-    if (shown) {
+    nextMessage_ = static_cast<std::size_t>(
+        std::partition_point(piece_.messages.begin(), piece_.messages.end(),
+            [&](const TimedMessage &message) { return message.at < from; })
+        - piece_.messages.begin());
+    nextLamp_ = static_cast<std::size_t>(std::partition_point(lamps_.begin(), lamps_.end(),
+                                             [&](const Lamp &lamp) { return lamp.at < from; })
+        - lamps_.begin());
+    if (shown_) {
         char zero[64];
-        std::snprintf(zero, sizeof zero, "%.4f %.4f", delay - from / speed, piece.length / speed);
-        wire.send("rollstart", zero);
+        std::snprintf(
+            zero, sizeof zero, "%.4f %.4f", delay - from / speed_, piece_.length / speed_);
+        wire_.send("rollstart", zero);
     }
     advance(now);
 }
 
 void Player::showRoll(double from)
 {
-    wire.send("rollnew", title);
+    wire_.send("rollnew", title_);
     std::string line;
     std::size_t count = 0;
     const auto flush = [&] {
         if (count > 0)
-            wire.send("rolln", line);
+            wire_.send("rolln", line);
         line.clear();
         count = 0;
     };
-    for (const Note &note : piece.notes) {
+    for (const Note &note : piece_.notes) {
         if (note.channel == drumChannel || note.at + note.duration < from)
             continue;
         char text[96];
         std::snprintf(text, sizeof text, "%s%.4f,%.4f,%d,%d,%d", count > 0 ? ";" : "",
-            note.at / speed, note.duration / speed, note.pitch, note.velocity, note.track);
+            note.at / speed_, note.duration / speed_, note.pitch, note.velocity, note.track);
         line += text;
         if (++count == notesPerLine)
             flush();
@@ -192,7 +193,7 @@ void Player::restoreChannels(double until)
         for (const auto &[number, value] : initial)
             channel.controllers[number] = value;
     }
-    for (const auto &[at, message] : piece.messages) {
+    for (const auto &[at, message] : piece_.messages) {
         if (at >= until)
             break;
         Channel &channel = channels[static_cast<std::size_t>(message.channel())];
@@ -206,7 +207,7 @@ void Player::restoreChannels(double until)
         }
     }
     const auto send = [this](int kind, int channel, int first, int second) {
-        instrument.play(0,
+        instrument_.play(0,
             {status(kind, channel), static_cast<unsigned char>(first),
                 static_cast<unsigned char>(second)});
     };
@@ -224,12 +225,12 @@ void Player::restoreChannels(double until)
 
 void Player::light(const Lamp &lamp)
 {
-    int &count = sounding[static_cast<std::size_t>(lamp.pitch)];
+    int &count = sounding_[static_cast<std::size_t>(lamp.pitch)];
     if (lamp.velocity > 0) {
         ++count;
-        wire.send("out", {lamp.pitch, lamp.velocity});
+        wire_.send("out", {lamp.pitch, lamp.velocity});
     } else if (count > 0 && --count == 0) {
-        wire.send("out", {lamp.pitch, 0});
+        wire_.send("out", {lamp.pitch, 0});
     }
 }
 
@@ -237,18 +238,18 @@ void Player::advance(double now)
 {
     if (!playing())
         return;
-    const Frame until = clock.frameAt(now + scheduleAhead);
-    while (nextMessage < piece.messages.size()) {
-        const TimedMessage &next = piece.messages[nextMessage];
-        if (frameOf(next.at) >= until || !instrument.play(frameOf(next.at), next.message))
+    const Frame until = clock_.frameAt(now + scheduleAhead);
+    while (nextMessage_ < piece_.messages.size()) {
+        const TimedMessage &next = piece_.messages[nextMessage_];
+        if (frameOf(next.at) >= until || !instrument_.play(frameOf(next.at), next.message))
             break;
-        ++nextMessage;
+        ++nextMessage_;
     }
-    const Frame heard = clock.frameAt(now);
-    while (nextLamp < lamps.size() && frameOf(lamps[nextLamp].at) <= heard)
-        light(lamps[nextLamp++]);
-    nextSchedule = now + scheduleEvery;
-    if (frameOf(piece.length) <= heard)
+    const Frame heard = clock_.frameAt(now);
+    while (nextLamp_ < lamps_.size() && frameOf(lamps_[nextLamp_].at) <= heard)
+        light(lamps_[nextLamp_++]);
+    nextSchedule_ = now + scheduleEvery;
+    if (frameOf(piece_.length) <= heard)
         stop();
 }
 
@@ -256,8 +257,8 @@ std::optional<double> Player::deadline() const
 {
     if (!playing())
         return {};
-    const double next = nextLamp < lamps.size() ? lamps[nextLamp].at : piece.length;
-    return std::min(clock.timeOf(frameOf(next)), nextSchedule);
+    const double next = nextLamp_ < lamps_.size() ? lamps_[nextLamp_].at : piece_.length;
+    return std::min(clock_.timeOf(frameOf(next)), nextSchedule_);
 }
 
 } // namespace kelo::engine

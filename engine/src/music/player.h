@@ -2,7 +2,7 @@
 
 #include "music/midi_file.h"
 #include "protocol/wire.h"
-#include "sound/mixer.h"
+#include "sound/instrument.h"
 
 #include <array>
 #include <optional>
@@ -29,15 +29,15 @@ public:
 
     /// How fast: 1 is as written. What plays goes on from where it is.
     void setTempo(double factor, double now);
-    [[nodiscard]] double tempo() const { return speed; }
+    [[nodiscard]] double tempo() const { return speed_; }
 
     void pause(double now);
     void carryOn(double now);
     void stop();
 
-    [[nodiscard]] bool playing() const { return state == State::Playing; }
-    [[nodiscard]] bool paused() const { return state == State::Paused; }
-    [[nodiscard]] bool hasPiece() const { return !piece.notes.empty(); }
+    [[nodiscard]] bool playing() const { return state_ == State::Playing; }
+    [[nodiscard]] bool paused() const { return state_ == State::Paused; }
+    [[nodiscard]] bool hasPiece() const { return !piece_.notes.empty(); }
 
     void advance(double now);
     [[nodiscard]] std::optional<double> deadline() const;
@@ -58,25 +58,25 @@ private:
     void restoreChannels(double until);
     void halt();
     void light(const Lamp &lamp);
-    [[nodiscard]] Frame frameOf(double at) const { return origin + frames(at / speed); }
+    [[nodiscard]] Frame frameOf(double at) const { return origin_ + frames(at / speed_); }
     [[nodiscard]] double positionAt(double now) const;
     void prepare(Piece music);
 
-    Wire &wire;
-    Instrument &instrument;
-    const AudioClock &clock;
-    State state = State::Stopped;
-    Piece piece;
-    std::string title;
-    bool shown = true; ///< its roll is on the display
-    double speed = 1;
-    std::vector<Lamp> lamps; ///< in the order of time
-    Frame origin = 0; ///< sounds when the piece's time 0 does
-    double position = 0; ///< where it was paused
-    std::size_t nextMessage = 0;
-    std::size_t nextLamp = 0;
-    double nextSchedule = 0;
-    std::array<int, 128> sounding{}; ///< how many notes hold each key
+    Wire &wire_;
+    Instrument &instrument_;
+    const AudioClock &clock_;
+    State state_ = State::Stopped;
+    Piece piece_;
+    std::string title_;
+    bool shown_ = true; ///< its roll is on the display
+    double speed_ = 1;
+    std::vector<Lamp> lamps_; ///< in the order of time
+    Frame origin_ = 0; ///< sounds when the piece's time 0 does
+    double position_ = 0; ///< where it was paused
+    std::size_t nextMessage_ = 0;
+    std::size_t nextLamp_ = 0;
+    double nextSchedule_ = 0;
+    std::array<int, 128> sounding_{}; ///< how many notes hold each key
 };
 
 } // namespace kelo::engine

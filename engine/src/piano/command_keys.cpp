@@ -18,7 +18,7 @@ bool isBlack(int pitch)
 void CommandKeys::setTop(int top)
 {
     int pitch = std::clamp(top, lowestTop, 127);
-    for (int &key : keys) {
+    for (int &key : keys_) {
         while (isBlack(pitch))
             --pitch;
         key = pitch--;
@@ -27,10 +27,10 @@ void CommandKeys::setTop(int top)
 
 std::optional<int> CommandKeys::place(int pitch) const
 {
-    const auto found = std::ranges::find(keys, pitch);
-    if (found == keys.end())
+    const auto found = std::ranges::find(keys_, pitch);
+    if (found == keys_.end())
         return {};
-    return static_cast<int>(found - keys.begin());
+    return static_cast<int>(found - keys_.begin());
 }
 
 } // namespace kelo::engine

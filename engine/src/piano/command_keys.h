@@ -19,10 +19,10 @@ public:
     /// Which of the command keys a pitch is, from 0.
     [[nodiscard]] std::optional<int> place(int pitch) const;
 
-    [[nodiscard]] const std::array<int, count> &pitches() const { return keys; }
+    [[nodiscard]] const std::array<int, count> &pitches() const { return keys_; }
 
 private:
-    std::array<int, count> keys{};
+    std::array<int, count> keys_{};
 };
 
 } // namespace kelo::engine

@@ -1,50 +1,44 @@
 #include "piano/piano.h"
 
-#include "piano/source.h"
+#include "piano/raw_device_source.h"
+#include "piano/sequencer_source.h"
 
 namespace kelo::engine {
 
 Piano::Piano(std::function<void()> ready, std::string device)
 {
     if (device.empty())
-        source = std::make_unique<Sequencer>(std::move(ready));
+        source_ = std::make_unique<SequencerSource>(std::move(ready));
     else
-        source = std::make_unique<RawDevice>(std::move(device));
+        source_ = std::make_unique<RawDeviceSource>(std::move(device));
 }
-
-Piano::~Piano() = default;
 
 bool Piano::look(double now)
 {
-    if (now < nextLook)
+    if (now < nextLook_)
         return false;
-    nextLook = now + lookEvery;
-    return source->look();
-}
-
-const std::string &Piano::name() const
-{
-    return source->name;
+    nextLook_ = now + lookEvery;
+    return source_->look();
 }
 
 std::string_view Piano::trouble() const
 {
-    return source->trouble();
+    return source_->trouble();
 }
 
 int Piano::file() const
 {
-    return source->file();
+    return source_->file();
 }
 
 std::vector<ChannelMessage> Piano::take()
 {
-    return source->take();
+    return source_->take();
 }
 
 void Piano::send(ChannelMessage message)
 {
-    source->send(message);
+    source_->send(message);
 }
 
 } // namespace kelo::engine

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "sound/synth.h"
+#include "piano/keyboard_source.h"
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,14 +18,13 @@ public:
     /// `ready` is called on a thread of its own when there is something to `take`. `device`, if
     /// not empty, is a raw MIDI device or a pipe that is read instead.
     Piano(std::function<void()> ready, std::string device);
-    ~Piano();
 
     /// Looks whether the piano is (still) there, if it is time to. True when that has changed.
     bool look(double now);
-    [[nodiscard]] double deadline() const { return nextLook; }
+    [[nodiscard]] double deadline() const { return nextLook_; }
 
     /// What it is called; empty while there is none.
-    [[nodiscard]] const std::string &name() const;
+    [[nodiscard]] const std::string &name() const { return source_->name(); }
 
     /// Why no piano can ever be found here; empty where one may be.
     [[nodiscard]] std::string_view trouble() const;
@@ -41,12 +39,8 @@ public:
     void send(ChannelMessage message);
 
 private:
-    class Source;
-    class Sequencer;
-    class RawDevice;
-
-    std::unique_ptr<Source> source;
-    double nextLook = 0;
+    std::unique_ptr<KeyboardSource> source_;
+    double nextLook_ = 0;
 };
 
 } // namespace kelo::engine

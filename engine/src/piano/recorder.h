@@ -20,10 +20,10 @@ public:
     static constexpr std::size_t mostNotes = 20000; ///< a longer take keeps its beginning
 
 private:
-    std::vector<Note> notes;
-    std::array<std::optional<std::size_t>, 128> held{}; ///< the note that each key holds
-    double begun = 0;
-    double lastKey = 0;
+    std::vector<Note> notes_;
+    std::array<std::optional<std::size_t>, 128> held_{}; ///< the note that each key holds
+    double begun_ = 0;
+    double lastKey_ = 0;
 };
 
 } // namespace kelo::engine

@@ -18,29 +18,29 @@ std::vector<Input> InputReader::feed(std::string_view bytes, double now)
         if (auto input = take(byte))
             inputs.push_back(std::move(*input));
     }
-    lastByte = now;
+    lastByte_ = now;
     return inputs;
 }
 
 std::optional<Input> InputReader::take(char byte)
 {
-    switch (state) {
+    switch (state_) {
     case State::Command:
         if (byte != '\n') {
-            overflow = overflow || line.size() >= longestCommand;
-            if (!overflow)
-                line += byte;
+            overflow_ = overflow_ || line_.size() >= longestCommand;
+            if (!overflow_)
+                line_ += byte;
             return {};
         }
-        state = State::Keys;
-        return overflow ? std::nullopt : std::optional<Input>(Command{std::move(line)});
+        state_ = State::Keys;
+        return overflow_ ? std::nullopt : std::optional<Input>(Command{std::move(line_)});
     case State::Escape:
-        state = byte == '[' ? State::Sequence : State::Keys;
-        if (state == State::Sequence)
+        state_ = byte == '[' ? State::Sequence : State::Keys;
+        if (state_ == State::Sequence)
             return {};
         break;
     case State::Sequence:
-        state = State::Keys;
+        state_ = State::Keys;
         if (byte == 'C')
             return Key::Right;
         if (byte == 'D')
@@ -50,13 +50,13 @@ std::optional<Input> InputReader::take(char byte)
         break;
     }
     if (byte == '~') {
-        state = State::Command;
-        line.clear();
-        overflow = false;
+        state_ = State::Command;
+        line_.clear();
+        overflow_ = false;
         return {};
     }
     if (byte == 27) {
-        state = State::Escape;
+        state_ = State::Escape;
         return {};
     }
     if (byte == '\n' || byte == 127 || (byte >= ' ' && byte <= '~'))
@@ -67,8 +67,8 @@ std::optional<Input> InputReader::take(char byte)
 std::optional<double> InputReader::deadline() const
 {
     const bool lone =
-        (state == State::Command && line.empty() && !overflow) || state == State::Escape;
-    return lone ? std::optional(lastByte + keyAlone) : std::nullopt;
+        (state_ == State::Command && line_.empty() && !overflow_) || state_ == State::Escape;
+    return lone ? std::optional(lastByte_ + keyAlone) : std::nullopt;
 }
 
 std::optional<Input> InputReader::expire(double now)
@@ -76,8 +76,8 @@ std::optional<Input> InputReader::expire(double now)
     const auto due = deadline();
     if (!due || now < *due)
         return {};
-    const Key alone = state == State::Escape ? Key::Escape : key('~');
-    state = State::Keys;
+    const Key alone = state_ == State::Escape ? Key::Escape : key('~');
+    state_ = State::Keys;
     return alone;
 }
 

@@ -42,10 +42,10 @@ private:
 
     enum class State { Keys, Command, Escape, Sequence };
 
-    State state = State::Keys;
-    std::string line;
-    bool overflow = false;
-    double lastByte = 0;
+    State state_ = State::Keys;
+    std::string line_;
+    bool overflow_ = false;
+    double lastByte_ = 0;
 };
 
 } // namespace kelo::engine

@@ -15,7 +15,7 @@ void Wire::send(std::string_view keyword, std::string_view text)
     }
     std::replace(line.begin(), line.end(), '\n', ' ');
     line += '\n';
-    sink(line);
+    sink_(line);
 }
 
 void Wire::send(std::string_view keyword, std::initializer_list<int> numbers)

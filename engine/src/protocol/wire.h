@@ -12,7 +12,7 @@ public:
     using Sink = std::function<void(std::string_view line)>;
 
     explicit Wire(Sink lineSink)
-        : sink(std::move(lineSink))
+        : sink_(std::move(lineSink))
     {
     }
 
@@ -23,7 +23,7 @@ public:
     void send(std::string_view keyword, std::initializer_list<int> numbers);
 
 private:
-    Sink sink;
+    Sink sink_;
 };
 
 } // namespace kelo::engine

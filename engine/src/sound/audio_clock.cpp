@@ -21,22 +21,22 @@ void AudioClock::tick(Frame frame, double now)
 
 void AudioClock::publish(Frame frame, double time)
 {
-    const auto next = version.load(std::memory_order_relaxed) + 2;
-    version.store(next - 1, std::memory_order_relaxed);
+    const auto next = version_.load(std::memory_order_relaxed) + 2;
+    version_.store(next - 1, std::memory_order_relaxed);
     std::atomic_thread_fence(std::memory_order_release);
-    anchorFrame.store(frame, std::memory_order_relaxed);
-    anchorTime.store(time, std::memory_order_relaxed);
-    version.store(next, std::memory_order_release);
+    anchorFrame_.store(frame, std::memory_order_relaxed);
+    anchorTime_.store(time, std::memory_order_relaxed);
+    version_.store(next, std::memory_order_release);
 }
 
 AudioClock::Anchor AudioClock::anchor() const
 {
     for (;;) {
-        const auto before = version.load(std::memory_order_acquire);
-        const Anchor read{anchorFrame.load(std::memory_order_relaxed),
-            anchorTime.load(std::memory_order_relaxed)};
+        const auto before = version_.load(std::memory_order_acquire);
+        const Anchor read{anchorFrame_.load(std::memory_order_relaxed),
+            anchorTime_.load(std::memory_order_relaxed)};
         std::atomic_thread_fence(std::memory_order_acquire);
-        if (before % 2 == 0 && version.load(std::memory_order_relaxed) == before)
+        if (before % 2 == 0 && version_.load(std::memory_order_relaxed) == before)
             return read;
     }
 }
@@ -44,13 +44,13 @@ AudioClock::Anchor AudioClock::anchor() const
 Frame AudioClock::frameAt(double time) const
 {
     const Anchor at = anchor();
-    return at.frame + frames(time - latency - at.time);
+    return at.frame + frames(time - latency_ - at.time);
 }
 
 double AudioClock::timeOf(Frame frame) const
 {
     const Anchor at = anchor();
-    return at.time + seconds(frame - at.frame) + latency;
+    return at.time + seconds(frame - at.frame) + latency_;
 }
 
 } // namespace kelo::engine

@@ -28,7 +28,7 @@ public:
     explicit AudioClock(double now) { publish(0, now); }
 
     /// How long after it is rendered a frame is heard, in seconds. Whoever renders sets it.
-    void setLatency(double value) { latency = value; }
+    void setLatency(double value) { latency_ = value; }
 
     /// The audio thread renders, at `now`, a block that begins with `frame`.
     void tick(Frame frame, double now);
@@ -38,7 +38,7 @@ public:
     [[nodiscard]] double timeOf(Frame frame) const;
 
     /// The frame that should be rendered at a time.
-    [[nodiscard]] Frame frameRenderedAt(double time) const { return frameAt(time + latency); }
+    [[nodiscard]] Frame frameRenderedAt(double time) const { return frameAt(time + latency_); }
 
 private:
     struct Anchor {
@@ -49,10 +49,10 @@ private:
     void publish(Frame frame, double time);
     [[nodiscard]] Anchor anchor() const;
 
-    std::atomic<double> latency = 0;
-    std::atomic<std::uint32_t> version = 0; ///< odd while an anchor is being written
-    std::atomic<Frame> anchorFrame = 0;
-    std::atomic<double> anchorTime = 0;
+    std::atomic<double> latency_ = 0;
+    std::atomic<std::uint32_t> version_ = 0; ///< odd while an anchor is being written
+    std::atomic<Frame> anchorFrame_ = 0;
+    std::atomic<double> anchorTime_ = 0;
 };
 
 } // namespace kelo::engine

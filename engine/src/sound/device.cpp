@@ -1,6 +1,5 @@
 #include "sound/device.h"
 
-#include <chrono>
 #include <limits>
 
 namespace kelo::engine {
@@ -11,27 +10,21 @@ constexpr double patience = 2; ///< seconds without a call after which a device 
 
 } // namespace
 
-double monotonicNow()
-{
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
-        .count();
-}
-
 bool Device::alive() const
 {
-    return monotonicNow() - lastCall < patience;
+    return monotonicNow() - lastCall_ < patience;
 }
 
 void Device::render(std::span<float> left, std::span<float> right)
 {
     const double now = monotonicNow();
-    lastCall = now;
-    mixer.render(left, right, now);
+    lastCall_ = now;
+    mixer_.render(left, right, now);
 }
 
 void Device::giveUp()
 {
-    lastCall = -std::numeric_limits<double>::infinity();
+    lastCall_ = -std::numeric_limits<double>::infinity();
 }
 
 } // namespace kelo::engine

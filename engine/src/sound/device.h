@@ -1,22 +1,18 @@
 #pragma once
 
 #include "sound/mixer.h"
+#include "sound/monotonic_time.h"
 
 #include <atomic>
-#include <memory>
-#include <string>
 
 namespace kelo::engine {
-
-/// Seconds of the monotonic clock that everything here is timed by.
-[[nodiscard]] double monotonicNow();
 
 /// An open way to the loudspeakers, which asks the mixer for sound on a thread of its own for as
 /// long as it lives.
 class Device {
 public:
     explicit Device(Mixer &source)
-        : mixer(source)
+        : mixer_(source)
     {
     }
     Device(const Device &) = delete;
@@ -34,18 +30,8 @@ protected:
     void giveUp();
 
 private:
-    Mixer &mixer;
-    std::atomic<double> lastCall = monotonicNow();
+    Mixer &mixer_;
+    std::atomic<double> lastCall_ = monotonicNow();
 };
-
-/// By one of FluidSynth's drivers; empty where it does not work. The clock is told how long sound
-/// is on its way.
-[[nodiscard]] std::unique_ptr<Device> openFluidDevice(
-    Mixer &mixer, AudioClock &clock, const std::string &driver);
-
-/// By a server that speaks PulseAudio's protocol; empty where there is none, and where this was
-/// built without its library. The sound on its way starts short, for a key is to be heard at
-/// once, and grows for as long as the server runs dry.
-[[nodiscard]] std::unique_ptr<Device> openPulseDevice(Mixer &mixer, AudioClock &clock);
 
 } // namespace kelo::engine

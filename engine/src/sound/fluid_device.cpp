@@ -1,4 +1,4 @@
-#include "sound/device.h"
+#include "sound/fluid_device.h"
 
 #include <fluidsynth.h>
 
@@ -13,22 +13,22 @@ class FluidDevice : public Device {
 public:
     FluidDevice(Mixer &source, const std::string &driverName)
         : Device(source)
-        , settings(new_fluid_settings())
+        , settings_(new_fluid_settings())
     {
-        fluid_settings_setstr(settings, "audio.driver", driverName.c_str());
-        fluid_settings_setnum(settings, "synth.sample-rate", sampleRate);
-        fluid_settings_setint(settings, "audio.period-size", static_cast<int>(period));
-        fluid_settings_setint(settings, "audio.periods", static_cast<int>(periods));
-        fluid_settings_setstr(settings, "audio.sample-format", "float");
-        driver = new_fluid_audio_driver2(settings, &FluidDevice::fill, this);
+        fluid_settings_setstr(settings_, "audio.driver", driverName.c_str());
+        fluid_settings_setnum(settings_, "synth.sample-rate", sampleRate);
+        fluid_settings_setint(settings_, "audio.period-size", static_cast<int>(period));
+        fluid_settings_setint(settings_, "audio.periods", static_cast<int>(periods));
+        fluid_settings_setstr(settings_, "audio.sample-format", "float");
+        driver_ = new_fluid_audio_driver2(settings_, &FluidDevice::fill, this);
     }
     ~FluidDevice() override
     {
-        delete_fluid_audio_driver(driver);
-        delete_fluid_settings(settings);
+        delete_fluid_audio_driver(driver_);
+        delete_fluid_settings(settings_);
     }
 
-    [[nodiscard]] bool works() const { return driver != nullptr; }
+    [[nodiscard]] bool works() const { return driver_ != nullptr; }
 
 private:
     static int fill(void *self, int count, int, float *[], int sides, float *out[])
@@ -40,8 +40,8 @@ private:
         return FLUID_OK;
     }
 
-    fluid_settings_t *settings;
-    fluid_audio_driver_t *driver = nullptr;
+    fluid_settings_t *settings_;
+    fluid_audio_driver_t *driver_ = nullptr;
 };
 
 } // namespace

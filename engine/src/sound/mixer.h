@@ -1,7 +1,8 @@
 #pragma once
 
 #include "sound/audio_clock.h"
-#include "sound/section.h"
+#include "sound/event_queue.h"
+#include "sound/speech_output.h"
 #include "sound/spsc_ring.h"
 #include "sound/synth.h"
 
@@ -12,34 +13,20 @@
 
 namespace kelo::engine {
 
-/// What speaks asks of the sound below it.
-class Mouth {
-public:
-    virtual ~Mouth() = default;
-
-    /// One block of an utterance: mono samples that sound from `frame` on. Samples whose time
-    /// is past are left out. False when enough is waiting already.
-    static constexpr std::size_t blockSize = 256;
-    virtual bool speak(std::uint32_t utterance, Frame frame, std::span<const float> samples) = 0;
-
-    /// Only this utterance is heard from now on; another one's rest is faded out at once.
-    virtual void listenTo(std::uint32_t utterance) = 0;
-};
-
 /// Mixes the instruments and the voice. `render` is the audio thread's and neither locks,
 /// allocates nor waits; everything else belongs to one other thread.
-class Mixer : public Mouth {
+class Mixer : public SpeechOutput {
 public:
     Mixer(Synth &instruments, AudioClock &audioClock);
 
     /// Pieces that are played, the player's own keys, and what keeps time: each can be silenced
     /// without the others.
-    [[nodiscard]] Instrument &music() { return sections[0]; }
-    [[nodiscard]] Instrument &keys() { return sections[1]; }
-    [[nodiscard]] Instrument &rhythm() { return sections[2]; }
+    [[nodiscard]] Instrument &music() { return queues_[0]; }
+    [[nodiscard]] Instrument &keys() { return queues_[1]; }
+    [[nodiscard]] Instrument &rhythm() { return queues_[2]; }
 
     /// 1 is how loud the voice is by itself.
-    void setVoiceLoudness(float value) { voiceLoudness.store(value, std::memory_order_relaxed); }
+    void setVoiceLoudness(float value) { voiceLoudness_.store(value, std::memory_order_relaxed); }
 
     bool speak(std::uint32_t utterance, Frame frame, std::span<const float> samples) override;
     void listenTo(std::uint32_t utterance) override;
@@ -60,18 +47,18 @@ private:
 
     static constexpr std::size_t blocksWaiting = 256;
 
-    Synth &synth;
-    AudioClock &clock;
-    std::array<Section, 3> sections{
-        Section(SynthPart::Music), Section(SynthPart::Keys), Section(SynthPart::Rhythm)};
-    SpscRing<Block, blocksWaiting> blocks;
-    std::atomic<std::uint32_t> wanted = 0;
-    std::atomic<float> voiceLoudness = 1;
+    Synth &synth_;
+    AudioClock &clock_;
+    std::array<EventQueue, 3> queues_{
+        EventQueue(SynthPart::Music), EventQueue(SynthPart::Keys), EventQueue(SynthPart::Rhythm)};
+    SpscRing<Block, blocksWaiting> blocks_;
+    std::atomic<std::uint32_t> wanted_ = 0;
+    std::atomic<float> voiceLoudness_ = 1;
 
     // The audio thread's own.
-    Frame position = 0;
-    std::uint32_t heardUtterance = 0;
-    float voiceGain = 0;
+    Frame position_ = 0;
+    std::uint32_t heardUtterance_ = 0;
+    float voiceGain_ = 0;
 };
 
 } // namespace kelo::engine

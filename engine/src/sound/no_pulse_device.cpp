@@ -1,4 +1,4 @@
-#include "sound/device.h"
+#include "sound/pulse_device.h"
 
 namespace kelo::engine {
 

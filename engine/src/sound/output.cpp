@@ -1,5 +1,9 @@
 #include "sound/output.h"
 
+#include "log/log.h"
+#include "sound/fluid_device.h"
+#include "sound/pulse_device.h"
+
 #include <utility>
 
 namespace kelo::engine {
@@ -17,7 +21,7 @@ constexpr std::chrono::seconds firstTry{2}; ///< the greeting waits for it
 class Output::Silence {
 public:
     explicit Silence(Mixer &mixer)
-        : thread([&mixer](const std::stop_token &stop) {
+        : thread_([&mixer](const std::stop_token &stop) {
             std::vector<float> left(silentBlock);
             std::vector<float> right(silentBlock);
             const auto begin = std::chrono::steady_clock::now();
@@ -32,38 +36,42 @@ public:
     }
 
 private:
-    std::jthread thread;
+    std::jthread thread_;
 };
 
 Output::Output(
     Mixer &source, AudioClock &audioClock, const std::string &driver, std::function<void()> changed)
-    : mixer(source)
-    , clock(audioClock)
-    , drivers(driver.empty()       ? std::vector<std::string>{"pulseaudio", "alsa"}
+    : mixer_(source)
+    , clock_(audioClock)
+    , drivers_(driver.empty()      ? std::vector<std::string>{"pulseaudio", "alsa"}
               : driver == "silent" ? std::vector<std::string>{}
                                    : std::vector<std::string>{driver})
-    , notify(std::move(changed))
+    , notify_(std::move(changed))
 {
-    keeper = std::jthread([this](const std::stop_token &stop) { keepOpen(stop); });
-    std::unique_lock lock(mutex);
-    news.wait_for(lock, firstTry, [this] { return tried; });
+    keeper_ = std::jthread([this](const std::stop_token &stop) { keepOpen(stop); });
+    std::unique_lock lock(mutex_);
+    news_.wait_for(lock, firstTry, [this] { return tried_; });
 }
 
 Output::~Output() = default;
 
 void Output::keepOpen(const std::stop_token &stop)
 {
+    bool missed = false; // and logged once, not every few seconds
     while (!stop.stop_requested()) {
         if (const auto device = open()) {
+            missed = false;
             tell(true);
             while (!stop.stop_requested() && device->alive())
                 rest(stop, watchEvery);
         } else {
+            if (!drivers_.empty() && !std::exchange(missed, true))
+                log(LogLevel::Warning, "sound", "no sound server and no sound card answers");
             tell(false);
-            const Silence silence(mixer);
+            const Silence silence(mixer_);
             do
                 rest(stop, tryEvery);
-            while (drivers.empty() && !stop.stop_requested());
+            while (drivers_.empty() && !stop.stop_requested());
         }
     }
 }
@@ -72,33 +80,34 @@ void Output::keepOpen(const std::stop_token &stop)
 /// keep it from coming back.
 std::unique_ptr<Device> Output::open()
 {
-    for (const std::string &name : drivers) {
-        auto device = name == "pulseaudio" ? openPulseDevice(mixer, clock)
-                                           : openFluidDevice(mixer, clock, name);
+    for (const std::string &name : drivers_) {
+        auto device = name == "pulseaudio" ? openPulseDevice(mixer_, clock_)
+                                           : openFluidDevice(mixer_, clock_, name);
         if (!device)
             continue;
-        drivers = {std::string(name)};
+        log(LogLevel::Info, "sound", "plays by " + name);
+        drivers_ = {std::string(name)};
         return device;
     }
-    clock.setLatency(0);
+    clock_.setLatency(0);
     return {};
 }
 
 void Output::tell(bool works)
 {
     {
-        const std::lock_guard lock(mutex);
-        tried = true;
+        const std::lock_guard lock(mutex_);
+        tried_ = true;
     }
-    news.notify_all();
-    if (heard.exchange(works) != works)
-        notify();
+    news_.notify_all();
+    if (heard_.exchange(works) != works)
+        notify_();
 }
 
 void Output::rest(const std::stop_token &stop, std::chrono::milliseconds time)
 {
-    std::unique_lock lock(mutex);
-    news.wait_for(lock, stop, time, [] { return false; });
+    std::unique_lock lock(mutex_);
+    news_.wait_for(lock, stop, time, [] { return false; });
 }
 
 } // namespace kelo::engine

@@ -28,7 +28,7 @@ public:
         std::function<void()> changed = [] {});
     ~Output();
 
-    [[nodiscard]] bool audible() const { return heard; }
+    [[nodiscard]] bool audible() const { return heard_; }
 
 private:
     class Silence;
@@ -38,15 +38,15 @@ private:
     void tell(bool works);
     void rest(const std::stop_token &stop, std::chrono::milliseconds time);
 
-    Mixer &mixer;
-    AudioClock &clock;
-    std::vector<std::string> drivers; ///< that may work
-    std::function<void()> notify;
-    std::atomic<bool> heard = false;
-    std::mutex mutex;
-    std::condition_variable_any news;
-    bool tried = false; ///< guarded by `mutex`
-    std::jthread keeper; ///< last, for it uses all the rest
+    Mixer &mixer_;
+    AudioClock &clock_;
+    std::vector<std::string> drivers_; ///< that may work
+    std::function<void()> notify_;
+    std::atomic<bool> heard_ = false;
+    std::mutex mutex_;
+    std::condition_variable_any news_;
+    bool tried_ = false; ///< guarded by `mutex`
+    std::jthread keeper_; ///< last, for it uses all the rest
 };
 
 } // namespace kelo::engine

@@ -1,4 +1,4 @@
-#include "sound/device.h"
+#include "sound/pulse_device.h"
 
 #include <pthread.h>
 #include <pulse/pulseaudio.h>
@@ -36,7 +36,7 @@ public:
     ~PulseDevice() override;
 
     /// Waits until the server has answered, or long enough.
-    [[nodiscard]] bool connected() { return settled.try_acquire_for(connectWithin) && playing; }
+    [[nodiscard]] bool connected() { return settled_.try_acquire_for(connectWithin) && playing_; }
 
 private:
     void contextChanged();
@@ -52,84 +52,84 @@ private:
         (static_cast<PulseDevice *>(self)->*Method)();
     }
 
-    AudioClock &clock;
-    std::binary_semaphore settled{0};
-    std::atomic<bool> playing = false;
-    pa_threaded_mainloop *loop = pa_threaded_mainloop_new();
-    pa_context *context = nullptr;
+    AudioClock &clock_;
+    std::binary_semaphore settled_{0};
+    std::atomic<bool> playing_ = false;
+    pa_threaded_mainloop *loop_ = pa_threaded_mainloop_new();
+    pa_context *context_ = nullptr;
 
     // The library's thread's own, once that runs.
-    pa_stream *stream = nullptr;
-    bool answered = false;
-    double queue = firstQueue; ///< seconds
-    double lastGrowth = 0;
+    pa_stream *stream_ = nullptr;
+    bool answered_ = false;
+    double queue_ = firstQueue; ///< seconds
+    double lastGrowth_ = 0;
 };
 
 PulseDevice::PulseDevice(Mixer &source, AudioClock &audioClock)
     : Device(source)
-    , clock(audioClock)
+    , clock_(audioClock)
 {
-    context = pa_context_new(pa_threaded_mainloop_get_api(loop), "Kelo");
+    context_ = pa_context_new(pa_threaded_mainloop_get_api(loop_), "Kelo");
     pa_context_set_state_callback(
-        context, &forward<pa_context, &PulseDevice::contextChanged>, this);
-    if (pa_context_connect(context, nullptr, PA_CONTEXT_NOFLAGS, nullptr) < 0
-        || pa_threaded_mainloop_start(loop) < 0)
+        context_, &forward<pa_context, &PulseDevice::contextChanged>, this);
+    if (pa_context_connect(context_, nullptr, PA_CONTEXT_NOFLAGS, nullptr) < 0
+        || pa_threaded_mainloop_start(loop_) < 0)
         settle(false);
 }
 
 PulseDevice::~PulseDevice()
 {
-    pa_threaded_mainloop_stop(loop);
-    if (stream) {
-        pa_stream_disconnect(stream);
-        pa_stream_unref(stream);
+    pa_threaded_mainloop_stop(loop_);
+    if (stream_) {
+        pa_stream_disconnect(stream_);
+        pa_stream_unref(stream_);
     }
-    pa_context_disconnect(context);
-    pa_context_unref(context);
-    pa_threaded_mainloop_free(loop);
+    pa_context_disconnect(context_);
+    pa_context_unref(context_);
+    pa_threaded_mainloop_free(loop_);
 }
 
 void PulseDevice::settle(bool works)
 {
     if (!works)
         giveUp();
-    playing = works;
-    if (!std::exchange(answered, true))
-        settled.release();
+    playing_ = works;
+    if (!std::exchange(answered_, true))
+        settled_.release();
 }
 
 void PulseDevice::contextChanged()
 {
-    const pa_context_state_t state = pa_context_get_state(context);
+    const pa_context_state_t state = pa_context_get_state(context_);
     if (!PA_CONTEXT_IS_GOOD(state))
         return settle(false);
     if (state != PA_CONTEXT_READY)
         return;
     const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, static_cast<std::uint32_t>(sampleRate), 2};
-    stream = pa_stream_new(context, "Kelo", &format, nullptr);
-    if (!stream)
+    stream_ = pa_stream_new(context_, "Kelo", &format, nullptr);
+    if (!stream_)
         return settle(false);
-    pa_stream_set_state_callback(stream, &forward<pa_stream, &PulseDevice::streamChanged>, this);
-    pa_stream_set_underflow_callback(stream, &forward<pa_stream, &PulseDevice::ranDry>, this);
+    pa_stream_set_state_callback(stream_, &forward<pa_stream, &PulseDevice::streamChanged>, this);
+    pa_stream_set_underflow_callback(stream_, &forward<pa_stream, &PulseDevice::ranDry>, this);
     pa_stream_set_write_callback(
-        stream,
+        stream_,
         [](pa_stream *, std::size_t bytes, void *self) {
             static_cast<PulseDevice *>(self)->fill(bytes);
         },
         this);
     favourThisThread();
-    clock.setLatency(queue);
-    lastGrowth = monotonicNow();
+    clock_.setLatency(queue_);
+    lastGrowth_ = monotonicNow();
     const pa_buffer_attr attributes = shape();
     if (pa_stream_connect_playback(
-            stream, nullptr, &attributes, PA_STREAM_ADJUST_LATENCY, nullptr, nullptr)
+            stream_, nullptr, &attributes, PA_STREAM_ADJUST_LATENCY, nullptr, nullptr)
         < 0)
         settle(false);
 }
 
 void PulseDevice::streamChanged()
 {
-    const pa_stream_state_t state = pa_stream_get_state(stream);
+    const pa_stream_state_t state = pa_stream_get_state(stream_);
     if (!PA_STREAM_IS_GOOD(state))
         settle(false);
     else if (state == PA_STREAM_READY)
@@ -141,7 +141,7 @@ void PulseDevice::streamChanged()
 pa_buffer_attr PulseDevice::shape() const
 {
     constexpr auto byDefault = static_cast<std::uint32_t>(-1);
-    return {byDefault, static_cast<std::uint32_t>(frames(queue)) * std::uint32_t{frameBytes}, 0,
+    return {byDefault, static_cast<std::uint32_t>(frames(queue_)) * std::uint32_t{frameBytes}, 0,
         pieceFrames * frameBytes, byDefault};
 }
 
@@ -157,7 +157,7 @@ void PulseDevice::fill(std::size_t bytes)
             sides[2 * i] = left[i];
             sides[2 * i + 1] = right[i];
         }
-        pa_stream_write(stream, sides.data(), count * frameBytes, nullptr, 0, PA_SEEK_RELATIVE);
+        pa_stream_write(stream_, sides.data(), count * frameBytes, nullptr, 0, PA_SEEK_RELATIVE);
         wanted -= count;
     }
 }
@@ -165,13 +165,13 @@ void PulseDevice::fill(std::size_t bytes)
 void PulseDevice::ranDry()
 {
     const double now = monotonicNow();
-    if (now - lastGrowth < growthEvery || queue >= longestQueue)
+    if (now - lastGrowth_ < growthEvery || queue_ >= longestQueue)
         return;
-    lastGrowth = now;
-    queue = std::min(queue * queueGrowth, longestQueue);
-    clock.setLatency(queue);
+    lastGrowth_ = now;
+    queue_ = std::min(queue_ * queueGrowth, longestQueue);
+    clock_.setLatency(queue_);
     const pa_buffer_attr attributes = shape();
-    if (pa_operation *growing = pa_stream_set_buffer_attr(stream, &attributes, nullptr, nullptr))
+    if (pa_operation *growing = pa_stream_set_buffer_attr(stream_, &attributes, nullptr, nullptr))
         pa_operation_unref(growing);
 }
 

@@ -1,5 +1,6 @@
 #include "sound/synth.h"
 
+#include "log/log.h"
 #include "sound/audio_clock.h"
 
 #include <fluidsynth.h>
@@ -21,6 +22,14 @@ int firstChannel(SynthPart part)
     return static_cast<int>(part) * channelsPerPart;
 }
 
+void report(int level, const char *text, void *)
+{
+    log(level <= FLUID_ERR        ? LogLevel::Error
+            : level == FLUID_WARN ? LogLevel::Warning
+                                  : LogLevel::Debug,
+        "synth", text);
+}
+
 } // namespace
 
 struct Synth::Library {
@@ -38,22 +47,26 @@ struct Synth::Library {
 };
 
 Synth::Synth(std::span<const std::string> soundfonts)
-    : library(std::make_unique<Library>())
+    : library_(std::make_unique<Library>())
 {
-    fluid_settings_setnum(library->settings, "synth.sample-rate", sampleRate);
-    fluid_settings_setnum(library->settings, "synth.gain", 0.5);
-    fluid_settings_setint(library->settings, "synth.threadsafe-api", 0);
-    fluid_settings_setint(library->settings, "synth.midi-channels", channels);
-    library->synth = new_fluid_synth(library->settings);
-    loaded = library->synth != nullptr
+    for (const int level : {FLUID_PANIC, FLUID_ERR, FLUID_WARN, FLUID_INFO, FLUID_DBG})
+        fluid_set_log_function(level, &report, nullptr);
+    fluid_settings_setnum(library_->settings, "synth.sample-rate", sampleRate);
+    fluid_settings_setnum(library_->settings, "synth.gain", 0.5);
+    fluid_settings_setint(library_->settings, "synth.threadsafe-api", 0);
+    fluid_settings_setint(library_->settings, "synth.midi-channels", channels);
+    library_->synth = new_fluid_synth(library_->settings);
+    loaded_ = library_->synth != nullptr
         && std::any_of(soundfonts.begin(), soundfonts.end(), [this](const std::string &path) {
                std::error_code error;
                return std::filesystem::is_regular_file(path, error)
-                   && fluid_synth_sfload(library->synth, path.c_str(), 1) != FLUID_FAILED;
+                   && fluid_synth_sfload(library_->synth, path.c_str(), 1) != FLUID_FAILED;
            });
-    for (int channel = drumChannel; loaded && channel < channels; channel += channelsPerPart) {
-        fluid_synth_set_channel_type(library->synth, channel, CHANNEL_TYPE_DRUM);
-        fluid_synth_program_change(library->synth, channel, 0);
+    if (!loaded_)
+        log(LogLevel::Error, "sound", "no soundfont can be loaded");
+    for (int channel = drumChannel; loaded_ && channel < channels; channel += channelsPerPart) {
+        fluid_synth_set_channel_type(library_->synth, channel, CHANNEL_TYPE_DRUM);
+        fluid_synth_program_change(library_->synth, channel, 0);
     }
 }
 
@@ -61,9 +74,9 @@ Synth::~Synth() = default;
 
 void Synth::play(SynthPart part, ChannelMessage message)
 {
-    if (!loaded)
+    if (!loaded_)
         return;
-    fluid_synth_t *synth = library->synth;
+    fluid_synth_t *synth = library_->synth;
     const int channel = firstChannel(part) + message.channel();
     switch (message.kind()) {
     case 0x80:
@@ -97,21 +110,21 @@ void Synth::release(SynthPart part)
     constexpr int resetControllers = 121;
     constexpr int allNotesOff = 123;
     const int first = firstChannel(part);
-    for (int channel = first; loaded && channel < first + channelsPerPart; ++channel) {
-        fluid_synth_cc(library->synth, channel, resetControllers, 0);
-        fluid_synth_cc(library->synth, channel, allNotesOff, 0);
+    for (int channel = first; loaded_ && channel < first + channelsPerPart; ++channel) {
+        fluid_synth_cc(library_->synth, channel, resetControllers, 0);
+        fluid_synth_cc(library_->synth, channel, allNotesOff, 0);
     }
 }
 
 void Synth::render(std::span<float> left, std::span<float> right)
 {
-    if (!loaded) {
+    if (!loaded_) {
         std::fill(left.begin(), left.end(), 0.0F);
         std::fill(right.begin(), right.end(), 0.0F);
         return;
     }
     fluid_synth_write_float(
-        library->synth, static_cast<int>(left.size()), left.data(), 0, 1, right.data(), 0, 1);
+        library_->synth, static_cast<int>(left.size()), left.data(), 0, 1, right.data(), 0, 1);
 }
 
 } // namespace kelo::engine

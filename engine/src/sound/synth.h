@@ -1,22 +1,12 @@
 #pragma once
 
+#include "midi/channel_message.h"
+
 #include <memory>
 #include <span>
 #include <string>
 
 namespace kelo::engine {
-
-/// A MIDI channel message as it stands in a file or comes from a keyboard.
-struct ChannelMessage {
-    unsigned char status = 0; ///< kind in the high half, channel in the low one
-    unsigned char first = 0;
-    unsigned char second = 0;
-
-    [[nodiscard]] int channel() const { return status & 0x0f; }
-    [[nodiscard]] int kind() const { return status & 0xf0; }
-
-    friend bool operator==(const ChannelMessage &, const ChannelMessage &) = default;
-};
 
 /// Sixteen of the synthesiser's channels, with drums on the tenth.
 enum class SynthPart { Music, Keys, Rhythm };
@@ -32,7 +22,7 @@ public:
     Synth &operator=(const Synth &) = delete;
 
     /// False without a soundfont: it then renders silence.
-    [[nodiscard]] bool sounds() const { return loaded; }
+    [[nodiscard]] bool sounds() const { return loaded_; }
 
     void play(SynthPart part, ChannelMessage message);
 
@@ -44,8 +34,8 @@ public:
 
 private:
     struct Library;
-    std::unique_ptr<Library> library;
-    bool loaded = false;
+    std::unique_ptr<Library> library_;
+    bool loaded_ = false;
 };
 
 } // namespace kelo::engine

@@ -1,4 +1,4 @@
-#include "speech/dispatcher.h"
+#include "speech/speech_dispatcher.h"
 #include "speech/word_marks.h"
 
 #include <string_view>

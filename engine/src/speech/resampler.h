@@ -1,25 +1,32 @@
 #pragma once
 
-#include <array>
+#include <memory>
 #include <span>
 #include <vector>
 
+struct SpeexResamplerState_;
+
 namespace kelo::engine {
 
-/// Brings a stream of samples to another rate by cubic interpolation; smooth enough for speech.
+/// Brings a stream of samples to another rate, without a delay: what is taken in at a time comes
+/// out at that time. It looks a few milliseconds ahead, so the last of them come with `finish`.
 class Resampler {
 public:
-    Resampler(double from, double to)
-        : step(from / to)
-    {
-    }
+    /// Samples a second, both whole numbers.
+    Resampler(double from, double to);
 
     [[nodiscard]] std::vector<float> push(std::span<const float> samples);
 
+    /// The rest, once nothing more is pushed.
+    [[nodiscard]] std::vector<float> finish();
+
 private:
-    double step;
-    double phase = 0; ///< between the middle two of the last four samples
-    std::array<float, 4> last{};
+    struct Destroy {
+        void operator()(SpeexResamplerState_ *state) const;
+    };
+
+    std::unique_ptr<SpeexResamplerState_, Destroy> state_;
+    double ratio_; ///< samples out for a sample in
 };
 
 } // namespace kelo::engine

@@ -21,13 +21,13 @@ constexpr double dispatcherPatience = 10; ///< seconds in which the service tell
 
 } // namespace
 
-Speaker::Speaker(Wire &lines, Dispatcher &desktop, Synthesiser &voice, Mouth &output,
+Speaker::Speaker(Wire &lines, SpeechDispatcher &desktop, Synthesiser &voice, SpeechOutput &output,
     const AudioClock &audioClock)
-    : wire(lines)
-    , dispatcher(desktop)
-    , synthesiser(voice)
-    , mouth(output)
-    , clock(audioClock)
+    : wire_(lines)
+    , dispatcher_(desktop)
+    , synthesiser_(voice)
+    , output_(output)
+    , clock_(audioClock)
 {
 }
 
@@ -36,81 +36,82 @@ void Speaker::say(std::string_view words, double now)
     std::string text = oneLine(words);
     if (text.empty())
         return;
-    utterance.emplace(++lastId);
-    wire.send("spec", std::to_string(lastId) + " new");
-    wire.send("say", text);
-    if (!dispatcher.works()) {
+    utterance_.emplace(++lastId_);
+    wire_.send("spec", std::to_string(lastId_) + " new");
+    wire_.send("say", text);
+    if (!dispatcher_.works()) {
         speak(std::move(text), now);
         return;
     }
-    utterance->silentEnd = now + dispatcherPatience;
-    utterance->dispatched = text;
-    dispatcher.say(std::move(text));
+    utterance_->silentEnd = now + dispatcherPatience;
+    utterance_->dispatched = text;
+    dispatcher_.say(std::move(text));
 }
 
 /// With a voice of our own, if there is one.
 void Speaker::speak(std::string text, double now)
 {
-    if (!synthesiser.works()) {
-        utterance->silentEnd = now + secondsPerUnspokenByte * static_cast<double>(text.size());
+    if (!synthesiser_.works()) {
+        utterance_->silentEnd = now + secondsPerUnspokenByte * static_cast<double>(text.size());
         return;
     }
-    mouth.listenTo(lastId);
-    synthesiser.begin(lastId, std::move(text));
+    output_.listenTo(lastId_);
+    synthesiser_.begin(lastId_, std::move(text));
 }
 
 void Speaker::stop()
 {
     if (!speaking())
         return;
-    if (dispatcher.works())
-        dispatcher.stop();
-    synthesiser.cancel();
-    mouth.listenTo(0);
-    utterance.reset();
-    wire.send("done");
+    if (dispatcher_.works())
+        dispatcher_.stop();
+    synthesiser_.cancel();
+    output_.listenTo(0);
+    utterance_.reset();
+    wire_.send("done");
 }
 
 void Speaker::advance(double now)
 {
     if (!speaking())
         return;
-    if (!utterance->dispatched.empty())
+    if (!utterance_->dispatched.empty())
         followDispatcher(now);
-    bool over = now >= utterance->silentEnd;
-    if (utterance->dispatched.empty() && synthesiser.works()) {
+    bool over = now >= utterance_->silentEnd;
+    if (utterance_->dispatched.empty() && synthesiser_.works()) {
         gather(now);
-        feedMouth(now);
+        feedOutput(now);
         tellBands(now);
         tellWords(now);
-        nextFeed = now + feedEvery;
-        over = utterance->synthesised && (!utterance->origin || now >= timeOf(utterance->length));
+        nextFeed_ = now + feedEvery;
+        over =
+            utterance_->synthesised && (!utterance_->origin || now >= timeOf(utterance_->length));
     }
     if (!over)
         return;
-    utterance.reset();
-    wire.send("done");
+    utterance_.reset();
+    wire_.send("done");
 }
 
 void Speaker::followDispatcher(double now)
 {
-    for (const Dispatcher::Report &report : dispatcher.take()) {
-        utterance->silentEnd = now + dispatcherPatience;
+    for (const SpeechDispatcher::Report &report : dispatcher_.take()) {
+        utterance_->silentEnd = now + dispatcherPatience;
         switch (report.event) {
-        case Dispatcher::Report::Event::Begun:
-            wire.send("start");
+        case SpeechDispatcher::Report::Event::Begun:
+            wire_.send("start");
             break;
-        case Dispatcher::Report::Event::Word: {
+        case SpeechDispatcher::Report::Event::Word: {
             const double lasts = secondsPerUnspokenByte * report.length;
-            wire.send(
+            wire_.send(
                 "word", {report.from, report.length, static_cast<int>(std::lround(lasts * 1000))});
             break;
         }
-        case Dispatcher::Report::Event::Over:
-            utterance->silentEnd = now;
+        case SpeechDispatcher::Report::Event::Over:
+            utterance_->silentEnd = now;
             break;
-        case Dispatcher::Report::Event::Failed:
-            speak(std::exchange(utterance->dispatched, {}), now);
+        case SpeechDispatcher::Report::Event::Failed:
+            speak(std::exchange(utterance_->dispatched, {}), now);
             break;
         }
     }
@@ -118,89 +119,89 @@ void Speaker::followDispatcher(double now)
 
 void Speaker::gather(double now)
 {
-    for (SpeechChunk &chunk : synthesiser.take()) {
-        if (chunk.utterance != utterance->id)
+    for (SpeechChunk &chunk : synthesiser_.take()) {
+        if (chunk.utterance != utterance_->id)
             continue;
-        if (!utterance->origin && !chunk.samples.empty())
-            utterance->origin = clock.frameAt(now + lead);
-        utterance->length += seconds(static_cast<Frame>(chunk.samples.size()));
-        utterance->samples.insert(
-            utterance->samples.end(), chunk.samples.begin(), chunk.samples.end());
-        utterance->words.insert(utterance->words.end(), chunk.words.begin(), chunk.words.end());
-        utterance->bands += chunk.bands;
-        utterance->synthesised = utterance->synthesised || chunk.last;
+        if (!utterance_->origin && !chunk.samples.empty())
+            utterance_->origin = clock_.frameAt(now + lead);
+        utterance_->length += seconds(static_cast<Frame>(chunk.samples.size()));
+        utterance_->samples.insert(
+            utterance_->samples.end(), chunk.samples.begin(), chunk.samples.end());
+        utterance_->words.insert(utterance_->words.end(), chunk.words.begin(), chunk.words.end());
+        utterance_->bands += chunk.bands;
+        utterance_->synthesised = utterance_->synthesised || chunk.last;
     }
 }
 
 double Speaker::timeOf(double position) const
 {
-    return clock.timeOf(utterance->origin.value_or(0) + frames(position));
+    return clock_.timeOf(utterance_->origin.value_or(0) + frames(position));
 }
 
-void Speaker::feedMouth(double now)
+void Speaker::feedOutput(double now)
 {
-    if (!utterance->origin)
+    if (!utterance_->origin)
         return;
-    auto &samples = utterance->samples;
-    const Frame until = clock.frameAt(now + soundAhead);
+    auto &samples = utterance_->samples;
+    const Frame until = clock_.frameAt(now + soundAhead);
     std::size_t fed = 0;
-    while (fed < samples.size() && *utterance->origin + utterance->queued < until) {
-        const std::size_t count = std::min(samples.size() - fed, Mouth::blockSize);
-        if (!mouth.speak(utterance->id, *utterance->origin + utterance->queued,
+    while (fed < samples.size() && *utterance_->origin + utterance_->queued < until) {
+        const std::size_t count = std::min(samples.size() - fed, SpeechOutput::blockSize);
+        if (!output_.speak(utterance_->id, *utterance_->origin + utterance_->queued,
                 {samples.data() + fed, count}))
             break;
         fed += count;
-        utterance->queued += static_cast<Frame>(count);
+        utterance_->queued += static_cast<Frame>(count);
     }
     samples.erase(samples.begin(), samples.begin() + static_cast<std::ptrdiff_t>(fed));
 }
 
 void Speaker::tellBands(double now)
 {
-    if (!utterance->origin)
+    if (!utterance_->origin)
         return;
-    if (!utterance->bandsShift) {
-        if (utterance->words.empty())
+    if (!utterance_->bandsShift) {
+        if (utterance_->words.empty())
             return;
-        const double first = utterance->words.front().at - anchorBeforeWord;
+        const double first = utterance_->words.front().at - anchorBeforeWord;
         const int shift = static_cast<int>(std::lround(first * Spectrum::framesPerSecond));
-        if (static_cast<int>(utterance->bands.size() / Spectrum::bands) < shift)
+        if (static_cast<int>(utterance_->bands.size() / Spectrum::bands) < shift)
             return;
-        utterance->bandsShift = shift;
+        utterance_->bandsShift = shift;
         if (shift > 0)
-            utterance->bands.erase(0, Spectrum::bands * static_cast<std::size_t>(shift));
+            utterance_->bands.erase(0, Spectrum::bands * static_cast<std::size_t>(shift));
         else
-            utterance->bands.insert(0, Spectrum::bands * static_cast<std::size_t>(-shift), 'a');
+            utterance_->bands.insert(0, Spectrum::bands * static_cast<std::size_t>(-shift), 'a');
     }
     const double position = now + bandsAhead - timeOf(0);
     const int until =
-        static_cast<int>(position * Spectrum::framesPerSecond) - *utterance->bandsShift;
-    const int have = static_cast<int>(utterance->bands.size() / Spectrum::bands);
-    const int count = std::min(until - utterance->bandsTold, have);
+        static_cast<int>(position * Spectrum::framesPerSecond) - *utterance_->bandsShift;
+    const int have = static_cast<int>(utterance_->bands.size() / Spectrum::bands);
+    const int count = std::min(until - utterance_->bandsTold, have);
     if (count <= 0)
         return;
     const std::size_t letters = Spectrum::bands * static_cast<std::size_t>(count);
-    wire.send("spec",
-        std::to_string(utterance->id) + ' ' + std::to_string(utterance->bandsTold) + ' '
-            + utterance->bands.substr(0, letters));
-    utterance->bands.erase(0, letters);
-    utterance->bandsTold += count;
+    wire_.send("spec",
+        std::to_string(utterance_->id) + ' ' + std::to_string(utterance_->bandsTold) + ' '
+            + utterance_->bands.substr(0, letters));
+    utterance_->bands.erase(0, letters);
+    utterance_->bandsTold += count;
 }
 
 void Speaker::tellWords(double now)
 {
-    if (!utterance->origin)
+    if (!utterance_->origin)
         return;
-    if (!utterance->begun && now >= timeOf(0)) {
-        utterance->begun = true;
-        wire.send("start");
+    if (!utterance_->begun && now >= timeOf(0)) {
+        utterance_->begun = true;
+        wire_.send("start");
     }
-    auto &words = utterance->words;
+    auto &words = utterance_->words;
     while (!words.empty() && now >= timeOf(words.front().at)) {
         const WordMark word = words.front();
         words.pop_front();
-        const double end = words.empty() ? utterance->length : words.front().at;
-        wire.send("word",
+        const double end = words.empty() ? utterance_->length : words.front().at;
+        wire_.send("word",
             {word.from, word.length, static_cast<int>(std::lround((end - word.at) * 1000))});
     }
 }
@@ -209,17 +210,17 @@ std::optional<double> Speaker::deadline() const
 {
     if (!speaking())
         return {};
-    if (!utterance->dispatched.empty() || !synthesiser.works())
-        return utterance->silentEnd;
-    if (!utterance->origin)
+    if (!utterance_->dispatched.empty() || !synthesiser_.works())
+        return utterance_->silentEnd;
+    if (!utterance_->origin)
         return {};
-    double next = nextFeed;
-    if (!utterance->begun)
+    double next = nextFeed_;
+    if (!utterance_->begun)
         next = std::min(next, timeOf(0));
-    if (!utterance->words.empty())
-        next = std::min(next, timeOf(utterance->words.front().at));
-    if (utterance->synthesised)
-        next = std::min(next, timeOf(utterance->length));
+    if (!utterance_->words.empty())
+        next = std::min(next, timeOf(utterance_->words.front().at));
+    if (utterance_->synthesised)
+        next = std::min(next, timeOf(utterance_->length));
     return next;
 }
 

@@ -2,7 +2,7 @@
 
 #include "protocol/wire.h"
 #include "sound/mixer.h"
-#include "speech/dispatcher.h"
+#include "speech/speech_dispatcher.h"
 #include "speech/synthesiser.h"
 
 #include <cstdint>
@@ -19,17 +19,17 @@ namespace kelo::engine {
 /// seconds of the monotonic clock.
 class Speaker {
 public:
-    Speaker(Wire &lines, Dispatcher &desktop, Synthesiser &voice, Mouth &mouth,
+    Speaker(Wire &lines, SpeechDispatcher &desktop, Synthesiser &voice, SpeechOutput &output,
         const AudioClock &clock);
 
     /// Says `text` now; what was being said is cut off.
     void say(std::string_view text, double now);
 
     /// Speaks with one of `voices` from the next text on.
-    void setVoice(std::size_t index) { synthesiser.setVoice(index); }
+    void setVoice(std::size_t index) { synthesiser_.setVoice(index); }
 
     void stop();
-    [[nodiscard]] bool speaking() const { return utterance.has_value(); }
+    [[nodiscard]] bool speaking() const { return utterance_.has_value(); }
 
     /// Does what is due at `now`.
     void advance(double now);
@@ -50,7 +50,7 @@ private:
         bool synthesised = false; ///< everything has come from the synthesiser
         bool begun = false; ///< "@start" is out
         std::optional<Frame> origin; ///< of its first sample
-        Frame queued = 0; ///< samples passed on to the mouth
+        Frame queued = 0; ///< samples passed on to the output
         std::vector<float> samples; ///< not yet passed on, from `queued` on
         std::deque<WordMark> words; ///< not yet told
         std::string bands; ///< not yet told, from frame `bandsTold` on
@@ -62,19 +62,19 @@ private:
     void speak(std::string text, double now);
     void followDispatcher(double now);
     void gather(double now);
-    void feedMouth(double now);
+    void feedOutput(double now);
     void tellBands(double now);
     void tellWords(double now);
     [[nodiscard]] double timeOf(double position) const;
 
-    Wire &wire;
-    Dispatcher &dispatcher;
-    Synthesiser &synthesiser;
-    Mouth &mouth;
-    const AudioClock &clock;
-    std::optional<Utterance> utterance;
-    std::uint32_t lastId = 0;
-    double nextFeed = 0;
+    Wire &wire_;
+    SpeechDispatcher &dispatcher_;
+    Synthesiser &synthesiser_;
+    SpeechOutput &output_;
+    const AudioClock &clock_;
+    std::optional<Utterance> utterance_;
+    std::uint32_t lastId_ = 0;
+    double nextFeed_ = 0;
 };
 
 } // namespace kelo::engine

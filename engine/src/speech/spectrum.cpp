@@ -26,8 +26,8 @@ char letter(double meanSquare)
 } // namespace
 
 Spectrum::Spectrum(double rate)
-    : samplesPerFrame(rate / framesPerSecond)
-    , frameEnd(samplesPerFrame)
+    : samplesPerFrame_(rate / framesPerSecond)
+    , frameEnd_(samplesPerFrame_)
 {
     const double step = std::pow(highest / lowest, 1.0 / bands);
     const double quality = 1 / (std::sqrt(step) - 1 / std::sqrt(step));
@@ -35,7 +35,7 @@ Spectrum::Spectrum(double rate)
         const double centre = lowest * std::pow(step, static_cast<double>(i) + 0.5);
         const double angle = 2 * std::numbers::pi * std::min(centre / rate, 0.45);
         const double alpha = std::sin(angle) / (2 * quality);
-        Band &band = filters[i];
+        Band &band = filters_[i];
         band.b0 = alpha / (1 + alpha);
         band.a1 = -2 * std::cos(angle) / (1 + alpha);
         band.a2 = (1 - alpha) / (1 + alpha);
@@ -46,7 +46,7 @@ std::string Spectrum::listen(std::span<const float> samples)
 {
     std::string letters;
     for (const float sample : samples) {
-        for (Band &band : filters) {
+        for (Band &band : filters_) {
             const double y = band.b0 * (sample - band.x2) - band.a1 * band.y1 - band.a2 * band.y2;
             band.x2 = band.x1;
             band.x1 = sample;
@@ -54,14 +54,14 @@ std::string Spectrum::listen(std::span<const float> samples)
             band.y1 = y;
             band.energy += y * y;
         }
-        if (++heard < frameEnd)
+        if (++heard_ < frameEnd_)
             continue;
-        for (Band &band : filters) {
-            letters += letter(band.energy / (heard - frameBegin));
+        for (Band &band : filters_) {
+            letters += letter(band.energy / (heard_ - frameBegin_));
             band.energy = 0;
         }
-        frameBegin = heard;
-        frameEnd += samplesPerFrame;
+        frameBegin_ = heard_;
+        frameEnd_ += samplesPerFrame_;
     }
     return letters;
 }

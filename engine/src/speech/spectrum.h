@@ -27,11 +27,11 @@ private:
         double energy = 0; ///< sum of squares of the frame so far
     };
 
-    double samplesPerFrame;
-    double frameEnd;
-    double heard = 0; ///< samples since the beginning
-    double frameBegin = 0;
-    std::array<Band, bands> filters;
+    double samplesPerFrame_;
+    double frameEnd_;
+    double heard_ = 0; ///< samples since the beginning
+    double frameBegin_ = 0;
+    std::array<Band, bands> filters_;
 };
 
 } // namespace kelo::engine

@@ -1,6 +1,6 @@
 #include "speech/synthesiser.h"
 
-#include "protocol/text.h"
+#include "log/log.h"
 #include "sound/audio_clock.h"
 #include "speech/resampler.h"
 #include "speech/spectrum.h"
@@ -61,30 +61,34 @@ int Synthesiser::Job::receive(short *wave, int count, espeak_EVENT *events)
 }
 
 Synthesiser::Synthesiser(std::function<void()> ready)
-    : notify(std::move(ready))
+    : notify_(std::move(ready))
 {
-    rate = espeak_Initialize(
+    rate_ = espeak_Initialize(
         AUDIO_OUTPUT_SYNCHRONOUS, chunkMilliseconds, nullptr, espeakINITIALIZE_DONT_EXIT);
-    if (!works())
+    if (!works()) {
+        log(LogLevel::Error, "speech", "eSpeak NG does not start: its data is missing");
         return;
+    }
     useVoice(0);
     espeak_SetSynthCallback(&Job::receive);
-    thread = std::jthread([this](const std::stop_token &stop) { run(stop); });
-    stopping = thread.get_stop_token();
+    thread_ = std::jthread([this](const std::stop_token &stop) { run(stop); });
+    stopping_ = thread_.get_stop_token();
 }
 
 void Synthesiser::useVoice(std::size_t index)
 {
     const Voice &voice = voices[index];
-    if (espeak_SetVoiceByName(voice.espeak) != EE_OK)
+    if (espeak_SetVoiceByName(voice.espeak) != EE_OK) {
+        log(LogLevel::Warning, "speech", std::string("eSpeak NG has no voice ") + voice.espeak);
         espeak_SetVoiceByName("en");
+    }
     espeak_SetParameter(espeakRATE, voice.speed, 0);
 }
 
 void Synthesiser::setVoice(std::size_t index)
 {
-    const std::lock_guard lock(mutex);
-    wantedVoice = index % voices.size();
+    const std::lock_guard lock(mutex_);
+    wantedVoice_ = index % voices.size();
 }
 
 Synthesiser::~Synthesiser()
@@ -92,31 +96,31 @@ Synthesiser::~Synthesiser()
     if (!works())
         return;
     cancel();
-    thread.request_stop();
-    thread.join();
+    thread_.request_stop();
+    thread_.join();
     espeak_Terminate();
 }
 
 void Synthesiser::begin(std::uint32_t utterance, std::string text)
 {
     {
-        const std::lock_guard lock(mutex);
-        current = utterance;
-        waiting = std::move(text);
-        chunks.clear();
+        const std::lock_guard lock(mutex_);
+        current_ = utterance;
+        waiting_ = std::move(text);
+        chunks_.clear();
     }
-    changed.notify_all();
+    changed_.notify_all();
 }
 
 std::vector<SpeechChunk> Synthesiser::take()
 {
     std::vector<SpeechChunk> taken;
     {
-        const std::lock_guard lock(mutex);
-        std::move(chunks.begin(), chunks.end(), std::back_inserter(taken));
-        chunks.clear();
+        const std::lock_guard lock(mutex_);
+        std::move(chunks_.begin(), chunks_.end(), std::back_inserter(taken));
+        chunks_.clear();
     }
-    changed.notify_all();
+    changed_.notify_all();
     return taken;
 }
 
@@ -124,12 +128,12 @@ void Synthesiser::run(const std::stop_token &stop)
 {
     std::size_t voice = 0;
     for (;;) {
-        std::unique_lock lock(mutex);
-        if (!changed.wait(lock, stop, [this] { return !waiting.empty(); }))
+        std::unique_lock lock(mutex_);
+        if (!changed_.wait(lock, stop, [this] { return !waiting_.empty(); }))
             return;
-        const std::string text = std::exchange(waiting, {});
-        const std::uint32_t utterance = current;
-        const std::size_t wanted = wantedVoice;
+        const std::string text = std::exchange(waiting_, {});
+        const std::uint32_t utterance = current_;
+        const std::size_t wanted = wantedVoice_;
         lock.unlock();
         if (wanted != voice)
             useVoice(voice = wanted);
@@ -139,11 +143,12 @@ void Synthesiser::run(const std::stop_token &stop)
 
 void Synthesiser::speak(const std::string &text, std::uint32_t utterance)
 {
-    Job job{*this, utterance, WordMarks(text), Resampler(rate, sampleRate), Spectrum(rate)};
+    Job job{*this, utterance, WordMarks(text), Resampler(rate_, sampleRate), Spectrum(rate_)};
     espeak_Synth(
         text.c_str(), text.size() + 1, 0, POS_CHARACTER, 0, espeakCHARS_UTF8, nullptr, &job);
     SpeechChunk end;
     end.utterance = utterance;
+    end.samples = job.resampler.finish();
     end.last = true;
     static_cast<void>(deliver(std::move(end)));
 }
@@ -151,14 +156,14 @@ void Synthesiser::speak(const std::string &text, std::uint32_t utterance)
 bool Synthesiser::deliver(SpeechChunk chunk)
 {
     {
-        std::unique_lock lock(mutex);
-        changed.wait(lock, stopping,
-            [&] { return chunks.size() < chunksAhead || current != chunk.utterance; });
-        if (current != chunk.utterance || stopping.stop_requested())
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, stopping_,
+            [&] { return chunks_.size() < chunksAhead || current_ != chunk.utterance; });
+        if (current_ != chunk.utterance || stopping_.stop_requested())
             return false;
-        chunks.push_back(std::move(chunk));
+        chunks_.push_back(std::move(chunk));
     }
-    notify();
+    notify_();
     return true;
 }
 

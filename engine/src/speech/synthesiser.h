@@ -31,7 +31,7 @@ public:
     Synthesiser(const Synthesiser &) = delete;
     Synthesiser &operator=(const Synthesiser &) = delete;
 
-    [[nodiscard]] bool works() const { return rate > 0; }
+    [[nodiscard]] bool works() const { return rate_ > 0; }
 
     /// Speaks with one of `voices` from the next text on.
     void setVoice(std::size_t index);
@@ -51,17 +51,17 @@ private:
     void useVoice(std::size_t index);
     [[nodiscard]] bool deliver(SpeechChunk chunk);
 
-    std::function<void()> notify;
-    double rate = 0; ///< samples a second as spoken
+    std::function<void()> notify_;
+    double rate_ = 0; ///< samples a second as spoken
 
-    std::mutex mutex;
-    std::condition_variable_any changed;
-    std::uint32_t current = 0;
-    std::string waiting; ///< the text to begin, if any
-    std::size_t wantedVoice = 0;
-    std::deque<SpeechChunk> chunks;
-    std::stop_token stopping;
-    std::jthread thread;
+    std::mutex mutex_;
+    std::condition_variable_any changed_;
+    std::uint32_t current_ = 0;
+    std::string waiting_; ///< the text to begin, if any
+    std::size_t wantedVoice_ = 0;
+    std::deque<SpeechChunk> chunks_;
+    std::stop_token stopping_;
+    std::jthread thread_;
 };
 
 } // namespace kelo::engine

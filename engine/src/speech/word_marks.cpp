@@ -17,30 +17,30 @@ bool punctuation(char c)
 } // namespace
 
 WordMarks::WordMarks(std::string_view text)
-    : offsets(utf16Offsets(text))
+    : offsets_(utf16Offsets(text))
 {
     for (const char c : text) {
         const auto byte = static_cast<unsigned char>(c);
         if ((byte & 0xc0) != 0x80)
-            letters += byte < 0x80 ? c : 'x';
+            letters_ += byte < 0x80 ? c : 'x';
     }
 }
 
 std::optional<WordMark> WordMarks::begin(int character, double at)
 {
-    const int count = static_cast<int>(letters.size());
-    const auto letter = [this](int i) { return letters[static_cast<std::size_t>(i)]; };
+    const int count = static_cast<int>(letters_.size());
+    const auto letter = [this](int i) { return letters_[static_cast<std::size_t>(i)]; };
     int from = std::max(character, 0);
     while (from < count && letter(from) == ' ')
         ++from;
-    if (from < told || from >= count)
+    if (from < told_ || from >= count)
         return {};
-    while (from > told && letter(from - 1) != ' ')
+    while (from > told_ && letter(from - 1) != ' ')
         --from;
     int end = from;
     while (end < count && letter(end) != ' ')
         ++end;
-    told = end;
+    told_ = end;
     int first = from;
     int last = end;
     while (first < last && punctuation(letter(first)))
@@ -51,8 +51,8 @@ std::optional<WordMark> WordMarks::begin(int character, double at)
         first = from;
         last = end;
     }
-    const int start = offsets[static_cast<std::size_t>(first)];
-    return WordMark{start, offsets[static_cast<std::size_t>(last)] - start, at};
+    const int start = offsets_[static_cast<std::size_t>(first)];
+    return WordMark{start, offsets_[static_cast<std::size_t>(last)] - start, at};
 }
 
 } // namespace kelo::engine

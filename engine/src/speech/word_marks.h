@@ -28,9 +28,9 @@ public:
     [[nodiscard]] std::optional<WordMark> begin(int character, double at);
 
 private:
-    std::string letters; ///< one byte a character: itself, or "x" for what is beyond ASCII
-    std::vector<int> offsets;
-    int told = 0; ///< characters up to the end of the last word
+    std::string letters_; ///< one byte a character: itself, or "x" for what is beyond ASCII
+    std::vector<int> offsets_;
+    int told_ = 0; ///< characters up to the end of the last word
 };
 
 } // namespace kelo::engine

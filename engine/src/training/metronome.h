@@ -1,7 +1,7 @@
 #pragma once
 
 #include "protocol/wire.h"
-#include "sound/mixer.h"
+#include "sound/instrument.h"
 
 #include <optional>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sound/synth.h"
+#include "midi/channel_message.h"
 
 #include <cstdint>
 #include <span>
@@ -15,9 +15,9 @@ public:
     [[nodiscard]] std::vector<ChannelMessage> feed(std::span<const std::uint8_t> bytes);
 
 private:
-    std::uint8_t status = 0; ///< 0: bytes that belong to nothing are passed over
-    std::uint8_t first = 0;
-    bool half = false; ///< the first of two data bytes is there
+    std::uint8_t status_ = 0; ///< 0: bytes that belong to nothing are passed over
+    std::uint8_t first_ = 0;
+    bool half_ = false; ///< the first of two data bytes is there
 };
 
 } // namespace kelo::engine

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sound/section.h"
+#include "sound/instrument.h"
 
 #include <deque>
 #include <functional>
@@ -10,19 +10,19 @@ namespace kelo::engine {
 
 /// An instrument that is also played on the piano itself, when that is wanted, each message
 /// when it sounds. Seconds of the monotonic clock.
-class Through : public Instrument {
+class MidiThru : public Instrument {
 public:
     using Send = std::function<void(ChannelMessage message)>;
 
-    Through(Instrument &speakers, const AudioClock &clock, Send toPiano)
-        : instrument(speakers)
-        , audioClock(clock)
-        , send(std::move(toPiano))
+    MidiThru(Instrument &speakers, const AudioClock &clock, Send toPiano)
+        : instrument_(speakers)
+        , audioClock_(clock)
+        , send_(std::move(toPiano))
     {
     }
 
     void setOn(bool value);
-    [[nodiscard]] bool on() const { return active; }
+    [[nodiscard]] bool on() const { return active_; }
 
     bool play(Frame frame, ChannelMessage message) override;
     void silence() override;
@@ -39,11 +39,11 @@ private:
 
     static constexpr std::size_t mostWaiting = 4096;
 
-    Instrument &instrument;
-    const AudioClock &audioClock;
-    Send send;
-    bool active = false;
-    std::deque<Waiting> waiting; ///< soonest first
+    Instrument &instrument_;
+    const AudioClock &audioClock_;
+    Send send_;
+    bool active_ = false;
+    std::deque<Waiting> waiting_; ///< soonest first
 };
 
 } // namespace kelo::engine

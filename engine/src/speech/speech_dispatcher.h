@@ -13,7 +13,7 @@ namespace kelo::engine {
 /// The desktop's speech service, for those who want one voice everywhere. It is asked to speak and
 /// tells how far it has come; the sound itself never comes by here, nor does its spectrum.
 /// Waiting for the service happens on a thread of its own.
-class Dispatcher {
+class SpeechDispatcher {
 public:
     struct Report {
         enum class Event { Begun, Word, Over, Failed };
@@ -25,13 +25,13 @@ public:
 
     /// `ready` is called on other threads whenever there is something to `take`.
     /// There may be one of them at a time.
-    Dispatcher(bool wanted, std::function<void()> ready);
-    ~Dispatcher();
-    Dispatcher(const Dispatcher &) = delete;
-    Dispatcher &operator=(const Dispatcher &) = delete;
+    SpeechDispatcher(bool wanted, std::function<void()> ready);
+    ~SpeechDispatcher();
+    SpeechDispatcher(const SpeechDispatcher &) = delete;
+    SpeechDispatcher &operator=(const SpeechDispatcher &) = delete;
 
     /// False where it was not wanted, cannot be had or has failed.
-    [[nodiscard]] bool works() const { return usable; }
+    [[nodiscard]] bool works() const { return usable_; }
 
     /// Says `text` (one line of valid UTF-8) in place of what is being said.
     void say(std::string text);
@@ -45,7 +45,7 @@ public:
 private:
     struct Callbacks;
     /// What the service told of a text, by its own number.
-    struct Letter {
+    struct Notification {
         int message = 0;
         Report report;
     };
@@ -53,16 +53,16 @@ private:
     void run(const std::stop_token &stop);
     void post(int message, const Report &report);
 
-    std::function<void()> notify;
-    bool usable = false;
+    std::function<void()> notify_;
+    bool usable_ = false;
 
-    std::mutex mutex;
-    std::condition_variable_any changed;
-    std::optional<std::string> wanted; ///< to be said next; empty to be silent
-    float loudness = 1;
-    int spoken = 0; ///< the service's number of the last text
-    std::vector<Letter> letters;
-    std::jthread thread;
+    std::mutex mutex_;
+    std::condition_variable_any changed_;
+    std::optional<std::string> wanted_; ///< to be said next; empty to be silent
+    float loudness_ = 1;
+    int spoken_ = 0; ///< the service's number of the last text
+    std::vector<Notification> notifications_;
+    std::jthread thread_;
 };
 
 /// `text` as the service takes it: every word, as a reader sees it, behind a mark that names where

@@ -1,4 +1,6 @@
-#include "speech/dispatcher.h"
+#include "speech/speech_dispatcher.h"
+
+#include "log/log.h"
 
 #include <libspeechd.h>
 
@@ -14,10 +16,10 @@ namespace kelo::engine {
 
 namespace {
 
-using Event = Dispatcher::Report::Event;
+using Event = SpeechDispatcher::Report::Event;
 
 /// Whom the service's library calls back: it passes nothing on that would tell.
-std::atomic<Dispatcher *> listener = nullptr;
+std::atomic<SpeechDispatcher *> listener = nullptr;
 
 struct Closing {
     void operator()(SPDConnection *connection) const { spd_close(connection); }
@@ -26,7 +28,7 @@ using Connection = std::unique_ptr<SPDConnection, Closing>;
 
 } // namespace
 
-struct Dispatcher::Callbacks {
+struct SpeechDispatcher::Callbacks {
     static void begun(std::size_t message, std::size_t, SPDNotificationType)
     {
         tell(message, {Event::Begun});
@@ -43,7 +45,7 @@ struct Dispatcher::Callbacks {
     }
     static void tell(std::size_t message, const Report &report)
     {
-        if (Dispatcher *dispatcher = listener)
+        if (SpeechDispatcher *dispatcher = listener)
             dispatcher->post(static_cast<int>(message), report);
     }
     static Connection connect()
@@ -54,7 +56,9 @@ struct Dispatcher::Callbacks {
         Connection connection(
             spd_open2("kelo", nullptr, nullptr, SPD_MODE_THREADED, nullptr, mayStart, &reason));
         if (!connection) {
-            std::fprintf(stderr, "no speech service: %s\n", reason ? reason : "unknown");
+            log(LogLevel::Warning, "speech",
+                std::string("the system's speech service does not answer: ")
+                    + (reason ? reason : "unknown"));
             std::free(reason);
             return nullptr;
         }
@@ -70,78 +74,78 @@ struct Dispatcher::Callbacks {
     }
 };
 
-Dispatcher::Dispatcher(bool isWanted, std::function<void()> ready)
-    : notify(std::move(ready))
-    , usable(isWanted)
+SpeechDispatcher::SpeechDispatcher(bool isWanted, std::function<void()> ready)
+    : notify_(std::move(ready))
+    , usable_(isWanted)
 {
-    if (!usable)
+    if (!usable_)
         return;
     listener = this;
-    thread = std::jthread([this](const std::stop_token &stop) { run(stop); });
+    thread_ = std::jthread([this](const std::stop_token &stop) { run(stop); });
 }
 
-Dispatcher::~Dispatcher()
+SpeechDispatcher::~SpeechDispatcher()
 {
-    if (!thread.joinable())
+    if (!thread_.joinable())
         return;
-    thread.request_stop();
-    thread.join();
+    thread_.request_stop();
+    thread_.join();
     listener = nullptr;
 }
 
-void Dispatcher::say(std::string text)
+void SpeechDispatcher::say(std::string text)
 {
     {
-        const std::lock_guard lock(mutex);
-        wanted = std::move(text);
-        spoken = 0;
+        const std::lock_guard lock(mutex_);
+        wanted_ = std::move(text);
+        spoken_ = 0;
     }
-    changed.notify_all();
+    changed_.notify_all();
 }
 
-void Dispatcher::setLoudness(float value)
+void SpeechDispatcher::setLoudness(float value)
 {
-    const std::lock_guard lock(mutex);
-    loudness = value;
+    const std::lock_guard lock(mutex_);
+    loudness_ = value;
 }
 
-void Dispatcher::post(int message, const Report &report)
+void SpeechDispatcher::post(int message, const Report &report)
 {
     {
-        const std::lock_guard lock(mutex);
-        letters.push_back({message, report});
+        const std::lock_guard lock(mutex_);
+        notifications_.push_back({message, report});
     }
-    notify();
+    notify_();
 }
 
-std::vector<Dispatcher::Report> Dispatcher::take()
+std::vector<SpeechDispatcher::Report> SpeechDispatcher::take()
 {
     std::vector<Report> reports;
-    const std::lock_guard lock(mutex);
+    const std::lock_guard lock(mutex_);
     // A text may begin before the service has told its number; what is older is of no interest.
-    std::erase_if(letters, [&](const Letter &letter) {
-        const bool ours = letter.message == spoken;
+    std::erase_if(notifications_, [&](const Notification &notification) {
+        const bool ours = notification.message == spoken_;
         if (ours)
-            reports.push_back(letter.report);
-        return ours || letter.message < spoken;
+            reports.push_back(notification.report);
+        return ours || notification.message < spoken_;
     });
     if (!reports.empty() && reports.back().event == Event::Failed)
-        usable = false;
+        usable_ = false;
     return reports;
 }
 
-void Dispatcher::run(const std::stop_token &stop)
+void SpeechDispatcher::run(const std::stop_token &stop)
 {
     const Connection connection = Callbacks::connect();
     bool speaks = connection != nullptr;
     int set = 100; // the service's own is its loudest
     while (speaks) {
-        std::unique_lock lock(mutex);
-        if (!changed.wait(lock, stop, [this] { return wanted.has_value(); }))
+        std::unique_lock lock(mutex_);
+        if (!changed_.wait(lock, stop, [this] { return wanted_.has_value(); }))
             return;
-        const std::string text = *std::exchange(wanted, {});
+        const std::string text = *std::exchange(wanted_, {});
         const int volume =
-            std::clamp(static_cast<int>(std::lround(loudness * 200)) - 100, -100, 100);
+            std::clamp(static_cast<int>(std::lround(loudness_ * 200)) - 100, -100, 100);
         lock.unlock();
         spd_stop(connection.get());
         if (text.empty())
@@ -151,14 +155,14 @@ void Dispatcher::run(const std::stop_token &stop)
         const int message = spd_say(connection.get(), SPD_TEXT, markedUp(text).c_str());
         speaks = message > 0;
         lock.lock();
-        if (speaks && !wanted)
-            spoken = message;
+        if (speaks && !wanted_)
+            spoken_ = message;
         lock.unlock();
-        notify(); // of what it told before its number
+        notify_(); // of what it told before its number
     }
     {
-        const std::lock_guard lock(mutex);
-        spoken = 0;
+        const std::lock_guard lock(mutex_);
+        spoken_ = 0;
     }
     post(0, {Event::Failed});
 }

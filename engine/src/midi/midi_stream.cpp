@@ -1,4 +1,4 @@
-#include "piano/midi_stream.h"
+#include "midi/midi_stream.h"
 
 namespace kelo::engine {
 
@@ -9,21 +9,21 @@ std::vector<ChannelMessage> MidiStream::feed(std::span<const std::uint8_t> bytes
         if (byte >= 0xf8)
             continue;
         if (byte >= 0x80) {
-            status = byte < 0xf0 ? byte : 0;
-            half = false;
+            status_ = byte < 0xf0 ? byte : 0;
+            half_ = false;
             continue;
         }
-        if (status == 0)
+        if (status_ == 0)
             continue;
-        const int kind = status & 0xf0;
+        const int kind = status_ & 0xf0;
         if (kind == 0xc0 || kind == 0xd0) {
-            messages.push_back({status, byte, 0});
-        } else if (half) {
-            messages.push_back({status, first, byte});
-            half = false;
+            messages.push_back({status_, byte, 0});
+        } else if (half_) {
+            messages.push_back({status_, first_, byte});
+            half_ = false;
         } else {
-            first = byte;
-            half = true;
+            first_ = byte;
+            half_ = true;
         }
     }
     return messages;

@@ -1,4 +1,6 @@
-#include "piano/source.h"
+#include "piano/sequencer_source.h"
+
+#include "log/log.h"
 #include "protocol/text.h"
 #include "sound/spsc_ring.h"
 
@@ -6,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 namespace kelo::engine {
 
@@ -35,18 +38,22 @@ std::string spokenName(const std::string &port)
 
 } // namespace
 
-struct Piano::Sequencer::Ports {
+struct SequencerSource::Ports {
     explicit Ports(std::function<void()> ready)
         : notify(std::move(ready))
         , in(api, clientName)
         , out(api, clientName)
     {
-        in.setErrorCallback(&ignore);
-        out.setErrorCallback(&ignore);
+        in.setErrorCallback(&report);
+        out.setErrorCallback(&report);
         in.setCallback(&receive, this);
     }
 
-    static void ignore(RtMidiError::Type, const std::string &, void *) { }
+    static void report(RtMidiError::Type type, const std::string &text, void *)
+    {
+        const bool harmless = type == RtMidiError::WARNING || type == RtMidiError::DEBUG_WARNING;
+        log(harmless ? LogLevel::Info : LogLevel::Warning, "piano", text);
+    }
 
     static void receive(double, std::vector<unsigned char> *bytes, void *self)
     {
@@ -58,7 +65,8 @@ struct Piano::Sequencer::Ports {
             message.first = (*bytes)[1];
         if (bytes->size() > 2)
             message.second = (*bytes)[2];
-        static_cast<void>(ports.played.push(message));
+        if (!ports.played.push(message))
+            log(LogLevel::Warning, "piano", "a message is lost: too many are waiting");
         ports.notify();
     }
 
@@ -69,83 +77,84 @@ struct Piano::Sequencer::Ports {
     std::string port; ///< the full name of the port that is open
 };
 
-Piano::Sequencer::Sequencer(std::function<void()> ready)
+SequencerSource::SequencerSource(std::function<void()> ready)
 {
     try {
-        ports = std::make_unique<Ports>(std::move(ready));
-    } catch (const RtMidiError &) {
-        refused = true;
+        ports_ = std::make_unique<Ports>(std::move(ready));
+    } catch (const RtMidiError &error) {
+        refused_ = true;
+        log(LogLevel::Warning, "piano", error.getMessage());
     }
 }
 
-Piano::Sequencer::~Sequencer() = default;
+SequencerSource::~SequencerSource() = default;
 
-std::string_view Piano::Sequencer::trouble() const
+std::string_view SequencerSource::trouble() const
 {
-    return refused ? "I can't reach the MIDI system, so I won't hear your piano." : "";
+    return refused_ ? "I can't reach the MIDI system, so I won't hear your piano." : "";
 }
 
-bool Piano::Sequencer::look()
+bool SequencerSource::look()
 {
-    if (!ports)
+    if (!ports_)
         return false;
     std::optional<unsigned> first;
     bool there = false;
-    const unsigned count = ports->in.getPortCount();
+    const unsigned count = ports_->in.getPortCount();
     for (unsigned i = 0; i < count; ++i) {
-        const std::string port = ports->in.getPortName(i);
-        there = there || (!ports->port.empty() && port == ports->port);
+        const std::string port = ports_->in.getPortName(i);
+        there = there || (!ports_->port.empty() && port == ports_->port);
         if (!first && isKeyboard(port))
             first = i;
     }
-    if (there || (ports->port.empty() && !first))
+    if (there || (ports_->port.empty() && !first))
         return false;
-    ports->in.closePort();
-    ports->out.closePort();
-    ports->port.clear();
-    name.clear();
+    ports_->in.closePort();
+    ports_->out.closePort();
+    ports_->port.clear();
+    setName({});
     if (first)
         connect(*first);
     return true;
 }
 
-void Piano::Sequencer::connect(unsigned number)
+void SequencerSource::connect(unsigned number)
 {
-    const std::string port = ports->in.getPortName(number);
-    ports->in.openPort(number, "Piano in");
-    if (!ports->in.isPortOpen())
+    const std::string port = ports_->in.getPortName(number);
+    ports_->in.openPort(number, "Piano in");
+    if (!ports_->in.isPortOpen())
         return;
-    ports->port = port;
-    name = spokenName(port);
-    const unsigned count = ports->out.getPortCount();
+    ports_->port = port;
+    setName(spokenName(port));
+    const unsigned count = ports_->out.getPortCount();
     for (unsigned i = 0; i < count; ++i) {
-        if (ports->out.getPortName(i) == port) {
-            ports->out.openPort(i, "Piano out");
+        if (ports_->out.getPortName(i) == port) {
+            ports_->out.openPort(i, "Piano out");
             return;
         }
     }
 }
 
-std::vector<ChannelMessage> Piano::Sequencer::take()
+std::vector<ChannelMessage> SequencerSource::take()
 {
     std::vector<ChannelMessage> messages;
-    while (ports) {
-        const ChannelMessage *message = ports->played.front();
+    while (ports_) {
+        const ChannelMessage *message = ports_->played.front();
         if (!message)
             break;
         messages.push_back(*message);
-        ports->played.pop();
+        ports_->played.pop();
     }
     return messages;
 }
 
-void Piano::Sequencer::send(ChannelMessage message)
+void SequencerSource::send(ChannelMessage message)
 {
-    if (!ports || !ports->out.isPortOpen())
+    if (!ports_ || !ports_->out.isPortOpen())
         return;
     const std::array<unsigned char, 3> bytes{message.status, message.first, message.second};
     const bool two = message.kind() == 0xc0 || message.kind() == 0xd0;
-    ports->out.sendMessage(bytes.data(), two ? 2 : 3);
+    ports_->out.sendMessage(bytes.data(), two ? 2 : 3);
 }
 
 } // namespace kelo::engine

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sound/audio_clock.h"
+#include "sound/instrument.h"
 #include "sound/spsc_ring.h"
 #include "sound/synth.h"
 
@@ -11,25 +11,12 @@
 
 namespace kelo::engine {
 
-/// What plays music asks of the sound below it.
-class Instrument {
-public:
-    virtual ~Instrument() = default;
-
-    /// Plays `message` when `frame` sounds, or at once if that is past. False when too much is
-    /// waiting already: try again soon.
-    virtual bool play(Frame frame, ChannelMessage message) = 0;
-
-    /// Forgets what is waiting and lets go of every key.
-    virtual void silence() = 0;
-};
-
 /// Sixteen channels of the synthesiser and what waits to be played on them. `play` and `silence`
 /// are one thread's; everything else is the audio thread's and neither locks, allocates nor
 /// waits.
-class Section : public Instrument {
+class EventQueue : public Instrument {
 public:
-    explicit Section(SynthPart part);
+    explicit EventQueue(SynthPart part);
 
     bool play(Frame frame, ChannelMessage message) override;
     void silence() override;
@@ -59,14 +46,14 @@ private:
 
     static constexpr std::size_t notesWaiting = 4096;
 
-    SynthPart part;
-    SpscRing<Note, notesWaiting> notes;
-    std::atomic<std::uint32_t> epoch = 0;
-    std::uint64_t noteOrder = 0;
+    SynthPart part_;
+    SpscRing<Note, notesWaiting> notes_;
+    std::atomic<std::uint32_t> epoch_ = 0;
+    std::uint64_t noteOrder_ = 0;
 
     // The audio thread's own.
-    std::uint32_t heardEpoch = 0;
-    std::vector<Note> pending; ///< a heap, soonest first
+    std::uint32_t heardEpoch_ = 0;
+    std::vector<Note> pending_; ///< a heap, soonest first
 };
 
 } // namespace kelo::engine

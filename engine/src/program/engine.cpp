@@ -1,0 +1,93 @@
+#include "program/engine.h"
+
+#include <algorithm>
+#include <ctime>
+#include <string>
+#include <utility>
+
+namespace kelo::engine {
+
+namespace {
+
+Moment currentMoment()
+{
+    const std::time_t wall = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&wall, &local);
+    return {monotonicNow(), {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday}, local.tm_hour,
+        local.tm_min};
+}
+
+std::string troubleWith(const Output &output, const Synth &synth, const Piano &piano)
+{
+    std::string trouble;
+    if (!output.audible())
+        trouble += "I found no way to make sound, so I keep time in silence. ";
+    if (!synth.sounds())
+        trouble += "I found no soundfont, so you won't hear music. The package timgm6mb-soundfont "
+                   "has one. ";
+    return trouble.append(piano.trouble());
+}
+
+std::optional<double> earlier(std::optional<double> a, std::optional<double> b)
+{
+    return a && b ? std::min(a, b) : a ? a : b;
+}
+
+} // namespace
+
+Engine::Engine(Wire &lines, std::function<void()> news, bool showsItself)
+    : wire_(lines)
+    , output_(mixer_, clock_, setting("KELO_SOUND"), news)
+    , dispatcher_(setting("KELO_SPEECH") == "speech-dispatcher", news)
+    , voice_(news)
+    , piano_(std::move(news), setting("KELO_PIANO"))
+{
+    piano_.look(monotonicNow());
+    if (showsItself)
+        demo_.emplace(monotonicNow());
+    const Moment now = currentMoment();
+    audible_ = output_.audible();
+    assistant_.begin(demo_ ? "Demo piano" : piano_.name(), !demo_, now);
+    if (!demo_)
+        assistant_.greet(troubleWith(output_, synth_, piano_), now);
+}
+
+void Engine::advance(std::span<const Input> inputs)
+{
+    for (const ChannelMessage message : piano_.take())
+        assistant_.takePiano(message, currentMoment());
+    for (auto next = inputs.begin(); next != inputs.end() && !finished(); ++next)
+        assistant_.take(*next, currentMoment());
+    if (piano_.look(monotonicNow()) && !demo_)
+        assistant_.pianoChanged(piano_.name());
+    if (!std::exchange(audible_, output_.audible()) && audible_)
+        assistant_.soundCame(currentMoment());
+    if (demo_)
+        show();
+    assistant_.advance(currentMoment());
+}
+
+std::optional<double> Engine::deadline() const
+{
+    const auto own = demo_ ? demo_->deadline() : std::nullopt;
+    return earlier(earlier(assistant_.deadline(), own), piano_.deadline());
+}
+
+void Engine::setVoiceLoudness(float loudness)
+{
+    mixer_.setVoiceLoudness(loudness);
+    dispatcher_.setLoudness(loudness);
+}
+
+void Engine::show()
+{
+    while (const auto step = demo_->advance(assistant_.quiet(), monotonicNow())) {
+        if (const auto *message = std::get_if<ChannelMessage>(&*step))
+            assistant_.takePiano(*message, currentMoment());
+        else
+            assistant_.take(std::get<Command>(*step), currentMoment());
+    }
+}
+
+} // namespace kelo::engine

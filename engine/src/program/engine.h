@@ -1,0 +1,68 @@
+#pragma once
+
+#include "assistant/assistant.h"
+#include "assistant/demo.h"
+#include "piano/midi_thru.h"
+#include "piano/piano.h"
+#include "program/environment.h"
+#include "protocol/input.h"
+#include "protocol/wire.h"
+#include "songs/library.h"
+#include "sound/mixer.h"
+#include "sound/monotonic_time.h"
+#include "sound/output.h"
+#include "speech/speaker.h"
+#include "speech/synthesiser.h"
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <random>
+#include <span>
+
+namespace kelo::engine {
+
+/// The assistant and all that it works with.
+class Engine {
+public:
+    /// `news` is called on other threads when `advance` has something to do. `showsItself`: the
+    /// demonstration runs, in place of a piano.
+    Engine(Wire &lines, std::function<void()> news, bool showsItself);
+
+    /// Does what is due, and what the inputs ask for.
+    void advance(std::span<const Input> inputs);
+
+    [[nodiscard]] std::optional<double> deadline() const;
+    [[nodiscard]] bool finished() const { return assistant_.finished(); }
+    [[nodiscard]] int pianoFile() const { return piano_.file(); }
+
+private:
+    void setVoiceLoudness(float loudness);
+    void show();
+
+    Wire &wire_;
+    AudioClock clock_{monotonicNow()};
+    Synth synth_{soundfonts()};
+    Mixer mixer_{synth_, clock_};
+    Output output_;
+    SpeechDispatcher dispatcher_;
+    Synthesiser voice_;
+    Piano piano_;
+    MidiThru through_{
+        mixer_.music(), clock_, [this](ChannelMessage message) { piano_.send(message); }};
+    Speaker speaker_{wire_, dispatcher_, voice_, mixer_, clock_};
+    Player player_{wire_, through_, clock_};
+    Metronome metronome_{wire_, mixer_.rhythm(), clock_};
+    Band band_{wire_, mixer_.rhythm(), clock_};
+    const std::filesystem::path home_ = homeFolder();
+    const std::filesystem::path songs_ = songsFolder(setting("HOME"));
+    Library library_{songs_};
+    Assistant assistant_{
+        {wire_, speaker_, player_, metronome_, band_, through_, mixer_.keys(), library_,
+            [this](float loudness) { setVoiceLoudness(loudness); }, openWithDesktop},
+        {home_ / "profile.json", home_ / "commands.html", songs_}, std::random_device{}()};
+    std::optional<Demo> demo_;
+    bool audible_ = false;
+};
+
+} // namespace kelo::engine

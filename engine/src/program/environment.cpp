@@ -1,0 +1,41 @@
+#include "program/environment.h"
+
+#include <spawn.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+
+namespace kelo::engine {
+
+std::string setting(const char *name)
+{
+    const char *value = std::getenv(name);
+    return value ? value : "";
+}
+
+std::vector<std::string> soundfonts()
+{
+    if (std::getenv("KELO_SOUNDFONT"))
+        return {setting("KELO_SOUNDFONT")};
+    return {"/usr/share/sounds/sf2/default-GM.sf2", "/usr/share/sounds/sf2/FluidR3_GM.sf2",
+        "/usr/share/sounds/sf2/TimGM6mb.sf2", "/usr/share/sounds/sf3/default-GM.sf3"};
+}
+
+std::filesystem::path homeFolder()
+{
+    if (std::getenv("KELO_HOME"))
+        return setting("KELO_HOME");
+    return std::filesystem::path(setting("HOME")) / ".local" / "share" / "Kelo";
+}
+
+bool openWithDesktop(const std::filesystem::path &page)
+{
+    std::string program = "xdg-open";
+    std::string file = page.string();
+    const std::array<char *, 3> arguments{program.data(), file.data(), nullptr};
+    pid_t child = 0;
+    return posix_spawnp(&child, program.c_str(), nullptr, nullptr, arguments.data(), environ) == 0;
+}
+
+} // namespace kelo::engine

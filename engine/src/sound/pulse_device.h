@@ -1,0 +1,14 @@
+#pragma once
+
+#include "sound/device.h"
+
+#include <memory>
+
+namespace kelo::engine {
+
+/// By a server that speaks PulseAudio's protocol; empty where there is none, and where this was
+/// built without its library. The sound on its way starts short, for a key is to be heard at
+/// once, and grows for as long as the server runs dry.
+[[nodiscard]] std::unique_ptr<Device> openPulseDevice(Mixer &mixer, AudioClock &clock);
+
+} // namespace kelo::engine

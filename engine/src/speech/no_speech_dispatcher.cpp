@@ -1,0 +1,23 @@
+#include "speech/speech_dispatcher.h"
+
+#include <utility>
+
+namespace kelo::engine {
+
+SpeechDispatcher::SpeechDispatcher(bool, std::function<void()> ready)
+    : notify(std::move(ready))
+{
+}
+
+SpeechDispatcher::~SpeechDispatcher() = default;
+
+void SpeechDispatcher::say(std::string) { }
+
+void SpeechDispatcher::setLoudness(float) { }
+
+std::vector<SpeechDispatcher::Report> SpeechDispatcher::take()
+{
+    return {};
+}
+
+} // namespace kelo::engine
