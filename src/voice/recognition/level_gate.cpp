@@ -8,10 +8,8 @@ namespace kelo {
 
 namespace {
 
-constexpr std::size_t second = 16000; // samples
-
-constexpr std::size_t runIn = second / 2;
-constexpr std::size_t hangover = second; // an utterance ends after half a second of silence
+constexpr std::size_t runIn = 16000 / 2; // samples
+constexpr std::size_t hangover = 16000; // an utterance ends after half a second of silence
 
 /// About -54 dB of full scale: below what a voice across a room makes of a microphone, above a
 /// quiet room.

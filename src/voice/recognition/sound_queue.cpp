@@ -9,10 +9,8 @@ namespace kelo {
 
 namespace {
 
-constexpr std::size_t second = 16000; // samples
-
-constexpr std::size_t mayWait = 2 * second;
-constexpr std::size_t speechMayWait = 6 * second;
+constexpr std::size_t mayWait = 2 * 16000; // samples
+constexpr std::size_t speechMayWait = 6 * 16000;
 
 } // namespace
 
