@@ -3,7 +3,7 @@
 
 #include "link/link.h"
 #include "support/figures.h"
-#include "visual/rain_scene.h"
+#include "visual/notes/rain_scene.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -5,8 +5,8 @@
 #include "frame_meter.h"
 #include "link/link.h"
 #include "support/figures.h"
-#include "visual/frame_pacer.h"
-#include "visual/scene_item.h"
+#include "visual/motion/frame_pacer.h"
+#include "visual/motion/scene_item.h"
 #include "voice/voice_control.h"
 #include "welcome/welcome_questions.h"
 

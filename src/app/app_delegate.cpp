@@ -11,7 +11,7 @@
 #include "app/window_frame.h"
 #include "app/window_sight.h"
 #include "link/link.h"
-#include "visual/frame_pacer.h"
+#include "visual/motion/frame_pacer.h"
 #include "voice/voice_control.h"
 
 #include <QCoreApplication>

@@ -6,7 +6,7 @@
 #include "hud/theme.h"
 #include "link/link.h"
 #include "link/manual_time.h"
-#include "visual/scene_item.h"
+#include "visual/motion/scene_item.h"
 #include "voice/voice_control.h"
 #include "welcome/welcome_questions.h"
 

@@ -1,7 +1,7 @@
 #include "hud/theme.h"
 
-#include "visual/mono.h"
-#include "visual/palette.h"
+#include "visual/sprites/palette.h"
+#include "visual/sprites/text.h"
 
 #include <QQmlEngine>
 #include <QSettings>

@@ -3,9 +3,9 @@
 #include "hud/theme.h"
 #include "support/link_fixture.h"
 #include "support/table.h"
-#include "visual/caption_scene.h"
-#include "visual/palette.h"
-#include "visual/scene_item.h"
+#include "visual/caption/caption_scene.h"
+#include "visual/sprites/palette.h"
+#include "visual/motion/scene_item.h"
 #include "voice/voice_control.h"
 #include "welcome/welcome_questions.h"
 
@@ -185,7 +185,7 @@ private:
         QList<QColor> colours;
         if (item->inherits("QQuickText") || item->inherits("QQuickTextInput")) {
             colours += item->property("color").value<QColor>();
-        } else if (item->inherits("kelo::CaptionDrawing")) {
+        } else if (item->inherits("kelo::CaptionItem")) {
             for (const double past : {-20.0, 20.0})
                 colours += captionColour(past, Hud::shared().contrast()).toQColor();
         }

@@ -1,6 +1,6 @@
 #include "support/link_fixture.h"
 #include "support/table.h"
-#include "visual/core_scene.h"
+#include "visual/ring/core_scene.h"
 
 #include <QTest>
 

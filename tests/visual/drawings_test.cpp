@@ -1,12 +1,12 @@
 #include "item_window.h"
 #include "support/table.h"
-#include "visual/caption_drawing.h"
-#include "visual/core_drawing.h"
-#include "visual/flash_frame.h"
-#include "visual/keys_drawing.h"
-#include "visual/palette.h"
-#include "visual/rain_drawing.h"
-#include "visual/ring_node.h"
+#include "visual/caption/caption_item.h"
+#include "visual/flash/flash_frame.h"
+#include "visual/keys/keys_item.h"
+#include "visual/notes/rain_item.h"
+#include "visual/ring/core_item.h"
+#include "visual/ring/ring_node.h"
+#include "visual/sprites/palette.h"
 
 #include <QFontMetricsF>
 #include <QGuiApplication>
@@ -147,7 +147,7 @@ private Q_SLOTS:
             stand.item->refresh();
         }
         const QImage image = stand.picture();
-        auto *caption = qobject_cast<CaptionDrawing *>(stand.item);
+        auto *caption = qobject_cast<CaptionItem *>(stand.item);
         const double advance = QFontMetricsF(caption->font()).horizontalAdvance(QChar(0x2588));
         const double left = (900 - advance * 24) / 2;
         // A second into a word of a second the cursor is all but at 10.
@@ -184,7 +184,7 @@ private Q_SLOTS:
         QCOMPARE((*edit)->property("text").toString(),
             u"We take it hand by hand, two bars at a time."_s);
 
-        auto *caption = qobject_cast<CaptionDrawing *>(stand.item);
+        auto *caption = qobject_cast<CaptionItem *>(stand.item);
         const CaptionRaster raster = rasterise(caption->text(), caption->font(), width, 1);
         const double top = (160 - raster.size.height()) / 2;
         for (const auto &[unit, place] : raster.cells) {

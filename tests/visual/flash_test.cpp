@@ -1,5 +1,5 @@
 #include "support/table.h"
-#include "visual/flash.h"
+#include "visual/flash/flash.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "support/link_fixture.h"
-#include "visual/scene_item.h"
+#include "visual/motion/scene_item.h"
 
 #include <QImage>
 #include <QQuickView>

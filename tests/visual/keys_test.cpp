@@ -1,8 +1,8 @@
 #include "support/link_fixture.h"
 #include "support/table.h"
-#include "visual/keyboard.h"
-#include "visual/keys_strip.h"
-#include "visual/palette.h"
+#include "visual/keys/keyboard.h"
+#include "visual/keys/keys_strip.h"
+#include "visual/sprites/palette.h"
 
 #include <QTest>
 

@@ -1,5 +1,5 @@
 #include "support/table.h"
-#include "visual/motion_time.h"
+#include "visual/motion/motion_time.h"
 
 #include <QTest>
 

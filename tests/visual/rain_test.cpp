@@ -1,8 +1,8 @@
 #include "support/link_fixture.h"
 #include "support/table.h"
-#include "visual/frame_clock.h"
-#include "visual/palette.h"
-#include "visual/rain_scene.h"
+#include "visual/motion/frame_clock.h"
+#include "visual/notes/rain_scene.h"
+#include "visual/sprites/palette.h"
 
 #include <QTest>
 

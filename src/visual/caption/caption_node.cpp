@@ -1,0 +1,159 @@
+#include "visual/caption/caption_node.h"
+
+#include <QSGMaterial>
+#include <QSGMaterialShader>
+#include <QSGTexture>
+
+#include <array>
+#include <cmath>
+#include <cstring>
+
+using namespace Qt::StringLiterals;
+
+namespace kelo {
+
+namespace {
+
+struct Vertex {
+    float x, y;
+    float u, v;
+    std::array<quint8, 4> light;
+};
+
+const QSGGeometry::AttributeSet &attributes()
+{
+    using A = QSGGeometry::Attribute;
+    static const std::array<A, 3> list{
+        A::createWithAttributeType(0, 2, QSGGeometry::FloatType, QSGGeometry::PositionAttribute),
+        A::createWithAttributeType(1, 2, QSGGeometry::FloatType, QSGGeometry::TexCoordAttribute),
+        A::createWithAttributeType(
+            2, 4, QSGGeometry::UnsignedByteType, QSGGeometry::ColorAttribute)};
+    static const QSGGeometry::AttributeSet set{
+        static_cast<int>(list.size()), sizeof(Vertex), list.data()};
+    return set;
+}
+
+class CaptionMaterial final : public QSGMaterial {
+public:
+    CaptionMaterial() { setFlag(QSGMaterial::Blending | QSGMaterial::NoBatching); }
+
+    QSGMaterialType *type() const override
+    {
+        static QSGMaterialType type;
+        return &type;
+    }
+    QSGMaterialShader *createShader(QSGRendererInterface::RenderMode) const override;
+    int compare(const QSGMaterial *other) const override { return other == this ? 0 : 1; }
+
+    QSGTexture *texture = nullptr;
+    Colour glow;
+};
+
+class CaptionShader final : public QSGMaterialShader {
+public:
+    CaptionShader()
+    {
+        setShaderFileName(VertexStage, u":/kelo/shaders/caption.vert.qsb"_s);
+        setShaderFileName(FragmentStage, u":/kelo/shaders/caption.frag.qsb"_s);
+    }
+
+    bool updateUniformData(RenderState &state, QSGMaterial *material, QSGMaterial *) override
+    {
+        char *data = state.uniformData()->data();
+        if (state.isMatrixDirty())
+            std::memcpy(data, state.combinedMatrix().constData(), 64);
+        const Colour glow = static_cast<CaptionMaterial *>(material)->glow;
+        const std::array<float, 5> rest{glow.red * glow.alpha, glow.green * glow.alpha,
+            glow.blue * glow.alpha, glow.alpha, state.opacity()};
+        std::memcpy(data + 64, rest.data(), sizeof rest);
+        return true;
+    }
+
+    void updateSampledImage(RenderState &state, int binding, QSGTexture **texture,
+        QSGMaterial *material, QSGMaterial *) override
+    {
+        if (binding != 1)
+            return;
+        *texture = static_cast<CaptionMaterial *>(material)->texture;
+        (*texture)->commitTextureOperations(state.rhi(), state.resourceUpdateBatch());
+    }
+};
+
+using Light = std::array<quint8, 4>;
+
+/// Part of a line, all of one colour.
+struct Piece {
+    QRectF place; // in points, from the text's upper left corner
+    Light light;
+};
+
+/// Neighbours of one colour are one piece: all that is long spoken, and all that is to come.
+std::vector<Piece> piecesOf(
+    const CaptionRaster &raster, const std::function<Colour(qsizetype)> &colour, double opacity)
+{
+    const auto byte = [](double value) { return static_cast<quint8>(std::lround(value * 255)); };
+    std::vector<Piece> pieces;
+    for (const auto &[unit, place] : raster.cells) {
+        const Colour lit = colour(unit);
+        const Light light{byte(lit.red), byte(lit.green), byte(lit.blue), byte(opacity)};
+        if (!pieces.empty() && pieces.back().light == light
+            && pieces.back().place.topRight() == place.topLeft())
+            pieces.back().place.setRight(place.right());
+        else
+            pieces.push_back({place, light});
+    }
+    return pieces;
+}
+
+QSGMaterialShader *CaptionMaterial::createShader(QSGRendererInterface::RenderMode) const
+{
+    return new CaptionShader;
+}
+
+} // namespace
+
+CaptionNode::CaptionNode()
+{
+    auto *geometry = new QSGGeometry(attributes(), 0, 0, QSGGeometry::UnsignedShortType);
+    geometry->setDrawingMode(QSGGeometry::DrawTriangles);
+    setGeometry(geometry);
+    setMaterial(new CaptionMaterial);
+    setFlags(OwnsGeometry | OwnsMaterial);
+}
+
+CaptionNode::~CaptionNode() = default;
+
+void CaptionNode::setTexture(std::unique_ptr<QSGTexture> texture)
+{
+    texture_ = std::move(texture);
+    static_cast<CaptionMaterial *>(material())->texture = texture_.get();
+    markDirty(DirtyMaterial);
+}
+
+void CaptionNode::show(const CaptionRaster &raster, QPointF origin,
+    const std::function<Colour(qsizetype)> &colour, double opacity, Colour glow)
+{
+    static_cast<CaptionMaterial *>(material())->glow = glow;
+    constexpr std::size_t mostPieces = 16'000; // as many as short indices reach
+    const std::vector<Piece> pieces = piecesOf(raster, colour, opacity);
+    const std::size_t count = std::min(pieces.size(), mostPieces);
+    geometry()->allocate(static_cast<int>(count * 4), static_cast<int>(count * 6));
+    auto *vertex = static_cast<Vertex *>(geometry()->vertexData());
+    auto *index = geometry()->indexDataAsUShort();
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto &[place, light] = pieces[i];
+        for (const QPointF corner :
+            {place.topLeft(), place.topRight(), place.bottomLeft(), place.bottomRight()}) {
+            const QPointF at = corner + origin;
+            const QPointF from = corner - raster.area.topLeft();
+            *vertex++ = {static_cast<float>(at.x()), static_cast<float>(at.y()),
+                static_cast<float>(from.x() / raster.area.width()),
+                static_cast<float>(from.y() / raster.area.height()), light};
+        }
+        for (const std::size_t corner : {0U, 1U, 2U, 2U, 1U, 3U})
+            *index++ = static_cast<quint16>(i * 4 + corner);
+    }
+    markDirty(DirtyGeometry | DirtyMaterial);
+}
+
+} // namespace kelo

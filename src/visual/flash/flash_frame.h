@@ -1,0 +1,35 @@
+#pragma once
+
+#include "visual/flash/flash.h"
+#include "visual/motion/scene_item.h"
+
+namespace kelo {
+
+/// The frame over the whole window that flashes on beats and on right and wrong answers.
+class FlashFrame : public kelo::SceneItem {
+    Q_OBJECT
+    QML_ELEMENT
+
+protected:
+    void linkSet(Link *link) override;
+    bool advance(Link &link, double now) override;
+    [[nodiscard]] double rate() const override { return isActive() && flashing_ ? 30 : 0; }
+    [[nodiscard]] const SpriteList &sprites() const override { return sprites_; }
+
+private:
+    /// The flash that shows, or is about to.
+    struct Flash {
+        QString kind;
+        bool firstBeat = false;
+        double begin = 0; // uptime
+        bool waits = false; // for those before it
+    };
+
+    FlashLimit limit_;
+    double asked_ = 0; // uptime at which the latest flash was asked for
+    Flash flash_;
+    bool flashing_ = false;
+    SpriteList sprites_;
+};
+
+} // namespace kelo

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "link/shell.h"
+#include "visual/notes/falling_notes.h"
+#include "visual/notes/live_bars.h"
+#include "visual/notes/rain_keyboard.h"
+#include "visual/sprites/text.h"
+
+#include <QPointer>
+
+namespace kelo {
+
+class Link;
+
+/// The falling-notes scene: the notes of the file that plays fall onto an 88-key keyboard, each
+/// landing when it sounds; what is played live lights its key and rises from it as a bar.
+///
+/// It is the link's note stage from its making to its end. Everything in it follows from the
+/// link, the notes it was told of and the time; it draws nothing itself.
+class RainScene final : public NoteStage {
+public:
+    explicit RainScene(Link &link);
+    ~RainScene() override;
+
+    /// Sets the size in points. A change drops what is in flight; the roll's notes come back at
+    /// once where they belong.
+    void resize(double width, double height);
+    /// Where the caption's first line begins, in points from the upper edge.
+    void setCaptionTop(double points) { captionTop_ = points; }
+
+    /// Brings the scene to `now`, in seconds of uptime.
+    void update(double now) { update(now, now); }
+    /// The same where the grid, which drifts for its own sake, goes by another time.
+    void update(double now, double driftTime);
+
+    void note(qint64 pitch, double strength, bool mine) override;
+    void clearRoll() override;
+
+    [[nodiscard]] const SpriteList &sprites() const { return sprites_; }
+    [[nodiscard]] const LabelList &labels() const { return labels_; }
+
+    static constexpr double captionTop = 40; ///< points, where nothing is in the way
+
+private:
+    void burst(int pitch, int count, double speed, double now);
+    void draw(double now, double driftTime);
+    void drawGrid(double driftTime);
+    void write();
+
+    QPointer<Link> link_;
+    RainLayout layout_;
+    FallingNotes falling_;
+    LiveBars bars_;
+    RainKeyboard keyboard_;
+    std::vector<Sparks> bursts_;
+    quint32 notes_ = 0; // told of so far; seeds the sparks
+    double last_ = 0; // uptime of the previous frame
+    double progress_ = 0; // 0 to 1
+    double captionTop_ = captionTop;
+    SpriteList sprites_;
+    LabelList labels_;
+};
+
+} // namespace kelo
