@@ -17,7 +17,6 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLoggingCategory>
-#include <QQuickItem>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -43,6 +42,7 @@ AppDelegate::AppDelegate(Link &link, VoiceControl &voice, QObject *parent)
     link_.setShell(this);
     link_.setEars(&voice_);
     connect(&menuBar_, &MenuBar::chosen, this, &AppDelegate::choose);
+    connect(&questions_, &WelcomeQuestions::asked, this, [this] { closedHalfWay_ = false; });
     connect(&questions_, &WelcomeQuestions::finished, this,
         [this] { settings_.setValue(u"reader"_s, questions_.answers().reader); });
 }
@@ -176,10 +176,7 @@ bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == window_.get() && event->type() == QEvent::KeyPress) {
         const auto *key = static_cast<QKeyEvent *>(event);
-        // A hand that rests on Return must not run through all questions.
-        if (link_.welcome && key->isAutoRepeat() && key->key() == Qt::Key_Return)
-            return true;
-        return handleKey({key->key(), key->modifiers(), key->text()});
+        return handleKey({key->key(), key->modifiers(), key->text(), key->isAutoRepeat()});
     }
     if (watched == window_.get() && event->type() == QEvent::Close)
         windowClosed();
@@ -189,8 +186,9 @@ bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
 bool AppDelegate::handleKey(const KeyPress &press)
 {
     using Kind = KeyAction::Kind;
+    FocusKeeper *focus = FocusKeeper::of(*window_);
     const KeyAction action =
-        keyAction(press, {link_.welcome, link_.tabbing, link_.typing, link_.visual});
+        keyAction(press, {link_.welcome, focus->kind(), link_.typing, link_.visual});
     switch (action.kind) {
     case Kind::PassOn:
         return false;
@@ -198,13 +196,10 @@ bool AppDelegate::handleKey(const KeyPress &press)
         const Link::KeyTaker &taker = link_.welcomeKey;
         return taker && taker(press.key, press.text);
     }
-    case Kind::BeginTabbing:
-        link_.tabbing = true;
-        return false;
-    case Kind::EndTabbing:
-        link_.tabbing = false;
-        if (QQuickItem *control = window_->activeFocusItem())
-            control->setFocus(false);
+    case Kind::Ignore:
+        return true;
+    case Kind::LeaveControls:
+        focus->leave();
         return true;
     case Kind::LeaveVisualiser:
         link_.visual = false;

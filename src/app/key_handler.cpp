@@ -10,9 +10,32 @@ namespace {
 
 using Kind = KeyAction::Kind;
 
-bool pressesControl(int key)
+using Focus = FocusKeeper::Kind;
+
+bool isReturn(int key)
 {
-    return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter;
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+bool movesSideways(int key)
+{
+    return key == Qt::Key_Left || key == Qt::Key_Right;
+}
+
+bool canBePressed(Focus focus)
+{
+    return focus == Focus::Button || focus == Focus::Choice;
+}
+
+/// The questions take what they use, but a button is pressed by Return and a text that has been
+/// typed is moved in.
+KeyAction inTheQuestions(const KeyPress &press, Focus focus)
+{
+    if (isReturn(press.key) && press.repeated)
+        return {Kind::Ignore, {}}; // a hand that rests there must not run through all questions
+    const bool ofTheControl = (isReturn(press.key) && focus == Focus::Button)
+        || (movesSideways(press.key) && focus == Focus::FilledField);
+    return {ofTheControl ? Kind::PassOn : Kind::OfferToWelcome, {}};
 }
 
 bool printable(const QString &text)
@@ -47,15 +70,13 @@ KeyAction keyAction(const KeyPress &press, const KeyContext &context)
     if (press.modifiers & (Qt::ControlModifier | Qt::MetaModifier))
         return {};
     if (context.welcome)
-        return {Kind::OfferToWelcome, {}};
+        return inTheQuestions(press, context.focus);
     if (press.key == Qt::Key_Tab || press.key == Qt::Key_Backtab)
-        return {Kind::BeginTabbing, {}};
-    if (context.tabbing) {
-        if (press.key == Qt::Key_Escape)
-            return {Kind::EndTabbing, {}};
-        if (pressesControl(press.key))
-            return {};
-    }
+        return {};
+    if (context.focus != Focus::Nothing && press.key == Qt::Key_Escape)
+        return {Kind::LeaveControls, {}};
+    if (canBePressed(context.focus) && (press.key == Qt::Key_Space || isReturn(press.key)))
+        return {};
     if (!context.typing) {
         if (press.key == Qt::Key_Escape && context.visual)
             return {Kind::LeaveVisualiser, {}};

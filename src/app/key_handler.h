@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hud/focus_keeper.h"
+
 #include <QString>
 #include <Qt>
 
@@ -10,24 +12,25 @@ struct KeyPress {
     int key = 0; ///< a Qt::Key
     Qt::KeyboardModifiers modifiers;
     QString text; ///< what it types, modifiers applied
+    bool repeated = false; ///< it is being held down
 };
 
 /// The state of the display that decides what a key means.
 struct KeyContext {
     bool welcome = false; ///< the first-run questions show
-    bool tabbing = false; ///< the keyboard focus is among the controls
+    FocusKeeper::Kind focus = FocusKeeper::Kind::Nothing; ///< what the keyboard focus is on
     bool typing = false; ///< the engine is taking free text
     bool visual = false; ///< the visualiser shows
 };
 
-/// What a key press leads to. All but `PassOn` and `BeginTabbing` consume the key;
+/// What a key press leads to. All but `PassOn` consume the key;
 /// `OfferToWelcome` consumes it when the questions do.
 struct KeyAction {
     enum class Kind {
         PassOn, ///< to the control with the keyboard focus, or to a shortcut
+        Ignore,
         OfferToWelcome,
-        BeginTabbing, ///< and pass it on: it moves the focus
-        EndTabbing,
+        LeaveControls,
         LeaveVisualiser,
         ToggleVisualiser,
         ChooseFile,

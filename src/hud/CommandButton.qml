@@ -6,11 +6,17 @@ Pressable {
     id: button
 
     required property Link link
+    required property VoiceControl voice
     required property command command
     property bool composing: false
 
+    // What the command switches here in the display.
+    readonly property var switched: ({ "#voice": voice.on, "#large": link.large, "#contrast": link.contrast })[command.send]
+
     label: command.description(composing)
     hint: qsTr("Key: %1").arg(command.key)
+    checkable: switched !== undefined
+    on: switched === true
     leftPadding: 6
     rightPadding: 6
     verticalPadding: 3

@@ -4,13 +4,16 @@ import QtQuick
 import Kelo.Hud
 
 // Every command that the mode offers, under its heading. The rows stand for good and only show or
-// hide, so a change of mode takes the keyboard focus from nobody.
+// hide, and lessons keep their rows, so a change takes the keyboard focus from nobody who stays.
 Scroller {
     id: list
 
     sideInset: 9 // the rows are inset themselves, for their hover and focus
 
     required property Link link
+    required property VoiceControl voice
+    readonly property var lessons: CommandTable.lessons(link.jazz)
+    property command noCommand
     readonly property int columns: Math.max(1, Math.min(3, Math.floor(width / 380)))
 
     Grid {
@@ -48,17 +51,13 @@ Scroller {
 
                     CommandButton {
                         required property command modelData
-                        readonly property bool listed: modelData.listed(list.link.mode)
 
                         width: grid.columnWidth
                         link: list.link
+                        voice: list.voice
                         command: modelData
                         composing: list.link.mode === "compose"
-                        visible: listed
-                        onVisibleChanged: {
-                            if (!listed && focus) // the keyboard focus goes on to who stays
-                                nextItemInFocusChain().forceActiveFocus(Qt.OtherFocusReason);
-                        }
+                        visible: modelData.listed(list.link.mode)
                     }
                 }
             }
@@ -67,7 +66,7 @@ Scroller {
         Column {
             width: grid.columnWidth
             topPadding: 8
-            visible: list.link.jazz.length > 0
+            visible: list.lessons.length > 0
 
             Heading {
                 text: qsTr("JAZZ LESSONS")
@@ -77,14 +76,15 @@ Scroller {
             }
 
             Repeater {
-                model: CommandTable.lessons(list.link.jazz)
+                model: list.lessons.length
 
                 CommandButton {
-                    required property command modelData
+                    required property int index
 
                     width: grid.columnWidth
                     link: list.link
-                    command: modelData
+                    voice: list.voice
+                    command: list.lessons[index] ?? list.noCommand // none while the row goes
                 }
             }
         }

@@ -143,6 +143,7 @@ Scroller {
 
                     anchors.fill: parent
                     link: console_.link
+                    voice: console_.voice
                 }
             }
         }

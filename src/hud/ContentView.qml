@@ -21,6 +21,13 @@ Item {
     readonly property bool welcoming: link.welcome && welcomeScreen !== null
     readonly property bool visualising: link.visual && visualiserScreen !== null && !welcoming
 
+    focus: true
+    Keys.forwardTo: console_ // keys that nothing else uses scroll it
+
+    FocusKeeper {
+        screen: view.welcoming ? welcomePlace : view.visualising ? visualiserPlace : consolePlace
+    }
+
     Rectangle {
         anchors.fill: parent
         color: Hud.bg
@@ -66,10 +73,14 @@ Item {
         anchors.bottom: parent.bottom
         width: parent.width
 
-        Stage {
+        ScreenFade {
+            id: consolePlace
+
             shown: !view.welcoming && !view.visualising
 
             Console {
+                id: console_
+
                 anchors.fill: parent
                 anchors.margins: 14
                 link: view.link
@@ -80,7 +91,9 @@ Item {
             }
         }
 
-        Stage {
+        ScreenFade {
+            id: visualiserPlace
+
             shown: view.visualising
 
             Loader {
@@ -90,7 +103,9 @@ Item {
             }
         }
 
-        Stage {
+        ScreenFade {
+            id: welcomePlace
+
             shown: view.welcoming
 
             Loader {

@@ -27,9 +27,10 @@ GridLayout {
             color: Hud.green
             Accessible.role: Accessible.Heading
             Accessible.name: text
+            Accessible.ignored: !visible
         }
 
-        Words {
+        Passage {
             text: qsTr("MUSIC ASSISTANT  //  V3")
             font: Hud.mono(11)
             color: Hud.dim
@@ -60,7 +61,7 @@ GridLayout {
             }
         }
 
-        Words {
+        Passage {
             text: qsTr("Kelo is %1").arg(header.link.state)
             font: Hud.mono(12)
             color: Hud.dim

@@ -7,4 +7,5 @@ HudText {
     font: Hud.mono(11, Font.Normal, 3)
     Accessible.role: Accessible.Heading
     Accessible.name: text
+    Accessible.ignored: !visible
 }

@@ -13,6 +13,7 @@ Flow {
     spacing: 8
 
     Accessible.role: Accessible.Paragraph
+    Accessible.ignored: !visible
     Accessible.name: title.text + CommandTable.jobsInWords(mode)
 
     HudText {

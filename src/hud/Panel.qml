@@ -14,6 +14,7 @@ Item {
 
     Accessible.role: Accessible.Grouping
     Accessible.name: title
+    Accessible.ignored: !visible
 
     Rectangle {
         anchors.fill: parent
@@ -34,7 +35,7 @@ Item {
         color: Hud.green
     }
 
-    Words {
+    Passage {
         anchors.right: parent.right
         anchors.rightMargin: 16
         anchors.left: heading.right
@@ -46,7 +47,6 @@ Item {
         visible: text !== ""
         elide: Text.ElideRight
         font: Hud.mono(11)
-        Accessible.ignored: !visible
     }
 
     Rule {

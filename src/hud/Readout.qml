@@ -16,6 +16,7 @@ Item {
 
     Accessible.role: Accessible.Paragraph
     Accessible.name: qsTr("%1: %2").arg(label).arg(line)
+    Accessible.ignored: !visible
 
     HudText {
         id: caption

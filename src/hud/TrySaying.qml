@@ -2,7 +2,7 @@ import QtQuick
 import Kelo.Hud
 
 // What one could ask for now.
-Words {
+Passage {
     id: hint
 
     required property Link link

@@ -23,6 +23,7 @@ Item {
 
     Accessible.role: Accessible.Grouping
     Accessible.name: title.text
+    Accessible.ignored: !visible
 
     Rectangle {
         anchors.fill: parent
@@ -52,6 +53,7 @@ Item {
             color: Hud.green
             Accessible.role: Accessible.Heading
             Accessible.name: text
+            Accessible.ignored: !visible
         }
 
         Scroller {
@@ -61,7 +63,7 @@ Item {
             sideInset: 0
             visible: banner.notes !== ""
 
-            Words {
+            Passage {
                 width: parent.width
                 text: banner.notes
                 wrapMode: Text.Wrap

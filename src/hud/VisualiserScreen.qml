@@ -31,17 +31,17 @@ Item {
         spacing: screen.narrow ? 6 : 12
 
         HudButton {
-            visible: screen.link.rolling
-            text: qsTr("STOP  [ RETURN ]")
-            hint: qsTr("Stop the MIDI file")
-            onClicked: screen.link.send("\n")
-        }
-
-        HudButton {
             visible: !screen.link.rolling
             text: qsTr("PLAY A MIDI FILE  [ O ]")
             hint: qsTr("Choose a MIDI file and watch its notes fall onto the keys")
             onClicked: screen.link.chooseFile()
+        }
+
+        HudButton {
+            visible: screen.link.rolling
+            text: qsTr("STOP  [ RETURN ]")
+            hint: qsTr("Stop the MIDI file")
+            onClicked: screen.link.send("\n")
         }
 
         HudButton {

@@ -7,6 +7,8 @@ HudButton {
     required property VoiceControl voice
     readonly property string assistant: link.assistant.slice(0, 40)
 
+    checkable: true
+    on: voice.on
     text: voice.on ? qsTr("VOICE ON") : qsTr("VOICE OFF")
     label: voice.on ? qsTr("Voice control is on. Say %1, then what you want").arg(assistant)
                     : qsTr("Voice control is off")

@@ -191,7 +191,6 @@ public:
     std::vector<RollNote> roll; ///< ascending by time, as the engine sends it
     std::optional<double> rollZero; ///< when the roll's time 0 falls
     double rollLength = 0; ///< seconds
-    bool tabbing = false; ///< the keyboard focus is among the display's controls
     int welcomeStepForSnapshot = 0;
     NoteStage *scene = nullptr; ///< set and cleared by the falling-notes scene
     QHash<qint64, qint64> down; ///< keys the player holds, with their velocity

@@ -11,7 +11,7 @@ Answer {
         label: qsTr("Names")
         texts: answer.questions.names
         current: answer.questions.answers.hasOwnName ? -1 : answer.questions.answers.wake
-        onHoldsFocusChanged: answer.questions.moved(holdsFocus, WelcomeQuestions.NameChoices)
+        hint: answer.questions.hint
         onChosen: index => answer.questions.chooseName(index)
     }
 
@@ -22,7 +22,7 @@ Answer {
         placeholder: qsTr("Your own name for the assistant, one word")
         text: answer.questions.answers.custom
         onEdited: text => answer.questions.answers.custom = text
-        onActiveFocusChanged: answer.questions.moved(activeFocus, WelcomeQuestions.OwnNameField)
+        hint: answer.questions.hint
     }
 
     Remark {

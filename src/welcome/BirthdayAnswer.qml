@@ -16,7 +16,7 @@ Answer {
         labels: answer.questions.monthNames
         cell: 96
         current: answer.questions.answers.month - 1
-        onHoldsFocusChanged: answer.questions.moved(holdsFocus, WelcomeQuestions.MonthChoices)
+        hint: answer.questions.hint
         onChosen: index => answer.questions.chooseMonth(index + 1)
     }
 
@@ -29,7 +29,7 @@ Answer {
         cell: 46
         visible: answer.questions.answers.dayCount > 0
         current: answer.questions.answers.day - 1
-        onHoldsFocusChanged: answer.questions.moved(holdsFocus, WelcomeQuestions.DayChoices)
+        hint: answer.questions.hint
         onChosen: index => answer.questions.chooseDay(index + 1)
     }
 }

@@ -8,6 +8,7 @@ T.RadioButton {
     id: choice
 
     property string label: text // what screen readers call it
+    property string hint // what they add to that
     property real size: 18
     property string mark: checked ? "●" : "○" // so that no choice goes by its colour alone
 
@@ -19,6 +20,8 @@ T.RadioButton {
     hoverEnabled: true
 
     Accessible.name: label
+    Accessible.description: hint
+    Accessible.ignored: !visible
     Accessible.focusable: focusPolicy !== Qt.NoFocus // arrows lead to the others
     Accessible.onPressAction: choice.clicked()
     Accessible.onToggleAction: choice.clicked()

@@ -10,6 +10,7 @@ Flow {
     required property string label
     required property list<string> texts
     property list<string> labels: texts // what screen readers call them
+    property string hint // what they add to that
     property int current: -1
     property real size: 18
     property bool marked: true
@@ -29,6 +30,7 @@ Flow {
 
     Accessible.role: Accessible.Grouping
     Accessible.name: label
+    Accessible.ignored: !visible
 
     onCurrentChanged: {
         if (holdsFocus)
@@ -46,6 +48,7 @@ Flow {
             width: Math.max(implicitWidth, choices.cell)
             text: choices.texts[index] ?? "" // none while the row goes
             label: choices.labels[index] ?? ""
+            hint: choices.hint
             size: choices.size
             mark: !choices.marked ? "" : checked ? "●" : "○"
             checked: index === choices.current

@@ -6,6 +6,7 @@ FocusScope {
     id: field
 
     required property string placeholder
+    property string hint // what screen readers add to that
     property alias text: input.text
 
     signal edited(string text)
@@ -49,6 +50,8 @@ FocusScope {
 
         Accessible.role: Accessible.EditableText
         Accessible.name: field.placeholder
+        Accessible.description: field.hint
+        Accessible.ignored: !visible
     }
 
     FocusRing {}

@@ -9,7 +9,7 @@ Answer {
         label: qsTr("Microphone")
         texts: [qsTr("Yes, listen"), qsTr("Not now")]
         current: answer.questions.answers.listen ? 0 : 1
-        onHoldsFocusChanged: answer.questions.moved(holdsFocus, WelcomeQuestions.ListenChoices)
+        hint: answer.questions.hint
         onChosen: index => answer.questions.answers.listen = index === 0
     }
 

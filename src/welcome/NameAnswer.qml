@@ -13,6 +13,6 @@ Answer {
         placeholder: qsTr("Your name")
         text: answer.questions.answers.name
         onEdited: text => answer.questions.answers.name = text
-        onActiveFocusChanged: answer.questions.moved(activeFocus, WelcomeQuestions.NameField)
+        hint: answer.questions.hint
     }
 }

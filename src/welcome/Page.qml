@@ -22,11 +22,10 @@ Column {
         arrived = true;
     }
 
-    /// Gives the keyboard focus to what is typed into; false where there is nothing such.
-    function focusField(): bool {
-        const field = (answer.item as Answer)?.field;
-        field?.forceActiveFocus();
-        return Boolean(field);
+    /// What the keyboard focus belongs to at first: what is typed into, or else what goes on from
+    /// the first question.
+    function firstControl(): Item {
+        return step === 0 ? goOn : (answer.item as Answer)?.field ?? null;
     }
 
     Arrive {
@@ -47,7 +46,7 @@ Column {
         shown: page.arrived
         order: 1
 
-        Words {
+        Passage {
             width: parent.width
             text: page.questions.sub
             font: Hud.mono(page.narrow ? 16 : 20)
@@ -61,7 +60,7 @@ Column {
         shown: page.arrived
         order: 2
 
-        Words {
+        Passage {
             width: parent.width
             text: page.questions.hint
             font: Hud.mono(15)
@@ -98,7 +97,7 @@ Column {
                 size: 16
                 verticalPadding: 13
                 visible: page.step > 0
-                onActiveFocusChanged: page.questions.moved(activeFocus, WelcomeQuestions.OnButton)
+                hint: page.questions.hint
                 onClicked: page.questions.back()
             }
 
@@ -107,17 +106,19 @@ Column {
                 label: qsTr("Skip this question")
                 size: 16
                 verticalPadding: 13
-                onActiveFocusChanged: page.questions.moved(activeFocus, WelcomeQuestions.OnButton)
+                hint: page.questions.hint
                 onClicked: page.questions.next()
             }
 
             HudButton {
+                id: goOn
+
                 text: page.questions.goOnLabel
                 look: HudButton.Look.Filled
                 size: 16
                 horizontalPadding: 26
                 verticalPadding: 13
-                onActiveFocusChanged: page.questions.moved(activeFocus, WelcomeQuestions.OnButton)
+                hint: page.questions.hint
                 onClicked: page.questions.next()
             }
         }

@@ -2,7 +2,7 @@ import QtQuick
 import Kelo.Hud
 
 // A line about what has been answered so far.
-Words {
+Passage {
     font: Hud.mono(19)
     wrapMode: Text.Wrap
 }

@@ -10,7 +10,6 @@ Pressable {
     required property WelcomeQuestions questions
     required property string title
     required property string description
-    required property bool on
 
     signal switched(bool on)
 
@@ -32,10 +31,8 @@ Pressable {
     rightPadding: 14
     verticalPadding: 10
     checkable: true
-    checked: on
+    hint: questions.hint
     label: title + ". " + description
-
-    Accessible.onToggleAction: toggle.clicked()
 
     contentItem: RowLayout {
         spacing: 16

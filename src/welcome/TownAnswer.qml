@@ -13,7 +13,7 @@ Answer {
         placeholder: qsTr("Your town or city")
         text: answer.questions.answers.city
         onEdited: text => answer.questions.answers.city = text
-        onActiveFocusChanged: answer.questions.moved(activeFocus, WelcomeQuestions.TownField)
+        hint: answer.questions.hint
     }
 
     Choices {
@@ -21,7 +21,7 @@ Answer {
         label: qsTr("Temperature")
         texts: [qsTr("Celsius"), qsTr("Fahrenheit")]
         current: answer.questions.answers.fahrenheit ? 1 : 0
-        onHoldsFocusChanged: answer.questions.moved(holdsFocus, WelcomeQuestions.UnitChoices)
+        hint: answer.questions.hint
         onChosen: index => answer.questions.answers.fahrenheit = index === 1
     }
 }

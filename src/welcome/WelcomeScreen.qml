@@ -17,12 +17,17 @@ FocusScope {
 
     function placeFocus() {
         const page = pages.itemAt(0) as Page;
-        if (!page?.focusField())
-            screen.forceActiveFocus();
+        (page?.firstControl() ?? screen).forceActiveFocus();
         scroller.contentY = 0;
     }
 
     Component.onCompleted: placeFocus()
+
+    Binding {
+        target: screen.questions
+        property: "window"
+        value: screen.Window.window
+    }
 
     Connections {
         target: screen.questions

@@ -11,20 +11,6 @@ namespace kelo {
 
 namespace {
 
-WelcomeQuestions::Focus fieldOf(Step step)
-{
-    switch (step) {
-    case Step::Name:
-        return WelcomeQuestions::NameField;
-    case Step::AssistantName:
-        return WelcomeQuestions::OwnNameField;
-    case Step::Town:
-        return WelcomeQuestions::TownField;
-    default:
-        return WelcomeQuestions::Nowhere;
-    }
-}
-
 /// `value` moved on by `by` among `count` choices, round the end.
 int turned(int value, int by, int count)
 {
@@ -112,8 +98,6 @@ void WelcomeQuestions::say()
         spoken.remove(u'“').remove(u'”').replace(u'\n', u' ').replace(u'\r', u' ');
         speak(spoken);
     }
-    focus_ = fieldOf(step_);
-    Q_EMIT focusChanged();
     Q_EMIT asked();
 }
 
@@ -190,30 +174,19 @@ void WelcomeQuestions::speakChoice(const QString &choice)
         speak(choice);
 }
 
-/// What has just been chosen is heard once, from the screen reader or else from the engine.
-void WelcomeQuestions::tell(const QString &choice)
+const QObject *WelcomeQuestions::focused() const
 {
-    if (readerRuns())
-        Q_EMIT choiceAnnounced(choice);
-    else
+    return window_ ? window_->activeFocusItem() : nullptr;
+}
+
+/// What a key has just chosen is heard once: from the screen reader or else from the engine. Where
+/// the keyboard focus went along with the choice, a screen reader says it by itself.
+void WelcomeQuestions::tell(const QString &choice, const QObject *focusBefore)
+{
+    if (!readerRuns())
         speak(choice);
-}
-
-/// The same, unless the keyboard focus goes to the choice, which a screen reader says by itself.
-void WelcomeQuestions::tell(Focus kind, const QString &choice)
-{
-    if (focus_ == kind)
-        speakChoice(choice);
-    else
-        tell(choice);
-}
-
-void WelcomeQuestions::moved(bool gained, Focus place)
-{
-    if (!gained && focus_ != place)
-        return; // it has gone on already
-    focus_ = gained ? place : Nowhere;
-    Q_EMIT focusChanged();
+    else if (focused() == focusBefore)
+        Q_EMIT choiceAnnounced(choice);
 }
 
 // ---- keys ----
@@ -223,8 +196,6 @@ bool WelcomeQuestions::key(int key)
     switch (key) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (focus_ == OnButton)
-            return false;
         next();
         return true;
     case Qt::Key_Escape:
@@ -245,21 +216,20 @@ bool WelcomeQuestions::key(int key)
 
 bool WelcomeQuestions::sideways(int by)
 {
+    const QObject *before = focused();
     switch (step_) {
     case Step::AssistantName:
-        if (focus_ == OwnNameField && !answers_.custom.isEmpty())
-            return false; // it moves among the letters typed
         chooseName(turned(answers_.wake, by, static_cast<int>(names().size())));
-        tell(NameChoices, answers_.chosen());
+        tell(answers_.chosen(), before);
         return true;
     case Step::Birthday:
         chooseMonth(turned(answers_.month, by, 13));
-        tell(MonthChoices, birthday());
+        tell(birthday(), before);
         return true;
     case Step::Listening:
         answers_.listen = !answers_.listen;
         Q_EMIT changed();
-        tell(ListenChoices, answers_.listen ? tr("Yes, listen") : tr("Not now"));
+        tell(answers_.listen ? tr("Yes, listen") : tr("Not now"), before);
         return true;
     default:
         return false;
@@ -268,21 +238,22 @@ bool WelcomeQuestions::sideways(int by)
 
 bool WelcomeQuestions::upOrDown(int by)
 {
+    const QObject *before = focused();
     switch (step_) {
     case Step::Town:
         answers_.fahrenheit = !answers_.fahrenheit;
         Q_EMIT changed();
-        tell(UnitChoices, answers_.fahrenheit ? tr("Fahrenheit") : tr("Celsius"));
+        tell(answers_.fahrenheit ? tr("Fahrenheit") : tr("Celsius"), before);
         return true;
     case Step::Birthday:
         if (answers_.month > 0)
             chooseDay(turned(answers_.day - 1, by, answers_.dayCount()) + 1);
-        tell(DayChoices, birthday());
+        tell(birthday(), before);
         return true;
     case Step::Listening:
         answers_.natural = !answers_.natural;
         Q_EMIT changed();
-        tell(answers_.natural ? tr("The natural voice: on") : tr("The natural voice: off"));
+        tell(answers_.natural ? tr("The natural voice: on") : tr("The natural voice: off"), before);
         return true;
     default:
         return false;

@@ -4,6 +4,9 @@
 #include "welcome/questions.h"
 
 #include <QObject>
+#include <QPointer>
+#include <QQuickItem>
+#include <QQuickWindow>
 #include <QtQml/qqmlregistration.h>
 
 namespace kelo {
@@ -30,25 +33,9 @@ class WelcomeQuestions : public QObject {
     Q_PROPERTY(QList<QString> names READ names CONSTANT)
     Q_PROPERTY(QList<QString> months READ months CONSTANT)
     Q_PROPERTY(QList<QString> monthNames READ monthNames CONSTANT)
-    Q_PROPERTY(Focus focus READ focus NOTIFY focusChanged)
+    Q_PROPERTY(QQuickWindow *window MEMBER window_ NOTIFY windowChanged)
 
 public:
-    /// Where the keyboard focus is: nowhere in particular, in a text field, among the choices of
-    /// one kind, or on a button that Return presses.
-    enum Focus {
-        Nowhere,
-        NameField,
-        OwnNameField,
-        TownField,
-        NameChoices,
-        UnitChoices,
-        MonthChoices,
-        DayChoices,
-        ListenChoices,
-        OnButton
-    };
-    Q_ENUM(Focus)
-
     /// Installs itself as the link's `welcomeKey` for as long as it lives.
     WelcomeQuestions(Link &link, Ears &ears, QObject *parent = nullptr);
     ~WelcomeQuestions() override;
@@ -57,7 +44,6 @@ public:
     [[nodiscard]] QString title() const { return current().title; }
     [[nodiscard]] QString sub() const { return current().sub; }
     [[nodiscard]] QString hint() const { return current().hint; }
-    [[nodiscard]] Focus focus() const { return focus_; }
     /// What the button says that goes on from here.
     [[nodiscard]] QString goOnLabel() const;
     /// The chosen birthday in words.
@@ -69,8 +55,7 @@ public:
     [[nodiscard]] static QStringList months();
     [[nodiscard]] static QStringList monthNames();
 
-    /// The question in words, to the engine's voice or to the user's screen reader; and the
-    /// keyboard focus into its text field, if it has one.
+    /// The question in words, to the engine's voice or to the user's screen reader.
     Q_INVOKABLE void say();
     /// On to the next question; after the last one all is done.
     Q_INVOKABLE void next();
@@ -83,18 +68,15 @@ public:
     /// switched. A screen reader says that by itself.
     Q_INVOKABLE void speakChoice(const QString &choice);
 
-    /// The keyboard focus came to `place` or left it.
-    Q_INVOKABLE void moved(bool gained, kelo::WelcomeQuestions::Focus place);
-
     /// A key that went down anywhere in the window: true when it meant something here, otherwise
     /// it belongs to the control with the keyboard focus.
     bool key(int key);
 
 Q_SIGNALS:
     void changed();
-    /// A question was put: the keyboard focus belongs where `focus` says.
+    /// A question was put: the keyboard focus belongs to what answers it.
     void asked();
-    void focusChanged();
+    void windowChanged();
     /// For the screen reader: a whole question, and what an arrow key has just chosen unless the
     /// keyboard focus goes there, which is heard anyway. Where none runs the engine speaks them.
     void questionAnnounced(const QString &text);
@@ -112,14 +94,14 @@ private:
     void goTo(int step);
     [[nodiscard]] bool readerRuns() const;
     void speak(const QString &text);
-    void tell(const QString &choice);
-    void tell(Focus kind, const QString &choice);
+    void tell(const QString &choice, const QObject *focusBefore);
+    [[nodiscard]] const QObject *focused() const;
 
     Link &link_;
     Ears &ears_;
     Step step_ = Step::Greeting;
     Answers answers_;
-    Focus focus_ = Nowhere;
+    QPointer<QQuickWindow> window_; // that the screen shows in
     bool underWay_ = false;
 };
 

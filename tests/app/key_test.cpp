@@ -7,6 +7,7 @@ using namespace Qt::StringLiterals;
 using namespace kelo;
 using kelo::test::Table;
 using Kind = KeyAction::Kind;
+using Focus = FocusKeeper::Kind;
 
 Q_DECLARE_METATYPE(kelo::KeyPress)
 Q_DECLARE_METATYPE(kelo::KeyContext)
@@ -30,7 +31,9 @@ private Q_SLOTS:
         const Table<KeyPress, KeyContext, KeyAction> row{"press", "context", "action"};
         const KeyContext plain;
         const KeyContext welcome{.welcome = true};
-        const KeyContext tabbing{.tabbing = true};
+        const KeyContext onButton{.focus = Focus::Button};
+        const KeyContext onRow{.focus = Focus::Reading};
+        const auto asked = [](Focus focus) { return KeyContext{.welcome = true, .focus = focus}; };
         const KeyContext typing{.typing = true};
         const KeyContext visual{.visual = true};
         const KeyContext typingInVisual{.typing = true, .visual = true};
@@ -61,17 +64,34 @@ private Q_SLOTS:
             {Kind::OfferToWelcome, {}});
         row("even for Tab", {Qt::Key_Tab, {}, u"\t"_s}, welcome, {Kind::OfferToWelcome, {}});
 
-        row("Tab moves the focus", {Qt::Key_Tab, {}, u"\t"_s}, plain, {Kind::BeginTabbing, {}});
-        row("and back", {Qt::Key_Backtab, shift, u"\t"_s}, tabbing, {Kind::BeginTabbing, {}});
-        row("space presses the control", {Qt::Key_Space, {}, u" "_s}, tabbing, {});
-        row("return too", {Qt::Key_Return, {}, u"\r"_s}, tabbing, {});
-        row("enter too", {Qt::Key_Enter, {}, u"\r"_s}, tabbing, {});
-        row("escape leaves the controls", {Qt::Key_Escape, {}, {}}, tabbing,
-            {Kind::EndTabbing, {}});
-        row("then space is the engine's", {Qt::Key_Space, {}, u" "_s}, plain, sends(u" "_s));
-        row("a letter while tabbing", {Qt::Key_N, {}, u"n"_s}, tabbing, sends(u"n"_s));
-        row("escape leaves the controls before the visualiser", {Qt::Key_Escape, {}, {}},
-            {.tabbing = true, .visual = true}, {Kind::EndTabbing, {}});
+        const KeyAction offered{Kind::OfferToWelcome, {}};
+        const KeyPress enter{Qt::Key_Enter, {}, u"\r"_s};
+        row("Enter goes on from a field", enter, asked(Focus::EmptyField), offered);
+        row("and from a choice", enter, asked(Focus::Choice), offered);
+        row("it presses a button", enter, asked(Focus::Button), {});
+        row("held down it does nothing", {Qt::Key_Enter, {}, u"\r"_s, true}, asked(Focus::Button),
+            {Kind::Ignore, {}});
+        row("nor does Return", {Qt::Key_Return, {}, u"\r"_s, true}, welcome, {Kind::Ignore, {}});
+        row("an arrow held down does", {Qt::Key_Left, {}, {}, true}, welcome, offered);
+        row("arrows choose", {Qt::Key_Right, {}, {}}, asked(Focus::EmptyField), offered);
+        row("or move in a text", {Qt::Key_Right, {}, {}}, asked(Focus::FilledField), {});
+        row("space belongs to the questions", {Qt::Key_Space, {}, u" "_s}, asked(Focus::Button), offered);
+
+        const KeyPress space{Qt::Key_Space, {}, u" "_s};
+        const KeyPress escape{Qt::Key_Escape, {}, {}};
+        row("Tab moves the focus", {Qt::Key_Tab, {}, u"\t"_s}, plain, {});
+        row("and back", {Qt::Key_Backtab, shift, u"\t"_s}, onButton, {});
+        row("space presses the control", space, onButton, {});
+        row("one that is on or off too", space, {.focus = Focus::Choice}, {});
+        row("return too", {Qt::Key_Return, {}, u"\r"_s}, onButton, {});
+        row("enter too", enter, onButton, {});
+        row("what is read is not pressed", space, onRow, sends(u" "_s));
+        row("nor what is not there", space, plain, sends(u" "_s));
+        row("escape leaves the controls", escape, onButton, {Kind::LeaveControls, {}});
+        row("and what is read", escape, onRow, {Kind::LeaveControls, {}});
+        row("a letter meanwhile", {Qt::Key_N, {}, u"n"_s}, onButton, sends(u"n"_s));
+        row("escape leaves the controls before the visualiser", escape,
+            {.focus = Focus::Button, .visual = true}, {Kind::LeaveControls, {}});
 
         row("f", {Qt::Key_F, {}, u"f"_s}, plain, {Kind::ToggleVisualiser, {}});
         row("F", {Qt::Key_F, shift, u"F"_s}, visual, {Kind::ToggleVisualiser, {}});

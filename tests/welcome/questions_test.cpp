@@ -222,8 +222,6 @@ private Q_SLOTS:
         press(link(), "R");
         QCOMPARE(announced.size(), 1);
         QCOMPARE(announced[0][0].toString(), u"Apollo"_s);
-        questions_->moved(true, WelcomeQuestions::NameChoices);
-        press(link(), "R");
         questions_->speakChoice(u"High contrast: on"_s);
         QVERIFY2(announced.size() == 1, "it says itself what has the focus");
         questions_->setAnswers({.wake = 2});
@@ -238,13 +236,6 @@ private Q_SLOTS:
         const auto consumes = [this](int key) { return link().welcomeKey.get()(key, {}); };
         for (const int key : {Qt::Key_Space, Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_F, Qt::Key_Up})
             QVERIFY(!consumes(key));
-        questions_->setAnswers({.custom = u"bob"_s});
-        QVERIFY2(!consumes(Qt::Key_Left), "it moves among the letters typed");
-        questions_->moved(true, WelcomeQuestions::NameChoices);
-        QVERIFY(consumes(Qt::Key_Left));
-        QCOMPARE(questions_->answers().chosen(), u"Aria"_s);
-        questions_->moved(true, WelcomeQuestions::OnButton);
-        QVERIFY2(!consumes(Qt::Key_Return), "it presses the button");
     }
 
     void keepsTheAnswersUntilTheyAreSent()

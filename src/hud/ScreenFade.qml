@@ -1,14 +1,15 @@
 import QtQuick
 
-// A place for a whole screen. Screens replace each other by fading.
+// A place for a whole screen. Screens replace each other by fading; the one that comes is there at
+// once, for the keyboard.
 Item {
-    id: stage
+    id: place
 
     required property bool shown
 
     anchors.fill: parent
     opacity: shown ? 1 : 0
-    visible: opacity > 0
+    visible: shown || opacity > 0
     enabled: shown
 
     Behavior on opacity {

@@ -6,4 +6,5 @@ import Kelo.Hud
 HudText {
     Accessible.role: Accessible.Paragraph
     Accessible.name: text
+    Accessible.ignored: !visible || text === ""
 }
