@@ -4,7 +4,7 @@ import Kelo.Hud
 import Kelo.Visual as Visual
 import Kelo.Welcome
 
-// Everything in the main window, and the shortcuts of its menu.
+// Everything in the main window, and the keys of its menu.
 FocusScope {
     id: view
 
@@ -21,6 +21,12 @@ FocusScope {
         target: null
         enabled: view.shell !== null
         onActiveChanged: if (active) view.Window.window.startSystemMove()
+    }
+
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        enabled: view.shell !== null
+        onTapped: eventPoint => view.shell.openMenu(Qt.point(eventPoint.position.x, eventPoint.position.y))
     }
 
     ContentView {
@@ -68,7 +74,7 @@ FocusScope {
         // qmllint enable unqualified
     }
 
-    Notice {
+    AnnouncementItem {
         width: 1
         height: 1
         announcer: view.announcer

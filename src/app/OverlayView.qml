@@ -12,9 +12,13 @@ Item {
     required property Link link
     required property VoiceControl voice
     required property Overlay overlay
+    required property DisplayScale magnification
 
     Item {
-        anchors.fill: parent
+        width: view.width / scale
+        height: view.height / scale
+        scale: view.magnification.factor
+        transformOrigin: Item.TopLeft
         opacity: view.overlay.visible ? 1 : 0
         onOpacityChanged: {
             if (opacity === 0)
@@ -54,18 +58,24 @@ Item {
                     border.width: 2
                 }
 
+                // A long name gives way to the state, never the other way round.
                 HudText {
+                    Layout.fillWidth: true
+                    Layout.maximumWidth: implicitWidth
                     text: view.link.assistant
                     font: Hud.mono(13, Font.Bold, 2)
                     color: Hud.green
+                    elide: Text.ElideRight
                 }
 
                 HudText {
-                    Layout.fillWidth: true
                     text: view.link.speaking ? qsTr("SPEAKING") : qsTr("LISTENING")
                     font: Hud.mono(12, Font.Normal, 3)
                     color: Hud.dim
-                    elide: Text.ElideRight
+                }
+
+                Item {
+                    Layout.fillWidth: true
                 }
 
                 HudText {
@@ -104,7 +114,7 @@ Item {
                 HudText {
                     Layout.fillWidth: true
                     text: qsTr("EARS  %1").arg(view.voice.status)
-                    font: Hud.mono(10, Font.Normal, 2)
+                    font: Hud.mono(11, Font.Normal, 2)
                     color: Hud.dim
                     elide: Text.ElideRight
                 }

@@ -1,12 +1,11 @@
 #include "app/announcer.h"
 
 #include "app/display_scale.h"
+#include "app/login_item.h"
 #include "app/overlay.h"
 #include "link/link.h"
 #include "voice/voice_control.h"
 #include "welcome/welcome_questions.h"
-
-#include <QSettings>
 
 #include <algorithm>
 #include <chrono>
@@ -23,11 +22,17 @@ Announcer::Announcer(const Sources &sources, QObject *parent)
     connect(&timer_, &QTimer::timeout, this, &Announcer::sayWhatIsDue);
 
     followLink(sources.link);
-    followCaptions(sources.link, sources.settings);
+    connect(sources.link, &Link::captionChanged, this, [this] {
+        queue_.engineSpoke(link_->uptime());
+        schedule();
+    });
     follow(Topic::VoiceStatus, sources.voice, &VoiceControl::statusChanged,
         [voice = sources.voice] { return tr("Voice control: %1").arg(voice->status->toLower()); });
     follow(Topic::Panel, sources.overlay, &Overlay::enabledChanged, [overlay = sources.overlay] {
         return overlay->enabled() ? tr("Caption panel on") : tr("Caption panel off");
+    });
+    follow(Topic::LoginItem, sources.login, &LoginItem::changed, [login = sources.login] {
+        return login->on() ? tr("Starts when you log in") : tr("Does not start when you log in");
     });
     follow(Topic::Scale, sources.scale, &DisplayScale::factorChanged, [scale = sources.scale] {
         return tr("Size %1 percent").arg(qRound(scale->factor() * 100));
@@ -41,9 +46,9 @@ Announcer::Announcer(const Sources &sources, QObject *parent)
 template <typename Sender, typename Signal>
 void Announcer::follow(Topic topic, Sender *sender, Signal changed, std::function<QString()> text)
 {
-    announcements_.assume(topic, text());
+    queue_.assume(topic, text());
     connect(sender, changed, this, [this, topic, text = std::move(text)] {
-        announcements_.state(topic, text());
+        queue_.state(topic, text(), link_->uptime());
         schedule();
     });
 }
@@ -54,15 +59,20 @@ void Announcer::followLink(Link *link)
         [link] { return tr("Kelo is %1").arg(link->state->toLower()); });
     follow(Topic::Mode, link, &Link::modeChanged,
         [link] { return tr("Mode: %1").arg(link->modeName().toLower()); });
+    follow(Topic::Typing, link, &Link::typingChanged, [link] {
+        return link->typing ? tr("Typing: letters go to Kelo as text") : tr("Typing is over");
+    });
     follow(Topic::LargeCaptions, link, &Link::largeChanged,
         [link] { return link->large ? tr("Larger captions on") : tr("Larger captions off"); });
     follow(Topic::HighContrast, link, &Link::contrastChanged,
         [link] { return link->contrast ? tr("High contrast on") : tr("High contrast off"); });
-    follow(Topic::Update, link, &Link::updateVersionChanged, [link] {
+    const auto update = [link] {
         return link->updateVersion->isEmpty()
             ? QString()
-            : tr("New update: version %1").arg(link->updateVersion);
-    });
+            : tr("New update: version %1. %2").arg(link->updateVersion, link->updateNotes);
+    };
+    follow(Topic::Update, link, &Link::updateVersionChanged, update);
+    follow(Topic::Update, link, &Link::updateNotesChanged, update);
     follow(Topic::Visualiser, link, &Link::visualChanged,
         [link] { return link->visual ? tr("Visualiser open") : tr("Visualiser closed"); });
     follow(Topic::Paused, link, &Link::pausedChanged,
@@ -78,25 +88,15 @@ void Announcer::followLink(Link *link)
     follow(Topic::Playing, link, &Link::rollNameChanged, playing);
 }
 
-/// The engine speaks its captions aloud; a screen reader repeats them only for those who said
-/// that they use one.
-void Announcer::followCaptions(Link *link, QSettings *settings)
-{
-    connect(link, &Link::captionChanged, this, [this, link, settings] {
-        if (settings->value(u"reader"_s).toBool())
-            happened(Topic::Caption, link->caption);
-    });
-}
-
 void Announcer::happened(Topic topic, const QString &text)
 {
-    announcements_.event(topic, text);
+    queue_.event(topic, text);
     schedule();
 }
 
 void Announcer::schedule()
 {
-    const auto due = announcements_.next();
+    const auto due = queue_.next();
     if (!due)
         return timer_.stop();
     // At least a turn of the event loop, so that fields set together are announced together.
@@ -106,7 +106,7 @@ void Announcer::schedule()
 
 void Announcer::sayWhatIsDue()
 {
-    const QStringList texts = announcements_.take(link_->uptime());
+    const QStringList texts = queue_.take(link_->uptime());
     if (!texts.isEmpty())
         Q_EMIT said(texts.join(u". "_s));
     schedule();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/announcements.h"
+#include "app/announcement_queue.h"
 
 #include <QObject>
 #include <QTimer>
@@ -8,12 +8,11 @@
 
 #include <functional>
 
-class QSettings;
-
 namespace kelo {
 
 class DisplayScale;
 class Link;
+class LoginItem;
 class Overlay;
 class VoiceControl;
 class WelcomeQuestions;
@@ -26,14 +25,14 @@ class Announcer : public QObject {
     QML_UNCREATABLE("handed to the display by the application")
 
 public:
-    /// What is listened to. `settings` tells by "reader" whether captions are wanted as well.
+    /// What is listened to.
     struct Sources {
         Link *link = nullptr;
         VoiceControl *voice = nullptr;
         WelcomeQuestions *questions = nullptr;
         Overlay *overlay = nullptr;
+        LoginItem *login = nullptr;
         DisplayScale *scale = nullptr;
-        QSettings *settings = nullptr;
     };
 
     explicit Announcer(const Sources &sources, QObject *parent = nullptr);
@@ -46,13 +45,12 @@ private:
     template <typename Sender, typename Signal>
     void follow(Topic topic, Sender *sender, Signal changed, std::function<QString()> text);
     void followLink(Link *link);
-    void followCaptions(Link *link, QSettings *settings);
     void happened(Topic topic, const QString &text);
     void sayWhatIsDue();
     void schedule();
 
     Link *link_;
-    Announcements announcements_;
+    AnnouncementQueue queue_;
     QTimer timer_;
 };
 

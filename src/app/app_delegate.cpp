@@ -3,23 +3,20 @@
 #include "app/announcer.h"
 #include "app/arguments.h"
 #include "app/desktop_contrast.h"
-#include "app/kelo_icon.h"
 #include "app/launch.h"
 #include "app/main_view.h"
 #include "app/overlay.h"
 #include "app/session.h"
-#include "app/window_frame.h"
-#include "app/window_sight.h"
+#include "hud/theme.h"
 #include "link/link.h"
-#include "visual/motion/frame_pacer.h"
 #include "voice/voice_control.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLoggingCategory>
+#include <QProcess>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 Q_LOGGING_CATEGORY(appLog, "kelo.app")
 
@@ -37,14 +34,13 @@ AppDelegate::AppDelegate(Link &link, VoiceControl &voice, QObject *parent)
     , voice_(voice)
     , questions_(link, voice)
     , scale_(settings_)
-    , menuBar_([this] { return trayFacts(); })
+    , menuBar_([this] { return menuFacts(); })
 {
     link_.setShell(this);
     link_.setEars(&voice_);
     connect(&menuBar_, &MenuBar::chosen, this, &AppDelegate::choose);
+    connect(&windowMenu_, &ActionMenu::chosen, this, &AppDelegate::choose);
     connect(&questions_, &WelcomeQuestions::asked, this, [this] { closedHalfWay_ = false; });
-    connect(&questions_, &WelcomeQuestions::finished, this,
-        [this] { settings_.setValue(u"reader"_s, questions_.answers().reader); });
 }
 
 AppDelegate::~AppDelegate()
@@ -63,13 +59,12 @@ void AppDelegate::launch(const Arguments &arguments)
     makeWindow();
     theDelegate = this;
     const LaunchFacts facts{
-        arguments.hidden, session::startedByLogin(), loginItemOn(), Link::clock()};
+        arguments.hidden, arguments.show, takeLoginMarks(), loginItemOn(), Link::clock()};
     if (!startsHidden(facts))
         showWindow();
 
     overlay_->setUp();
     menuBar_.setUp();
-    window_->installEventFilter(this);
     connect(qApp, &QCoreApplication::aboutToQuit, this, &AppDelegate::end);
     session::onEndRequested(this, [this] { quit(); });
     if (!settings_.contains(u"contrast"_s)) {
@@ -84,42 +79,31 @@ void AppDelegate::launch(const Arguments &arguments)
 
 void AppDelegate::makeWindow()
 {
-    window_ = std::make_unique<QQuickView>();
-    window_->setTitle(u"Kelo"_s);
-    window_->setIcon(keloIcon());
+    window_ = std::make_unique<MainWindow>(settings_);
     overlay_ = std::make_unique<Overlay>(Overlay::Parts{
-        &link_, &voice_, &settings_, window_->engine(), [this] { return sightOf(window_.get()); }});
+        &link_, &voice_, &scale_, &settings_, window_->engine(), [this] { return sightOf(window_.get()); }});
     announcer_ = std::make_unique<Announcer>(
-        Announcer::Sources{&link_, &voice_, &questions_, overlay_.get(), &scale_, &settings_});
+        Announcer::Sources{&link_, &voice_, &questions_, overlay_.get(), &loginItem_, &scale_});
     fillWithMainView(*window_, {&link_, &voice_, &questions_, &scale_, this, announcer_.get()});
-    WindowFrame::restore(*window_, settings_);
-    watchSight();
+    window_->setKeyTaker([this](const QKeyEvent &key) {
+        if (key.key() == Qt::Key_Menu || key.key() == Qt::Key_F10) {
+            openMenu({});
+            return true;
+        }
+        return handleKey({key.key(), key.modifiers(), key.text(), key.isAutoRepeat()});
+    });
+    connect(window_.get(), &MainWindow::closed, this, &AppDelegate::windowClosed);
     connect(
         window_.get(), &QQuickWindow::frameSwapped, this,
         [] { qCDebug(appLog) << "first frame after" << Link::clock() << "s of uptime"; },
         static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
-void AppDelegate::watchSight()
-{
-    const auto look = [this] {
-        FramePacer::setCovered(
-            *window_, window_->isExposed() && sightOf(window_.get()) == MainWindow::Unseen);
-    };
-    connect(&sightTimer_, &QTimer::timeout, this, look);
-    connect(window_.get(), &QWindow::activeChanged, this, look);
-    sightTimer_.start(1s);
-}
-
 // ---- the window ----
 
 void AppDelegate::showWindow()
 {
-    if (window_->windowStates().testFlag(Qt::WindowMinimized))
-        window_->setWindowStates(window_->windowStates() & ~Qt::WindowMinimized);
-    window_->setVisible(true);
-    window_->raise();
-    window_->requestActivate();
+    window_->bringForward();
     if (std::exchange(closedHalfWay_, false))
         questions_.say();
 }
@@ -131,7 +115,7 @@ void AppDelegate::hideWindow()
 
 void AppDelegate::minimiseWindow()
 {
-    window_->setWindowStates(window_->windowStates() | Qt::WindowMinimized);
+    window_->minimise();
 }
 
 void AppDelegate::closeWindow()
@@ -139,9 +123,15 @@ void AppDelegate::closeWindow()
     window_->close();
 }
 
+void AppDelegate::openMenu(QPoint place)
+{
+    windowMenu_.winId(); // makes the window behind it, so that it can be tied to ours
+    windowMenu_.windowHandle()->setTransientParent(window_.get());
+    windowMenu_.popup(window_->mapToGlobal(place));
+}
+
 void AppDelegate::windowClosed()
 {
-    WindowFrame::save(*window_, settings_);
     closedHalfWay_ = link_.welcome;
     if (std::exchange(toldBackground_, true))
         return;
@@ -165,23 +155,10 @@ bool AppDelegate::mainWindowHidden() const
 
 void AppDelegate::setFullScreen(bool on)
 {
-    if (!window_->isVisible())
-        return;
-    window_->setWindowStates(window_->windowStates().setFlag(Qt::WindowFullScreen, on));
+    window_->setFullScreen(on);
 }
 
 // ---- keys ----
-
-bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
-{
-    if (watched == window_.get() && event->type() == QEvent::KeyPress) {
-        const auto *key = static_cast<QKeyEvent *>(event);
-        return handleKey({key->key(), key->modifiers(), key->text(), key->isAutoRepeat()});
-    }
-    if (watched == window_.get() && event->type() == QEvent::Close)
-        windowClosed();
-    return QObject::eventFilter(watched, event);
-}
 
 bool AppDelegate::handleKey(const KeyPress &press)
 {
@@ -217,7 +194,88 @@ bool AppDelegate::handleKey(const KeyPress &press)
     return false;
 }
 
+// ---- what else the link asks for ----
+
+void AppDelegate::showOverlay(double seconds)
+{
+    if (overlay_)
+        overlay_->show(seconds);
+}
+
+bool AppDelegate::setLoginItem(bool on)
+{
+    return loginItem_.set(on);
+}
+
+bool AppDelegate::loginItemOn() const
+{
+    return loginItem_.on();
+}
+
+void AppDelegate::setHighContrast(bool on)
+{
+    Hud::shared().setContrast(on);
+}
+
+void AppDelegate::chooseMidiFile(const QString &folder, MidiChooser::Chosen chosen)
+{
+    midiChooser_.open(*window_, folder, chosen);
+}
+
+// ---- what the menus ask for ----
+
+MenuFacts AppDelegate::menuFacts() const
+{
+    return {link_.assistant, voice_.on, overlay_->enabled(), loginItemOn()};
+}
+
+void AppDelegate::choose(MenuAction action)
+{
+    switch (action) {
+    case MenuAction::OpenWindow:
+        return showWindow();
+    case MenuAction::WelcomeAgain:
+        link_.welcome = true;
+        return showWindow();
+    case MenuAction::NaturalVoice:
+        return link_.send(u"~say install the natural voice\n"_s);
+    case MenuAction::ToggleVoice:
+        return voice_.toggle();
+    case MenuAction::TogglePanel:
+        return overlay_->setEnabled(!overlay_->enabled());
+    case MenuAction::ToggleLogin:
+        setLoginItem(!loginItemOn());
+        return;
+    case MenuAction::Larger:
+        return scale_.larger();
+    case MenuAction::Smaller:
+        return scale_.smaller();
+    case MenuAction::NormalSize:
+        return scale_.reset();
+    case MenuAction::Minimise:
+    case MenuAction::HideWindow:
+        return minimiseWindow();
+    case MenuAction::CloseWindow:
+        return closeWindow();
+    case MenuAction::Quit:
+        return quit();
+    }
+}
+
 // ---- the end ----
+
+void AppDelegate::relaunch()
+{
+    // The new one shows what this one shows; the session's marks on this one say nothing of it.
+    QStringList arguments = QCoreApplication::arguments().sliced(1);
+    arguments.removeIf([](const QString &each) { return each == u"--hidden" || each == u"--show"; });
+    arguments += mainWindowHidden() ? u"--hidden"_s : u"--show"_s;
+    QProcess::startDetached(u"/bin/sh"_s,
+        QStringList{u"-c"_s, u"sleep 1.5; exec \"$0\" \"$@\""_s,
+            QCoreApplication::applicationFilePath()}
+            + arguments);
+    quit();
+}
 
 void AppDelegate::quit()
 {
@@ -228,8 +286,7 @@ void AppDelegate::quit()
 
 void AppDelegate::end()
 {
-    if (window_->isVisible())
-        WindowFrame::save(*window_, settings_);
+    window_->keepPlace();
     link_.stop();
 }
 

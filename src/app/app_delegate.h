@@ -2,20 +2,18 @@
 
 #include "app/display_scale.h"
 #include "app/key_handler.h"
+#include "app/login_item.h"
+#include "app/main_window.h"
 #include "app/menu_bar.h"
+#include "app/midi_chooser.h"
 #include "link/shell.h"
 #include "welcome/welcome_questions.h"
 
 #include <QObject>
-#include <QPointer>
 #include <QQmlEngine>
-#include <QQuickView>
 #include <QSettings>
-#include <QTimer>
 
 #include <memory>
-
-class QFileDialog;
 
 namespace kelo {
 
@@ -43,13 +41,14 @@ public:
     /// engine and, where the user wants it, voice control.
     void launch(const Arguments &arguments);
 
-    [[nodiscard]] QQuickView *window() const { return window_.get(); }
+    [[nodiscard]] MainWindow *window() const { return window_.get(); }
     [[nodiscard]] Overlay &overlay() { return *overlay_; }
-    [[nodiscard]] MenuBar &menuBar() { return menuBar_; }
     Q_INVOKABLE void showWindow();
     Q_INVOKABLE void hideWindow();
     Q_INVOKABLE void minimiseWindow();
     Q_INVOKABLE void closeWindow();
+    /// The menu of the window, at `place` in it.
+    Q_INVOKABLE void openMenu(QPoint place);
     /// Ends the application; the engine is asked to quit first.
     Q_INVOKABLE void quit() override;
 
@@ -62,22 +61,16 @@ public:
     bool setLoginItem(bool on) override;
     [[nodiscard]] bool loginItemOn() const override;
     void setHighContrast(bool on) override;
-    void chooseMidiFile(
-        const QString &folder, std::function<void(const QString &path)> chosen) override;
+    void chooseMidiFile(const QString &folder, MidiChooser::Chosen chosen) override;
     void relaunch() override;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void makeWindow();
-    /// Lets nothing move in a window that other windows cover.
-    void watchSight();
     void windowClosed();
     void tellHowToComeBack();
     void end();
-    [[nodiscard]] TrayFacts trayFacts() const;
-    void choose(TrayAction action);
+    [[nodiscard]] MenuFacts menuFacts() const;
+    void choose(MenuAction action);
     /// True when the key was consumed.
     bool handleKey(const KeyPress &press);
 
@@ -86,12 +79,13 @@ private:
     QSettings settings_;
     WelcomeQuestions questions_;
     DisplayScale scale_;
+    LoginItem loginItem_;
     MenuBar menuBar_;
-    std::unique_ptr<QQuickView> window_;
+    ActionMenu windowMenu_{windowMenu};
+    MidiChooser midiChooser_;
+    std::unique_ptr<MainWindow> window_;
     std::unique_ptr<Overlay> overlay_;
     std::unique_ptr<Announcer> announcer_;
-    QPointer<QFileDialog> fileDialog_;
-    QTimer sightTimer_;
     bool toldBackground_ = false; // the engine knows that the display was closed
     bool closedHalfWay_ = false; // while the first-run questions showed
 };

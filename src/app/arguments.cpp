@@ -1,31 +1,70 @@
 #include "app/arguments.h"
 
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
 using namespace Qt::StringLiterals;
 
 namespace kelo {
 
+namespace {
+
+struct CommandLine {
+    Q_DECLARE_TR_FUNCTIONS(CommandLine)
+
+public:
+    CommandLine()
+    {
+        parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+        parser.setApplicationDescription(tr("Voice-controlled help for people who play the piano"));
+        parser.addOptions({hidden, show, snapshot, wakeTest, quick, help, version});
+        parser.addPositionalArgument(u"NAME"_s,
+            tr("with --snapshot: only the pictures whose names begin with it; with --wake-test: "
+               "the name that is listened for (Kelo)"),
+            u"[NAME]"_s);
+    }
+
+    [[nodiscard]] std::optional<QString> value(const QCommandLineOption &option) const
+    {
+        return parser.isSet(option) ? std::optional(parser.value(option)) : std::nullopt;
+    }
+
+    QCommandLineOption hidden{u"hidden"_s, tr("Start with the main window hidden.")};
+    QCommandLineOption show{u"show"_s, tr("Start with the main window, at login too.")};
+    QCommandLineOption snapshot{
+        u"snapshot"_s, tr("Write a picture of every screen into FOLDER and end."), u"FOLDER"_s};
+    QCommandLineOption wakeTest{u"wake-test"_s,
+        tr("Measure how well the name is heard, write it to REPORT and end."), u"REPORT"_s};
+    QCommandLineOption quick{
+        u"quick"_s, tr("With --wake-test: without teaching the name first.")};
+    QCommandLineOption help{{u"h"_s, u"help"_s}, tr("Show this and end.")};
+    QCommandLineOption version{{u"v"_s, u"version"_s}, tr("Show the version and end.")};
+    QCommandLineParser parser;
+};
+
+} // namespace
+
 Arguments Arguments::read(const QStringList &list)
 {
-    // An option that wants a value and stands last is as good as absent.
-    const auto following = [&list](const QString &option) -> std::optional<QString> {
-        const qsizetype at = list.indexOf(option);
-        if (at < 0 || at + 1 >= list.size())
-            return std::nullopt;
-        return list[at + 1];
-    };
+    CommandLine line;
+    line.parser.parse(list); // false for what is unknown, which is ignored
     Arguments read;
-    read.help = list.contains(u"--help"_s);
-    read.version = list.contains(u"--version"_s);
-    read.hidden = list.contains(u"--hidden"_s);
-    read.quick = list.contains(u"--quick"_s);
-    read.snapshotFolder = following(u"--snapshot"_s);
-    const QString names = list.value(list.indexOf(u"--snapshot"_s) + 2);
-    if (read.snapshotFolder && !names.startsWith(u'-'))
-        read.snapshotNames = names;
-    read.wakeTestReport = following(u"--wake-test"_s);
-    const QString name = list.value(list.indexOf(u"--wake-test"_s) + 2);
-    read.wakeTestName = name.isEmpty() || name.startsWith(u"--"_s) ? u"Kelo"_s : name;
+    read.help = line.parser.isSet(line.help);
+    read.version = line.parser.isSet(line.version);
+    read.hidden = line.parser.isSet(line.hidden);
+    read.show = line.parser.isSet(line.show);
+    read.quick = line.parser.isSet(line.quick);
+    read.snapshotFolder = line.value(line.snapshot);
+    read.wakeTestReport = line.value(line.wakeTest);
+    const QString name = line.parser.positionalArguments().value(0);
+    read.snapshotNames = name;
+    read.wakeTestName = name.isEmpty() ? u"Kelo"_s : name;
     return read;
+}
+
+QString Arguments::helpText()
+{
+    return CommandLine().parser.helpText();
 }
 
 } // namespace kelo

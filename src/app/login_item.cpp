@@ -64,10 +64,10 @@ LoginItem::LoginItem(const QString &configuration, QString executable)
 {
 }
 
-LoginItem LoginItem::ofThisProcess()
+LoginItem::LoginItem()
+    : LoginItem(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation),
+          QCoreApplication::applicationFilePath())
 {
-    return {QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation),
-        QCoreApplication::applicationFilePath()};
 }
 
 bool LoginItem::on() const
@@ -79,10 +79,15 @@ bool LoginItem::on() const
     return value(entry, "Hidden") != "true" && value(entry, "X-GNOME-Autostart-enabled") != "false";
 }
 
-bool LoginItem::set(bool on) const
+bool LoginItem::set(bool on)
 {
-    if (!on)
-        return !QFileInfo(path_).isFile() || QFile::remove(path_);
+    const bool done = on ? write() : !QFileInfo(path_).isFile() || QFile::remove(path_);
+    Q_EMIT changed();
+    return done;
+}
+
+bool LoginItem::write() const
+{
     QDir().mkpath(QFileInfo(path_).path());
     QSaveFile file(path_);
     if (!file.open(QIODevice::WriteOnly) || file.write(entry()) < 0 || !file.commit()) {

@@ -2,15 +2,18 @@
 
 #include "app/kelo_icon.h"
 
+#include <QCoreApplication>
+
 using namespace Qt::StringLiterals;
 
 namespace kelo {
 
-MenuBar::MenuBar(std::function<TrayFacts()> facts, QObject *parent)
+MenuBar::MenuBar(std::function<MenuFacts()> facts, QObject *parent)
     : QObject(parent)
     , facts_(std::move(facts))
+    , menu_([this] { return trayMenu(facts_()); })
 {
-    connect(&menu_, &QMenu::aboutToShow, this, &MenuBar::refresh);
+    connect(&menu_, &ActionMenu::chosen, this, &MenuBar::chosen);
     connect(&presence_, &TrayPresence::arrived, this, &MenuBar::makeIcon);
 }
 
@@ -19,38 +22,15 @@ MenuBar::~MenuBar() = default;
 void MenuBar::setUp()
 {
     name_ = facts_().assistant;
-    makeMenu();
+    menu_.refresh();
     presence_.watch();
-}
-
-void MenuBar::makeMenu()
-{
-    for (const TrayEntry &entry : trayMenu(facts_())) {
-        if (!entry.action) {
-            menu_.addSeparator();
-            continue;
-        }
-        QAction *action = menu_.addAction(entry.title);
-        action->setCheckable(entry.checked.has_value());
-        connect(action, &QAction::triggered, this,
-            [this, chose = *entry.action] { Q_EMIT chosen(chose); });
-    }
-    refresh();
-}
-
-void MenuBar::refresh()
-{
-    const auto entries = trayMenu(facts_());
-    const auto actions = menu_.actions();
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-        QAction *action = actions.at(static_cast<qsizetype>(i));
-        action->setText(entries[i].title);
-        action->setChecked(entries[i].checked.value_or(false));
-    }
 }
 
 void MenuBar::makeIcon()
 {
+    // What trays tell a screen reader is the item's title, and the one that Qt gives it is the
+    // application's name. All settings have been opened under the other name by now.
+    QCoreApplication::setApplicationName(name_);
     icon_ = std::make_unique<QSystemTrayIcon>(
         QIcon::fromTheme(u"app.kelo.assistant-symbolic"_s, keloIcon()));
     icon_->setToolTip(name_);
@@ -58,7 +38,7 @@ void MenuBar::makeIcon()
     connect(icon_.get(), &QSystemTrayIcon::activated, this,
         [this](QSystemTrayIcon::ActivationReason reason) {
             if (reason == QSystemTrayIcon::Trigger)
-                Q_EMIT chosen(TrayAction::OpenWindow);
+                Q_EMIT chosen(MenuAction::OpenWindow);
         });
     icon_->show();
 }

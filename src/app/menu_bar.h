@@ -1,9 +1,8 @@
 #pragma once
 
-#include "app/tray_menu.h"
+#include "app/action_menu.h"
 #include "app/tray_presence.h"
 
-#include <QMenu>
 #include <QSystemTrayIcon>
 
 #include <functional>
@@ -18,27 +17,24 @@ class MenuBar : public QObject {
 
 public:
     /// `facts` is asked for the truth each time the menu opens.
-    explicit MenuBar(std::function<TrayFacts()> facts, QObject *parent = nullptr);
+    explicit MenuBar(std::function<MenuFacts()> facts, QObject *parent = nullptr);
     ~MenuBar() override;
 
     void setUp();
 
     /// There is a tray that shows the icon.
     [[nodiscard]] bool reachable() const { return presence_.present(); }
-    [[nodiscard]] QMenu &menu() { return menu_; }
 
 Q_SIGNALS:
-    void chosen(kelo::TrayAction action);
+    void chosen(kelo::MenuAction action);
 
 private:
-    void makeMenu();
-    void refresh();
     void makeIcon();
 
-    std::function<TrayFacts()> facts_;
+    std::function<MenuFacts()> facts_;
     TrayPresence presence_;
-    QMenu menu_;
-    QString name_; // the assistant's at launch; the tool tip keeps it
+    ActionMenu menu_;
+    QString name_; // the assistant's at launch; title and tool tip keep it
     std::unique_ptr<QSystemTrayIcon> icon_;
 };
 

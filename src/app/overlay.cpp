@@ -1,5 +1,6 @@
 #include "app/overlay.h"
 
+#include "app/display_scale.h"
 #include "app/x11.h"
 #include "link/link.h"
 #include "voice/voice_control.h"
@@ -22,6 +23,13 @@ constexpr QSize panelSize{848, 272};
 constexpr int gapBelow = 26; // between the panel and the edge of the work area
 
 const QString enabledKey = u"overlay"_s;
+
+/// Something composes the screen, so a window may be transparent. True without X11.
+bool composited()
+{
+    xcb_connection_t *x = x11::connection();
+    return !x || x11::hasOwner(x, x11::atom(x, "_NET_WM_CM_S0"));
+}
 
 } // namespace
 
@@ -76,9 +84,19 @@ void Overlay::show(double seconds)
     if (stood)
         return;
     checks_.start();
-    seeThrough_ = x11::composited();
+    seeThrough_ = composited();
+    if (!drawn_) {
+        connect(window_.get(), &QQuickWindow::frameSwapped, this, &Overlay::firstFrameShown,
+            static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    }
     window_->show();
     window_->raise();
+    Q_EMIT visibleChanged(); // while it was still fading out
+}
+
+void Overlay::firstFrameShown()
+{
+    drawn_ = window_->isVisible();
     Q_EMIT visibleChanged();
 }
 
@@ -87,13 +105,17 @@ void Overlay::check()
     if (!rules_.check(parts_.link->speaking, facts()))
         return;
     checks_.stop();
+    if (!drawn_)
+        return faded(); // nothing has shown that could fade
     Q_EMIT visibleChanged();
 }
 
 void Overlay::faded()
 {
-    if (!rules_.visible())
-        window_->hide();
+    if (rules_.visible())
+        return;
+    window_->hide();
+    drawn_ = false;
 }
 
 void Overlay::makeWindow()
@@ -111,11 +133,13 @@ void Overlay::makeWindow()
         {u"link"_s, QVariant::fromValue(parts_.link)},
         {u"voice"_s, QVariant::fromValue(parts_.voice)},
         {u"overlay"_s, QVariant::fromValue(this)},
+        {u"magnification"_s, QVariant::fromValue(parts_.scale)},
     });
     window_->setSource(QUrl(u"qrc:/qt/qml/Kelo/App/OverlayView.qml"_s));
     if (window_->status() != QQuickView::Ready)
         qFatal("the caption panel could not be made");
-    if (!x11::available())
+    connect(parts_.scale, &DisplayScale::factorChanged, this, &Overlay::place);
+    if (!x11::connection())
         qCInfo(appLog)
             << "this desktop places windows itself: the caption panel shows where it may";
 }
@@ -123,7 +147,7 @@ void Overlay::makeWindow()
 void Overlay::place()
 {
     const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
-    QRect frame(QPoint(), panelSize.boundedTo(area.size()));
+    QRect frame(QPoint(), (panelSize * parts_.scale->factor()).boundedTo(area.size()));
     frame.moveCenter(area.center());
     frame.moveBottom(area.bottom() - gapBelow);
     window_->setScreen(QGuiApplication::primaryScreen());

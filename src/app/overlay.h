@@ -15,6 +15,7 @@ class QSettings;
 
 namespace kelo {
 
+class DisplayScale;
 class Link;
 class VoiceControl;
 
@@ -32,9 +33,10 @@ public:
     struct Parts {
         Link *link = nullptr;
         VoiceControl *voice = nullptr;
+        DisplayScale *scale = nullptr;
         QSettings *settings = nullptr;
         QQmlEngine *engine = nullptr;
-        std::function<MainWindow()> sight;
+        std::function<WindowSight()> sight;
     };
 
     explicit Overlay(Parts parts, QObject *parent = nullptr);
@@ -51,8 +53,9 @@ public:
     [[nodiscard]] bool enabled() const;
     void setEnabled(bool on);
 
-    /// The panel stands or fades in.
-    [[nodiscard]] bool visible() const { return rules_.visible(); }
+    /// The panel stands or fades in. Not before its first frame is on the screen, or the fade would
+    /// be over by then.
+    [[nodiscard]] bool visible() const { return rules_.visible() && drawn_; }
     /// The desktop can show what is behind the panel.
     [[nodiscard]] bool seeThrough() const { return seeThrough_; }
     /// The panel's window; null until it is first shown.
@@ -70,12 +73,14 @@ private:
     void makeWindow();
     void place();
     void check();
+    void firstFrameShown();
 
     Parts parts_;
     OverlayRules rules_;
     QTimer checks_;
     std::unique_ptr<QQuickView> window_;
     bool seeThrough_ = true;
+    bool drawn_ = false; // since it was last hidden
 };
 
 } // namespace kelo

@@ -8,7 +8,7 @@ namespace {
 
 bool wanted(const PanelFacts &facts)
 {
-    return facts.enabled && facts.window == MainWindow::Unseen;
+    return facts.enabled && facts.window == WindowSight::Unseen;
 }
 
 } // namespace

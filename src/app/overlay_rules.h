@@ -1,19 +1,14 @@
 #pragma once
 
-namespace kelo {
+#include "app/window_sight.h"
 
-/// What the user sees of the main window.
-enum class MainWindow {
-    Missing,
-    Seen, ///< at least a part of it
-    Unseen, ///< closed, minimised, on another desktop or wholly covered
-};
+namespace kelo {
 
 /// What decides whether the caption panel may stand on the screen.
 struct PanelFacts {
     double now = 0; ///< seconds of uptime
     bool enabled = true; ///< the user wants the panel
-    MainWindow window = MainWindow::Missing;
+    WindowSight window = WindowSight::Missing; ///< what is seen of the main window
 };
 
 /// When the caption panel shows and how long it stays. Times are seconds of uptime.

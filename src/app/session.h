@@ -4,15 +4,12 @@
 
 class QObject;
 
-/// What only the desktop session of one system knows; one file a system.
+/// The process within its desktop session.
 namespace kelo::session {
 
 /// To be called before the application object is made: choices of the window system that must
 /// stand by then. False when there is no display to show anything on.
 [[nodiscard]] bool prepareDisplay();
-
-/// The session started this process at login.
-[[nodiscard]] bool startedByLogin();
 
 /// Calls `quit` on the GUI thread when the system asks the process to end (SIGTERM, SIGINT,
 /// SIGHUP), for as long as `context` lives.

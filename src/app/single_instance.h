@@ -17,6 +17,8 @@ public:
     [[nodiscard]] bool raisedAnother() const;
     /// Becomes the instance that others find.
     void listen();
+    /// Is none of those any more: a start from here on is a first one.
+    void stopListening() { server_.close(); }
 
 Q_SIGNALS:
     /// Somebody started the program a second time.

@@ -9,6 +9,8 @@
 #include <QDBusVariant>
 #include <QGuiApplication>
 
+#include <cstdint>
+
 using namespace Qt::StringLiterals;
 
 namespace kelo {
@@ -17,6 +19,25 @@ namespace {
 
 const QString watcherName = u"org.kde.StatusNotifierWatcher"_s;
 const QString watcherPath = u"/StatusNotifierWatcher"_s;
+
+/// The selection that a tray of the old kind, which embeds icons, holds.
+xcb_atom_t traySelection(xcb_connection_t *x)
+{
+    static const xcb_atom_t selection = x11::atom(x, "_NET_SYSTEM_TRAY_S0");
+    return selection;
+}
+
+/// A native event, as an event filter gets it, says that such a tray has just come.
+bool announcesTray(const void *event)
+{
+    xcb_connection_t *x = x11::connection();
+    const auto *message = static_cast<const xcb_client_message_event_t *>(event);
+    constexpr std::uint8_t type = 0x7f; // the rest says whether it was sent by another program
+    if (!x || (message->response_type & type) != XCB_CLIENT_MESSAGE)
+        return false;
+    static const xcb_atom_t manager = x11::atom(x, "MANAGER");
+    return message->type == manager && message->data.data32[1] == traySelection(x);
+}
 
 } // namespace
 
@@ -63,7 +84,8 @@ void TrayPresence::lookOnBus()
 
 void TrayPresence::lookOnX11()
 {
-    if (!x11::hasTray())
+    xcb_connection_t *x = x11::connection();
+    if (!x || !x11::hasOwner(x, traySelection(x)))
         return;
     onX11_ = true;
     Q_EMIT arrived();
@@ -71,7 +93,7 @@ void TrayPresence::lookOnX11()
 
 bool TrayPresence::nativeEventFilter(const QByteArray &type, void *message, qintptr * /*result*/)
 {
-    if (type == "xcb_generic_event_t" && x11::announcesTray(message))
+    if (type == "xcb_generic_event_t" && announcesTray(message))
         QMetaObject::invokeMethod(this, &TrayPresence::lookOnX11, Qt::QueuedConnection);
     return false;
 }

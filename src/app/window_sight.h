@@ -1,13 +1,18 @@
 #pragma once
 
-#include "app/overlay_rules.h"
-
 class QWindow;
 
 namespace kelo {
 
-/// Whether the user can see anything of `window`, which may be null. What cannot be found out
-/// counts as seen: a caption panel over the display itself is worse than none.
-[[nodiscard]] MainWindow sightOf(const QWindow *window);
+/// What the user sees of a window.
+enum class WindowSight {
+    Missing, ///< there is no window
+    Seen, ///< at least a part of it
+    Unseen, ///< closed, minimised, on another desktop or wholly covered
+};
+
+/// What the user sees of `window`, which may be null. What cannot be found out counts as seen: a
+/// caption panel over the display itself is worse than none.
+[[nodiscard]] WindowSight sightOf(const QWindow *window);
 
 } // namespace kelo

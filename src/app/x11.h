@@ -1,22 +1,27 @@
 #pragma once
 
-#include <QString>
+#include <xcb/xcb.h>
 
-class QWindow;
+#include <cstdlib>
+#include <memory>
+#include <string_view>
 
-/// What X11 says of windows and the desktop. Where this process does not talk to X11, each answers
-/// as if there were nothing to tell.
+/// The X server, asked beside Qt for what Qt does not tell. Where this process does not talk to
+/// X11, `connection` is null and the rest must not be called.
 namespace kelo::x11 {
 
-/// This process talks to X11.
-[[nodiscard]] bool available();
-/// Something composes the screen, so a window may be transparent. True without X11.
-[[nodiscard]] bool composited();
-/// `window` is on another desktop, or other windows hide all of it.
-[[nodiscard]] bool outOfSight(const QWindow &window);
-/// There is a tray of the old kind, which embeds icons.
-[[nodiscard]] bool hasTray();
-/// A native event, as an event filter gets it, says that such a tray has just come.
-[[nodiscard]] bool announcesTray(const void *event);
+struct Free {
+    void operator()(void *reply) const { std::free(reply); } // NOLINT(*-no-malloc): xcb's own way
+};
+
+/// An answer of the X server, null when there was none.
+template <typename T> using Reply = std::unique_ptr<T, Free>;
+
+/// The connection of this process; null where it does not talk to X11.
+[[nodiscard]] xcb_connection_t *connection();
+/// The number behind a name.
+[[nodiscard]] xcb_atom_t atom(xcb_connection_t *x, std::string_view name);
+/// Some program holds the selection of that name.
+[[nodiscard]] bool hasOwner(xcb_connection_t *x, xcb_atom_t selection);
 
 } // namespace kelo::x11

@@ -18,21 +18,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr const char *usage =
-    R"(Usage: kelo [--hidden]
-       kelo --snapshot FOLDER [NAME]
-       kelo --wake-test REPORT [NAME] [--quick]
-       kelo --help | --version
-
-  --hidden            start with the main window hidden
-  --snapshot FOLDER   write a picture of every screen into FOLDER and end;
-                      with NAME only of those whose names begin with it
-  --wake-test REPORT  measure how well NAME (Kelo) is heard, write it to REPORT and end;
-                      with --quick without teaching the name first
-  --help              show this and end
-  --version           show the version and end
-)";
-
 void nameApplication()
 {
     QCoreApplication::setOrganizationName(u"Kelo"_s);
@@ -47,6 +32,9 @@ int runDisplay(const kelo::Arguments &arguments)
     if (instance.raisedAnother())
         return 0;
     instance.listen();
+    // What is started from here on is not to come forward in a process that goes.
+    QObject::connect(
+        qApp, &QCoreApplication::aboutToQuit, &instance, &SingleInstance::stopListening);
     AppDelegate delegate(Link::shared(), VoiceControl::shared());
     QObject::connect(
         &instance, &SingleInstance::raiseRequested, &delegate, &AppDelegate::showWindow);
@@ -59,14 +47,16 @@ int runDisplay(const kelo::Arguments &arguments)
 extern "C" int zu_main(int argc, char **argv)
 {
     QStringList list;
-    for (int i = 1; i < argc; ++i)
+    for (int i = 0; i < argc; ++i)
         list.append(QString::fromLocal8Bit(argv[i]));
     const auto arguments = kelo::Arguments::read(list);
+    nameApplication();
     if (arguments.help || arguments.version) {
-        std::fputs(arguments.help ? usage : "kelo " KELO_VERSION "\n", stdout);
+        const QCoreApplication application(argc, argv); // the help names the program
+        const QByteArray help = kelo::Arguments::helpText().toLocal8Bit();
+        std::fputs(arguments.help ? help.constData() : "kelo " KELO_VERSION "\n", stdout);
         return 0;
     }
-    nameApplication();
     if (arguments.wakeTestReport && !arguments.snapshotFolder) {
         const QCoreApplication application(argc, argv);
         return kelo::WakeLab::run(

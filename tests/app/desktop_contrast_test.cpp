@@ -63,7 +63,7 @@ private Q_SLOTS:
             QSettings().setValue(u"contrast"_s, users);
         Hud::shared().setContrast(false);
         link_->engine.play("line @mode teach\nserve");
-        delegate_->launch(Arguments::read({u"--hidden"_s}));
+        delegate_->launch(Arguments::read({u"kelo"_s, u"--hidden"_s}));
         QTRY_COMPARE(link().mode.get(), u"teach"_s);
         QTRY_COMPARE(portal_.asked, users.isValid() ? 0 : 1);
         QTest::qWait(50); // for the answer

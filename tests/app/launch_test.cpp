@@ -15,20 +15,20 @@ class LaunchTest : public QObject {
 private Q_SLOTS:
     void readsTheCommandLine()
     {
-        const auto all = Arguments::read({u"--what"_s, u"--hidden"_s, u"--snapshot"_s, u"out"_s});
+        const auto all = Arguments::read({u"kelo"_s, u"--what"_s, u"--hidden"_s, u"--snapshot"_s, u"out"_s});
         QVERIFY(all.hidden);
         QCOMPARE(all.snapshotFolder, u"out"_s);
         QVERIFY(!all.wakeTestReport);
         QCOMPARE(all.snapshotNames, QString());
-        QVERIFY(!Arguments::read({u"--snapshot"_s}).snapshotFolder);
-        const auto some = Arguments::read({u"--snapshot"_s, u"out"_s, u"console"_s});
+        QVERIFY(!Arguments::read({u"kelo"_s, u"--snapshot"_s}).snapshotFolder);
+        const auto some = Arguments::read({u"kelo"_s, u"--snapshot"_s, u"out"_s, u"console"_s});
         QCOMPARE(some.snapshotNames, u"console"_s);
-        QVERIFY(!Arguments::read({u"--wake-test"_s}).wakeTestReport);
+        QVERIFY(!Arguments::read({u"kelo"_s, u"--wake-test"_s}).wakeTestReport);
 
-        const auto unnamed = Arguments::read({u"--wake-test"_s, u"report.txt"_s});
+        const auto unnamed = Arguments::read({u"kelo"_s, u"--wake-test"_s, u"report.txt"_s});
         QCOMPARE(unnamed.wakeTestReport, u"report.txt"_s);
         QCOMPARE(unnamed.wakeTestName, u"Kelo"_s);
-        const auto named = Arguments::read({u"--wake-test"_s, u"report.txt"_s, u"Melody"_s});
+        const auto named = Arguments::read({u"kelo"_s, u"--wake-test"_s, u"report.txt"_s, u"Melody"_s});
         QCOMPARE(named.wakeTestName, u"Melody"_s);
     }
 
@@ -50,7 +50,7 @@ private Q_SLOTS:
         QFETCH(const bool, bySession);
         QFETCH(const bool, loginItem);
         QFETCH(const double, uptime);
-        QTEST(startsHidden({asked, bySession, loginItem, uptime}), "hidden");
+        QTEST(startsHidden({asked, false, bySession, loginItem, uptime}), "hidden");
     }
 
     void putsTheWindowWhereItCanBeReached_data()

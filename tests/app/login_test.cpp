@@ -82,7 +82,7 @@ private Q_SLOTS:
 
     void saysWhenItFails()
     {
-        const LoginItem nowhere(u"/dev/null"_s, u"/usr/bin/kelo"_s);
+        LoginItem nowhere(u"/dev/null"_s, u"/usr/bin/kelo"_s);
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"can't write"_s));
         QVERIFY(!nowhere.set(true));
         QVERIFY(!nowhere.on());
@@ -92,7 +92,7 @@ private Q_SLOTS:
 private:
     [[nodiscard]] LoginItem item(const QString &executable = u"/usr/bin/kelo"_s) const
     {
-        return {folder_->path(), executable};
+        return LoginItem(folder_->path(), executable);
     }
 
     std::unique_ptr<QTemporaryDir> folder_;

@@ -26,37 +26,37 @@ private Q_SLOTS:
     void seesWhatTheUserSees()
     {
         QWindow *window = delegate_->window();
-        QCOMPARE(sightOf(nullptr), MainWindow::Missing);
-        QTRY_COMPARE(sightOf(window), MainWindow::Seen);
+        QCOMPARE(sightOf(nullptr), WindowSight::Missing);
+        QTRY_COMPARE(sightOf(window), WindowSight::Seen);
 
         QRasterWindow other;
         other.setGeometry(window->frameGeometry().adjusted(-20, -20, -300, 20));
         other.show();
         QVERIFY(QTest::qWaitForWindowExposed(&other));
         QTest::qWait(300);
-        QCOMPARE(sightOf(window), MainWindow::Seen); // a part of it
+        QCOMPARE(sightOf(window), WindowSight::Seen); // a part of it
         other.showMaximized();
-        QTRY_COMPARE(sightOf(window), MainWindow::Unseen);
+        QTRY_COMPARE(sightOf(window), WindowSight::Unseen);
         window->raise();
         window->requestActivate();
-        QTRY_COMPARE(sightOf(window), MainWindow::Seen);
+        QTRY_COMPARE(sightOf(window), WindowSight::Seen);
         other.raise();
         other.requestActivate();
-        QTRY_COMPARE(sightOf(window), MainWindow::Unseen);
+        QTRY_COMPARE(sightOf(window), WindowSight::Unseen);
         other.close();
-        QTRY_COMPARE(sightOf(window), MainWindow::Seen);
+        QTRY_COMPARE(sightOf(window), WindowSight::Seen);
 
         delegate_->minimiseWindow();
-        QTRY_COMPARE(sightOf(window), MainWindow::Unseen);
+        QTRY_COMPARE(sightOf(window), WindowSight::Unseen);
         delegate_->showWindow();
-        QTRY_COMPARE(sightOf(window), MainWindow::Seen);
+        QTRY_COMPARE(sightOf(window), WindowSight::Seen);
 
         QProcess::execute(u"xdotool"_s, {u"set_desktop"_s, u"1"_s});
-        QTRY_COMPARE(sightOf(window), MainWindow::Unseen);
+        QTRY_COMPARE(sightOf(window), WindowSight::Unseen);
         QProcess::execute(u"xdotool"_s, {u"set_desktop"_s, u"0"_s});
-        QTRY_COMPARE(sightOf(window), MainWindow::Seen);
+        QTRY_COMPARE(sightOf(window), WindowSight::Seen);
         delegate_->closeWindow();
-        QCOMPARE(sightOf(window), MainWindow::Unseen);
+        QCOMPARE(sightOf(window), WindowSight::Unseen);
     }
 
     void showsWhileTheDisplayIsNotSeen()

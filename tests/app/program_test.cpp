@@ -29,7 +29,7 @@ private Q_SLOTS:
     void answersWithoutADisplay_data()
     {
         const Table<QStringList, int, QByteArray> row{"arguments", "status", "begins"};
-        row("help", {u"--help"_s}, 0, "Usage: kelo");
+        row("help", {u"--help"_s}, 0, "Usage: ");
         row("version", {u"--version"_s}, 0, "kelo ");
         row("a window", {}, 1, {});
     }

@@ -1,7 +1,6 @@
-#include "app/announcements.h"
+#include "app/announcement_queue.h"
 #include "app/display_scale.h"
 #include "app/overlay_rules.h"
-#include "app/tray_menu.h"
 #include "support/table.h"
 
 #include <QSettings>
@@ -18,30 +17,30 @@ class RulesTest : public QObject {
 private Q_SLOTS:
     void panelShowsOnlyWhileTheDisplayIsNotSeen_data()
     {
-        const Table<bool, MainWindow, bool> row{"enabled", "window", "shows"};
-        row("not seen", true, MainWindow::Unseen, true);
-        row("seen", true, MainWindow::Seen, false);
-        row("no window", true, MainWindow::Missing, false);
-        row("switched off", false, MainWindow::Unseen, false);
+        const Table<bool, WindowSight, bool> row{"enabled", "window", "shows"};
+        row("not seen", true, WindowSight::Unseen, true);
+        row("seen", true, WindowSight::Seen, false);
+        row("no window", true, WindowSight::Missing, false);
+        row("switched off", false, WindowSight::Unseen, false);
     }
 
     void panelShowsOnlyWhileTheDisplayIsNotSeen()
     {
         QFETCH(const bool, enabled);
-        QFETCH(const MainWindow, window);
+        QFETCH(const WindowSight, window);
         QFETCH(const bool, shows);
         OverlayRules rules;
         QCOMPARE(rules.show(9, {100, enabled, window}), shows);
         QCOMPARE(rules.visible(), shows);
         OverlayRules showing;
-        showing.show(60, {100, true, MainWindow::Unseen});
+        showing.show(60, {100, true, WindowSight::Unseen});
         QCOMPARE(showing.check(true, {100.25, enabled, window}), !shows);
         QCOMPARE(showing.visible(), shows);
     }
 
     void panelStaysWhileItIsOfUse()
     {
-        const auto at = [](double now) { return PanelFacts{now, true, MainWindow::Unseen}; };
+        const auto at = [](double now) { return PanelFacts{now, true, WindowSight::Unseen}; };
         OverlayRules rules;
         QVERIFY(!rules.check(true, at(0)));
         rules.show(OverlayRules::whileSpeaking, at(100));
@@ -61,59 +60,80 @@ private Q_SLOTS:
 
     void announcesEachChangeOnce()
     {
-        Announcements all;
+        AnnouncementQueue all;
+        double now = 90;
         all.assume(Topic::Mode, u"Mode: STANDBY"_s);
-        all.state(Topic::Mode, u"Mode: STANDBY"_s);
+        all.state(Topic::Mode, u"Mode: STANDBY"_s, now);
         QVERIFY(!all.next());
         QCOMPARE(all.take(100), QStringList());
 
-        all.state(Topic::Mode, u"Mode: JAZZ"_s);
+        all.state(Topic::Mode, u"Mode: JAZZ"_s, now);
+        QCOMPARE(all.take(now), QStringList());
         QCOMPARE(all.take(100), QStringList{u"Mode: JAZZ"_s});
-        all.state(Topic::Mode, u"Mode: JAZZ"_s);
+        all.state(Topic::Mode, u"Mode: JAZZ"_s, now);
         QCOMPARE(all.take(200), QStringList());
 
-        all.state(Topic::Update, u"New update"_s);
+        all.state(Topic::Update, u"New update"_s, now);
         QCOMPARE(all.take(200).size(), 1);
-        all.state(Topic::Update, {});
+        all.state(Topic::Update, {}, now);
         QCOMPARE(all.take(210), QStringList());
-        all.state(Topic::Update, u"New update"_s);
+        all.state(Topic::Update, u"New update"_s, now);
         QCOMPARE(all.take(220), QStringList{u"New update"_s});
 
-        for (const double now : {300.0, 310.0}) {
-            all.event(Topic::Caption, u"Once more."_s);
-            QCOMPARE(all.take(now), QStringList{u"Once more."_s});
+        for (const double at : {300.0, 310.0}) {
+            all.event(Topic::Choice, u"Once more."_s);
+            QCOMPARE(all.take(at), QStringList{u"Once more."_s});
         }
     }
 
     void announcesTheLatestOfABurst()
     {
-        Announcements all;
-        all.state(Topic::Playing, u"Playing A"_s);
-        all.state(Topic::Piano, u"Piano connected"_s);
-        QCOMPARE(all.take(100), (QStringList{u"Playing A"_s, u"Piano connected"_s}));
+        AnnouncementQueue all;
+        all.state(Topic::Update, u"Update A"_s, 100);
+        all.state(Topic::Piano, u"Piano connected"_s, 100);
+        QCOMPARE(all.take(100), (QStringList{u"Update A"_s, u"Piano connected"_s}));
 
-        all.state(Topic::Playing, u"Stopped"_s);
-        all.state(Topic::Playing, u"Playing B"_s);
-        all.state(Topic::Piano, u"Piano lost"_s);
-        all.state(Topic::Piano, u"Piano connected"_s);
+        all.state(Topic::Update, u"None"_s, 100.1);
+        all.state(Topic::Update, u"Update B"_s, 100.2);
+        all.state(Topic::Piano, u"Piano lost"_s, 100.1);
+        all.state(Topic::Piano, u"Piano connected"_s, 100.2);
         QCOMPARE(all.next(), 101.0);
         QCOMPARE(all.take(100.9), QStringList());
-        QCOMPARE(all.take(101), QStringList{u"Playing B"_s});
+        QCOMPARE(all.take(101), QStringList{u"Update B"_s});
         QVERIFY(!all.next());
     }
 
-    void menuTellsTheTruth()
+    void leavesToTheEngineWhatItSpeaksOf_data()
     {
-        using Checked = std::optional<bool>;
-        std::map<QString, Checked> checks;
-        for (const auto &item : trayMenu({u"Luna"_s, true, false, true})) {
-            QCOMPARE(item.action.has_value(), !item.title.isEmpty());
-            if (item.checked)
-                checks[item.title] = item.checked;
-        }
-        QCOMPARE(checks,
-            (std::map<QString, Checked>{{u"Listen for “Luna”"_s, true},
-                {u"Show the panel when Luna speaks"_s, false}, {u"Start when I log in"_s, true}}));
+        const Table<Topic, double, bool> row{"topic", "sentence", "announced"}; // a change at 100
+        row("mode, with it", Topic::Mode, 100, false);
+        row("mode, a little later", Topic::Mode, 100.6, false);
+        row("mode, a little before", Topic::Mode, 99.4, false);
+        row("mode, of something else before", Topic::Mode, 99.2, true);
+        row("mode, much later", Topic::Mode, 100.8, true);
+        row("playing", Topic::Playing, 100, false);
+        row("the scale is the display's", Topic::Scale, 100, true);
+    }
+
+    void leavesToTheEngineWhatItSpeaksOf()
+    {
+        QFETCH(const Topic, topic);
+        QFETCH(const double, sentence);
+        AnnouncementQueue queue;
+        if (sentence < 100)
+            queue.engineSpoke(sentence);
+        queue.state(topic, u"new"_s, 100);
+        QStringList said = queue.take(100);
+        if (sentence >= 100 && sentence <= 100.7)
+            queue.engineSpoke(sentence);
+        QCOMPARE(queue.take(100.69), QStringList());
+        said += queue.take(100.71);
+        if (sentence > 100.7)
+            queue.engineSpoke(sentence);
+        QTEST(!said.isEmpty(), "announced");
+        QVERIFY(!queue.next());
+        queue.state(topic, u"new"_s, 200);
+        QVERIFY2(!queue.next(), "it is known by now");
     }
 
     void scaleStaysWithinItsRange_data()

@@ -97,7 +97,7 @@ private:
     void launch(const QStringList &arguments = {})
     {
         link_->engine.play("line @mode idle\nserve");
-        delegate_->launch(Arguments::read(arguments));
+        delegate_->launch(Arguments::read(QStringList{u"kelo"_s} + arguments));
         QTRY_COMPARE(link().state.get(), u"ONLINE"_s);
         if (window()->isVisible())
             QVERIFY(QTest::qWaitForWindowExposed(window()));

@@ -1,6 +1,5 @@
 #include "app/session.h"
 
-#include <QFile>
 #include <QSocketNotifier>
 
 #include <sys/socket.h>
@@ -8,8 +7,6 @@
 
 #include <array>
 #include <csignal>
-
-using namespace Qt::StringLiterals;
 
 namespace kelo::session {
 
@@ -28,33 +25,17 @@ void reportSignal(int)
 
 bool prepareDisplay()
 {
-#ifdef Q_OS_LINUX
     if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         return true;
     // Only X11 lets a program place a window of its own, which the caption panel needs.
     if (qEnvironmentVariableIsSet("DISPLAY"))
         return qputenv("QT_QPA_PLATFORM", "xcb");
     return qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
-#else
-    return true;
-#endif
-}
-
-bool startedByLogin()
-{
-#ifdef Q_OS_LINUX
-    if (qEnvironmentVariableIsSet("DESKTOP_AUTOSTART_ID"))
-        return true;
-    QFile groups(u"/proc/self/cgroup"_s);
-    return groups.open(QIODevice::ReadOnly) && groups.readAll().contains("@autostart.service");
-#else
-    return false;
-#endif
 }
 
 void onEndRequested(QObject *context, std::function<void()> quit)
 {
-    if (::socketpair(AF_UNIX, SOCK_STREAM, 0, signalSockets.data()) != 0)
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, signalSockets.data()) != 0)
         return;
     auto *notifier = new QSocketNotifier(signalSockets[1], QSocketNotifier::Read, context);
     QObject::connect(

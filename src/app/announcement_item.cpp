@@ -1,4 +1,4 @@
-#include "app/notice.h"
+#include "app/announcement_item.h"
 
 #include <QAccessible>
 #include <QDBusArgument>
@@ -7,6 +7,7 @@
 #include <QDBusPendingCallWatcher>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace kelo {
 
@@ -52,19 +53,37 @@ void sendAnnouncement(QQuickItem *from, const QString &text)
 
 } // namespace
 
-void Notice::setAnnouncer(Announcer *announcer)
+AnnouncementItem::AnnouncementItem(QQuickItem *parent)
+    : QQuickItem(parent)
+{
+    hold_.setSingleShot(true);
+    hold_.setInterval(700ms);
+    connect(&hold_, &QTimer::timeout, this, &AnnouncementItem::sayNext);
+}
+
+void AnnouncementItem::setAnnouncer(Announcer *announcer)
 {
     if (announcer_)
         announcer_->disconnect(this);
     announcer_ = announcer;
     if (announcer_)
-        connect(announcer_, &Announcer::said, this, &Notice::say);
+        connect(announcer_, &Announcer::said, this, &AnnouncementItem::say);
     Q_EMIT announcerChanged();
 }
 
-void Notice::say(const QString &text)
+void AnnouncementItem::say(const QString &text)
 {
-    text_ = text;
+    waiting_ += text;
+    if (!hold_.isActive())
+        sayNext();
+}
+
+void AnnouncementItem::sayNext()
+{
+    if (waiting_.isEmpty())
+        return;
+    text_ = std::exchange(waiting_, {}).join(u". "_s);
+    hold_.start();
     Q_EMIT textChanged();
     if (!QAccessible::isActive())
         return;
@@ -74,7 +93,7 @@ void Notice::say(const QString &text)
         u"/org/a11y/atspi/registry"_s, u"org.a11y.atspi.Registry"_s, u"GetRegisteredEvents"_s);
     const auto *call = new QDBusPendingCallWatcher(accessibilityBus().asyncCall(ask), this);
     connect(call, &QDBusPendingCallWatcher::finished, this,
-        [this, text](QDBusPendingCallWatcher *done) {
+        [this, text = text_](QDBusPendingCallWatcher *done) {
             done->deleteLater();
             if (announcementsAreHeard(done->reply())) {
                 sendAnnouncement(this, text);
