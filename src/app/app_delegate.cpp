@@ -80,8 +80,8 @@ void AppDelegate::launch(const Arguments &arguments)
 void AppDelegate::makeWindow()
 {
     window_ = std::make_unique<MainWindow>(settings_);
-    overlay_ = std::make_unique<Overlay>(Overlay::Parts{
-        &link_, &voice_, &scale_, &settings_, window_->engine(), [this] { return sightOf(window_.get()); }});
+    overlay_ = std::make_unique<Overlay>(Overlay::Parts{&link_, &voice_, &scale_, &settings_,
+        window_->engine(), [this] { return sightOf(window_.get()); }});
     announcer_ = std::make_unique<Announcer>(
         Announcer::Sources{&link_, &voice_, &questions_, overlay_.get(), &loginItem_, &scale_});
     fillWithMainView(*window_, {&link_, &voice_, &questions_, &scale_, this, announcer_.get()});
@@ -268,11 +268,12 @@ void AppDelegate::relaunch()
 {
     // The new one shows what this one shows; the session's marks on this one say nothing of it.
     QStringList arguments = QCoreApplication::arguments().sliced(1);
-    arguments.removeIf([](const QString &each) { return each == u"--hidden" || each == u"--show"; });
+    arguments.removeIf(
+        [](const QString &each) { return each == u"--hidden" || each == u"--show"; });
     arguments += mainWindowHidden() ? u"--hidden"_s : u"--show"_s;
     QProcess::startDetached(u"/bin/sh"_s,
-        QStringList{u"-c"_s, u"sleep 1.5; exec \"$0\" \"$@\""_s,
-            QCoreApplication::applicationFilePath()}
+        QStringList{
+            u"-c"_s, u"sleep 1.5; exec \"$0\" \"$@\""_s, QCoreApplication::applicationFilePath()}
             + arguments);
     quit();
 }

@@ -26,7 +26,8 @@ public:
 
     [[nodiscard]] std::optional<QString> value(const QCommandLineOption &option) const
     {
-        return parser.isSet(option) ? std::optional(parser.value(option)) : std::nullopt;
+        const QStringList values = parser.values(option); // none where nothing follows it
+        return values.isEmpty() ? std::nullopt : std::optional(values.constLast());
     }
 
     QCommandLineOption hidden{u"hidden"_s, tr("Start with the main window hidden.")};
@@ -35,8 +36,7 @@ public:
         u"snapshot"_s, tr("Write a picture of every screen into FOLDER and end."), u"FOLDER"_s};
     QCommandLineOption wakeTest{u"wake-test"_s,
         tr("Measure how well the name is heard, write it to REPORT and end."), u"REPORT"_s};
-    QCommandLineOption quick{
-        u"quick"_s, tr("With --wake-test: without teaching the name first.")};
+    QCommandLineOption quick{u"quick"_s, tr("With --wake-test: without teaching the name first.")};
     QCommandLineOption help{{u"h"_s, u"help"_s}, tr("Show this and end.")};
     QCommandLineOption version{{u"v"_s, u"version"_s}, tr("Show the version and end.")};
     QCommandLineParser parser;

@@ -66,7 +66,7 @@ LoginItem::LoginItem(const QString &configuration, QString executable)
 
 LoginItem::LoginItem()
     : LoginItem(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation),
-          QCoreApplication::applicationFilePath())
+        QCoreApplication::applicationFilePath())
 {
 }
 

@@ -31,7 +31,8 @@ public:
     VoiceControl voice;
     WelcomeQuestions questions{link.link(), link.ears};
     DisplayScale scale{settings};
-    Overlay overlay{{&link.link(), &voice, &scale, &settings, nullptr, [] { return WindowSight::Seen; }}};
+    Overlay overlay{
+        {&link.link(), &voice, &scale, &settings, nullptr, [] { return WindowSight::Seen; }}};
     LoginItem login{link.folder.path(), u"/usr/bin/kelo"_s};
     Announcer announcer{{&link.link(), &voice, &questions, &overlay, &login, &scale}};
 };

@@ -15,7 +15,8 @@ class LaunchTest : public QObject {
 private Q_SLOTS:
     void readsTheCommandLine()
     {
-        const auto all = Arguments::read({u"kelo"_s, u"--what"_s, u"--hidden"_s, u"--snapshot"_s, u"out"_s});
+        const auto all =
+            Arguments::read({u"kelo"_s, u"--what"_s, u"--hidden"_s, u"--snapshot"_s, u"out"_s});
         QVERIFY(all.hidden);
         QCOMPARE(all.snapshotFolder, u"out"_s);
         QVERIFY(!all.wakeTestReport);
@@ -28,7 +29,8 @@ private Q_SLOTS:
         const auto unnamed = Arguments::read({u"kelo"_s, u"--wake-test"_s, u"report.txt"_s});
         QCOMPARE(unnamed.wakeTestReport, u"report.txt"_s);
         QCOMPARE(unnamed.wakeTestName, u"Kelo"_s);
-        const auto named = Arguments::read({u"kelo"_s, u"--wake-test"_s, u"report.txt"_s, u"Melody"_s});
+        const auto named =
+            Arguments::read({u"kelo"_s, u"--wake-test"_s, u"report.txt"_s, u"Melody"_s});
         QCOMPARE(named.wakeTestName, u"Melody"_s);
     }
 
