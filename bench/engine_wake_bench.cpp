@@ -6,7 +6,7 @@
 // went wrong.
 
 #include "listen/ear.h"
-#include "listen/phrases.h"
+#include "listen/understanding.h"
 #include "songs/library.h"
 #include "support/figures.h"
 

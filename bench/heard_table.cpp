@@ -2,7 +2,7 @@
 // when an assistant is called by its name and asked for something, and when people merely talk.
 // Speech is made by espeak-ng. It is told the same phrases as in use.
 
-#include "listen/phrases.h"
+#include "listen/understanding.h"
 #include "songs/library.h"
 #include "voice/name/wake_training.h"
 #include "voice/recognition/sphinx_recogniser.h"

@@ -1,5 +1,5 @@
 #include "listen/ear.h"
-#include "listen/phrases.h"
+#include "listen/understanding.h"
 #include "support/table.h"
 
 #include <QTest>

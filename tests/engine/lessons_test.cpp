@@ -1,6 +1,6 @@
 #include "lessons/attempt.h"
 #include "lessons/lesson.h"
-#include "lessons/pitch_names.h"
+#include "theory/pitch_names.h"
 #include "songs/library.h"
 #include "songs/notation.h"
 #include "support/table.h"

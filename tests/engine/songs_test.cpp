@@ -1,5 +1,5 @@
 #include "songs/library.h"
-#include "songs/menu.h"
+#include "songs/song_list.h"
 #include "songs/notation.h"
 #include "songs/shipped.h"
 #include "support/files.h"
@@ -157,7 +157,7 @@ private Q_SLOTS:
     void theMenuGoesRound()
     {
         const std::vector<SongName> songs{{"One", "Ann"}, {"Two", ""}};
-        SongMenu menu;
+        SongList menu;
         QCOMPARE(menu.describe(), std::string("There are no songs."));
         menu.next();
         menu.previous();

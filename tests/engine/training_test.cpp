@@ -2,7 +2,7 @@
 #include "support/table.h"
 #include "training/band.h"
 #include "training/ear_trainer.h"
-#include "training/harmony.h"
+#include "theory/harmony.h"
 #include "training/metronome.h"
 
 #include <QRegularExpression>

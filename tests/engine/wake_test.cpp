@@ -1,4 +1,4 @@
-#include "listen/phrases.h"
+#include "listen/understanding.h"
 #include "listen/sound_alike.h"
 #include "listen/wake.h"
 #include "support/table.h"

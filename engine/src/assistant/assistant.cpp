@@ -1,7 +1,10 @@
 #include "assistant/assistant.h"
 
+#include "activities/home_activity.h"
+#include "activities/pieces.h"
+#include "activities/playback_activity.h"
 #include "assistant/keys.h"
-#include "assistant/words.h"
+#include "listen/understanding.h"
 #include "protocol/text.h"
 #include "setup/greeting.h"
 #include "speech/voices.h"
@@ -15,6 +18,61 @@ namespace kelo::engine {
 
 namespace {
 
+constexpr double questionTime = 20; ///< seconds in which a question can be answered
+
+constexpr Handler<Assistant> handlers[] = {
+    {Action::PauseOrCarryOn, &Assistant::pauseOrCarryOn},
+    {Action::Pause, &Assistant::pause},
+    {Action::CarryOn, &Assistant::carryOn},
+    {Action::Stop, &Assistant::stop},
+    {Action::Home, &Assistant::goHome},
+    {Action::Again, &Assistant::sayAgain},
+    {Action::Start, &Assistant::toChoices},
+    {Action::OpenChoice, &Assistant::toChoices},
+    {Action::Next, &Assistant::toChoices},
+    {Action::Previous, &Assistant::toChoices},
+    {Action::NextChoice, &Assistant::toChoices},
+    {Action::PreviousChoice, &Assistant::toChoices},
+    {Action::ListChoices, &Assistant::toChoices},
+    {Action::TalkMode, &Assistant::switchTalk},
+    {Action::Type, &Assistant::type},
+    {Action::TopKey, &Assistant::setTopKey},
+    {Action::CommandKeysOn, &Assistant::switchCommandKeys},
+};
+
+/// Counts the handlers that each action has, whatever the activity.
+consteval std::array<int, actionCount> handlersOfActions()
+{
+    std::array<int, actionCount> counts{};
+    const auto count = [&](const auto &table) {
+        for (const auto &handler : table)
+            ++counts[static_cast<std::size_t>(handler.action)];
+    };
+    count(handlers);
+    count(ActivityRequests::handlers);
+    count(SoundRequests::handlers);
+    count(DisplayRequests::handlers);
+    count(TalkRequests::handlers);
+    return counts;
+}
+
+static_assert(
+    [] {
+        for (const int count : handlersOfActions()) {
+            if (count != 1)
+                return false;
+        }
+        return true;
+    }(),
+    "every action has one handler");
+
+/// What leaves the activity that one is in. It takes more than a part of the words to ask for it.
+constexpr Action leaving[] = {Action::OpenMenu, Action::PlaySong, Action::Learn, Action::PlayKept,
+    Action::Album, Action::Home, Action::MakeUp, Action::Surprise, Action::Compose,
+    Action::Lullaby, Action::VideoGame, Action::FilmScore, Action::Jam, Action::Jazz,
+    Action::EarTraining, Action::Band, Action::LogicControl, Action::ReaperControl, Action::Drop,
+    Action::StartOver, Action::NewPiece, Action::Metronome};
+
 std::optional<double> soonest(std::initializer_list<std::optional<double>> times)
 {
     std::optional<double> first;
@@ -27,35 +85,51 @@ std::optional<double> soonest(std::initializer_list<std::optional<double>> times
 
 } // namespace
 
-Assistant::Assistant(const Equipment &equipment, Places whereThingsAre, std::uint32_t seed)
-    : tools(equipment)
-    , places(std::move(whereThingsAre))
-    , wire(equipment.wire)
-    , speaker(equipment.speaker)
-    , player(equipment.player)
-    , randomSeed(seed)
-    , profile(loadProfile(places.profile))
-    , settings(profile.value_or(Profile{}))
-    , ear([this](std::span<const Word> words) {
-        return understand(words, tools.library.names()).has_value();
-    })
-    , commandKeys(settings.topKey)
+Assistant::Assistant(const Equipment &equipment, const Places &places, std::uint32_t seed)
+    : wire_(equipment.wire)
+    , speech_(equipment.speech)
+    , player_(equipment.player)
+    , metronome_(equipment.metronome)
+    , through_(equipment.through)
+    , keys_(equipment.keys)
+    , settings_(places.profile)
+    , session_{.host = *this,
+          .wire = equipment.wire,
+          .player = equipment.player,
+          .metronome = equipment.metronome,
+          .band = equipment.band,
+          .library = equipment.library,
+          .songsFolder = places.songs,
+          .seed = seed}
+    , activity_(std::make_unique<HomeActivity>(session_))
+    , activityRequests_(session_, activity_)
+    , soundRequests_(session_, settings_, equipment.speech, equipment.through, equipment.keys,
+          equipment.setVoiceLoudness)
+    , displayRequests_(session_)
+    , talkRequests_(session_, settings_, activity_, places.page, equipment.openPage)
+    , ear_([this](std::span<const Word> words) { return understands(words, false); },
+          [this](std::span<const Word> words) { return understands(words, true); })
+    , commandKeys_(settings_->topKey)
 {
-    menu.setSongs(tools.library.names());
-    settings.voice %= static_cast<int>(voices.size());
-    speaker.setVoice(static_cast<std::size_t>(settings.voice));
-    tools.setVoiceLoudness(static_cast<float>(settings.voiceLoudness) / 100);
+    session_.songs.setSongs(equipment.library.names());
+}
+
+Assistant::~Assistant() = default;
+
+bool Assistant::understands(std::span<const Word> words, bool allOfIt) const
+{
+    const auto request = understand(words, session_.library.names());
+    return request && (request->whole || !allOfIt);
 }
 
 void Assistant::begin(std::string_view piano, bool asksQuestions, const Moment &now)
 {
-    if (!profile && asksQuestions)
-        wire.send("welcome");
-    sendNames();
-    wire.send("voice", voices[static_cast<std::size_t>(settings.voice)].name);
-    wire.send("hands", nameOf(hands));
-    wire.send("bandstyle", tools.band.style() == Band::Style::Simple ? "simple" : "full");
-    setMode(Mode::Idle);
+    if (!settings_.known() && asksQuestions)
+        wire_.send("welcome");
+    tellNames();
+    soundRequests_.begin();
+    wire_.send("hands", nameOf(session_.hands));
+    showMode();
     pianoChanged(piano);
     advance(now);
 }
@@ -63,25 +137,26 @@ void Assistant::begin(std::string_view piano, bool asksQuestions, const Moment &
 void Assistant::greet(std::string_view trouble, const Moment &now)
 {
     std::string greeting;
-    if (profile) {
-        greeting = greetingFor(settings, now.today, now.hour) + " Press H for help. ";
-        if (isBirthday(settings, now.today) && settings.wishedIn != now.today.year) {
-            settings.wishedIn = now.today.year;
-            rememberProfile();
-        }
+    if (settings_.known()) {
+        greeting = greetingFor(*settings_, now.today(), now.hour()) + " Press H for help. ";
+        const int year = static_cast<int>(now.today().year());
+        if (isBirthday(*settings_, now.today()) && settings_->wishedIn != year)
+            settings_.change([year](Profile &profile) { profile.wishedIn = year; });
     }
     say(greeting.append(trouble), now);
 }
 
-void Assistant::sendNames()
+void Assistant::tellNames()
 {
-    wire.send("name",
-        settings.user.empty() ? settings.assistant : settings.assistant + "|" + settings.user);
-    ear.setName(settings.assistant);
+    wire_.send("name",
+        settings_->user.empty() ? settings_->assistant
+                                : settings_->assistant + "|" + settings_->user);
+    ear_.setName(settings_->assistant);
 }
 
 void Assistant::take(const Input &input, const Moment &now)
 {
+    left_.clear();
     if (const auto *command = std::get_if<Command>(&input))
         obey(command->text, now);
     else
@@ -94,76 +169,83 @@ void Assistant::obey(std::string_view line, const Moment &now)
     const std::string_view keyword = line.substr(0, space);
     const std::string_view rest =
         space == std::string_view::npos ? std::string_view{} : line.substr(space + 1);
-    if (keyword == "ear" && space != std::string_view::npos)
+    if (keyword == "ear" && space != std::string_view::npos) {
         hear(rest, now);
-    else if (const auto action = actionFor(keyword))
+    } else if (const auto action = actionFor(keyword)) {
         perform({*action}, now);
-    else if (keyword == "say")
+    } else if (keyword == "say") {
         answer(rest, now);
-    else if (keyword == "speak")
+    } else if (keyword == "speak") {
         say(rest, now);
-    else if (keyword == "play") {
+    } else if (keyword == "play") {
         hush();
-        stopTeaching(Mode::Idle);
         const std::filesystem::path file(rest);
         const std::string name = oneLine(file.stem().string());
-        play(loadMidiFile(file), name, name + ".", now);
-    } else if (keyword == "setup")
+        if (auto piece = heardFrom(session_, loadMidiFile(file), name, now))
+            begin(std::make_unique<PlaybackActivity>(session_, std::move(*piece), name + "."), now);
+    } else if (keyword == "jazz") {
+        const auto words = wordsOf(rest);
+        const auto number = numberAt(words);
+        perform({.action = Action::Jazz,
+                    .number = number ? std::optional(number->value) : std::nullopt},
+            now);
+    } else if (keyword == "setup") {
         setUp(rest, now);
-    else if (keyword == "bg")
+    } else if (keyword == "bg") {
         say("I'll carry on in the background.", now);
-    else if (keyword == "login")
+    } else if (keyword == "login") {
         say(rest == "on"        ? "I'll start when you log in."
                 : rest == "off" ? "I won't start by myself."
                                 : "That could not be changed.",
             now);
+    }
 }
 
 void Assistant::press(Key pressed, const Moment &now)
 {
-    if (typing)
-        type(pressed, now);
+    if (typing_)
+        typeKey(pressed, now);
     else if (pressed == key('q'))
-        quit = true;
-    else if (const auto action = actionFor(pressed, mode))
+        quit_ = true;
+    else if (const auto action = actionFor(pressed, shownMode_))
         perform({*action}, now);
 }
 
-void Assistant::type(Key pressed, const Moment &now)
+void Assistant::typeKey(Key pressed, const Moment &now)
 {
-    const auto [end, echo] = typing->press(pressed);
+    const auto [end, echo] = typing_->press(pressed);
     if (!end) {
         if (!echo.empty())
             say(echo, now);
         return;
     }
-    const std::string line = std::exchange(typing, std::nullopt)->text();
-    wire.send("typing", "0");
+    const std::string line = std::exchange(typing_, std::nullopt)->text();
+    wire_.send("typing", "0");
     if (*end == TypingLine::End::Leave) {
         say("Typing is over.", now);
         return;
     }
-    wire.send("heard", oneLine(line));
+    wire_.send("heard", oneLine(line));
     answer(line, now);
 }
 
 void Assistant::hear(std::string_view rest, const Moment &now)
 {
     const bool final = rest.starts_with('1');
-    if (typing || (!final && !rest.starts_with('0')) || (rest.size() > 1 && rest[1] != ' '))
+    if (typing_ || (!final && !rest.starts_with('0')) || (rest.size() > 1 && rest[1] != ' '))
         return;
     const std::string_view words = rest.size() > 2 ? rest.substr(2) : std::string_view{};
-    if (const auto command = ear.hear(final, words, speaker.speaking(), now.uptime))
+    if (const auto command = ear_.hear(final, words, speech_.speaking(), now.uptime))
         heard(*command, now);
 }
 
 void Assistant::heard(const std::string &command, const Moment &now)
 {
-    wire.send("heard", oneLine(command));
-    wire.send("earreset");
+    wire_.send("heard", oneLine(command));
+    wire_.send("earreset");
     if (command.empty()) {
         say("Yes?", now);
-        answerExpected = true;
+        answerExpected_ = true;
         return;
     }
     answer(command, now);
@@ -174,112 +256,304 @@ void Assistant::answer(std::string_view text, const Moment &now)
     std::vector<Word> words = wordsOf(text);
     // Who types or clicks may say the name all the same.
     if (words.size() > 1
-        && wordsOf(settings.assistant) == std::vector{Word{words.front().text, true}})
+        && wordsOf(settings_->assistant) == std::vector{Word{words.front().text, true}})
         words.erase(words.begin());
-    if (const auto request = understandKindly(words, tools.library.names()))
-        perform(*request, now);
-    else if (std::ranges::find(words, "play", &Word::text) != words.end())
+    if (choose(words, now))
+        return;
+    const auto request = understandKindly(words, session_.library.names());
+    const bool leaves = request && std::ranges::find(leaving, request->action) != std::end(leaving);
+    if (request && (request->whole || !leaves || !activity_->busy()))
+        undertake(*request, now);
+    else if (!request && std::ranges::find(words, "play", &Word::text) != words.end())
         say("I don't know that song. Ask which songs there are, or press L.", now);
     else
         say("I didn't understand that. Ask what you can say, or press H for help.", now);
 }
 
+/// Where two songs are meant as much as each other, asks which.
+void Assistant::undertake(const Request &request, const Moment &now)
+{
+    if (!request.song || !request.other) {
+        perform(request, now);
+        return;
+    }
+    const auto &names = session_.library.names();
+    Request other = request;
+    other.song = request.other;
+    other.other.reset();
+    Request first = request;
+    first.other.reset();
+    ask(names[*first.song].title + ", or " + names[*other.song].title + "?", first, other, now);
+}
+
+void Assistant::ask(std::string_view text, const Request &first, const Request &second,
+    const Moment &now)
+{
+    say(text, now);
+    question_ = Question{first, second, now.uptime + questionTime};
+    answerExpected_ = true;
+}
+
+/// Takes an answer to the question that was asked; false where it is none.
+bool Assistant::choose(std::span<const Word> words, const Moment &now)
+{
+    const auto asked = std::exchange(question_, std::nullopt);
+    if (!asked || now.uptime > asked->until || words.empty())
+        return false;
+    const auto said = [&](std::initializer_list<std::string_view> answers) {
+        return std::ranges::any_of(words, [&](const Word &word) {
+            return std::ranges::find(answers, word.text) != answers.end();
+        });
+    };
+    if (said({"first", "former", "one"})) {
+        perform(asked->first, now);
+        return true;
+    }
+    if (said({"second", "latter", "two", "other"})) {
+        perform(asked->second, now);
+        return true;
+    }
+    // Only one of the two songs may have been named, by what makes it different.
+    if (!asked->first.song || !asked->second.song)
+        return false;
+    const auto &names = session_.library.names();
+    const std::array both{names[*asked->first.song], names[*asked->second.song]};
+    const auto request = understand(words, both);
+    if (!request || !request->song || request->other)
+        return false;
+    perform(*request->song == 0 ? asked->first : asked->second, now);
+    return true;
+}
+
 void Assistant::perform(const Request &request, const Moment &now)
 {
     hush();
-    settingTopKey = false;
-    if (const auto refusal = refusalOf(request.action); !refusal.empty()) {
-        say(refusal, now);
+    settingTopKey_ = false;
+    if (activity_->request(request, now) || handle(*this, handlers, request, now))
         return;
+    static_cast<void>(handle(activityRequests_, ActivityRequests::handlers, request, now)
+        || handle(soundRequests_, SoundRequests::handlers, request, now)
+        || handle(displayRequests_, DisplayRequests::handlers, request, now)
+        || handle(talkRequests_, TalkRequests::handlers, request, now));
+}
+
+void Assistant::begin(std::unique_ptr<Activity> next, const Moment &now)
+{
+    activity_->leave(now);
+    left_.push_back(std::exchange(activity_, std::move(next)));
+    showMode();
+    activity_->enter(now);
+}
+
+void Assistant::pauseOrCarryOn(const Request &, const Moment &now)
+{
+    if (activity_->paused())
+        activity_->resume(now);
+    else
+        activity_->pause(now);
+}
+
+void Assistant::pause(const Request &, const Moment &now)
+{
+    if (activity_->paused() || !activity_->pause(now))
+        say("Nothing plays.", now);
+}
+
+void Assistant::carryOn(const Request &, const Moment &now)
+{
+    if (activity_->paused())
+        activity_->resume(now);
+    else
+        say("Nothing is paused.", now);
+}
+
+void Assistant::stop(const Request &, const Moment &now)
+{
+    if (activity_->busy())
+        begin(std::make_unique<HomeActivity>(session_), now);
+}
+
+void Assistant::goHome(const Request &, const Moment &now)
+{
+    talking_ = false;
+    begin(std::make_unique<HomeActivity>(session_), now);
+    say("Home.", now);
+}
+
+void Assistant::sayAgain(const Request &, const Moment &now)
+{
+    say(lastSaid_.empty() ? "I haven't said anything yet." : lastSaid_, now);
+}
+
+void Assistant::toChoices(const Request &request, const Moment &now)
+{
+    begin(std::make_unique<HomeActivity>(session_), now);
+    static_cast<void>(activity_->request(request, now));
+}
+
+void Assistant::switchTalk(const Request &request, const Moment &now)
+{
+    talking_ = request.on.value_or(!talking_);
+    showMode();
+    say(talking_ ? "Talk mode. I listen without my name." : "Talk mode is off.", now);
+}
+
+void Assistant::type(const Request &, const Moment &now)
+{
+    typing_.emplace();
+    wire_.send("typing", "1");
+    say("Type, then press Return.", now);
+}
+
+void Assistant::setTopKey(const Request &, const Moment &now)
+{
+    settingTopKey_ = !pianoName_.empty();
+    say(settingTopKey_ ? "Press the highest key of your piano." : "I don't see a piano.", now);
+}
+
+void Assistant::switchCommandKeys(const Request &request, const Moment &now)
+{
+    commandKeysOn_ = request.on.value_or(!commandKeysOn_);
+    tellButtons();
+    say(commandKeysOn_ ? "The highest keys give commands." : "All keys are music.", now);
+}
+
+bool Assistant::takeCommandKey(int pitch, int velocity, const Moment &now)
+{
+    if (settingTopKey_ && velocity > 0) {
+        settingTopKey_ = false;
+        commandKeys_.setTop(pitch);
+        settings_.change(
+            [this](Profile &profile) { profile.topKey = commandKeys_.pitches().front(); });
+        tellButtons();
+        say("This is the top key now.", now);
+        return true;
     }
-    static_cast<void>(performSongs(request, now) || performTeaching(request, now)
-        || performSound(request, now) || performDisplay(request, now) || performTalk(request, now));
+    const auto place = commandKeysOn_ ? commandKeys_.place(pitch) : std::nullopt;
+    if (place && velocity > 0)
+        perform({commandKeyActions(shownMode_)[static_cast<std::size_t>(*place)]}, now);
+    return place.has_value();
 }
 
 void Assistant::takePiano(ChannelMessage message, const Moment &now)
 {
+    left_.clear();
     const int pitch = message.first & 0x7f;
     const bool release = message.kind() == 0x80 || (message.kind() == 0x90 && message.second == 0);
     const bool note = release || message.kind() == 0x90;
     const int velocity = release ? 0 : message.second;
-    if (note && !down[static_cast<std::size_t>(pitch)]) {
-        if (settingTopKey && velocity > 0) {
-            settingTopKey = false;
-            commandKeys.setTop(pitch);
-            settings.topKey = commandKeys.pitches().front();
-            rememberProfile();
-            tellButtons();
-            say("This is the top key now.", now);
-            return;
-        }
-        if (const auto place = commandKeys.place(pitch)) {
-            if (velocity > 0)
-                perform({commandKeyActions(mode)[static_cast<std::size_t>(*place)]}, now);
-            return;
-        }
-        if (release)
-            return;
-    }
-    if (settings.keysSound)
-        tools.keys.play(
-            0, {static_cast<unsigned char>(message.kind()), message.first, message.second});
+    if (note && !down_[static_cast<std::size_t>(pitch)]
+        && (takeCommandKey(pitch, velocity, now) || release))
+        return;
+    if (settings_->keysSound)
+        keys_.play(0, {static_cast<unsigned char>(message.kind()), message.first, message.second});
     if (!note)
         return;
-    wire.send("on", {pitch, velocity});
-    down[static_cast<std::size_t>(pitch)] = velocity > 0;
-    recorder.key(pitch, velocity, now.uptime);
-    tools.band.key(pitch, velocity, now.uptime);
-    if (velocity > 0 && lesson)
-        teach(lesson->press(pitch, now.uptime), now);
-    else if (velocity > 0 && trainer)
-        teach(trainer->press(pitch), now);
+    wire_.send("on", {pitch, velocity});
+    down_[static_cast<std::size_t>(pitch)] = velocity > 0;
+    session_.recorder.key(pitch, velocity, now.uptime);
+    activity_->note(pitch, velocity, now);
 }
 
 void Assistant::pianoChanged(std::string_view name)
 {
-    pianoName = oneLine(name);
-    wire.send("kbd", pianoName);
+    pianoName_ = oneLine(name);
+    session_.pianoPresent = !pianoName_.empty();
+    wire_.send("kbd", pianoName_);
     tellButtons();
-    tools.keys.silence();
+    keys_.silence();
     for (int pitch = 0; pitch < 128; ++pitch) {
-        if (down[static_cast<std::size_t>(pitch)])
-            wire.send("on", {pitch, 0});
+        if (down_[static_cast<std::size_t>(pitch)])
+            wire_.send("on", {pitch, 0});
     }
-    down.reset();
+    down_.reset();
 }
 
 void Assistant::advance(const Moment &now)
 {
-    if (const int minute = now.hour * 60 + now.minute; minute != shownMinute) {
-        shownMinute = minute;
+    left_.clear();
+    if (const int minute = now.minuteOfDay(); minute != shownMinute_) {
+        shownMinute_ = minute;
         std::array<char, 16> text{};
-        std::snprintf(text.data(), text.size(), "%02d:%02d", now.hour, now.minute);
-        wire.send("now", text.data());
+        std::snprintf(text.data(), text.size(), "%02d:%02d", now.hour(), now.minute());
+        wire_.send("now", text.data());
     }
-    const bool spoke = speaker.speaking();
-    speaker.advance(now.uptime);
-    player.advance(now.uptime);
-    tools.metronome.advance(now.uptime);
-    tools.band.advance(now.uptime);
-    tools.through.advance(now.uptime);
-    if (const auto command = ear.expire(now.uptime))
+    const bool spoke = speech_.speaking();
+    speech_.advance(now.uptime);
+    player_.advance(now.uptime);
+    metronome_.advance(now.uptime);
+    through_.advance(now.uptime);
+    if (const auto command = ear_.expire(now.uptime))
         heard(*command, now);
-    if (spoke && !speaker.speaking()) {
-        if (ear.takeOverheard())
-            wire.send("earreset");
-        if (std::exchange(answerExpected, false))
-            ear.expectAnswer(now.uptime);
+    if (spoke && !speech_.speaking()) {
+        if (ear_.takeOverheard())
+            wire_.send("earreset");
+        if (std::exchange(answerExpected_, false))
+            ear_.expectAnswer(now.uptime);
     }
-    if (lesson)
-        teach(lesson->advance(now.uptime), now);
-    listenToPlayer(now);
+    activity_->advance(now);
 }
 
 std::optional<double> Assistant::deadline() const
 {
-    return soonest(
-        {speaker.deadline(), player.deadline(), tools.metronome.deadline(), tools.band.deadline(),
-            tools.through.deadline(), ear.deadline(), lesson ? lesson->deadline() : std::nullopt});
+    return soonest({speech_.deadline(), player_.deadline(), metronome_.deadline(),
+        through_.deadline(), ear_.deadline(), activity_->deadline()});
+}
+
+void Assistant::say(std::string_view text, const Moment &now)
+{
+    lastSaid_ = oneLine(text);
+    answerExpected_ = false;
+    speech_.say(lastSaid_, now.uptime);
+}
+
+void Assistant::hush()
+{
+    speech_.stop();
+    answerExpected_ = false;
+}
+
+void Assistant::showMode()
+{
+    ear_.setOpen(talking_);
+    const std::string_view activity = activity_->mode();
+    const std::string_view mode = talking_ && activity == "idle" ? "talk" : activity;
+    if (shownMode_ == mode)
+        return;
+    shownMode_ = mode;
+    wire_.send("mode", mode);
+    tellVocabulary();
+}
+
+void Assistant::tellVocabulary()
+{
+    const unsigned where = activity_->where() | (talking_ ? InTalk : 0U);
+    std::string phrases;
+    for (const std::string &phrase : vocabulary(where, session_.library.names()))
+        phrases += (phrases.empty() ? "" : "|") + phrase;
+    wire_.send("vocab", phrases);
+}
+
+void Assistant::tellButtons()
+{
+    std::string keys;
+    if (!pianoName_.empty() && commandKeysOn_) {
+        for (const int pitch : commandKeys_.pitches())
+            keys += (keys.empty() ? "" : " ") + std::to_string(pitch);
+    }
+    wire_.send("buttons", keys);
+}
+
+void Assistant::setUp(std::string_view fields, const Moment &now)
+{
+    settings_.answer(fields);
+    tellNames();
+    std::string words = settings_->user.empty() ? "Welcome." : "Welcome, " + settings_->user + ".";
+    words += " Say " + settings_->assistant + ", and then: " + std::string(activity_->suggestions())
+        + ".";
+    if (settings_->naturalVoice)
+        words += " " + std::string(TalkRequests::noOtherVoice);
+    say(words, now);
 }
 
 } // namespace kelo::engine

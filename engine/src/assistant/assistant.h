@@ -1,46 +1,33 @@
 #pragma once
 
-#include "assistant/modes.h"
+#include "activities/activity.h"
+#include "assistant/activity_requests.h"
+#include "assistant/display_requests.h"
+#include "assistant/sound_requests.h"
+#include "assistant/talk_requests.h"
 #include "assistant/typing_line.h"
-#include "lessons/lesson.h"
 #include "listen/ear.h"
-#include "listen/phrases.h"
-#include "music/player.h"
 #include "piano/command_keys.h"
 #include "piano/midi_thru.h"
-#include "piano/recorder.h"
 #include "protocol/input.h"
-#include "protocol/wire.h"
-#include "setup/profile.h"
-#include "songs/library.h"
-#include "songs/menu.h"
-#include "speech/speaker.h"
-#include "training/band.h"
-#include "training/ear_trainer.h"
-#include "training/metronome.h"
+#include "setup/settings.h"
+#include "speech/text_to_speech.h"
 
 #include <bitset>
 #include <filesystem>
 #include <functional>
-#include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kelo::engine {
-
-/// A moment: seconds of the monotonic clock, and the local day and time.
-struct Moment {
-    double uptime = 0;
-    Day today;
-    int hour = 0;
-    int minute = 0;
-};
 
 /// What the assistant works with.
 struct Equipment {
     Wire &wire;
-    Speaker &speaker;
+    TextToSpeech &speech;
     Player &player;
     Metronome &metronome;
     Band &band;
@@ -58,15 +45,15 @@ struct Places {
     std::filesystem::path songs; ///< what is to be kept goes there
 };
 
-/// What the assistant does when it is asked, by key, by voice, by the piano's top keys or by the
-/// display: every mode, and what it answers. It knows nothing of threads or devices. Beside this
-/// file's own each kind of request has a file.
-class Assistant {
+/// Takes what comes in, by key, by voice, from the piano or from the display, makes requests of
+/// it and gives each to the current activity or, where that has no use for it, to who does the
+/// same everywhere. It knows nothing of threads or devices.
+class Assistant : private Host {
 public:
-    Assistant(const Equipment &equipment, Places whereThingsAre, std::uint32_t seed);
+    Assistant(const Equipment &equipment, const Places &places, std::uint32_t seed);
     Assistant(const Assistant &) = delete;
     Assistant &operator=(const Assistant &) = delete;
-    ~Assistant() = default;
+    ~Assistant() override;
 
     /// Tells the display how things are. Who has never been here is asked the first questions,
     /// if `asksQuestions`.
@@ -87,106 +74,92 @@ public:
     void soundCame(const Moment &now) { say("I have sound now.", now); }
 
     /// It neither speaks nor shows anything: the next move is the player's.
-    [[nodiscard]] bool quiet() const { return !speaker.speaking() && !demoWaits; }
+    [[nodiscard]] bool quiet() const { return !speech_.speaking() && !activity_->presenting(); }
 
     void advance(const Moment &now);
     [[nodiscard]] std::optional<double> deadline() const;
 
     /// It has been asked to quit.
-    [[nodiscard]] bool finished() const { return quit; }
+    [[nodiscard]] bool finished() const { return quit_; }
+
+    void pauseOrCarryOn(const Request &request, const Moment &now);
+    void pause(const Request &request, const Moment &now);
+    void carryOn(const Request &request, const Moment &now);
+    void stop(const Request &request, const Moment &now);
+    void goHome(const Request &request, const Moment &now);
+    void sayAgain(const Request &request, const Moment &now);
+    void toChoices(const Request &request, const Moment &now);
+    void switchTalk(const Request &request, const Moment &now);
+    void type(const Request &request, const Moment &now);
+    void setTopKey(const Request &request, const Moment &now);
+    void switchCommandKeys(const Request &request, const Moment &now);
 
 private:
+    void say(std::string_view text, const Moment &now) override;
+    [[nodiscard]] bool speaking() const override { return speech_.speaking(); }
+    void begin(std::unique_ptr<Activity> next, const Moment &now) override;
+    void perform(const Request &request, const Moment &now) override;
+    void ask(std::string_view question, const Request &first, const Request &second,
+        const Moment &now) override;
+
     // What comes in.
     void obey(std::string_view line, const Moment &now);
     void press(Key pressed, const Moment &now);
-    void type(Key pressed, const Moment &now);
+    void typeKey(Key pressed, const Moment &now);
     void hear(std::string_view rest, const Moment &now);
     void heard(const std::string &command, const Moment &now);
     void answer(std::string_view words, const Moment &now);
+    bool choose(std::span<const Word> words, const Moment &now);
+    void undertake(const Request &request, const Moment &now);
     void setUp(std::string_view fields, const Moment &now);
-    void perform(const Request &request, const Moment &now);
+    bool takeCommandKey(int pitch, int velocity, const Moment &now);
 
-    // What is done, by kind of request; false where it is of another kind.
-    bool performSongs(const Request &request, const Moment &now);
-    bool performTeaching(const Request &request, const Moment &now);
-    bool performSound(const Request &request, const Moment &now);
-    bool performDisplay(const Request &request, const Moment &now);
-    bool performTalk(const Request &request, const Moment &now);
-
-    // Songs.
-    void openMenu(const Moment &now);
-    void start(const Moment &now);
-    void step(bool forward, const Moment &now);
-    bool choose(const Request &request, const Moment &now);
-    void playChosen(const Moment &now);
-    void play(std::variant<Piece, MidiFault> read, const std::string &name,
-        std::string_view announcement, const Moment &now);
-    void pauseOrCarryOn(const Moment &now);
-    void keep(const Moment &now);
-    void home(const Moment &now);
-    void silence(const Moment &now);
-
-    // Teaching.
-    void learnChosen(const Moment &now);
-    void trainEars(const Moment &now);
-    void teach(const Reply &reply, const Moment &now);
-    void demonstrate(const Moment &now);
-    void listenToPlayer(const Moment &now);
-    void setHands(Hands which, const Moment &now);
-    void useHands(Hands which);
-    void stopTeaching(Mode next);
-    [[nodiscard]] bool teaching() const { return lesson || trainer; }
-
-    // Sound.
-    void changeTempo(int direction, const Moment &now);
-    void changeLoudness(int percent, const Moment &now);
-    void tick(const Request &request, const Moment &now);
-    void playAlong(const Request &request, const Moment &now);
-
-    // Talking.
-    void say(std::string_view text, const Moment &now);
     void hush();
-    void setMode(Mode value);
-    void tellButtons();
+    void showMode();
     void tellVocabulary();
-    void rememberProfile();
-    void openPage(const Moment &now);
-    void sendNames();
-    [[nodiscard]] std::string whereWeAre() const;
+    void tellButtons();
+    void tellNames();
+    [[nodiscard]] bool understands(std::span<const Word> words, bool allOfIt) const;
 
-    Equipment tools;
-    Places places;
-    Wire &wire;
-    Speaker &speaker;
-    Player &player;
-    std::uint32_t randomSeed;
+    /// A question that was asked.
+    struct Question {
+        Request first;
+        Request second;
+        double until = 0;
+    };
 
-    std::optional<Mode> shownMode;
-    Mode mode = Mode::Idle;
-    std::optional<Profile> profile; ///< of who has answered the first questions
-    Profile settings; ///< the profile, or what holds without one
-    std::size_t choice = 0; ///< among those that are offered at home
-    bool pieceIsNews = false; ///< a piece was played since a choice was last made
-    SongMenu menu;
-    std::optional<Lesson> lesson;
-    std::map<std::string, int> reached; ///< bars of songs whose lessons were left
-    std::optional<EarTrainer> trainer;
-    Hands hands = Hands::Both;
-    bool demoWaits = false; ///< for the words before it
-    Ear ear;
-    bool answerExpected = false; ///< once it has finished speaking
-    std::optional<TypingLine> typing;
-    std::string lastSaid;
-    std::string title; ///< of what was played last
+    Wire &wire_;
+    TextToSpeech &speech_;
+    Player &player_;
+    Metronome &metronome_;
+    MidiThru &through_;
+    Instrument &keys_;
+    Settings settings_;
+    Session session_;
 
-    std::string pianoName;
-    CommandKeys commandKeys;
-    bool settingTopKey = false;
-    std::bitset<128> down; ///< keys that are shown as held
-    Recorder recorder;
+    std::unique_ptr<Activity> activity_; ///< never empty
+    std::vector<std::unique_ptr<Activity>> left_; ///< until what they were doing has returned
+    ActivityRequests activityRequests_;
+    SoundRequests soundRequests_;
+    DisplayRequests displayRequests_;
+    TalkRequests talkRequests_;
 
-    int shownMinute = -1;
-    bool quit = false;
+    bool talking_ = false; ///< talk mode, beside whatever the activity is
+    std::string shownMode_;
+    Ear ear_;
+    bool answerExpected_ = false; ///< once it has finished speaking
+    std::optional<Question> question_;
+    std::optional<TypingLine> typing_;
+    std::string lastSaid_;
+
+    std::string pianoName_;
+    CommandKeys commandKeys_;
+    bool commandKeysOn_ = true;
+    bool settingTopKey_ = false;
+    std::bitset<128> down_; ///< keys that are shown as held
+
+    int shownMinute_ = -1;
+    bool quit_ = false;
 };
 
 } // namespace kelo::engine

@@ -4,27 +4,30 @@ namespace kelo::engine {
 
 namespace {
 
-template <typename Name> struct Meaning {
-    Name name;
+struct KeyMeaning {
+    Key key;
     Action action;
+    Action whileComposing = action;
 };
 
-constexpr Meaning<Key> keys[] = {
-    {Key::Return, Action::PauseOrCarryOn},
-    {Key::Right, Action::Next},
-    {Key::Left, Action::Previous},
-    {key(' '), Action::Start},
+constexpr KeyMeaning keys[] = {
+    {Key::Return, Action::PauseOrCarryOn, Action::Stop},
+    {Key::Delete, Action::StartOver, Action::NewPiece},
+    {Key::Right, Action::Next, Action::Variation},
+    {Key::Left, Action::Previous, Action::SavePiece},
+    {key(' '), Action::Start, Action::PlayAsBand},
+    {key('n'), Action::NoteNames, Action::ReadBack},
+    {key('t'), Action::TalkMode, Action::ComposingIdea},
     {key('s'), Action::Keep},
     {key('0'), Action::Home},
     {key('h'), Action::Help},
     {key('c'), Action::Compose},
     {key('b'), Action::Band},
-    {key('t'), Action::TalkMode},
     {key('j'), Action::Jazz},
     {key('m'), Action::OpenMenu},
     {key('l'), Action::ListSongs},
-    {key('g'), Action::Studio},
-    {key('r'), Action::Studio},
+    {key('g'), Action::LogicControl},
+    {key('r'), Action::ReaperControl},
     {key('-'), Action::Slower},
     {key('='), Action::Faster},
     {key('['), Action::BandQuieter},
@@ -38,35 +41,77 @@ constexpr Meaning<Key> keys[] = {
     {key('K'), Action::TopKey},
 };
 
-constexpr Meaning<std::string_view> commands[] = {
+struct CommandMeaning {
+    std::string_view command;
+    Action action;
+};
+
+constexpr CommandMeaning commands[] = {
     {"bandstyle", Action::BandStyle},
     {"drop", Action::Drop},
     {"ear", Action::EarTraining},
     {"hands", Action::Hands},
-    {"jazz", Action::Jazz},
     {"metronome", Action::Metronome},
+};
+
+struct Legend {
+    std::string_view mode;
+    std::array<Action, 10> actions;
+};
+
+constexpr std::array<Action, 10> inLessons{Action::Start, Action::NoteNames, Action::Next,
+    Action::Previous, Action::TalkMode, Action::PauseOrCarryOn, Action::Compose, Action::Help,
+    Action::Home, Action::Keep};
+constexpr std::array<Action, 10> inStudio{Action::Start, Action::BackALevel, Action::Next,
+    Action::Previous, Action::TalkMode, Action::Stop, Action::Compose, Action::Help, Action::Home,
+    Action::Keep};
+
+constexpr Legend legends[] = {
+    {"compose",
+        {Action::PlayAsBand, Action::ReadBack, Action::Variation, Action::SavePiece,
+            Action::ComposingIdea, Action::Stop, Action::NewPiece, Action::Help, Action::Home,
+            Action::Keep}},
+    {"menu",
+        {Action::Start, Action::CountSongs, Action::Next, Action::Previous, Action::TalkMode,
+            Action::PauseOrCarryOn, Action::Compose, Action::Help, Action::Home, Action::Keep}},
+    {"idle",
+        {Action::OpenChoice, Action::ListChoices, Action::NextChoice, Action::PreviousChoice,
+            Action::TalkMode, Action::Stop, Action::Compose, Action::Help, Action::Home,
+            Action::Keep}},
+    {"jazz",
+        {Action::Jam, Action::JazzIdea, Action::Next, Action::Previous, Action::TalkMode,
+            Action::Stop, Action::Compose, Action::Help, Action::Home, Action::Keep}},
+    {"logic", inStudio},
+    {"reaper", inStudio},
 };
 
 } // namespace
 
-std::optional<Action> actionFor(Key pressed, Mode mode)
+std::optional<Action> actionFor(Key pressed, std::string_view mode)
 {
-    if (pressed == key('n'))
-        return commandKeyActions(mode)[1];
-    for (const auto &[name, action] : keys) {
-        if (name == pressed)
-            return action;
+    for (const KeyMeaning &meaning : keys) {
+        if (meaning.key == pressed)
+            return mode == "compose" ? meaning.whileComposing : meaning.action;
     }
     return {};
 }
 
 std::optional<Action> actionFor(std::string_view command)
 {
-    for (const auto &[name, action] : commands) {
-        if (name == command)
-            return action;
+    for (const CommandMeaning &meaning : commands) {
+        if (meaning.command == command)
+            return meaning.action;
     }
     return {};
+}
+
+const std::array<Action, 10> &commandKeyActions(std::string_view mode)
+{
+    for (const Legend &legend : legends) {
+        if (legend.mode == mode)
+            return legend.actions;
+    }
+    return inLessons;
 }
 
 } // namespace kelo::engine

@@ -1,6 +1,6 @@
 #include "lessons/attempt.h"
 
-#include "lessons/pitch_names.h"
+#include "theory/pitch_names.h"
 #include "listen/words.h"
 
 #include <algorithm>

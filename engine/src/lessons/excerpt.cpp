@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <map>
 #include <optional>
-#include <string_view>
 
 namespace kelo::engine {
 
@@ -46,11 +45,6 @@ std::vector<double> barsOf(const Piece &piece)
 }
 
 } // namespace
-
-std::string_view nameOf(Hands hands)
-{
-    return hands == Hands::Both ? "both" : hands == Hands::Right ? "right" : "left";
-}
 
 std::vector<Hands> handsOf(const Piece &piece)
 {

@@ -1,16 +1,11 @@
 #pragma once
 
+#include "music/hands.h"
 #include "music/piece.h"
 
-#include <string_view>
 #include <vector>
 
 namespace kelo::engine {
-
-enum class Hands { Both, Right, Left };
-
-/// "both", "right" or "left".
-[[nodiscard]] std::string_view nameOf(Hands hands);
 
 /// Keys that are pressed together.
 struct Step {

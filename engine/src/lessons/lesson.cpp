@@ -1,6 +1,6 @@
 #include "lessons/lesson.h"
 
-#include "lessons/pitch_names.h"
+#include "theory/pitch_names.h"
 #include "listen/words.h"
 
 #include <algorithm>
@@ -85,6 +85,14 @@ Reply Lesson::back()
         return present("This is the first part.");
     --place;
     misses = 0;
+    return present();
+}
+
+Reply Lesson::toBar(int bar)
+{
+    if (bar > excerpts.back().lastBar)
+        return {{}, "The last bar is " + numberInWords(excerpts.back().lastBar) + "."};
+    goTo(bar);
     return present();
 }
 

@@ -25,6 +25,7 @@ public:
     [[nodiscard]] Reply skip();
     [[nodiscard]] Reply back();
     [[nodiscard]] Reply setHands(Hands which);
+    [[nodiscard]] Reply toBar(int bar);
 
     /// The bar where the part begins.
     [[nodiscard]] int bar() const { return excerpts[place].firstBar; }
@@ -45,6 +46,7 @@ public:
     [[nodiscard]] Reply advance(double now);
     [[nodiscard]] std::optional<double> deadline() const;
 
+    [[nodiscard]] const Piece &wholePiece() const { return piece; }
     [[nodiscard]] const std::string &title() const { return songTitle; }
     [[nodiscard]] Hands hands() const { return chosen; }
     [[nodiscard]] bool listening() const { return attempt.has_value(); }

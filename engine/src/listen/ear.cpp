@@ -69,7 +69,7 @@ std::optional<std::string> Ear::commandIn(std::span<const Word> words, double no
 {
     if (const auto found = findCommand(words, name, understands))
         return joined(words.subspan(found->first, found->count));
-    if (!words.empty() && (open || now < answerUntil))
+    if (!words.empty() && (open || now < answerUntil) && understandsAll(words))
         return joined(words);
     return {};
 }

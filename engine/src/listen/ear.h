@@ -18,14 +18,16 @@ public:
     /// How long words must have stood before they are taken, final ones aside.
     static constexpr double settle = 0.7;
 
-    explicit Ear(Understands understandsCommand)
+    /// Of what is said without the name only that counts which `understandsAll` of.
+    Ear(Understands understandsCommand, Understands understandsAllOfIt)
         : understands(std::move(understandsCommand))
+        , understandsAll(std::move(understandsAllOfIt))
     {
     }
 
     void setName(std::string_view name);
 
-    /// Everything said is meant for the assistant, without its name.
+    /// Whatever is said may be meant for the assistant, without its name.
     void setOpen(bool on) { open = on; }
 
     /// What is said next needs no name, if it comes soon.
@@ -57,6 +59,7 @@ private:
     void spend(std::vector<Word> words, bool final, double now);
 
     Understands understands;
+    Understands understandsAll;
     std::string name = "kelo";
     bool open = false;
     bool overheard = false;

@@ -1,89 +1,41 @@
 #pragma once
 
+#include "listen/action.h"
+
 #include <array>
-#include <cstdint>
 #include <optional>
 #include <span>
 #include <string_view>
 
 namespace kelo::engine {
 
-/// What can be asked for, by voice or by key.
-enum class Action : std::uint8_t {
-    OpenMenu,
-    PlaySong,
-    Learn,
-    ListSongs,
-    ListChoices,
-    CountSongs,
-    Next,
-    Previous,
-    Start,
-    PauseOrCarryOn,
-    CarryOn,
-    Stop,
-    Home,
-    Again,
-    NoteNames,
-    Hands,
-    BothHands,
-    RightHand,
-    LeftHand,
-    Drop,
-    Slower,
-    Faster,
-    Tempo,
-    EarTraining,
-    Metronome,
-    Band,
-    BandStyle,
-    BandSimple,
-    BandFull,
-    BandLouder,
-    BandQuieter,
-    Keep,
-    PlayKept,
-    ThroughPiano,
-    KeysSound,
-    TopKey,
-    VoiceLouder,
-    VoiceQuieter,
-    ChangeVoice,
-    TalkMode,
-    Type,
-    StopListening,
-    LargeCaptions,
-    HighContrast,
-    FullScreen,
-    Visualiser,
-    ShowWindow,
-    HideWindow,
-    StartAtLogin,
-    Time,
-    Date,
-    WhereAmI,
-    Help,
-    WhatCanISay,
-    CommandPage,
-    WhoAreYou,
-    Thanks,
-    Greet,
-    MakeUp,
-    Compose,
-    Jam,
-    Album,
-    Jazz,
-    Studio,
-    World,
-    NaturalVoice,
+/// Where something is worth offering. It is understood everywhere.
+enum Where : unsigned {
+    InIdle = 1,
+    InMenu = 2,
+    InLesson = 4,
+    InEar = 8,
+    InTalk = 16,
+    InCompose = 32,
+    InJazz = 64,
+    InStudio = 128,
+};
+inline constexpr unsigned Everywhere =
+    InIdle | InMenu | InLesson | InEar | InTalk | InCompose | InJazz | InStudio;
+
+/// What may be said besides, whatever the phrase.
+enum Takes : unsigned {
+    TakesHands = 1,
+    TakesBars = 2,
+    TakesMetre = 4,
+    TakesKey = 8,
+    TakesMood = 16,
+    TakesNumber = 32,
 };
 
-/// Where something is worth offering. It is understood everywhere.
-enum Where : unsigned { InIdle = 1, InMenu = 2, InLesson = 4, InEar = 8, InTalk = 16 };
-inline constexpr unsigned Everywhere = InIdle | InMenu | InLesson | InEar | InTalk;
-
 /// One way to ask. `words` are what must be said, in any order: alternatives are separated by
-/// "|"; "?" marks what may be left out, "#" is a number and "@" the name of a song.
+/// "|"; "?" marks what may be left out, "#" is a number and "@" the name of a song. Other details
+/// are "$bars", "$note", "$metre", "$key", "$mood" and "$hands".
 struct Phrase {
     std::string_view words;
     std::string_view example; ///< how the command page and the recogniser have it, if at all
@@ -97,6 +49,7 @@ struct Job {
     std::string_view key; ///< as it stands on the key; empty where there is none
     std::string_view meaning;
     std::array<Phrase, 6> phrases{};
+    unsigned takes = 0;
 };
 
 /// Some jobs that belong together.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "listen/phrases.h"
+#include "listen/understanding.h"
 
 #include <span>
 #include <vector>

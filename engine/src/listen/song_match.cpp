@@ -77,7 +77,7 @@ std::optional<SongFound> songIn(
     const Naming naming(words, how);
     std::optional<SongFound> best;
     double bestShare = 0;
-    bool tie = false;
+    int ties = 0;
     for (std::size_t song = 0; song < songs.size(); ++song) {
         std::vector<bool> named(words.size());
         const double title = naming.share(songs[song].title, named);
@@ -88,11 +88,17 @@ std::optional<SongFound> songIn(
         static_cast<void>(naming.share(composer.substr(0, surname), named));
         if (share < 0.5 || share < bestShare)
             continue;
-        tie = share == bestShare;
+        if (share == bestShare) {
+            ++ties;
+            if (!best->other)
+                best->other = song;
+            continue;
+        }
+        ties = 0;
         bestShare = share;
         best = SongFound{song, std::move(named)};
     }
-    return tie && bestShare < 1 ? std::nullopt : best;
+    return ties > 1 && bestShare < 1 ? std::nullopt : best;
 }
 
 } // namespace kelo::engine

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "listen/phrases.h"
+#include "listen/understanding.h"
 
 #include <optional>
 #include <span>
@@ -13,10 +13,12 @@ namespace kelo::engine {
 struct SongFound {
     std::size_t song;
     std::vector<bool> named; ///< the words that name it
+    std::optional<std::size_t> other{}; ///< another that they name no less
 };
 
-/// The song of whose title the greatest part was said, at least half; or that is the only one
-/// of its composer.
+/// The song of whose title the greatest part was said, at least half, or whose composer was
+/// named. Where several are named alike two are given, or none where it is less than the whole
+/// name of more than two.
 [[nodiscard]] std::optional<SongFound> songIn(
     std::span<const Word> words, std::span<const SongName> songs, Spoken how);
 

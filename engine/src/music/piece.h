@@ -33,6 +33,7 @@ struct Piece {
     std::vector<TimedMessage> messages;
     double length = 0; ///< seconds until the last note has ended
     std::vector<double> bars; ///< when each bar begins; an upbeat is part of the first
+    int beats = 4; ///< of a bar
     Spelling spelling = Spelling::Mixed;
 };
 

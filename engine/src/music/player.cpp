@@ -72,19 +72,37 @@ void Player::carryOn(double now)
     if (!paused())
         return;
     wire_.send("paused", "0");
-    playFrom(position_, carryOnDelay, now);
+    playFrom(pausedAt_, carryOnDelay, now);
 }
 
 void Player::pause(double now)
 {
     if (!playing())
         return;
-    position_ = positionAt(now);
+    pausedAt_ = positionAt(now);
     halt();
     state_ = State::Paused;
     if (shown_)
         wire_.send("rollstop");
     wire_.send("paused", "1");
+}
+
+void Player::seek(double position, double now)
+{
+    if (!hasPiece())
+        return;
+    const double place = std::clamp(position, 0.0, piece_.length);
+    if (paused()) {
+        pausedAt_ = place;
+        return;
+    }
+    halt();
+    playFrom(place, carryOnDelay, now);
+}
+
+double Player::position(double now) const
+{
+    return playing() ? positionAt(now) : paused() ? pausedAt_ : 0;
 }
 
 double Player::positionAt(double now) const

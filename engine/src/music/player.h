@@ -27,6 +27,16 @@ public:
     /// Plays what was started last from its beginning. Nothing without one.
     void again(double now);
 
+    /// Goes on from another place of the piece, `position` seconds from its beginning.
+    void seek(double position, double now);
+    /// The place that is heard, in seconds of the piece as it is written.
+    [[nodiscard]] double position(double now) const;
+    /// When a place of the piece that plays is heard.
+    [[nodiscard]] double timeOf(double position) const
+    {
+        return clock_.timeOf(frameOf(position));
+    }
+
     /// How fast: 1 is as written. What plays goes on from where it is.
     void setTempo(double factor, double now);
     [[nodiscard]] double tempo() const { return speed_; }
@@ -72,7 +82,7 @@ private:
     double speed_ = 1;
     std::vector<Lamp> lamps_; ///< in the order of time
     Frame origin_ = 0; ///< sounds when the piece's time 0 does
-    double position_ = 0; ///< where it was paused
+    double pausedAt_ = 0; ///< where it was paused
     std::size_t nextMessage_ = 0;
     std::size_t nextLamp_ = 0;
     double nextSchedule_ = 0;

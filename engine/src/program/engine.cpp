@@ -1,6 +1,7 @@
 #include "program/engine.h"
 
 #include <algorithm>
+#include <chrono>
 #include <ctime>
 #include <string>
 #include <utility>
@@ -14,8 +15,10 @@ Moment currentMoment()
     const std::time_t wall = std::time(nullptr);
     std::tm local{};
     localtime_r(&wall, &local);
-    return {monotonicNow(), {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday}, local.tm_hour,
-        local.tm_min};
+    using namespace std::chrono;
+    const auto day = local_days(year(local.tm_year + 1900) / (local.tm_mon + 1) / local.tm_mday);
+    return {monotonicNow(),
+        day + hours(local.tm_hour) + minutes(local.tm_min) + std::chrono::seconds(local.tm_sec)};
 }
 
 std::string troubleWith(const Output &output, const Synth &synth, const Piano &piano)

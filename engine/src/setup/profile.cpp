@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <iterator>
@@ -60,15 +61,18 @@ bool isName(std::string_view name)
         && std::ranges::none_of(name, [](unsigned char c) { return c < 0x80 && !std::isalpha(c); });
 }
 
-bool isDay(std::string_view text)
+/// "MM-DD" of a day that some year has.
+std::optional<std::chrono::month_day> dayFrom(std::string_view text)
 {
-    constexpr std::array<int, 13> longest{0, 31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
     const auto digit = [&](std::size_t i) { return text[i] >= '0' && text[i] <= '9'; };
     if (text.size() != 5 || text[2] != '-' || !digit(0) || !digit(1) || !digit(3) || !digit(4))
-        return false;
-    const int month = (text[0] - '0') * 10 + text[1] - '0';
-    const int day = (text[3] - '0') * 10 + text[4] - '0';
-    return month >= 1 && month <= 12 && day >= 1 && day <= longest[static_cast<std::size_t>(month)];
+        return {};
+    const auto number = [&](std::size_t i) {
+        return static_cast<unsigned>((text[i] - '0') * 10 + text[i + 1] - '0');
+    };
+    const std::chrono::month_day day{
+        std::chrono::month(number(0)), std::chrono::day(number(3))};
+    return day.ok() ? std::optional(day) : std::nullopt;
 }
 
 /// What a file that anyone may have edited can do harm with.
@@ -78,7 +82,7 @@ void repair(Profile &profile)
     profile.user = oneLine(profile.user);
     if (!isName(profile.assistant))
         profile.assistant = Profile{}.assistant;
-    if (!isDay(profile.birthday))
+    if (!dayFrom(profile.birthday))
         profile.birthday.clear();
     profile.topKey = std::clamp(profile.topKey, 36, 127);
     profile.voice = std::clamp(profile.voice, 0, 99);
@@ -164,16 +168,15 @@ bool saveProfile(const Profile &profile, const std::filesystem::path &file)
     return replaceFile(file, json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
 }
 
-bool isBirthday(const Profile &profile, const Day &today)
+bool isBirthday(const Profile &profile, std::chrono::year_month_day today)
 {
-    if (profile.birthday.empty())
+    const auto birthday = dayFrom(profile.birthday);
+    if (!birthday)
         return false;
-    const bool leap = (today.year % 4 == 0 && today.year % 100 != 0) || today.year % 400 == 0;
-    std::array<char, 16> text{};
-    std::snprintf(text.data(), text.size(), "%02d-%02d", today.month % 100, today.day % 100);
-    if (profile.birthday == "02-29" && !leap)
-        return text.data() == std::string_view("02-28");
-    return profile.birthday == text.data();
+    std::chrono::year_month_day day{today.year(), birthday->month(), birthday->day()};
+    if (!day.ok()) // the 29th of February in another year
+        day = today.year() / birthday->month() / std::chrono::last;
+    return day == today;
 }
 
 } // namespace kelo::engine

@@ -1,20 +1,12 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace kelo::engine {
-
-/// A day of a year.
-struct Day {
-    int year = 0;
-    int month = 0; ///< 1 to 12
-    int day = 0;
-
-    friend bool operator==(const Day &, const Day &) = default;
-};
 
 /// What is known about the user, and what the engine keeps for itself. Texts are UTF-8.
 struct Profile {
@@ -50,6 +42,6 @@ bool saveProfile(const Profile &profile, const std::filesystem::path &file);
 
 /// Whether `today` is the user's birthday; who was born on the 29th of February celebrates on
 /// the 28th in other years.
-[[nodiscard]] bool isBirthday(const Profile &profile, const Day &today);
+[[nodiscard]] bool isBirthday(const Profile &profile, std::chrono::year_month_day today);
 
 } // namespace kelo::engine

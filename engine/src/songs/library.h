@@ -1,6 +1,6 @@
 #pragma once
 
-#include "listen/phrases.h"
+#include "songs/song_name.h"
 #include "music/midi_file.h"
 
 #include <filesystem>

@@ -146,6 +146,7 @@ std::optional<Piece> readSheet(const Sheet &sheet)
     const double perTick = 240.0 / ticksPerWhole / sheet.tempo;
     Piece piece;
     piece.spelling = sheet.spelling;
+    piece.beats = sheet.beats;
     std::optional<int> end;
     const auto addVoice = [&](const std::string &text, int track) {
         VoiceReader voice(bar, upbeat);

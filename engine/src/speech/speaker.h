@@ -4,6 +4,7 @@
 #include "sound/mixer.h"
 #include "speech/speech_dispatcher.h"
 #include "speech/synthesiser.h"
+#include "speech/text_to_speech.h"
 
 #include <cstdint>
 #include <deque>
@@ -17,25 +18,22 @@ namespace kelo::engine {
 /// what is said, its spectrum a little ahead, its beginning, each word, its end. Where the
 /// desktop's speech service is wanted and works, that speaks, and there is no spectrum. Times are
 /// seconds of the monotonic clock.
-class Speaker {
+class Speaker : public TextToSpeech {
 public:
     Speaker(Wire &lines, SpeechDispatcher &desktop, Synthesiser &voice, SpeechOutput &output,
         const AudioClock &clock);
 
-    /// Says `text` now; what was being said is cut off.
-    void say(std::string_view text, double now);
+    void say(std::string_view text, double now) override;
 
-    /// Speaks with one of `voices` from the next text on.
-    void setVoice(std::size_t index) { synthesiser_.setVoice(index); }
+    void setVoice(std::size_t index) override { synthesiser_.setVoice(index); }
 
-    void stop();
-    [[nodiscard]] bool speaking() const { return utterance_.has_value(); }
+    void stop() override;
+    [[nodiscard]] bool speaking() const override { return utterance_.has_value(); }
 
-    /// Does what is due at `now`.
-    void advance(double now);
+    void advance(double now) override;
 
     /// When `advance` is next needed, unless the synthesiser has news before.
-    [[nodiscard]] std::optional<double> deadline() const;
+    [[nodiscard]] std::optional<double> deadline() const override;
 
 private:
     struct Utterance {

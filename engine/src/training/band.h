@@ -2,7 +2,7 @@
 
 #include "protocol/wire.h"
 #include "sound/instrument.h"
-#include "training/harmony.h"
+#include "theory/harmony.h"
 
 #include <array>
 #include <cstdint>

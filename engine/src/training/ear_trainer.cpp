@@ -1,6 +1,6 @@
 #include "training/ear_trainer.h"
 
-#include "lessons/pitch_names.h"
+#include "theory/pitch_names.h"
 #include "listen/words.h"
 
 #include <algorithm>
@@ -58,7 +58,7 @@ void EarTrainer::ask()
     } while (notes == before);
     played.clear();
     triesLeft = tries;
-    waiting = false;
+    waiting = told = false;
 }
 
 Reply EarTrainer::begin()
@@ -128,10 +128,12 @@ Reply EarTrainer::press(int pitch)
 Reply EarTrainer::right()
 {
     std::string words = "Yes, " + answer() + ".";
-    ++asking;
-    ++found;
-    streak = std::max(streak, 0) + (triesLeft == tries ? 1 : 0);
-    words += tallyNowAndThen();
+    if (!told) {
+        ++asking;
+        ++found;
+        streak = std::max(streak, 0) + (triesLeft == tries ? 1 : 0);
+        words += tallyNowAndThen();
+    }
     if (streak >= rightToClimb && currentLevel + 1 < static_cast<int>(std::size(levels))) {
         ++currentLevel;
         streak = 0;

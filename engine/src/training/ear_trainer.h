@@ -36,6 +36,9 @@ public:
     /// What was asked, in words.
     [[nodiscard]] std::string answer() const;
 
+    /// It was asked for the answer, so that finding it is worth nothing any more.
+    void tell() { told = true; }
+
     /// It has said and played what it wanted to; it is the player's turn.
     void listen();
     [[nodiscard]] bool listening() const { return waiting; }
@@ -56,6 +59,7 @@ private:
     std::vector<int> notes;
     std::vector<int> played;
     bool waiting = false; ///< for the player
+    bool told = false; ///< the answer
     int triesLeft = 0;
     int streak = 0; ///< right ones in a row, or below 0 missed ones
     int asking = 0; ///< how many have been asked and dealt with

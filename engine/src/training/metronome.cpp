@@ -33,23 +33,40 @@ Frame Metronome::frameOf(std::int64_t beat) const
 
 void Metronome::start(int tempo, int beats, double now)
 {
-    const int wanted = std::clamp(tempo, slowest, fastest);
-    if (running) {
-        // The last beat that has been handed on is the first of the new tempo.
-        const std::int64_t last = std::max<std::int64_t>(nextTick - 1, 0);
-        origin = frameOf(last);
-        firstInBar = static_cast<int>((firstInBar + last) % beatsPerBar);
-        nextBeat -= last;
-        nextTick = 1;
-    } else {
-        origin = clock.frameAt(now + firstBeatDelay);
-        firstInBar = 0;
-        nextTick = nextBeat = 0;
+    if (!running) {
+        start(tempo, beats, now, now + firstBeatDelay);
+        return;
     }
-    beatsPerMinute = wanted;
+    // The last beat that has been handed on is the first of the new tempo.
+    const std::int64_t last = std::max<std::int64_t>(nextTick - 1, 0);
+    origin = frameOf(last);
+    firstInBar = static_cast<int>((firstInBar + last) % beatsPerBar);
+    nextBeat -= last;
+    nextTick = 1;
+    beatsPerMinute = std::clamp(tempo, slowest, fastest);
     beatsPerBar = std::clamp(beats, 1, 12);
     firstInBar %= beatsPerBar;
+    lastBeat.reset();
+    advance(now);
+}
+
+void Metronome::start(int tempo, int beats, double now, double firstBeat)
+{
+    stop();
     running = true;
+    beatsPerMinute = std::clamp(tempo, slowest, fastest);
+    beatsPerBar = std::clamp(beats, 1, 12);
+    origin = clock.frameAt(firstBeat);
+    firstInBar = 0;
+    nextTick = nextBeat = 0;
+    lastBeat.reset();
+    advance(now);
+}
+
+void Metronome::countIn(int tempo, int beats, double now)
+{
+    start(tempo, beats, now, now + clicksAhead); // nothing is handed on yet
+    lastBeat = beatsPerBar;
     advance(now);
 }
 
@@ -68,7 +85,7 @@ void Metronome::advance(double now)
     const Frame heard = clock.frameAt(now);
     const Frame until = clock.frameAt(now + clicksAhead);
     const Frame missed = heard - frames(tooLate);
-    for (; frameOf(nextTick) < until; ++nextTick) {
+    for (; frameOf(nextTick) < until && (!lastBeat || nextTick < *lastBeat); ++nextTick) {
         if (frameOf(nextTick) < missed)
             continue;
         const bool accent = (firstInBar + nextTick) % beatsPerBar == 0;
@@ -78,6 +95,10 @@ void Metronome::advance(double now)
             break;
     }
     for (; frameOf(nextBeat) <= heard; ++nextBeat) {
+        if (nextBeat == lastBeat) {
+            stop();
+            return;
+        }
         if (nextBeat >= 0 && frameOf(nextBeat) >= missed)
             wire.send("beat", {static_cast<int>((firstInBar + nextBeat) % beatsPerBar)});
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "listen/phrases.h"
+#include "songs/song_name.h"
 
 #include <optional>
 #include <span>
@@ -10,7 +10,7 @@ namespace kelo::engine {
 
 /// The song that is chosen among those that there are, and what is said of it. The list goes
 /// round at its ends.
-class SongMenu {
+class SongList {
 public:
     /// `songs` may have changed since: the choice stays within them.
     void setSongs(std::span<const SongName> songs) { names = songs; }

@@ -1,4 +1,4 @@
-#include "songs/menu.h"
+#include "songs/song_list.h"
 
 #include <algorithm>
 
@@ -10,22 +10,22 @@ constexpr std::size_t longestList = 40;
 
 } // namespace
 
-std::size_t SongMenu::current() const
+std::size_t SongList::current() const
 {
     return names.empty() ? 0 : std::min(chosen, names.size() - 1);
 }
 
-void SongMenu::next()
+void SongList::next()
 {
     chosen = names.empty() ? 0 : (current() + 1) % names.size();
 }
 
-void SongMenu::previous()
+void SongList::previous()
 {
     chosen = names.empty() ? 0 : (current() + names.size() - 1) % names.size();
 }
 
-bool SongMenu::choose(int number)
+bool SongList::choose(int number)
 {
     if (number < 1 || static_cast<std::size_t>(number) > names.size())
         return false;
@@ -33,7 +33,7 @@ bool SongMenu::choose(int number)
     return true;
 }
 
-std::string SongMenu::describe() const
+std::string SongList::describe() const
 {
     if (names.empty())
         return "There are no songs.";
@@ -42,13 +42,13 @@ std::string SongMenu::describe() const
         + song.title + (song.composer.empty() ? "" : ", " + song.composer) + ".";
 }
 
-std::string SongMenu::count() const
+std::string SongList::count() const
 {
     return names.size() == 1 ? "There is one song."
                              : "There are " + std::to_string(names.size()) + " songs.";
 }
 
-std::string SongMenu::list() const
+std::string SongList::list() const
 {
     std::string text = count();
     for (std::size_t i = 0; i < std::min(names.size(), longestList); ++i)

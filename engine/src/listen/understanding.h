@@ -1,8 +1,9 @@
 #pragma once
 
-#include "lessons/excerpt.h"
 #include "listen/jobs.h"
+#include "listen/request.h"
 #include "listen/words.h"
+#include "songs/song_name.h"
 
 #include <optional>
 #include <span>
@@ -10,23 +11,6 @@
 #include <vector>
 
 namespace kelo::engine {
-
-/// What a song answers to.
-struct SongName {
-    std::string title;
-    std::string composer;
-};
-
-/// What was asked for.
-struct Request {
-    Action action;
-    std::optional<int> number{};
-    std::optional<std::size_t> song{}; ///< its place among the songs
-    std::optional<bool> on{};
-    std::optional<Hands> hands{}; ///< of a song that is to be learned
-
-    friend bool operator==(const Request &, const Request &) = default;
-};
 
 /// How the words have to be spelt: as they are, or so that they sound the same.
 enum class Spoken { Exactly, Roughly };

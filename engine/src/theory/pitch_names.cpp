@@ -1,4 +1,4 @@
-#include "lessons/pitch_names.h"
+#include "theory/pitch_names.h"
 
 #include <array>
 #include <string_view>

@@ -1,4 +1,4 @@
-#include "training/harmony.h"
+#include "theory/harmony.h"
 
 #include <algorithm>
 #include <array>

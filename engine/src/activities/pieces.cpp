@@ -1,0 +1,87 @@
+#include "activities/pieces.h"
+
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <system_error>
+#include <utility>
+
+namespace kelo::engine {
+
+namespace {
+
+std::string_view explain(MidiFault fault)
+{
+    switch (fault) {
+    case MidiFault::NotMidi:
+        return "That isn't a MIDI file that I can read.";
+    case MidiFault::Unsupported:
+        return "That is a kind of MIDI file that I can't play.";
+    case MidiFault::Empty:
+        break;
+    }
+    return "There are no notes in that file.";
+}
+
+} // namespace
+
+std::optional<Heard> heardFrom(Session &session, std::variant<Piece, MidiFault> read,
+    const std::string &title, const Moment &now)
+{
+    if (const auto *fault = std::get_if<MidiFault>(&read)) {
+        session.say(explain(*fault), now);
+        return {};
+    }
+    return Heard{title, std::move(std::get<Piece>(read))};
+}
+
+std::optional<Heard> loadSong(Session &session, std::size_t song, const Moment &now)
+{
+    if (song >= session.library.size()) {
+        session.say("There are no songs.", now);
+        return {};
+    }
+    return heardFrom(
+        session, session.library.load(song), session.library.names()[song].title, now);
+}
+
+bool chooseSong(Session &session, const Request &request, const Moment &now)
+{
+    if (request.song)
+        return session.songs.choose(static_cast<int>(*request.song) + 1);
+    if (!request.number || session.songs.choose(*request.number))
+        return true;
+    session.say(
+        "There is no song " + std::to_string(*request.number) + ". " + session.songs.count(), now);
+    return false;
+}
+
+std::filesystem::path keepFile(const Session &session, const std::string &name,
+    std::string_view extension, std::string_view bytes)
+{
+    constexpr int most = 1000;
+    std::error_code error;
+    std::filesystem::create_directories(session.songsFolder, error);
+    const auto named = [&](const std::string &stem) {
+        return session.songsFolder / (stem + std::string(extension));
+    };
+    auto path = named(name);
+    for (int i = 2; i < most && std::filesystem::exists(path, error); ++i)
+        path = named(name + " " + std::to_string(i));
+    std::ofstream file(path, std::ios::binary);
+    file << bytes;
+    file.close();
+    return file ? path : std::filesystem::path{};
+}
+
+std::string stampOf(const Moment &now)
+{
+    const auto day = now.today();
+    std::array<char, 48> text{};
+    std::snprintf(text.data(), text.size(), "%04d-%02u-%02u %02d.%02d",
+        static_cast<int>(day.year()), static_cast<unsigned>(day.month()),
+        static_cast<unsigned>(day.day()), now.hour(), now.minute());
+    return text.data();
+}
+
+} // namespace kelo::engine

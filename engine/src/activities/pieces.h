@@ -1,0 +1,29 @@
+#pragma once
+
+#include "activities/session.h"
+
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace kelo::engine {
+
+/// What was read, or nothing after saying why not.
+[[nodiscard]] std::optional<Heard> heardFrom(Session &session,
+    std::variant<Piece, MidiFault> read, const std::string &title, const Moment &now);
+
+/// A song of the library by its place.
+[[nodiscard]] std::optional<Heard> loadSong(
+    Session &session, std::size_t song, const Moment &now);
+
+/// Chooses the song that was asked for; false after saying that there is no such song.
+bool chooseSong(Session &session, const Request &request, const Moment &now);
+
+/// Writes `bytes` to a new file of the songs folder; empty where the disk would not have it.
+[[nodiscard]] std::filesystem::path keepFile(const Session &session, const std::string &name,
+    std::string_view extension, std::string_view bytes);
+
+/// "2025-03-07 14.05", for names of files.
+[[nodiscard]] std::string stampOf(const Moment &now);
+
+} // namespace kelo::engine

@@ -1,0 +1,160 @@
+#include "activities/playback_activity.h"
+
+#include "activities/home_activity.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace kelo::engine {
+
+namespace {
+
+constexpr int drumChannel = 9;
+constexpr int barsToSkip = 4;
+constexpr double secondsToSkip = 8; ///< where a piece has no bars
+
+} // namespace
+
+Piece transposed(Piece piece, int semitones)
+{
+    const auto moved = [semitones](int pitch) { return std::clamp(pitch + semitones, 0, 127); };
+    for (Note &note : piece.notes) {
+        if (note.channel != drumChannel)
+            note.pitch = moved(note.pitch);
+    }
+    for (TimedMessage &timed : piece.messages) {
+        const int kind = timed.message.kind();
+        if ((kind == 0x80 || kind == 0x90) && timed.message.channel() != drumChannel)
+            timed.message.first = static_cast<unsigned char>(moved(timed.message.first));
+    }
+    piece.spelling = spellingOf(tonalityOf(piece.notes));
+    return piece;
+}
+
+PlaybackActivity::PlaybackActivity(Session &shared, Heard what, std::string announcement)
+    : Activity(shared)
+    , announcement_(std::move(announcement))
+{
+    session_.heard = std::move(what);
+}
+
+void PlaybackActivity::enter(const Moment &now)
+{
+    if (!announcement_.empty())
+        say(announcement_, now);
+    play(std::move(*session_.heard), now);
+}
+
+void PlaybackActivity::play(Heard what, const Moment &now)
+{
+    session_.heard = std::move(what);
+    session_.player.start(session_.heard->piece, session_.heard->title, now.uptime);
+    playing_ = true;
+}
+
+void PlaybackActivity::advance(const Moment &now)
+{
+    const bool goesOn = session_.player.playing() || session_.player.paused();
+    if (std::exchange(playing_, goesOn) && !goesOn) {
+        session_.metronome.stop();
+        ended(now);
+    }
+}
+
+bool PlaybackActivity::request(const Request &request, const Moment &now)
+{
+    static constexpr Handler<PlaybackActivity> handlers[] = {
+        {Action::Start, &PlaybackActivity::again},
+        {Action::Again, &PlaybackActivity::again},
+        {Action::Next, &PlaybackActivity::next},
+        {Action::Previous, &PlaybackActivity::previous},
+        {Action::PlayBars, &PlaybackActivity::toBars},
+        {Action::Transpose, &PlaybackActivity::transpose},
+    };
+    return handle(*this, handlers, request, now);
+}
+
+void PlaybackActivity::again(const Request &, const Moment &now)
+{
+    session_.metronome.stop();
+    session_.player.again(now.uptime);
+    playing_ = true;
+}
+
+void PlaybackActivity::next(const Request &, const Moment &now)
+{
+    skip(barsToSkip, now);
+}
+
+void PlaybackActivity::previous(const Request &, const Moment &now)
+{
+    skip(-barsToSkip, now);
+}
+
+void PlaybackActivity::skip(int bars, const Moment &now)
+{
+    const auto &starts = session_.heard->piece.bars;
+    const double at = session_.player.position(now.uptime);
+    if (starts.empty()) {
+        session_.player.seek(at + bars * secondsToSkip / barsToSkip, now.uptime);
+    } else {
+        const auto current = std::ranges::upper_bound(starts, at) - starts.begin() - 1;
+        const auto last = static_cast<std::ptrdiff_t>(starts.size()) - 1;
+        const auto wanted = std::clamp<std::ptrdiff_t>(current + bars, 0, last);
+        session_.player.seek(starts[static_cast<std::size_t>(wanted)], now.uptime);
+    }
+    session_.metronome.stop();
+    playing_ = true;
+}
+
+void PlaybackActivity::toBars(const Request &request, const Moment &now)
+{
+    const auto &starts = session_.heard->piece.bars;
+    const auto bar = static_cast<std::size_t>(request.bars->first);
+    if (bar > starts.size()) {
+        say("This piece has " + std::to_string(starts.size()) + " bars.", now);
+        return;
+    }
+    session_.metronome.stop();
+    session_.player.seek(starts[bar - 1], now.uptime);
+    playing_ = true;
+}
+
+void PlaybackActivity::transpose(const Request &request, const Moment &now)
+{
+    int by = request.number.value_or(request.key ? 0 : 2) * (request.on.value_or(true) ? 1 : -1);
+    if (request.key) {
+        by = (request.key->tonic - tonalityOf(session_.heard->piece.notes).tonic + 12) % 12;
+        by -= by > 6 ? 12 : 0;
+    }
+    Heard moved = *session_.heard;
+    moved.piece = transposed(std::move(moved.piece), std::clamp(by, -24, 24));
+    say("In " + nameOf(tonalityOf(moved.piece.notes)) + ".", now);
+    play(std::move(moved), now);
+}
+
+std::optional<Beat> PlaybackActivity::beat(const Moment &now) const
+{
+    if (!session_.player.playing())
+        return {};
+    return beatOf(session_.heard->piece, session_.player, now);
+}
+
+std::string PlaybackActivity::place() const
+{
+    return "This is " + session_.heard->title + ".";
+}
+
+std::string_view PlaybackActivity::help() const
+{
+    return "Return pauses the piece and carries on. Space plays it again. Right skips ahead, left "
+           "goes back. Minus and equals change the tempo. Zero goes home.";
+}
+
+std::string_view PlaybackActivity::suggestions() const
+{
+    return "pause; slower; play bar five; transpose it to G; teach me this; or stop";
+}
+
+} // namespace kelo::engine

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "activities/activity.h"
+
+namespace kelo::engine {
+
+/// Listening to a piece: a song, a file, or what the user played.
+class PlaybackActivity : public Activity {
+public:
+    PlaybackActivity(Session &shared, Heard what, std::string announcement);
+
+    void enter(const Moment &now) override;
+    bool request(const Request &request, const Moment &now) override;
+    void advance(const Moment &now) override;
+
+    [[nodiscard]] std::string place() const override;
+    [[nodiscard]] std::string_view help() const override;
+    [[nodiscard]] std::string_view suggestions() const override;
+    [[nodiscard]] std::optional<Beat> beat(const Moment &now) const override;
+
+protected:
+    /// Plays another piece in its place.
+    void play(Heard what, const Moment &now);
+    /// The piece has come to its end.
+    virtual void ended(const Moment &) { }
+    virtual void next(const Request &request, const Moment &now);
+    virtual void previous(const Request &request, const Moment &now);
+
+private:
+    void again(const Request &request, const Moment &now);
+    void toBars(const Request &request, const Moment &now);
+    void skip(int bars, const Moment &now);
+    void transpose(const Request &request, const Moment &now);
+
+    std::string announcement_;
+    bool playing_ = false;
+};
+
+/// A piece with every note this many semitones higher; drums stay.
+[[nodiscard]] Piece transposed(Piece piece, int semitones);
+
+} // namespace kelo::engine

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "activities/moment.h"
+#include "listen/request.h"
+#include "music/player.h"
+#include "piano/recorder.h"
+#include "protocol/wire.h"
+#include "songs/library.h"
+#include "songs/song_list.h"
+#include "training/band.h"
+#include "training/metronome.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kelo::engine {
+
+class Activity;
+
+/// What an activity asks of the assistant.
+class Host {
+public:
+    virtual ~Host() = default;
+
+    virtual void say(std::string_view text, const Moment &now) = 0;
+    [[nodiscard]] virtual bool speaking() const = 0;
+
+    /// Leaves the current activity, which lives on until what it is doing has returned.
+    virtual void begin(std::unique_ptr<Activity> next, const Moment &now) = 0;
+
+    /// As if it had been asked for.
+    virtual void perform(const Request &request, const Moment &now) = 0;
+
+    /// A short question with two answers: "first" and "second" are performed.
+    virtual void ask(std::string_view question, const Request &first, const Request &second,
+        const Moment &now) = 0;
+};
+
+/// A piece that was heard: what "this" means.
+struct Heard {
+    std::string title;
+    Piece piece;
+};
+
+/// What every activity works with, and what outlives each of them.
+struct Session {
+    Host &host;
+    Wire &wire;
+    Player &player;
+    Metronome &metronome;
+    Band &band;
+    Library &library;
+    std::filesystem::path songsFolder; ///< what is to be kept goes there
+    std::uint32_t seed = 0; ///< of all that is chosen by chance
+
+    SongList songs{}; ///< with the song that was chosen last
+    Hands hands = Hands::Both;
+    Recorder recorder{};
+    std::optional<Heard> heard{}; ///< what was played last
+    std::map<std::string, int> reached{}; ///< bars of songs whose lessons were left
+    bool pianoPresent = false;
+
+    void say(std::string_view text, const Moment &now) const { host.say(text, now); }
+
+    /// A number for what is chosen by chance at a moment.
+    [[nodiscard]] std::uint32_t seedAt(const Moment &now) const
+    {
+        return seed + static_cast<std::uint32_t>(now.uptime * 1000);
+    }
+};
+
+} // namespace kelo::engine

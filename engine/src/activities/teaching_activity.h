@@ -1,0 +1,45 @@
+#pragma once
+
+#include "activities/activity.h"
+#include "lessons/reply.h"
+
+namespace kelo::engine {
+
+/// What teachers have in common: words, then an example, then it is the player's turn.
+class TeachingActivity : public Activity {
+public:
+    using Activity::Activity;
+
+    bool pause(const Moment &now) override;
+    void resume(const Moment &now) override;
+    [[nodiscard]] bool paused() const override { return paused_; }
+    void note(int pitch, int velocity, const Moment &now) override;
+    void advance(const Moment &now) override;
+    [[nodiscard]] bool everyKeyIsMusic() const override { return true; }
+    [[nodiscard]] bool presenting() const override
+    {
+        return exampleWaits_ || session_.player.playing();
+    }
+
+protected:
+    /// Flashes, says the words and has the example wait for their end.
+    void teach(const Reply &reply, const Moment &now);
+    /// Silences the example; the player's turn comes at once.
+    void endExample();
+    /// The example at once, without words.
+    void demonstrate(const Moment &now);
+
+    [[nodiscard]] virtual Piece example() const = 0;
+    /// It is the player's turn from now on.
+    virtual void listen(const Moment &now) = 0;
+    [[nodiscard]] virtual bool listening() const = 0;
+    [[nodiscard]] virtual Reply press(int pitch, const Moment &now) = 0;
+    /// There is nothing left to teach.
+    virtual void over(const Moment &) { }
+
+private:
+    bool exampleWaits_ = false; ///< for the words before it
+    bool paused_ = false;
+};
+
+} // namespace kelo::engine
