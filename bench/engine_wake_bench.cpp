@@ -44,9 +44,10 @@ std::optional<Request> literalMeaning(const QString &text, const Library &librar
 /// The commands that a session gives; a step comes every tenth of a second.
 QStringList commandsIn(const QStringList &steps, const QString &name, const Library &library)
 {
-    Ear ear([&](std::span<const Word> words) {
+    const auto understands = [&](std::span<const Word> words) {
         return understand(words, library.names()).has_value();
-    });
+    };
+    Ear ear(understands, understands);
     ear.setName(name.toStdString());
     QStringList commands;
     double now = 0;

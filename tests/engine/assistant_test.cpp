@@ -1,7 +1,6 @@
 #include "assistant/demo.h"
-#include "assistant/keys.h"
+#include "assistant/talk_requests.h"
 #include "assistant/typing_line.h"
-#include "assistant/words.h"
 #include "setup/voice_log.h"
 #include "support/files.h"
 #include "support/table.h"
@@ -18,20 +17,6 @@ class AssistantTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyKeyOfTheDisplayHasAMeaning()
-    {
-        // What the display sends for its buttons, "q", "f" and "o" aside.
-        for (const char c : std::string_view(" n\ns0hcbtjmlgr-=[],.vpa/K"))
-            QVERIFY2(actionFor(key(c), Mode::Teach), &c);
-        QVERIFY(actionFor(Key::Left, Mode::Idle) && actionFor(Key::Right, Mode::Idle));
-        for (const std::string_view line :
-            {"drop", "bandstyle", "hands", "ear", "metronome", "jazz"})
-            QVERIFY(actionFor(line));
-        QVERIFY(!actionFor(key('x'), Mode::Idle) && !actionFor(std::string_view("lvl")));
-        QVERIFY(actionFor(key('n'), Mode::Menu) == Action::CountSongs);
-        QVERIFY(actionFor(key('n'), Mode::Teach) == Action::NoteNames);
-    }
-
     void editsWhatIsTyped()
     {
         TypingLine line;
@@ -74,7 +59,7 @@ private Q_SLOTS:
     {
         QFETCH(QList<int>, date);
         QFETCH(QByteArray, words);
-        QCOMPARE(dateInWords({date[0], date[1], date[2]}), words.toStdString());
+        QCOMPARE(dateInWords(std::chrono::year(date[0]) / date[1] / date[2]), words.toStdString());
     }
 
     void theVoiceLogStaysSmall()

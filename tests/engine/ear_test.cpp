@@ -112,13 +112,13 @@ private Q_SLOTS:
     {
         QFETCH(QList<Line>, lines);
         QFETCH(QStringList, commands);
-        Ear ear(isCommand);
+        Ear ear(isCommand, isCommand);
         QCOMPARE(heard(ear, lines), commands);
     }
 
     void needsNoNameWhenAsked()
     {
-        Ear ear(isCommand);
+        Ear ear(isCommand, isCommand);
         ear.expectAnswer(0);
         QCOMPARE(heard(ear, {{1, u"song"_s}, {1.3, u"song three"_s, true}, {3, u"louder"_s, true}}),
             QStringList({u"1.3: song three"_s})); // one answer

@@ -1,9 +1,9 @@
 #include "lessons/attempt.h"
 #include "lessons/lesson.h"
-#include "theory/pitch_names.h"
 #include "songs/library.h"
 #include "songs/notation.h"
 #include "support/table.h"
+#include "theory/pitch_names.h"
 
 #include <QTest>
 

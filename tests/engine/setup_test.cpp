@@ -129,9 +129,9 @@ private Q_SLOTS:
         profile.user = "Ann";
         profile.birthday = birthday.toStdString();
         profile.wishedIn = 2024;
-        QCOMPARE(
-            greetingFor(profile, {today[0], today[1], today[2]}, today[3]), greeting.toStdString());
-        QVERIFY(greetingFor({}, {2025, 1, 1}, 9) == "Good morning.");
+        QCOMPARE(greetingFor(profile, std::chrono::year(today[0]) / today[1] / today[2], today[3]),
+            greeting.toStdString());
+        QVERIFY(greetingFor({}, std::chrono::year(2025) / 1 / 1, 9) == "Good morning.");
     }
 
 private:

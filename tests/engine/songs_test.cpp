@@ -1,7 +1,7 @@
 #include "songs/library.h"
-#include "songs/song_list.h"
 #include "songs/notation.h"
 #include "songs/shipped.h"
+#include "songs/song_list.h"
 #include "support/files.h"
 #include "support/table.h"
 

@@ -16,7 +16,7 @@ private Q_SLOTS:
     void greets()
     {
         expect({},
-            {u"name Kelo\\|Ann"_s, u"voice .+"_s, u"hands both"_s, u"bandstyle .+"_s,
+            {u"name Kelo\\|Ann"_s, u"voice .+"_s, u"bandstyle .+"_s, u"hands both"_s,
                 u"mode idle"_s, u"vocab .+"_s, u"kbd"_s, u"buttons"_s, u"now \\d\\d:\\d\\d"_s});
         const QString greeting = waitFor(u"say Good .*, Ann\\..*"_s);
         QVERIFY(greeting.contains(u"silence"_s)); // and says that nobody can hear it

@@ -1,8 +1,8 @@
 #include "stage.h"
 #include "support/table.h"
+#include "theory/harmony.h"
 #include "training/band.h"
 #include "training/ear_trainer.h"
-#include "theory/harmony.h"
 #include "training/metronome.h"
 
 #include <QRegularExpression>

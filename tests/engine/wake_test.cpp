@@ -1,5 +1,5 @@
-#include "listen/understanding.h"
 #include "listen/sound_alike.h"
+#include "listen/understanding.h"
 #include "listen/wake.h"
 #include "support/table.h"
 

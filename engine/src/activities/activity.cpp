@@ -15,8 +15,8 @@ Beat beatOf(const Piece &piece, const Player &player, const Moment &now)
         beat.tempo = static_cast<int>(std::lround(beat.beats * 60 / bar * player.tempo()));
     }
     if (player.playing()) {
-        const auto next = std::ranges::find_if(piece.bars,
-            [&](double bar) { return player.timeOf(bar) > now.uptime + soon; });
+        const auto next = std::ranges::find_if(
+            piece.bars, [&](double bar) { return player.timeOf(bar) > now.uptime + soon; });
         if (next != piece.bars.end())
             beat.nextBar = player.timeOf(*next);
     }

@@ -44,9 +44,8 @@ void MenuActivity::play(const Moment &now)
 
 void MenuActivity::learn(const Request &, const Moment &now)
 {
-    session_.host.perform({.action = Action::Learn,
-                              .number = static_cast<int>(session_.songs.current()) + 1},
-        now);
+    session_.host.perform(
+        {.action = Action::Learn, .number = static_cast<int>(session_.songs.current()) + 1}, now);
 }
 
 void MenuActivity::next(const Request &, const Moment &now)

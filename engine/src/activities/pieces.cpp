@@ -41,8 +41,7 @@ std::optional<Heard> loadSong(Session &session, std::size_t song, const Moment &
         session.say("There are no songs.", now);
         return {};
     }
-    return heardFrom(
-        session, session.library.load(song), session.library.names()[song].title, now);
+    return heardFrom(session, session.library.load(song), session.library.names()[song].title, now);
 }
 
 bool chooseSong(Session &session, const Request &request, const Moment &now)

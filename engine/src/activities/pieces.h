@@ -9,12 +9,11 @@
 namespace kelo::engine {
 
 /// What was read, or nothing after saying why not.
-[[nodiscard]] std::optional<Heard> heardFrom(Session &session,
-    std::variant<Piece, MidiFault> read, const std::string &title, const Moment &now);
+[[nodiscard]] std::optional<Heard> heardFrom(Session &session, std::variant<Piece, MidiFault> read,
+    const std::string &title, const Moment &now);
 
 /// A song of the library by its place.
-[[nodiscard]] std::optional<Heard> loadSong(
-    Session &session, std::size_t song, const Moment &now);
+[[nodiscard]] std::optional<Heard> loadSong(Session &session, std::size_t song, const Moment &now);
 
 /// Chooses the song that was asked for; false after saying that there is no such song.
 bool chooseSong(Session &session, const Request &request, const Moment &now);

@@ -12,6 +12,7 @@ namespace {
 
 constexpr int drumChannel = 9;
 constexpr int barsToSkip = 4;
+constexpr double justBegun = 0.2; ///< a bar that is about to sound counts
 constexpr double secondsToSkip = 8; ///< where a piece has no bars
 
 } // namespace
@@ -95,7 +96,7 @@ void PlaybackActivity::previous(const Request &, const Moment &now)
 void PlaybackActivity::skip(int bars, const Moment &now)
 {
     const auto &starts = session_.heard->piece.bars;
-    const double at = session_.player.position(now.uptime);
+    const double at = session_.player.position(now.uptime) + justBegun;
     if (starts.empty()) {
         session_.player.seek(at + bars * secondsToSkip / barsToSkip, now.uptime);
     } else {

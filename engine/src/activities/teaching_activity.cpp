@@ -54,8 +54,7 @@ void TeachingActivity::demonstrate(const Moment &now)
     exampleWaits_ = false;
     session_.player.demonstrate(example(), now.uptime);
     if (const auto ticks = beat(now); ticks && session_.metronome.ticking())
-        session_.metronome.start(
-            ticks->tempo, ticks->beats, now.uptime, session_.player.timeOf(0));
+        session_.metronome.start(ticks->tempo, ticks->beats, now.uptime, session_.player.timeOf(0));
 }
 
 void TeachingActivity::advance(const Moment &now)

@@ -68,10 +68,10 @@ static_assert(
 
 /// What leaves the activity that one is in. It takes more than a part of the words to ask for it.
 constexpr Action leaving[] = {Action::OpenMenu, Action::PlaySong, Action::Learn, Action::PlayKept,
-    Action::Album, Action::Home, Action::MakeUp, Action::Surprise, Action::Compose,
-    Action::Lullaby, Action::VideoGame, Action::FilmScore, Action::Jam, Action::Jazz,
-    Action::EarTraining, Action::Band, Action::LogicControl, Action::ReaperControl, Action::Drop,
-    Action::StartOver, Action::NewPiece, Action::Metronome};
+    Action::Album, Action::Home, Action::MakeUp, Action::Surprise, Action::Compose, Action::Lullaby,
+    Action::VideoGame, Action::FilmScore, Action::Jam, Action::Jazz, Action::EarTraining,
+    Action::Band, Action::LogicControl, Action::ReaperControl, Action::Drop, Action::StartOver,
+    Action::NewPiece, Action::Metronome};
 
 std::optional<double> soonest(std::initializer_list<std::optional<double>> times)
 {
@@ -119,7 +119,7 @@ Assistant::~Assistant() = default;
 bool Assistant::understands(std::span<const Word> words, bool allOfIt) const
 {
     const auto request = understand(words, session_.library.names());
-    return request && (request->whole || !allOfIt);
+    return (request && (request->whole || !allOfIt)) || chosen(words);
 }
 
 void Assistant::begin(std::string_view piano, bool asksQuestions, const Moment &now)
@@ -258,13 +258,19 @@ void Assistant::answer(std::string_view text, const Moment &now)
     if (words.size() > 1
         && wordsOf(settings_->assistant) == std::vector{Word{words.front().text, true}})
         words.erase(words.begin());
-    if (choose(words, now))
+    if (question_ && now.uptime > question_->until)
+        question_.reset();
+    const auto choice = chosen(words);
+    question_.reset();
+    if (choice) {
+        perform(*choice, now);
         return;
+    }
     const auto request = understandKindly(words, session_.library.names());
     const bool leaves = request && std::ranges::find(leaving, request->action) != std::end(leaving);
     if (request && (request->whole || !leaves || !activity_->busy()))
         undertake(*request, now);
-    else if (!request && std::ranges::find(words, "play", &Word::text) != words.end())
+    else if (std::ranges::find(words, "play", &Word::text) != words.end())
         say("I don't know that song. Ask which songs there are, or press L.", now);
     else
         say("I didn't understand that. Ask what you can say, or press H for help.", now);
@@ -286,43 +292,37 @@ void Assistant::undertake(const Request &request, const Moment &now)
     ask(names[*first.song].title + ", or " + names[*other.song].title + "?", first, other, now);
 }
 
-void Assistant::ask(std::string_view text, const Request &first, const Request &second,
-    const Moment &now)
+void Assistant::ask(
+    std::string_view text, const Request &first, const Request &second, const Moment &now)
 {
     say(text, now);
     question_ = Question{first, second, now.uptime + questionTime};
     answerExpected_ = true;
 }
 
-/// Takes an answer to the question that was asked; false where it is none.
-bool Assistant::choose(std::span<const Word> words, const Moment &now)
+/// What the words choose of the two that were asked for; nothing where they choose none.
+std::optional<Request> Assistant::chosen(std::span<const Word> words) const
 {
-    const auto asked = std::exchange(question_, std::nullopt);
-    if (!asked || now.uptime > asked->until || words.empty())
-        return false;
+    if (!question_ || words.empty())
+        return {};
     const auto said = [&](std::initializer_list<std::string_view> answers) {
         return std::ranges::any_of(words, [&](const Word &word) {
             return std::ranges::find(answers, word.text) != answers.end();
         });
     };
-    if (said({"first", "former", "one"})) {
-        perform(asked->first, now);
-        return true;
-    }
-    if (said({"second", "latter", "two", "other"})) {
-        perform(asked->second, now);
-        return true;
-    }
+    if (said({"first", "former", "one"}))
+        return question_->first;
+    if (said({"second", "latter", "two", "other"}))
+        return question_->second;
+    if (!question_->first.song || !question_->second.song)
+        return {};
     // Only one of the two songs may have been named, by what makes it different.
-    if (!asked->first.song || !asked->second.song)
-        return false;
     const auto &names = session_.library.names();
-    const std::array both{names[*asked->first.song], names[*asked->second.song]};
+    const std::array both{names[*question_->first.song], names[*question_->second.song]};
     const auto request = understand(words, both);
     if (!request || !request->song || request->other)
-        return false;
-    perform(*request->song == 0 ? asked->first : asked->second, now);
-    return true;
+        return {};
+    return *request->song == 0 ? question_->first : question_->second;
 }
 
 void Assistant::perform(const Request &request, const Moment &now)

@@ -109,7 +109,7 @@ private:
     void hear(std::string_view rest, const Moment &now);
     void heard(const std::string &command, const Moment &now);
     void answer(std::string_view words, const Moment &now);
-    bool choose(std::span<const Word> words, const Moment &now);
+    [[nodiscard]] std::optional<Request> chosen(std::span<const Word> words) const;
     void undertake(const Request &request, const Moment &now);
     void setUp(std::string_view fields, const Moment &now);
     bool takeCommandKey(int pitch, int velocity, const Moment &now);

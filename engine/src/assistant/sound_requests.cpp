@@ -71,9 +71,8 @@ void SoundRequests::setTempo(int percent, const Moment &now)
 
 void SoundRequests::bandStyle(const Request &, const Moment &now)
 {
-    setBandStyle(session_.band.style() == Band::Style::Full ? Band::Style::Simple
-                                                            : Band::Style::Full,
-        now);
+    setBandStyle(
+        session_.band.style() == Band::Style::Full ? Band::Style::Simple : Band::Style::Full, now);
 }
 
 void SoundRequests::bandSimple(const Request &, const Moment &now)
@@ -149,7 +148,7 @@ void SoundRequests::changeVoice(const Request &, const Moment &now)
 void SoundRequests::throughPiano(const Request &request, const Moment &now)
 {
     through_.setOn(request.on.value_or(!through_.on()));
-    session_.say(!through_.on()       ? "I don't play through the piano."
+    session_.say(!through_.on()      ? "I don't play through the piano."
             : !session_.pianoPresent ? "I'll play through the piano, as soon as I see one."
                                      : "I also play through the piano.",
         now);
@@ -161,8 +160,7 @@ void SoundRequests::keysSound(const Request &request, const Moment &now)
     settings_.change([sound](Profile &profile) { profile.keysSound = sound; });
     if (!sound)
         keys_.silence();
-    session_.say(
-        sound ? "Your keys sound from here, too." : "Your keys are silent here.", now);
+    session_.say(sound ? "Your keys sound from here, too." : "Your keys are silent here.", now);
 }
 
 } // namespace kelo::engine

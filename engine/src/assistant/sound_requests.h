@@ -52,8 +52,8 @@ private:
     void setTempo(int percent, const Moment &now);
     void setBandStyle(Band::Style style, const Moment &now);
     void changeBandLoudness(int by, std::string_view words, const Moment &now);
-    void changeVoiceLoudness(int percent, std::string_view words, std::string_view atTheEnd,
-        const Moment &now);
+    void changeVoiceLoudness(
+        int percent, std::string_view words, std::string_view atTheEnd, const Moment &now);
     void tellBandLevel() const;
 
     Session &session_;

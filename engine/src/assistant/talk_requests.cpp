@@ -64,8 +64,8 @@ void TalkRequests::help(const Request &, const Moment &now)
 
 void TalkRequests::suggestions(const Request &, const Moment &now)
 {
-    session_.say("Say " + settings_->assistant + ", and then: "
-            + std::string(current_->suggestions()) + ".",
+    session_.say(
+        "Say " + settings_->assistant + ", and then: " + std::string(current_->suggestions()) + ".",
         now);
 }
 
@@ -99,8 +99,7 @@ void TalkRequests::greet(const Request &, const Moment &now)
 
 void TalkRequests::world(const Request &, const Moment &now)
 {
-    session_.say(
-        "I can't look into the world for you. I know music, the time and the day.", now);
+    session_.say("I can't look into the world for you. I know music, the time and the day.", now);
 }
 
 void TalkRequests::naturalVoice(const Request &, const Moment &now)

@@ -1,7 +1,7 @@
 #include "lessons/attempt.h"
 
-#include "theory/pitch_names.h"
 #include "listen/words.h"
+#include "theory/pitch_names.h"
 
 #include <algorithm>
 #include <cmath>

@@ -14,8 +14,7 @@ constexpr int mostBars = 9999;
 
 template <typename Value> using Names = std::span<const std::pair<std::string_view, Value>>;
 
-template <typename Value>
-std::optional<Value> named(std::string_view word, Names<Value> names)
+template <typename Value> std::optional<Value> named(std::string_view word, Names<Value> names)
 {
     const auto found = std::ranges::find(names, word, &std::pair<std::string_view, Value>::first);
     return found == names.end() ? std::nullopt : std::optional(found->second);

@@ -66,6 +66,16 @@ public:
         return best;
     }
 
+    /// The known word that sounds the same.
+    [[nodiscard]] std::optional<std::string> homophone(const std::string &word) const
+    {
+        const std::string sounds = soundsOf(word);
+        const auto found = std::ranges::find_if(words, [&](const std::string &known) {
+            return sounds.size() >= certainSounds && soundsOf(known) == sounds;
+        });
+        return found == words.end() ? std::nullopt : std::optional(*found);
+    }
+
 private:
     std::set<std::string, std::less<>> words = wordsOfPhrases();
 };
@@ -81,7 +91,10 @@ std::vector<Word> nearWords(std::span<const Word> words, std::span<const SongNam
         Word word = words[i];
         const bool known = dictionary.knows(word.text);
         const bool nextIsKnown = i + 1 >= words.size() || dictionary.knows(words[i + 1].text);
-        if (!known || !nextIsKnown) {
+        const auto same = known ? std::nullopt : dictionary.homophone(word.text);
+        if (same) {
+            word.text = *same;
+        } else if (!known || !nextIsKnown) {
             auto whole = i + 1 < words.size() ? dictionary.nearest(word.text + words[i + 1].text)
                                               : std::nullopt;
             if (whole) {

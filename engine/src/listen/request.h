@@ -3,8 +3,8 @@
 #include "composing/mood.h"
 #include "listen/action.h"
 #include "music/hands.h"
-#include "theory/tonality.h"
 #include "theory/metre.h"
+#include "theory/tonality.h"
 
 #include <cstddef>
 #include <optional>

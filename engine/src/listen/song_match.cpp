@@ -16,7 +16,7 @@ constexpr std::string_view courtesies[] = {"a", "an", "the", "please", "me", "my
     "be", "do", "does", "can", "could", "would", "will", "like", "want", "wanna", "let", "let's",
     "us", "we", "and", "then", "now", "just", "some", "by", "with", "one", "on", "off", "up",
     "there", "uh", "um", "er", "oh", "okay", "well", "i'd", "i'm", "give", "go", "get", "kindly",
-    "quickly", "here"};
+    "quickly", "here", "from", "into", "those", "these", "know", "did"};
 
 /// How the words name one title or composer.
 class Naming {

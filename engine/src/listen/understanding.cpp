@@ -148,8 +148,8 @@ private:
     bool takeNumber()
     {
         return keep((job_.takes & TakesMetre) != 0 ? details_.numberBesideMetre
-                    : (job_.takes & TakesBars) != 0 ? details_.otherNumber
-                                                    : details_.number,
+                : (job_.takes & TakesBars) != 0    ? details_.otherNumber
+                                                   : details_.number,
             request_.number);
     }
 
@@ -197,7 +197,7 @@ private:
     {
         if (phrase.on)
             request_.on = phrase.on;
-        else
+        else if (details_.on && !used_[details_.on->at])
             keep(details_.on, request_.on);
         if ((job_.takes & TakesHands) != 0)
             keep(details_.hands, request_.hands);
@@ -253,9 +253,11 @@ std::optional<Request> understand(
 std::optional<Request> understandKindly(
     std::span<const Word> words, std::span<const SongName> songs)
 {
-    if (auto request = understand(words, songs))
-        return request;
-    return understand(nearWords(words, songs), songs, Spoken::Roughly);
+    auto exactly = understand(words, songs);
+    if (exactly && exactly->whole)
+        return exactly;
+    auto roughly = understand(nearWords(words, songs), songs, Spoken::Roughly);
+    return roughly && (roughly->whole || !exactly) ? roughly : exactly;
 }
 
 std::vector<std::string> vocabulary(unsigned where, std::span<const SongName> songs)

@@ -17,9 +17,7 @@ enum class Hands : std::uint8_t { Both, Right, Left };
 /// The ones that come next when they are changed one by one.
 [[nodiscard]] constexpr Hands nextOf(Hands hands)
 {
-    return hands == Hands::Both ? Hands::Right
-        : hands == Hands::Right ? Hands::Left
-                                : Hands::Both;
+    return hands == Hands::Both ? Hands::Right : hands == Hands::Right ? Hands::Left : Hands::Both;
 }
 
 } // namespace kelo::engine

@@ -32,10 +32,7 @@ public:
     /// The place that is heard, in seconds of the piece as it is written.
     [[nodiscard]] double position(double now) const;
     /// When a place of the piece that plays is heard.
-    [[nodiscard]] double timeOf(double position) const
-    {
-        return clock_.timeOf(frameOf(position));
-    }
+    [[nodiscard]] double timeOf(double position) const { return clock_.timeOf(frameOf(position)); }
 
     /// How fast: 1 is as written. What plays goes on from where it is.
     void setTempo(double factor, double now);

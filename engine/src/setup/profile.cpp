@@ -70,8 +70,7 @@ std::optional<std::chrono::month_day> dayFrom(std::string_view text)
     const auto number = [&](std::size_t i) {
         return static_cast<unsigned>((text[i] - '0') * 10 + text[i + 1] - '0');
     };
-    const std::chrono::month_day day{
-        std::chrono::month(number(0)), std::chrono::day(number(3))};
+    const std::chrono::month_day day{std::chrono::month(number(0)), std::chrono::day(number(3))};
     return day.ok() ? std::optional(day) : std::nullopt;
 }
 

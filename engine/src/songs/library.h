@@ -1,7 +1,7 @@
 #pragma once
 
-#include "songs/song_name.h"
 #include "music/midi_file.h"
+#include "songs/song_name.h"
 
 #include <filesystem>
 #include <string>

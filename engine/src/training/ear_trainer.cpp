@@ -1,7 +1,7 @@
 #include "training/ear_trainer.h"
 
-#include "theory/pitch_names.h"
 #include "listen/words.h"
+#include "theory/pitch_names.h"
 
 #include <algorithm>
 #include <iterator>

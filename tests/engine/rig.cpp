@@ -1,0 +1,194 @@
+#include "rig.h"
+
+#include "support/files.h"
+
+#include <QDir>
+#include <QRegularExpression>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace kelo::engine;
+
+void SilentSpeech::say(std::string_view text, double now)
+{
+    constexpr double secondsPerLetter = 0.03;
+    if (text.empty())
+        return;
+    wire_.send("say", text);
+    end_ = now + secondsPerLetter * static_cast<double>(text.size());
+}
+
+void SilentSpeech::stop()
+{
+    if (end_)
+        wire_.send("done");
+    end_.reset();
+}
+
+void SilentSpeech::advance(double now)
+{
+    if (end_ && now >= *end_)
+        stop();
+}
+
+Rig::Rig() = default;
+
+void Rig::start(bool known)
+{
+    if (known && !QFile::exists(path(u"profile.json"_s)))
+        kelo::test::writeFile(path(u"profile.json"_s), R"({"assistant": "Kelo", "user": "Ann"})");
+    const std::filesystem::path home = folder_.path().toStdString();
+    library = std::make_unique<Library>(home / "songs");
+    assistant = std::make_unique<Assistant>(
+        Equipment{wire, speech, player, metronome, band, through, keys, *library,
+            [this](float loudness) { voiceLoudness = loudness; },
+            [](const std::filesystem::path &) { return false; }},
+        Places{home / "profile.json", home / "commands.html", home / "songs"}, 7);
+    assistant->begin("", true, moment());
+    assistant->greet("", moment());
+}
+
+/// The seventh of March of 2025 at ten, and some seconds.
+Moment Rig::moment() const
+{
+    using namespace std::chrono;
+    const auto start = local_days(year(2025) / 3 / 7) + hours(10);
+    return {now, start + std::chrono::seconds(static_cast<int>(now))};
+}
+
+void Rig::write(std::string_view line)
+{
+    lines << QString::fromUtf8(line.data(), static_cast<qsizetype>(line.size())).mid(1).chopped(1);
+}
+
+void Rig::run(double seconds)
+{
+    const double end = now + seconds;
+    for (int turns = 0; turns < 200000; ++turns) {
+        const auto due = assistant->deadline();
+        if (!due || *due > end)
+            break;
+        now = std::max(now, *due) + 1e-4;
+        assistant->advance(moment());
+    }
+    now = std::max(now, end);
+    assistant->advance(moment());
+}
+
+void Rig::send(const QByteArray &bytes)
+{
+    run(0.01);
+    sentAt_ = now;
+    for (const Input &input :
+        input_.feed({bytes.data(), static_cast<std::size_t>(bytes.size())}, now))
+        assistant->take(input, moment());
+    if (const auto key = input_.expire(now + 1))
+        assistant->take(*key, moment());
+    assistant->advance(moment());
+}
+
+void Rig::press(int pitch, int velocity)
+{
+    assistant->takePiano(
+        {0x90, static_cast<unsigned char>(pitch), static_cast<unsigned char>(velocity)}, moment());
+    assistant->advance(moment());
+}
+
+void Rig::plug(const QString &piano)
+{
+    assistant->pianoChanged(piano.toStdString());
+}
+
+QString Rig::waitFor(const QString &pattern, double seconds)
+{
+    constexpr double step = 0.05;
+    const QRegularExpression wanted(u'^' + pattern + u'$');
+    for (double waited = 0;; waited += step) {
+        for (; seen < lines.size(); ++seen) {
+            if (wanted.match(lines[seen]).hasMatch())
+                return lines[seen++];
+        }
+        if (waited >= seconds)
+            return {};
+        run(step);
+    }
+}
+
+int Rig::notes(const QString &section) const
+{
+    const Recording &recording = section == u"music" ? music : section == u"keys" ? keys : rhythm;
+    const Frame since = clock.frameAt(sentAt_);
+    return static_cast<int>(std::ranges::count_if(recording.played, [&](const auto &played) {
+        return played.message.kind() == 0x90 && played.message.second > 0
+            && (played.frame == 0 || played.frame >= since);
+    }));
+}
+
+namespace {
+
+QByteArray unescaped(QString text)
+{
+    return text.replace(u"\\n"_s, u"\n"_s)
+        .replace(u"\\s"_s, u" "_s)
+        .replace(u"\\e"_s, u"\x1b"_s)
+        .replace(u"\\x7f"_s, u"\x7f"_s)
+        .toUtf8();
+}
+
+} // namespace
+
+QString failureOf(Rig &rig, const QStringList &steps)
+{
+    qsizetype sent = 0;
+    for (const QString &step : steps) {
+        const QString verb = step.section(u' ', 0, 0);
+        const QString rest = step.section(u' ', 1);
+        const QStringList words = rest.split(u' ', Qt::SkipEmptyParts);
+        bool good = true;
+        if (verb == u">") {
+            sent = rig.seen = rig.lines.size();
+            rig.send(unescaped(rest) + (rest.startsWith(u'~') ? "\n" : ""));
+        } else if (verb == u"<") {
+            good = !rig.waitFor(rest).isEmpty();
+        } else if (verb == u"!") {
+            rig.run(2);
+            good = rig.lines.mid(sent).filter(QRegularExpression(u'^' + rest + u'$')).isEmpty();
+        } else if (verb == u"tap" || verb == u"hold") {
+            const bool together = verb == u"hold";
+            const QStringList pressed = together ? words.mid(0, words.size() - 1) : words;
+            for (const QString &key : pressed) {
+                rig.press(key.toInt());
+                if (together)
+                    continue;
+                rig.run(0.2);
+                rig.press(key.toInt(), 0);
+                rig.run(0.3);
+            }
+            if (together) {
+                rig.run(words.last().toDouble());
+                for (const QString &key : pressed)
+                    rig.press(key.toInt(), 0);
+            }
+        } else if (verb == u"wait") {
+            rig.run(rest.toDouble());
+        } else if (verb == u"piano") {
+            rig.plug(rest);
+        } else if (verb == u"sounds" || verb == u"silent") {
+            if (verb == u"sounds")
+                rig.run(5);
+            good = (rig.notes(words[0]) > 0) == (verb == u"sounds");
+        } else if (verb == u"file") {
+            good =
+                !QDir(rig.path(u"songs"_s)).entryList().filter(QRegularExpression(rest)).isEmpty();
+        } else {
+            return u"no such step: "_s + step;
+        }
+        if (!good)
+            return step + u"\n  but: "_s
+                + rig.lines.mid(sent)
+                      .filter(QRegularExpression(u"^(?!vocab|roll|out|beat|now)"_s))
+                      .join(u"\n       "_s);
+    }
+    return {};
+}

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "assistant/assistant.h"
+#include "assistant/demo.h"
+#include "piano/midi_thru.h"
+#include "protocol/input.h"
+#include "stage.h"
+
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+
+/// Speech without a voice: each text lasts as long as it has letters.
+class SilentSpeech : public kelo::engine::TextToSpeech {
+public:
+    explicit SilentSpeech(kelo::engine::Wire &wire)
+        : wire_(wire)
+    {
+    }
+    void say(std::string_view text, double now) override;
+    void stop() override;
+    [[nodiscard]] bool speaking() const override { return end_.has_value(); }
+    void setVoice(std::size_t) override { }
+    void advance(double now) override;
+    [[nodiscard]] std::optional<double> deadline() const override { return end_; }
+
+private:
+    kelo::engine::Wire &wire_;
+    std::optional<double> end_;
+};
+
+/// The assistant with all its music, in a time of its own: an hour passes in a moment, and always
+/// in the same way.
+class Rig {
+public:
+    Rig();
+
+    /// Someone called Ann has been here before, unless `known` is false.
+    void start(bool known = true);
+
+    /// Runs by the assistant's own deadlines.
+    void run(double seconds);
+    /// Lines, keys and bytes as a display sends them.
+    void send(const QByteArray &bytes);
+    void press(int pitch, int velocity = 80);
+    void plug(const QString &piano);
+
+    /// The next line that matches, within a virtual minute; empty where there is none.
+    QString waitFor(const QString &pattern, double seconds = 60);
+
+    /// Notes begun by the player, the player's own keys or the rhythm since the last `send`.
+    [[nodiscard]] int notes(const QString &section) const;
+    [[nodiscard]] QString path(const QString &name) const { return folder_.filePath(name); }
+
+    QStringList lines; ///< without "@"
+    qsizetype seen = 0; ///< lines that have matched, and those before them
+    double now = 10;
+    kelo::engine::AudioClock clock{0};
+    Recording music;
+    Recording rhythm;
+    Recording keys;
+    kelo::engine::Wire wire{[this](std::string_view line) { write(line); }};
+    SilentSpeech speech{wire};
+    kelo::engine::MidiThru through{music, clock, [](kelo::engine::ChannelMessage) {}};
+    kelo::engine::Player player{wire, through, clock};
+    kelo::engine::Metronome metronome{wire, rhythm, clock};
+    kelo::engine::Band band{wire, rhythm, clock};
+    std::unique_ptr<kelo::engine::Library> library;
+    std::unique_ptr<kelo::engine::Assistant> assistant;
+    float voiceLoudness = 0;
+
+private:
+    void write(std::string_view line);
+    [[nodiscard]] kelo::engine::Moment moment() const;
+
+    QTemporaryDir folder_;
+    kelo::engine::InputReader input_;
+    double sentAt_ = 0;
+};
+
+/// Goes through a script, a line a step, and says which step failed and how; empty where none did.
+///
+///     > ~say TEXT     sends it as a line; other text as keys, with C escapes
+///     < PATTERN       this line follows, sooner or later
+///     ! PATTERN       no such line has come since the last ">", nor comes for two seconds
+///     tap 60 64       presses these keys one after the other; "hold 48 52 2" together, for seconds
+///     wait 3          seconds pass
+///     piano NAME      one is plugged in; without a name it is pulled out
+///     sounds music    notes are begun there ("music", "rhythm", "keys"); "silent music": none
+///     file PATTERN    a file of such a name is in the songs folder
+[[nodiscard]] QString failureOf(Rig &rig, const QStringList &steps);

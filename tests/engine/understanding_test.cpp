@@ -1,0 +1,184 @@
+#include "listen/command_page.h"
+#include "listen/understanding.h"
+#include "support/files.h"
+#include "support/table.h"
+
+#include <QRegularExpression>
+#include <QTest>
+#include <QXmlStreamReader>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using namespace kelo::engine;
+using kelo::test::Table;
+
+namespace {
+
+const std::vector<SongName> songs{{"Ode to Joy", "Ludwig van Beethoven"},
+    {"Minuet in G", "Christian Petzold"}, {"Minuet in D", "Christian Petzold"},
+    {"Prelude in C", "Johann Sebastian Bach"}, {"Für Elise", "Ludwig van Beethoven"}};
+
+/// The name of an enumerator as the source has it.
+template <auto value> QString enumerator()
+{
+    const QString text = QString::fromLatin1(__PRETTY_FUNCTION__);
+    static const QRegularExpression name(u"::(\\w+)[\\]>;]"_s);
+    QString last;
+    for (auto it = name.globalMatch(text); it.hasNext();)
+        last = it.next().captured(1);
+    return last;
+}
+
+template <std::size_t... i> QStringList actionNames(std::index_sequence<i...>)
+{
+    return {enumerator<static_cast<Action>(i)>()...};
+}
+
+QString text(const std::optional<Request> &request)
+{
+    static const QStringList actions = actionNames(std::make_index_sequence<actionCount>());
+    static const QStringList moods{
+        u"happy"_s, u"calm"_s, u"sad"_s, u"waltz"_s, u"march"_s, u"mysterious"_s};
+    if (!request)
+        return u"-"_s;
+    QString all = actions[static_cast<qsizetype>(request->action)];
+    if (request->number)
+        all += u" number=%1"_s.arg(*request->number);
+    if (request->song)
+        all += u" song=%1"_s.arg(*request->song + 1);
+    if (request->other)
+        all += u" or=%1"_s.arg(*request->other + 1);
+    if (request->bars)
+        all += u" bars=%1-%2"_s.arg(request->bars->first).arg(request->bars->last);
+    if (request->metre)
+        all += u" metre=%1/%2"_s.arg(request->metre->beats).arg(request->metre->unit);
+    if (request->pitch)
+        all += u" pitch=%1"_s.arg(*request->pitch);
+    if (request->mood)
+        all += u" mood="_s + moods[static_cast<qsizetype>(*request->mood)];
+    if (request->key)
+        all +=
+            u" key=%1%2"_s.arg(request->key->tonic).arg(request->key->minor ? u"m"_s : QString());
+    if (request->hands)
+        all += u" hands="_s + QString::fromLatin1(nameOf(*request->hands).data());
+    if (request->on)
+        all += *request->on ? u" on=1"_s : u" on=0"_s;
+    return request->whole ? all : all + u" ~"_s;
+}
+
+std::optional<Request> ask(const QByteArray &words)
+{
+    return understand(wordsOf({words.data(), static_cast<std::size_t>(words.size())}), songs);
+}
+
+} // namespace
+
+class UnderstandingTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void understands_data()
+    {
+        QTest::addColumn<QString>("meaning");
+        const QString all = QString::fromUtf8(kelo::test::readFile(QFINDTESTDATA("sentences.txt")));
+        for (const QString &line : all.split(u'\n')) {
+            if (const auto at = line.indexOf(u" => "_s); at > 0 && !line.startsWith(u'#'))
+                QTest::newRow(qPrintable(line.left(at))) << line.mid(at + 4);
+        }
+    }
+
+    void understands()
+    {
+        QFETCH(QString, meaning);
+        const auto request = ask(QTest::currentDataTag());
+        if (meaning == u"-") // in talk mode only what is wholly understood counts
+            QVERIFY2(!request || !request->whole, qPrintable(text(request)));
+        else
+            QCOMPARE(text(request), meaning);
+    }
+
+    void understandsWhatSoundsAlike_data()
+    {
+        // meant: nothing where it is not to be guessed
+        const Table<QByteArray> row{"meant"};
+        row("repeet", "repeat");
+        row("reap eat", "repeat");
+        row("metro gnome at ninety", "metronome at ninety");
+        row("play for a lease", "play fur elise");
+        row("teach me the owed to joy", "teach me the ode to joy");
+        row("play the minute in g", "play the minuet in g");
+        row("you training", "ear training");
+        row("south", "");
+        row("you", "");
+        row("is clear", "");
+    }
+
+    void understandsWhatSoundsAlike()
+    {
+        QFETCH(QByteArray, meant);
+        QCOMPARE(text(understandKindly(wordsOf(QTest::currentDataTag()), songs)), text(ask(meant)));
+    }
+
+    void everyExampleMeansItsJob()
+    {
+        for (const JobGroup &group : jobGroups()) {
+            for (const Job &job : group.jobs) {
+                for (const Phrase &phrase : job.phrases) {
+                    QByteArray example(
+                        phrase.example.data(), static_cast<qsizetype>(phrase.example.size()));
+                    example.replace("#", "three").replace("@", "prelude in c");
+                    if (!example.isEmpty())
+                        QVERIFY2(ask(example) && ask(example)->action == job.action, example);
+                }
+            }
+        }
+    }
+
+    void offersWhatFitsTheMode()
+    {
+        const auto offers = [](unsigned where, std::string_view phrase) {
+            const auto all = vocabulary(where, songs);
+            return std::ranges::count(all, phrase) == 1;
+        };
+        QVERIFY(offers(InMenu, "play Minuet in G"));
+        QVERIFY(offers(InMenu, "play song ten"));
+        QVERIFY(offers(InLesson, "right hand"));
+        QVERIFY(!offers(InMenu, "right hand"));
+        QVERIFY(offers(InTalk, "stop"));
+        const std::vector<SongName> odd(1000, {"A|B", ""});
+        for (const std::string &phrase : vocabulary(Everywhere, odd))
+            QVERIFY(!phrase.empty() && phrase.find('|') == std::string::npos);
+        QVERIFY(vocabulary(Everywhere, odd).size() < 260);
+    }
+
+    void thePageIsSoundAndTellsEveryJob()
+    {
+        const std::string page = commandPage("<Ann & Co>");
+        QString html = QString::fromStdString(page);
+        html.replace(u"<meta charset=\"utf-8\">"_s, QString())
+            .replace(u"<br>"_s, u"<br/>"_s)
+            .remove(u"<!DOCTYPE html>\n"_s);
+        QXmlStreamReader reader(html);
+        int rows = 0;
+        while (!reader.atEnd()) {
+            if (reader.readNext() == QXmlStreamReader::StartElement)
+                rows += reader.name() == u"tr";
+        }
+        QVERIFY2(!reader.hasError(), qPrintable(reader.errorString()));
+        int jobs = 0;
+        int shown = 0;
+        for (const JobGroup &group : jobGroups()) {
+            shown += !group.title.empty();
+            for (const Job &job : group.jobs)
+                jobs += !group.title.empty() && !job.meaning.empty();
+        }
+        QCOMPARE(rows, jobs + shown); // and a heading each
+        QVERIFY(page.find("metronome at ninety") != std::string::npos);
+    }
+};
+
+QTEST_APPLESS_MAIN(UnderstandingTest)
+#include "understanding_test.moc"
