@@ -15,30 +15,34 @@ Scroller {
     property Component keyStrip
 
     readonly property int gap: 14
-    readonly property bool stacked: width < 800
+    readonly property bool stacked: width < 824 // narrower than three columns need
     // Room for the longest line of a caption, wrapped: words leave some of a line empty.
     readonly property int letter: link.large ? 36 : 24
     readonly property int lettersALine: Math.max(1, (width - 2 * sideInset) / (0.602 * letter) - 1)
     readonly property real captionHeight: Math.max(44, Math.ceil(86 / lettersALine) * letter * 1.17 + 4)
 
     inset: 6
-    sideInset: stacked ? 12 : 6 // beside the scroll bar
+    sideInset: 18 // beside the scroll bar
+    ground: Hud.bg
 
-    ColumnLayout {
+    GridLayout {
         id: all
 
         // What leaves the columns enough height to read in.
         readonly property real least: header.implicitHeight + speech.Layout.preferredHeight
-            + keys.implicitHeight + 3 * spacing + 150
+            + keys.implicitHeight + 3 * rowSpacing + 150
 
         width: parent.width
         height: console_.stacked ? implicitHeight : Math.max(least, console_.height - 2 * console_.inset)
-        spacing: console_.stacked ? 6 : console_.gap
+        columns: 1
+        rowSpacing: console_.stacked ? 6 : console_.gap
 
         Header {
             id: header
 
+            Layout.row: 1
             Layout.fillWidth: true
+            room: all.width
             link: console_.link
         }
 
@@ -46,6 +50,7 @@ Scroller {
         Item {
             id: speech
 
+            Layout.row: console_.stacked ? 0 : 2 // what is said must be seen whatever the size
             Layout.fillWidth: true
             Layout.preferredHeight: console_.captionHeight
 
@@ -67,16 +72,17 @@ Scroller {
         GridLayout {
             id: columns
 
+            Layout.row: 3
             Layout.fillWidth: true
             Layout.fillHeight: true
             columns: console_.stacked ? 1 : 3
             columnSpacing: console_.gap
-            rowSpacing: all.spacing
+            rowSpacing: all.rowSpacing
 
             Panel {
                 Layout.fillWidth: console_.stacked
                 Layout.fillHeight: true
-                Layout.preferredWidth: Math.max(230, Math.min(340, console_.width * 0.21))
+                Layout.preferredWidth: Math.max(230, Math.min(340, all.width * 0.21))
                 Layout.minimumHeight: console_.stacked ? implicitHeight : 0
                 title: qsTr("SYSTEMS")
                 contentHeight: systems.contentHeight
@@ -95,15 +101,17 @@ Scroller {
 
                 Layout.fillWidth: true
                 Layout.fillHeight: true
-                Layout.minimumHeight: console_.stacked ? 140 : 0
+                Layout.minimumHeight: console_.stacked ? coreSlot.height + coreSlot.below + 150 : 0
 
                 Loader {
                     id: coreSlot
 
                     // All but what the last few lines of the conversation need.
                     readonly property real most: Math.max(centre.height * 0.56, centre.height - console_.gap - 128)
-                    readonly property real side: Math.min(centre.width, most, Math.max(560, centre.height * 0.66))
-                    readonly property bool fits: active && side >= 140 && !console_.stacked
+                    readonly property real side: console_.stacked ? Math.min(160, all.width - 40)
+                        : Math.min(centre.width, most, Math.max(560, centre.height * 0.66))
+                    readonly property bool fits: active && side >= 140
+                    readonly property real below: fits ? console_.gap : 0
 
                     anchors.horizontalCenter: parent.horizontalCenter
                     width: side
@@ -115,7 +123,7 @@ Scroller {
 
                 Panel {
                     anchors.top: coreSlot.bottom
-                    anchors.topMargin: coreSlot.fits ? console_.gap : 0
+                    anchors.topMargin: coreSlot.below
                     anchors.bottom: parent.bottom
                     width: parent.width
                     title: qsTr("CONVERSATION")
@@ -129,11 +137,11 @@ Scroller {
             }
 
             Panel {
-                readonly property int wanted: console_.width >= 2900 ? 3 : console_.width >= 1800 ? 2 : 1
+                readonly property int wanted: all.width >= 2880 ? 3 : all.width >= 1780 ? 2 : 1
 
                 Layout.fillWidth: console_.stacked
                 Layout.fillHeight: true
-                Layout.preferredWidth: Math.max(296, Math.min(430 * wanted, console_.width * 0.34))
+                Layout.preferredWidth: Math.max(296, Math.min(430 * wanted, all.width * 0.34))
                 Layout.minimumHeight: console_.stacked ? implicitHeight : 0
                 title: qsTr("COMMANDS")
                 contentHeight: commands.contentHeight
@@ -151,6 +159,7 @@ Scroller {
         Panel {
             id: keys
 
+            Layout.row: 4
             Layout.fillWidth: true
             title: qsTr("KEYBOARD  //  88 KEYS")
             contentHeight: keyboard.height + 24
@@ -165,8 +174,8 @@ Scroller {
 
                 Loader {
                     width: parent.width
-                    height: Math.max(106, Math.min(180, console_.height * 0.17))
-                    active: console_.keyStrip !== null && (console_.stacked || console_.height - console_.captionHeight >= 450)
+                    height: Math.max(140, Math.min(180, console_.height * 0.17))
+                    active: console_.keyStrip !== null
                     visible: active
                     sourceComponent: console_.keyStrip
                 }

@@ -83,6 +83,8 @@ Item {
 
                 anchors.fill: parent
                 anchors.margins: 14
+                anchors.leftMargin: 2
+                anchors.rightMargin: 2 // for a scroll bar
                 link: view.link
                 voice: view.voice
                 core: view.core

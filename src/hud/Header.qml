@@ -7,9 +7,10 @@ GridLayout {
     id: header
 
     required property Link link
+    required property real room // width there is; its own grows with what stands in it
     readonly property bool online: link.state === "ONLINE"
 
-    columns: width >= 740 ? 4 : width >= 440 ? 2 : 1
+    columns: room >= 740 ? 4 : room >= 440 ? 2 : 1
     columnSpacing: 16
     rowSpacing: 10
 
@@ -77,6 +78,6 @@ GridLayout {
     HudButton {
         text: qsTr("VISUALISER  [ F ]")
         hint: qsTr("Open the visualiser: your playing as rising light")
-        onClicked: header.link.showVisualiser()
+        onClicked: header.link.visual = true
     }
 }

@@ -2,8 +2,9 @@ import QtQuick
 import QtQuick.Templates as T
 import Kelo.Hud
 
-// A column that scrolls when it is higher than its place. Whatever in it gets the keyboard focus
-// is brought into view, also when the place or the column changes afterwards.
+// A column that scrolls when it is higher than its place: by the arrow and page keys too, as far as
+// nothing inside has a use for them. Whatever in it gets the keyboard focus is brought into view,
+// also when the place or the column changes afterwards.
 Flickable {
     id: scroller
 
@@ -11,6 +12,9 @@ Flickable {
     property alias spacing: column.spacing
     property real inset: 10 // above and below: room for the focus ring
     property real sideInset: 15
+
+    property color ground: Hud.panel // what it lies on
+    property bool scrollsByKey: true
 
     readonly property Item focused: Window.activeFocusItem
     readonly property real margin: 20 // kept clear around what has the focus
@@ -26,6 +30,36 @@ Flickable {
     onFocusedChanged: reveal()
     onHeightChanged: reveal()
     onContentHeightChanged: reveal()
+
+    Keys.onPressed: event => {
+        event.accepted = scrollsByKey && scrollTo(contentY + distance(event.key));
+    }
+
+    /// How far a key scrolls.
+    function distance(key: int): real {
+        switch (key) {
+        case Qt.Key_Up:
+            return -40;
+        case Qt.Key_Down:
+            return 40;
+        case Qt.Key_PageUp:
+            return -0.9 * height;
+        case Qt.Key_PageDown:
+            return 0.9 * height;
+        case Qt.Key_Home:
+            return -contentHeight;
+        case Qt.Key_End:
+            return contentHeight;
+        }
+        return 0;
+    }
+
+    /// Scrolls as far towards `y` as there is something to see; false when that is nowhere.
+    function scrollTo(y: real): bool {
+        const before = contentY;
+        contentY = Math.max(0, Math.min(contentHeight - height, y));
+        return contentY !== before;
+    }
 
     function holds(item: Item): bool {
         for (let above = item; above; above = above.parent) {
@@ -67,12 +101,14 @@ Flickable {
 
     EdgeFade {
         parent: scroller
+        ground: scroller.ground
         rotation: 180
         visible: !scroller.atYBeginning
     }
 
     EdgeFade {
         parent: scroller
+        ground: scroller.ground
         y: scroller.height - height
         visible: !scroller.atYEnd
     }

@@ -57,6 +57,8 @@ Item {
         }
 
         Scroller {
+            id: scroller
+
             width: parent.width
             height: Math.min(contentHeight, banner.mostNotes)
             inset: 0
@@ -64,9 +66,19 @@ Item {
             visible: banner.notes !== ""
 
             Passage {
+                id: notes
+
                 width: parent.width
                 text: banner.notes
                 wrapMode: Text.Wrap
+                activeFocusOnTab: scroller.interactive // the arrow keys read on
+                Accessible.focusable: activeFocusOnTab
+
+                FocusRing {
+                    parent: scroller
+                    target: scroller
+                    visible: notes.activeFocus
+                }
             }
         }
 

@@ -29,10 +29,9 @@ Item {
         width: parent.width
         height: 4
         value: Math.round(share * 100)
-        valueText: qsTr("Microphone level %1 percent").arg(value)
 
         Accessible.role: Accessible.ProgressBar
-        Accessible.name: qsTr("Microphone level")
+        Accessible.ignored: !visible
 
         Rectangle {
             anchors.fill: parent

@@ -148,7 +148,8 @@ QQuickItem *FocusKeeper::successor()
         place_ = stops_.indexOf(held_);
     }
     const QQuickItem *within = screenLeft ? screen_ : heldScreen_;
-    const auto fits = [within](QQuickItem *item) { return canBeUsed(item) && isWithin(item, within); };
+    const auto fits = [within](
+                          QQuickItem *item) { return canBeUsed(item) && isWithin(item, within); };
     for (qsizetype i = screenLeft ? 0 : place_ + 1; i < stops_.size(); ++i) {
         if (fits(stops_[i]))
             return stops_[i];

@@ -10,9 +10,9 @@ namespace kelo {
 /// the focus on something that can be used.
 ///
 /// A control has the focus while it has it in fact: whoever gave it, and for as long as it shows
-/// and is enabled. When it hides, is disabled or goes, the next one takes over; where a whole screen
-/// gives way to another, that screen's first control does, or the one by which it was left. Where
-/// no control had the focus none gets it.
+/// and is enabled. When it hides, is disabled or goes, the next one takes over; where a whole
+/// screen gives way to another, that screen's first control does, or the one by which it was left.
+/// Where no control had the focus none gets it.
 class FocusKeeper : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT

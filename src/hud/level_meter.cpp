@@ -1,34 +1,71 @@
 #include "hud/level_meter.h"
 
 #include <QAccessible>
-#include <QtQuick/private/qaccessiblequickitem_p.h>
+#include <QAccessibleObject>
+#include <QQuickWindow>
+
+using namespace std::chrono_literals;
 
 namespace kelo {
 
 namespace {
 
-/// The numbers come from the item's properties, as for the sliders that Qt knows.
-class MeterInterface : public QAccessibleQuickItem {
+/// A progress bar that is named by its value in words: not every way to screen readers carries
+/// such words beside the number.
+class MeterInterface : public QAccessibleObject, public QAccessibleValueInterface {
 public:
-    using QAccessibleQuickItem::QAccessibleQuickItem;
+    using QAccessibleObject::QAccessibleObject;
 
+    QWindow *window() const override { return meter().window(); }
+
+    QAccessibleInterface *parent() const override
+    {
+        for (QQuickItem *above = meter().parentItem(); above; above = above->parentItem()) {
+            if (QAccessibleInterface *found = QAccessible::queryAccessibleInterface(above))
+                return found;
+        }
+        return QAccessible::queryAccessibleInterface(window());
+    }
+    QAccessibleInterface *child(int /*index*/) const override { return nullptr; }
+    int childCount() const override { return 0; }
+    int indexOfChild(const QAccessibleInterface * /*child*/) const override { return -1; }
+
+    QRect rect() const override
+    {
+        const QRectF inScene = meter().mapRectToScene(meter().boundingRect());
+        const QPoint place = window() ? window()->mapToGlobal(QPoint()) : QPoint();
+        return inScene.toRect().translated(place);
+    }
+    QAccessible::Role role() const override { return QAccessible::ProgressBar; }
+    QAccessible::State state() const override
+    {
+        QAccessible::State state;
+        state.invisible = !meter().isVisible();
+        state.readOnly = true;
+        return state;
+    }
     QString text(QAccessible::Text kind) const override
     {
-        if (kind == QAccessible::Value)
-            return static_cast<const LevelMeter *>(object())->valueText();
-        return QAccessibleQuickItem::text(kind);
+        const bool worded = kind == QAccessible::Name || kind == QAccessible::Value;
+        return worded ? meter().valueText() : QString();
     }
+    void setText(QAccessible::Text /*kind*/, const QString & /*text*/) override { }
 
-    // A meter is read, never set.
+    QVariant currentValue() const override { return meter().value(); }
     void setCurrentValue(const QVariant & /*value*/) override { }
+    QVariant minimumValue() const override { return LevelMeter::lowest; }
+    QVariant maximumValue() const override { return LevelMeter::highest; }
+    QVariant minimumStepSize() const override { return 1; }
 
 protected:
     void *interface_cast(QAccessible::InterfaceType type) override
     {
-        if (type == QAccessible::ValueInterface)
-            return static_cast<QAccessibleValueInterface *>(this);
-        return QAccessibleQuickItem::interface_cast(type);
+        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface *>(this)
+                                                   : QAccessibleObject::interface_cast(type);
     }
+
+private:
+    [[nodiscard]] LevelMeter &meter() const { return *static_cast<LevelMeter *>(object()); }
 };
 
 QAccessibleInterface *makeInterface(const QString & /*className*/, QObject *object)
@@ -45,6 +82,22 @@ LevelMeter::LevelMeter(QQuickItem *parent)
     // One factory for the process, in place before the first meter can be asked for.
     [[maybe_unused]] static const bool installed =
         (QAccessible::installFactory(makeInterface), true);
+    renaming_.setSingleShot(true);
+    renaming_.setInterval(1s);
+    connect(&renaming_, &QTimer::timeout, this, [this] {
+        QAccessibleEvent renamed(this, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&renamed);
+    });
+}
+
+void LevelMeter::setValue(int value)
+{
+    if (value == value_)
+        return;
+    value_ = value;
+    if (QAccessible::isActive() && !renaming_.isActive())
+        renaming_.start();
+    Q_EMIT valueChanged();
 }
 
 } // namespace kelo

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "link/published.h"
-#include "link/voice_input.h"
+#include "link/shell.h"
 #include "voice/capture/audio.h"
 #include "voice/name/wake_model.h"
 #include "voice/voice_setup.h"
@@ -18,7 +17,7 @@ namespace kelo {
 /// replaced after its final result, after an error, and every now and then. What happens is told
 /// by `status`, by `level`, and in the voice log. Everything is on the GUI thread except for
 /// `captured`.
-class VoiceControl : public QObject, public VoiceInput {
+class VoiceControl : public QObject, public Ears {
     Q_OBJECT
     Q_PROPERTY(bool on MEMBER on NOTIFY onChanged)
     Q_PROPERTY(QString status MEMBER status NOTIFY statusChanged)

@@ -14,6 +14,7 @@ FocusScope {
     readonly property bool narrow: width < 760
 
     focus: true
+    Keys.forwardTo: scroller
 
     function placeFocus() {
         const page = pages.itemAt(0) as Page;
@@ -44,6 +45,7 @@ FocusScope {
         width: Math.min(parent.width, 940)
         height: Math.min(parent.height, contentHeight)
         inset: 24
+        ground: Hud.bg
         sideInset: screen.narrow ? 20 : 40
         spacing: 16
 

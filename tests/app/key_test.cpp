@@ -75,7 +75,8 @@ private Q_SLOTS:
         row("an arrow held down does", {Qt::Key_Left, {}, {}, true}, welcome, offered);
         row("arrows choose", {Qt::Key_Right, {}, {}}, asked(Focus::EmptyField), offered);
         row("or move in a text", {Qt::Key_Right, {}, {}}, asked(Focus::FilledField), {});
-        row("space belongs to the questions", {Qt::Key_Space, {}, u" "_s}, asked(Focus::Button), offered);
+        row("space belongs to the questions", {Qt::Key_Space, {}, u" "_s}, asked(Focus::Button),
+            offered);
 
         const KeyPress space{Qt::Key_Space, {}, u" "_s};
         const KeyPress escape{Qt::Key_Escape, {}, {}};

@@ -27,13 +27,13 @@ constexpr double progressHeight = 3;
 RainScene::RainScene(Link &link)
     : link_(&link)
 {
-    link.setScene(this);
+    link.scene = this;
 }
 
 RainScene::~RainScene()
 {
-    if (link_)
-        link_->clearScene(this);
+    if (link_ && link_->scene == this)
+        link_->scene = nullptr;
 }
 
 void RainScene::resize(double width, double height)
