@@ -64,9 +64,8 @@ std::vector<double> onsets(const std::vector<float> &samples, double silence)
 /// word is told with when it begins in the sound.
 void measureWords()
 {
-    Synth synth{{}};
     AudioClock clock(0);
-    Mixer mixer(synth, clock);
+    Mixer mixer(std::make_unique<Synth>(std::span<const std::string>{}), clock);
     double now = 0;
     std::vector<double> told;
     bool over = false;
@@ -111,9 +110,8 @@ void measureKey()
 {
     std::vector<std::string> fonts{
         "/usr/share/sounds/sf2/default-GM.sf2", "/usr/share/sounds/sf2/TimGM6mb.sf2"};
-    Synth synth(fonts);
     AudioClock clock(0);
-    Mixer mixer(synth, clock);
+    Mixer mixer(std::make_unique<Synth>(fonts), clock);
     std::array<float, blockFrames> left{};
     std::array<float, blockFrames> right{};
     mixer.render(left, right, 0);

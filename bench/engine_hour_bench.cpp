@@ -54,16 +54,16 @@ private:
     std::filesystem::path home{folder.path().toStdString()};
     Wire wire{[this](std::string_view line) { take(line); }};
     AudioClock clock{0};
-    Synth synth{std::vector<std::string>{
-        "/usr/share/sounds/sf2/default-GM.sf2", "/usr/share/sounds/sf2/TimGM6mb.sf2"}};
-    Mixer mixer{synth, clock};
+    Mixer mixer{std::make_unique<Synth>(std::vector<std::string>{
+                    "/usr/share/sounds/sf2/default-GM.sf2", "/usr/share/sounds/sf2/TimGM6mb.sf2"}),
+        clock};
     SpeechDispatcher dispatcher{false, {}};
     Synthesiser voice{[] {}};
     MidiThru through{mixer.music(), clock, [](ChannelMessage) {}};
     Speaker speaker{wire, dispatcher, voice, mixer, clock};
     Player player{wire, through, clock};
-    Metronome metronome{wire, mixer.rhythm(), clock};
-    Band band{wire, mixer.rhythm(), clock};
+    Metronome metronome{wire, mixer.ticks(), clock};
+    Band band{wire, mixer.band(), clock};
     Library library{{}};
     Assistant assistant{{wire, speaker, player, metronome, band, through, mixer.keys(), library,
                             [](float) {}, [](const std::filesystem::path &) { return false; }},

@@ -17,12 +17,14 @@ struct Recording : kelo::engine::Instrument {
     };
     std::vector<Played> played;
     int silenced = 0;
+    float gain = 0;
 
     bool play(kelo::engine::Frame frame, kelo::engine::ChannelMessage message) override
     {
         played.push_back({frame, message});
         return true;
     }
+    void setGain(float value) override { gain = value; }
     void silence() override { ++silenced; }
 };
 

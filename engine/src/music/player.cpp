@@ -1,5 +1,7 @@
 #include "music/player.h"
 
+#include "music/loudness.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -48,6 +50,7 @@ void Player::prepare(Piece music)
 {
     stop();
     piece_ = std::move(music);
+    instrument_.setGain(levellingGain(piece_));
     lamps_.clear();
     for (const Note &note : piece_.notes) {
         if (note.channel == drumChannel)

@@ -25,6 +25,7 @@ public:
     [[nodiscard]] bool on() const { return active_; }
 
     bool play(Frame frame, ChannelMessage message) override;
+    void setGain(float gain) override { instrument_.setGain(gain); }
     void silence() override;
 
     /// Passes on what is due.

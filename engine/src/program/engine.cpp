@@ -21,12 +21,12 @@ Moment currentMoment()
         day + hours(local.tm_hour) + minutes(local.tm_min) + std::chrono::seconds(local.tm_sec)};
 }
 
-std::string troubleWith(const Output &output, const Synth &synth, const Piano &piano)
+std::string troubleWith(const Output &output, const Mixer &mixer, const Piano &piano)
 {
     std::string trouble;
     if (!output.audible())
         trouble += "I found no way to make sound, so I keep time in silence. ";
-    if (!synth.sounds())
+    if (!mixer.sounds())
         trouble += "I found no soundfont, so you won't hear music. The package timgm6mb-soundfont "
                    "has one. ";
     return trouble.append(piano.trouble());
@@ -41,6 +41,7 @@ std::optional<double> earlier(std::optional<double> a, std::optional<double> b)
 
 Engine::Engine(Wire &lines, std::function<void()> news, bool showsItself)
     : wire_(lines)
+    , desk_(mixer_, soundfonts(), mixer_.soundfont(), news)
     , output_(mixer_, clock_, setting("KELO_SOUND"), news)
     , dispatcher_(setting("KELO_SPEECH") == "speech-dispatcher", news)
     , voice_(news)
@@ -53,7 +54,7 @@ Engine::Engine(Wire &lines, std::function<void()> news, bool showsItself)
     audible_ = output_.audible();
     assistant_.begin(demo_ ? "Demo piano" : piano_.name(), !demo_, now);
     if (!demo_)
-        assistant_.greet(troubleWith(output_, synth_, piano_), now);
+        assistant_.greet(troubleWith(output_, mixer_, piano_), now);
 }
 
 void Engine::advance(std::span<const Input> inputs)
@@ -79,7 +80,7 @@ std::optional<double> Engine::deadline() const
 
 void Engine::setVoiceLoudness(float loudness)
 {
-    mixer_.setVoiceLoudness(loudness);
+    mixer_.setLoudness(Fader::Voice, loudness);
     dispatcher_.setLoudness(loudness);
 }
 

@@ -11,6 +11,7 @@
 #include "sound/mixer.h"
 #include "sound/monotonic_time.h"
 #include "sound/output.h"
+#include "sound/sound_desk.h"
 #include "speech/speaker.h"
 #include "speech/synthesiser.h"
 
@@ -42,8 +43,8 @@ private:
 
     Wire &wire_;
     AudioClock clock_{monotonicNow()};
-    Synth synth_{soundfonts()};
-    Mixer mixer_{synth_, clock_};
+    Mixer mixer_{std::make_unique<Synth>(firstSoundfonts()), clock_};
+    SoundDesk desk_;
     Output output_;
     SpeechDispatcher dispatcher_;
     Synthesiser voice_;
@@ -52,8 +53,8 @@ private:
         mixer_.music(), clock_, [this](ChannelMessage message) { piano_.send(message); }};
     Speaker speaker_{wire_, dispatcher_, voice_, mixer_, clock_};
     Player player_{wire_, through_, clock_};
-    Metronome metronome_{wire_, mixer_.rhythm(), clock_};
-    Band band_{wire_, mixer_.rhythm(), clock_};
+    Metronome metronome_{wire_, mixer_.ticks(), clock_};
+    Band band_{wire_, mixer_.band(), clock_};
     const std::filesystem::path home_ = homeFolder();
     const std::filesystem::path songs_ = songsFolder(setting("HOME"));
     Library library_{songs_};

@@ -14,12 +14,19 @@ std::string setting(const char *name)
     return value ? value : "";
 }
 
-std::vector<std::string> soundfonts()
+std::vector<Soundfont> soundfonts()
+{
+    if (const std::filesystem::path chosen = setting("KELO_SOUNDFONT"); !chosen.empty())
+        return {{chosen.stem().string(), chosen}};
+    return findSoundfonts(soundfontFolders(setting("HOME")));
+}
+
+std::vector<std::string> firstSoundfonts()
 {
     if (std::getenv("KELO_SOUNDFONT"))
         return {setting("KELO_SOUNDFONT")};
-    return {"/usr/share/sounds/sf2/default-GM.sf2", "/usr/share/sounds/sf2/FluidR3_GM.sf2",
-        "/usr/share/sounds/sf2/TimGM6mb.sf2", "/usr/share/sounds/sf3/default-GM.sf3"};
+    return {"/usr/share/sounds/sf2/default-GM.sf2", "/usr/share/sounds/sf2/TimGM6mb.sf2",
+        "/usr/share/sounds/sf2/FluidR3_GM.sf2", "/usr/share/sounds/sf3/default-GM.sf3"};
 }
 
 std::filesystem::path homeFolder()

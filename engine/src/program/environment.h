@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sound/soundfonts.h"
+
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -9,9 +11,11 @@ namespace kelo::engine {
 /// A variable of the environment; empty where it is not set.
 [[nodiscard]] std::string setting(const char *name);
 
-/// Soundfonts that may be there, best first: KELO_SOUNDFONT alone where it is set, or what Debian
-/// installs.
-[[nodiscard]] std::vector<std::string> soundfonts();
+/// The soundfonts that may be played: KELO_SOUNDFONT alone where it is set, or what is installed.
+[[nodiscard]] std::vector<Soundfont> soundfonts();
+
+/// The one to begin with: what the system has chosen as its own, or the smallest good one.
+[[nodiscard]] std::vector<std::string> firstSoundfonts();
 
 /// Where the engine keeps its files.
 [[nodiscard]] std::filesystem::path homeFolder();

@@ -1,6 +1,7 @@
 #include "sound/audio_clock.h"
 
 #include <cmath>
+#include <utility>
 
 namespace kelo::engine {
 
@@ -16,7 +17,8 @@ void AudioClock::tick(Frame frame, double now)
     const Anchor last = anchor();
     const double expected = last.time + seconds(frame - last.frame);
     const double error = now - expected;
-    publish(frame, std::abs(error) > gap ? now : expected + pull * error);
+    const bool follow = !std::exchange(ticks_, true) || std::abs(error) > gap;
+    publish(frame, follow ? now : expected + pull * error);
 }
 
 void AudioClock::publish(Frame frame, double time)

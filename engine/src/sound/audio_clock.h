@@ -49,6 +49,7 @@ private:
     void publish(Frame frame, double time);
     [[nodiscard]] Anchor anchor() const;
 
+    bool ticks_ = false; ///< the audio thread's own
     std::atomic<double> latency_ = 0;
     std::atomic<std::uint32_t> version_ = 0; ///< odd while an anchor is being written
     std::atomic<Frame> anchorFrame_ = 0;

@@ -19,7 +19,10 @@ public:
     explicit EventQueue(SynthPart part);
 
     bool play(Frame frame, ChannelMessage message) override;
+    void setGain(float gain) override { gain_.store(gain, std::memory_order_relaxed); }
     void silence() override;
+
+    [[nodiscard]] float gain() const { return gain_.load(std::memory_order_relaxed); }
 
     /// Takes in what has been asked for since the last call.
     void gather(Synth &synth);
@@ -49,6 +52,7 @@ private:
     SynthPart part_;
     SpscRing<Note, notesWaiting> notes_;
     std::atomic<std::uint32_t> epoch_ = 0;
+    std::atomic<float> gain_ = 1;
     std::uint64_t noteOrder_ = 0;
 
     // The audio thread's own.

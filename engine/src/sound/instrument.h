@@ -14,6 +14,9 @@ public:
     /// waiting already: try again soon.
     virtual bool play(Frame frame, ChannelMessage message) = 0;
 
+    /// How loud it plays from now on, beside everybody's own wishes; 1 is as it is.
+    virtual void setGain(float gain) { static_cast<void>(gain); }
+
     /// Forgets what is waiting and lets go of every key.
     virtual void silence() = 0;
 };

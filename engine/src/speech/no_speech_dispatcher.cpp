@@ -15,6 +15,10 @@ void SpeechDispatcher::say(std::string) { }
 
 void SpeechDispatcher::setLoudness(float) { }
 
+void SpeechDispatcher::setStyle(const SpeechStyle &) { }
+
+void SpeechDispatcher::setWanted(bool) { }
+
 std::vector<SpeechDispatcher::Report> SpeechDispatcher::take()
 {
     return {};

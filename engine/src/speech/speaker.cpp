@@ -59,6 +59,20 @@ void Speaker::speak(std::string text, double now)
     synthesiser_.begin(lastId_, std::move(text));
 }
 
+void Speaker::setStyle(const SpeechStyle &style)
+{
+    dispatcher_.setStyle(style);
+    synthesiser_.setStyle(style);
+}
+
+void Speaker::useSystemVoice(bool value)
+{
+    if (value == usesSystemVoice())
+        return;
+    stop();
+    dispatcher_.setWanted(value);
+}
+
 void Speaker::stop()
 {
     if (!speaking())

@@ -5,6 +5,7 @@
 #include <libspeechd.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cmath>
 #include <cstdio>
@@ -20,6 +21,12 @@ using Event = SpeechDispatcher::Report::Event;
 
 /// Whom the service's library calls back: it passes nothing on that would tell.
 std::atomic<SpeechDispatcher *> listener = nullptr;
+
+/// Settings of the service go from -100 to 100.
+int serviceScale(float value, float full)
+{
+    return std::clamp(static_cast<int>(std::lround(value / full * 100)), -100, 100);
+}
 
 struct Closing {
     void operator()(SPDConnection *connection) const { spd_close(connection); }
@@ -76,10 +83,25 @@ struct SpeechDispatcher::Callbacks {
 
 SpeechDispatcher::SpeechDispatcher(bool isWanted, std::function<void()> ready)
     : notify_(std::move(ready))
-    , usable_(isWanted)
 {
-    if (!usable_)
+    setWanted(isWanted);
+}
+
+void SpeechDispatcher::setWanted(bool value)
+{
+    if (value == std::exchange(usable_, value))
         return;
+    if (!value) {
+        stop();
+        return;
+    }
+    {
+        const std::lock_guard lock(mutex_);
+        if (std::exchange(runs_, true))
+            return;
+        wanted_.reset();
+        notifications_.clear();
+    }
     listener = this;
     thread_ = std::jthread([this](const std::stop_token &stop) { run(stop); });
 }
@@ -107,6 +129,12 @@ void SpeechDispatcher::setLoudness(float value)
 {
     const std::lock_guard lock(mutex_);
     loudness_ = value;
+}
+
+void SpeechDispatcher::setStyle(const SpeechStyle &style)
+{
+    const std::lock_guard lock(mutex_);
+    style_ = style;
 }
 
 void SpeechDispatcher::post(int message, const Report &report)
@@ -138,20 +166,25 @@ void SpeechDispatcher::run(const std::stop_token &stop)
 {
     const Connection connection = Callbacks::connect();
     bool speaks = connection != nullptr;
-    int set = 100; // the service's own is its loudest
+    std::array<int, 3> set{100, 0, 0}; // the service's own; it is at its loudest
     while (speaks) {
         std::unique_lock lock(mutex_);
         if (!changed_.wait(lock, stop, [this] { return wanted_.has_value(); }))
             return;
         const std::string text = *std::exchange(wanted_, {});
-        const int volume =
-            std::clamp(static_cast<int>(std::lround(loudness_ * 200)) - 100, -100, 100);
+        const std::array<int, 3> now{serviceScale(loudness_ - 0.5F, 0.5F),
+            serviceScale(static_cast<float>(style_.rate - SpeechStyle{}.rate),
+                SpeechStyle::fastest - SpeechStyle{}.rate),
+            serviceScale(static_cast<float>(style_.pitch - SpeechStyle{}.pitch), 50)};
         lock.unlock();
         spd_stop(connection.get());
         if (text.empty())
             continue;
-        if (std::exchange(set, volume) != volume)
-            spd_set_volume(connection.get(), volume);
+        if (std::exchange(set, now) != now) {
+            spd_set_volume(connection.get(), now[0]);
+            spd_set_voice_rate(connection.get(), now[1]);
+            spd_set_voice_pitch(connection.get(), now[2]);
+        }
         const int message = spd_say(connection.get(), SPD_TEXT, markedUp(text).c_str());
         speaks = message > 0;
         lock.lock();
@@ -163,6 +196,7 @@ void SpeechDispatcher::run(const std::stop_token &stop)
     {
         const std::lock_guard lock(mutex_);
         spoken_ = 0;
+        runs_ = false;
     }
     post(0, {Event::Failed});
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "speech/voices.h"
+
 #include <condition_variable>
 #include <functional>
 #include <mutex>
@@ -30,7 +32,10 @@ public:
     SpeechDispatcher(const SpeechDispatcher &) = delete;
     SpeechDispatcher &operator=(const SpeechDispatcher &) = delete;
 
-    /// False where it was not wanted, cannot be had or has failed.
+    /// Turns to the service, or away from it. One that has failed is tried again.
+    void setWanted(bool value);
+
+    /// False where it is not wanted, cannot be had or has failed.
     [[nodiscard]] bool works() const { return usable_; }
 
     /// Says `text` (one line of valid UTF-8) in place of what is being said.
@@ -38,6 +43,8 @@ public:
     void stop() { say({}); }
     /// 1 is as the desktop has it.
     void setLoudness(float value);
+    /// The default style is as the desktop has it.
+    void setStyle(const SpeechStyle &style);
 
     /// What has become of the last text since the last call. After `Failed` nothing more comes.
     [[nodiscard]] std::vector<Report> take();
@@ -60,6 +67,8 @@ private:
     std::condition_variable_any changed_;
     std::optional<std::string> wanted_; ///< to be said next; empty to be silent
     float loudness_ = 1;
+    SpeechStyle style_;
+    bool runs_ = false; ///< the thread does
     int spoken_ = 0; ///< the service's number of the last text
     std::vector<Notification> notifications_;
     std::jthread thread_;

@@ -4,7 +4,6 @@
 #include "sound/audio_clock.h"
 #include "speech/resampler.h"
 #include "speech/spectrum.h"
-#include "speech/voices.h"
 
 #include <espeak-ng/speak_lib.h>
 
@@ -69,26 +68,34 @@ Synthesiser::Synthesiser(std::function<void()> ready)
         log(LogLevel::Error, "speech", "eSpeak NG does not start: its data is missing");
         return;
     }
-    useVoice(0);
+    use({});
     espeak_SetSynthCallback(&Job::receive);
     thread_ = std::jthread([this](const std::stop_token &stop) { run(stop); });
     stopping_ = thread_.get_stop_token();
 }
 
-void Synthesiser::useVoice(std::size_t index)
+void Synthesiser::use(const Manner &manner)
 {
-    const Voice &voice = voices[index];
+    const Voice &voice = voices[manner.voice];
     if (espeak_SetVoiceByName(voice.espeak) != EE_OK) {
         log(LogLevel::Warning, "speech", std::string("eSpeak NG has no voice ") + voice.espeak);
         espeak_SetVoiceByName("en");
     }
-    espeak_SetParameter(espeakRATE, voice.speed, 0);
+    espeak_SetParameter(espeakRATE, manner.style.rate, 0);
+    espeak_SetParameter(espeakPITCH, manner.style.pitch, 0);
 }
 
 void Synthesiser::setVoice(std::size_t index)
 {
     const std::lock_guard lock(mutex_);
-    wantedVoice_ = index % voices.size();
+    manner_.voice = index % voices.size();
+}
+
+void Synthesiser::setStyle(const SpeechStyle &style)
+{
+    const std::lock_guard lock(mutex_);
+    manner_.style.rate = std::clamp(style.rate, SpeechStyle::slowest, SpeechStyle::fastest);
+    manner_.style.pitch = std::clamp(style.pitch, 0, 100);
 }
 
 Synthesiser::~Synthesiser()
@@ -126,17 +133,15 @@ std::vector<SpeechChunk> Synthesiser::take()
 
 void Synthesiser::run(const std::stop_token &stop)
 {
-    std::size_t voice = 0;
     for (;;) {
         std::unique_lock lock(mutex_);
         if (!changed_.wait(lock, stop, [this] { return !waiting_.empty(); }))
             return;
         const std::string text = std::exchange(waiting_, {});
         const std::uint32_t utterance = current_;
-        const std::size_t wanted = wantedVoice_;
+        const Manner manner = manner_;
         lock.unlock();
-        if (wanted != voice)
-            useVoice(voice = wanted);
+        use(manner);
         speak(text, utterance);
     }
 }

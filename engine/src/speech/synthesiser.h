@@ -1,5 +1,6 @@
 #pragma once
 
+#include "speech/voices.h"
 #include "speech/word_marks.h"
 
 #include <condition_variable>
@@ -36,6 +37,8 @@ public:
     /// Speaks with one of `voices` from the next text on.
     void setVoice(std::size_t index);
 
+    void setStyle(const SpeechStyle &style);
+
     /// Gives up what is being spoken and begins `text` (one line of valid UTF-8).
     void begin(std::uint32_t utterance, std::string text);
     void cancel() { begin(0, {}); }
@@ -48,7 +51,11 @@ private:
 
     void run(const std::stop_token &stop);
     void speak(const std::string &text, std::uint32_t utterance);
-    void useVoice(std::size_t index);
+    struct Manner {
+        std::size_t voice = 0;
+        SpeechStyle style;
+    };
+    void use(const Manner &manner);
     [[nodiscard]] bool deliver(SpeechChunk chunk);
 
     std::function<void()> notify_;
@@ -58,7 +65,7 @@ private:
     std::condition_variable_any changed_;
     std::uint32_t current_ = 0;
     std::string waiting_; ///< the text to begin, if any
-    std::size_t wantedVoice_ = 0;
+    Manner manner_;
     std::deque<SpeechChunk> chunks_;
     std::stop_token stopping_;
     std::jthread thread_;

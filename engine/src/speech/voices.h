@@ -5,22 +5,30 @@
 
 namespace kelo::engine {
 
-/// A way to speak: what it is called, eSpeak's voice and words a minute.
+/// A voice: what it is called, and by eSpeak.
 struct Voice {
     std::string_view name;
     const char *espeak;
-    int speed;
 };
 
 inline constexpr std::array<Voice, 8> voices{{
-    {"American", "en-us", 165},
-    {"American, fast", "en-us", 230},
-    {"American, slow", "en-us", 125},
-    {"American woman", "en-us+f3", 165},
-    {"British", "en-gb", 165},
-    {"British, fast", "en-gb", 230},
-    {"British woman", "en-gb+f4", 165},
-    {"Scottish", "en-gb-scotland", 160},
+    {"American", "en-us"},
+    {"American, deep", "en-us+m7"},
+    {"American, soft", "en-us+f5"},
+    {"American woman", "en-us+f3"},
+    {"British", "en-gb"},
+    {"British, northern", "en-gb-x-gbclan"},
+    {"British woman", "en-gb+f4"},
+    {"Scottish", "en-gb-scotland"},
 }};
+
+/// How a voice speaks.
+struct SpeechStyle {
+    static constexpr int slowest = 120; ///< words a minute
+    static constexpr int fastest = 400;
+
+    int rate = 165; ///< words a minute
+    int pitch = 50; ///< 0 to 100
+};
 
 } // namespace kelo::engine

@@ -1,0 +1,218 @@
+#include "music/loudness.h"
+#include "rendered.h"
+#include "songs/shipped.h"
+#include "sound/sound_desk.h"
+#include "support/files.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+using namespace kelo::engine;
+
+namespace {
+
+constexpr std::string_view sentence =
+    "Now we learn the right hand of this piece. Listen, then play it after me.";
+
+} // namespace
+
+/// What is heard, rendered in memory.
+class LoudnessTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theVoiceLiesOverEveryPiece()
+    {
+        Rendered voice(noSoundfont);
+        voice.say(sentence);
+        for (const Sheet &sheet : shippedSongs()) {
+            const Piece piece = readSheet(sheet).value();
+            Rendered music;
+            music.mixer.music().setGain(levellingGain(piece));
+            music.play(music.mixer.music(), piece, std::min(piece.length, 20.0));
+            const double over = voice.loudness() - music.loudness();
+            QVERIFY2(over > 3 && over < 6, qPrintable(QString::number(over)));
+        }
+    }
+
+    void ownKeysAndTicksAreNeitherLostNorLoud()
+    {
+        Rendered voice;
+        voice.say(sentence);
+        const Piece piece = readSheet(shippedSongs()[4]).value();
+        for (Instrument *part : {&voice.mixer.keys(), &voice.mixer.band()}) {
+            const double from = voice.now();
+            voice.play(*part, piece, 5);
+            const double over = voice.loudness(0, from) - voice.loudness(from);
+            QVERIFY2(over > 0 && over < 8, qPrintable(QString::number(over)));
+        }
+    }
+
+    void musicGoesDownUnderSpeechAndComesBack()
+    {
+        Piece organ; // as loud all the time
+        organ.messages = {{0, {0xc0, 19, 0}}, {0, {0x90, 60, 90}}, {0, {0x90, 67, 90}}};
+        const auto playing = [&](Fader part, Instrument &(Mixer::*instrument)()) {
+            Rendered music;
+            music.mixer.setLoudness(Fader::Voice, 0); // what remains is the music
+            for (const auto &timed : organ.messages)
+                (music.mixer.*instrument)().play(0, timed.message);
+            music.render(3);
+            const double alone = music.loudness(1, 3);
+            music.say(sentence);
+            const double end = music.now();
+            music.render(3);
+            static_cast<void>(part);
+            return std::array{
+                music.loudness(3.6, end - 0.3) - alone, music.loudness(end + 1.5) - alone};
+        };
+        const auto piece = playing(Fader::Pieces, &Mixer::music);
+        QVERIFY2(piece[0] < -6 && piece[0] > -10, qPrintable(QString::number(piece[0])));
+        QVERIFY(std::abs(piece[1]) < 0.5);
+        QVERIFY(std::abs(playing(Fader::Band, &Mixer::band)[0] - piece[0]) < 0.5);
+        QVERIFY(std::abs(playing(Fader::Keys, &Mixer::keys)[0]) < 0.5); // one hears oneself
+    }
+
+    void nothingClipsHoweverLoud()
+    {
+        Rendered all;
+        for (const Fader fader :
+            {Fader::Pieces, Fader::Keys, Fader::Band, Fader::Ticks, Fader::Voice})
+            all.mixer.setLoudness(fader, 99); // as loud as it goes
+        for (Instrument *part : {&all.mixer.music(), &all.mixer.keys(), &all.mixer.band()}) {
+            part->setGain(2);
+            for (int pitch = 30; pitch < 100; pitch += 5)
+                part->play(frames(2), {0x90, static_cast<unsigned char>(pitch), 127});
+        }
+        for (int i = 0; i < 20; ++i)
+            all.mixer.ticks().play(frames(1 + i * 0.1), {0x99, 76, 127});
+        all.say(sentence);
+        QVERIFY2(all.peak() <= Limiter::ceiling, qPrintable(QString::number(all.peak())));
+        QVERIFY(all.peak() > 0.9F * Limiter::ceiling);
+        QVERIFY(all.loudness() > -16);
+    }
+
+    void findsSoundfontsBestFirst()
+    {
+        QTemporaryDir folder;
+        const std::filesystem::path path = folder.path().toStdString();
+        const auto write = [&](const char *name, int size) {
+            kelo::test::writeFile(folder.filePath(QString::fromUtf8(name)), QByteArray(size, 'x'));
+        };
+        write("TimGM6mb.sf2", 900);
+        write("my_own-piano.SF2", 5); // by another name
+        write("small one.sf3", 10);
+        write("large_one.sf2", 100);
+        write("MuseScore_General.sf3", 1);
+        write("FluidR3_GM.sf2", 1);
+        std::filesystem::create_symlink("FluidR3_GM.sf2", path / "default-GM.sf2");
+        std::filesystem::create_symlink("missing.sf2", path / "broken.sf2");
+        std::filesystem::create_directory(path / "folder.sf2");
+        QStringList names;
+        for (const Soundfont &found : findSoundfonts(std::array{path, path, path / "nowhere"}))
+            names << QString::fromStdString(found.name);
+        QCOMPARE(names,
+            QStringList(
+                {u"MuseScore General"_s, u"Fluid"_s, u"large one"_s, u"small one"_s, u"Tim"_s}));
+    }
+
+    void otherInstrumentsGoOnWithWhatWasSet()
+    {
+        QTemporaryDir folder;
+        const QString broken = folder.filePath(u"broken.sf2"_s);
+        kelo::test::writeFile(broken, "RIFF");
+        const std::string tim = "/usr/share/sounds/sf2/TimGM6mb.sf2";
+        Rendered sound;
+        SoundDesk desk(sound.mixer, {{"Broken", broken.toStdString()}, {"Tim", tim}}, tim, [] {});
+        QCOMPARE(desk.playing(), std::optional<std::size_t>(1));
+        const auto organ = [&] {
+            const double from = sound.now();
+            sound.mixer.music().play(0, {0x90, 60, 90});
+            sound.render(1);
+            sound.mixer.music().silence();
+            sound.render(1);
+            return sound.loudness(from + 0.5, from + 1);
+        };
+        sound.mixer.music().play(0, {0xc0, 19, 0});
+        sound.mixer.music().play(0, {0xb0, 7, 60});
+        const double before = organ();
+        const auto load = [&](std::size_t which) {
+            if (!desk.choose(which) || desk.choose(which))
+                return false; // one at a time
+            std::optional<SoundDesk::Loaded> loaded;
+            while (!loaded)
+                loaded = desk.advance();
+            sound.render(0.1);
+            return loaded->works && loaded->soundfont == which;
+        };
+        QVERIFY(!load(0));
+        QCOMPARE(desk.playing(), std::optional<std::size_t>(1));
+        QVERIFY(std::abs(organ() - before) < 0.2);
+        QVERIFY(load(1));
+        QVERIFY(std::abs(organ() - before) < 0.2);
+        QVERIFY(!desk.choose(2));
+    }
+
+    void theDeskKeepsWithinItsBounds()
+    {
+        Rendered sound(noSoundfont);
+        SoundDesk desk(sound.mixer, {}, {}, [] {});
+        QCOMPARE(desk.loudness(Fader::Band), 100);
+        desk.setLoudness(Fader::Band, 1000);
+        desk.setLoudness(Fader::Voice, -1);
+        QCOMPARE(desk.loudness(Fader::Band), SoundDesk::loudest);
+        QCOMPARE(desk.loudness(Fader::Voice), 0);
+        QVERIFY(!desk.playing() && !desk.choose(0) && !desk.advance());
+    }
+
+    void speaksFasterAndHigher()
+    {
+        const auto length = [](const SpeechStyle &style) {
+            Rendered sound(noSoundfont);
+            sound.say(sentence, style);
+            return sound.now();
+        };
+        const double common = length({});
+        QVERIFY(length({SpeechStyle::slowest}) > 1.2 * common);
+        const double fastest = length({SpeechStyle::fastest});
+        QVERIFY2(fastest < 0.55 * common, qPrintable(QString::number(fastest / common)));
+        QVERIFY(length({9999}) > 0.95 * fastest);
+        const auto crossings = [](int pitch) { // how often a vowel's sound changes its sign
+            Rendered sound(noSoundfont);
+            sound.say("ooh", {SpeechStyle{}.rate, pitch});
+            int count = 0;
+            for (std::size_t i = 1; i < sound.left.size(); ++i)
+                count += sound.left[i - 1] < 0 && sound.left[i] >= 0;
+            return count;
+        };
+        QVERIFY(crossings(99) > crossings(0));
+    }
+
+    void eachLoudnessIsItsOwn()
+    {
+        const Piece piece = readSheet(shippedSongs()[1]).value();
+        using Part = Instrument &(Mixer::*)();
+        const std::array<std::pair<Fader, Part>, 4> parts{
+            {{Fader::Pieces, &Mixer::music}, {Fader::Keys, &Mixer::keys},
+                {Fader::Band, &Mixer::band}, {Fader::Ticks, &Mixer::ticks}}};
+        for (const auto &[fader, part] : parts) {
+            Rendered sound;
+            sound.play((sound.mixer.*part)(), piece, 3);
+            const double asItIs = sound.loudness();
+            for (const auto &[other, instrument] : parts) {
+                if (other != fader)
+                    sound.mixer.setLoudness(other, 0);
+            }
+            sound.mixer.setLoudness(fader, 0.5);
+            sound.render(1);
+            const double from = sound.now();
+            sound.play((sound.mixer.*part)(), piece, 3);
+            QVERIFY(std::abs(sound.loudness(from) - asItIs + 6) < 0.3);
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(LoudnessTest)
+#include "loudness_test.moc"
