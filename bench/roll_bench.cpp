@@ -61,7 +61,7 @@ int main(int argc, char **argv)
     std::mt19937 random(3);
     std::vector<double> times;
     for (int i = 0; i < 300; ++i) {
-        link.rollZero = link.uptime() - static_cast<double>(random() % 3600);
+        link.handle("rollstart -" + QByteArray::number(random() % 3600) + " 3600");
         timer.restart();
         scene.update(link.uptime());
         times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);

@@ -44,7 +44,7 @@ public:
         window_.resize(size);
         window_.setContent(QUrl(), nullptr, item);
         item->setLink(&link);
-        link.state = u"ONLINE"_s;
+        link.engineIs(EngineState::Online);
     }
 
     FrameCost measure(const std::function<void()> &tick = {})
@@ -178,7 +178,7 @@ void idleConsole()
     WelcomeQuestions questions(link, voice);
     QSettings settings(home.filePath(u"d.ini"_s), QSettings::IniFormat);
     DisplayScale scale(settings);
-    link.state = u"ONLINE"_s;
+    link.engineIs(EngineState::Online);
     QQuickView window;
     fillWithMainView(window, {&link, &voice, &questions, &scale, nullptr, nullptr});
     window.resize(1240, 840);
@@ -187,9 +187,9 @@ void idleConsole()
         print(what + u": frames"_s, cost.frames / seconds, u"a second"_s);
         print(what + u": CPU"_s, cost.cpu, u"% of a core"_s);
     };
-    link.rolling = true;
+    link.handle("rollnew x");
     say(u"console, the ring lively"_s, 1.5, measured);
-    link.rolling = false;
+    link.handle("rollstop");
     say(u"console, the ring calm"_s, 2.2, 2); // lively after what happened, then calm, then at rest
     say(u"idle console"_s, 5, measured);
 }

@@ -37,7 +37,7 @@ AppDelegate::AppDelegate(Link &link, VoiceControl &voice, QObject *parent)
     , menuBar_([this] { return menuFacts(); })
 {
     link_.setShell(this);
-    link_.setEars(&voice_);
+    link_.setVoiceInput(&voice_);
     connect(&menuBar_, &MenuBar::chosen, this, &AppDelegate::choose);
     connect(&windowMenu_, &ActionMenu::chosen, this, &AppDelegate::choose);
     connect(&questions_, &WelcomeQuestions::asked, this, [this] { closedHalfWay_ = false; });
@@ -46,7 +46,7 @@ AppDelegate::AppDelegate(Link &link, VoiceControl &voice, QObject *parent)
 AppDelegate::~AppDelegate()
 {
     link_.setShell(nullptr);
-    link_.setEars(nullptr);
+    link_.setVoiceInput(nullptr);
 }
 
 AppDelegate *AppDelegate::shared()
@@ -69,8 +69,7 @@ void AppDelegate::launch(const Arguments &arguments)
     session::onEndRequested(this, [this] { quit(); });
     if (!settings_.contains(u"contrast"_s)) {
         askForHighContrast(this, [this] { // not kept: it goes on following the desktop
-            link_.contrast = true;
-            setHighContrast(true);
+            link_.followContrast(true);
         });
     }
     link_.start();
@@ -179,10 +178,10 @@ bool AppDelegate::handleKey(const KeyPress &press)
         focus->leave();
         return true;
     case Kind::LeaveVisualiser:
-        link_.visual = false;
+        link_.showVisualiser(false);
         return true;
     case Kind::ToggleVisualiser:
-        link_.visual = !link_.visual;
+        link_.showVisualiser(!link_.visual);
         return true;
     case Kind::ChooseFile:
         link_.chooseFile();
@@ -235,7 +234,7 @@ void AppDelegate::choose(MenuAction action)
     case MenuAction::OpenWindow:
         return showWindow();
     case MenuAction::WelcomeAgain:
-        link_.welcome = true;
+        link_.askWelcome();
         return showWindow();
     case MenuAction::NaturalVoice:
         return link_.send(u"~say install the natural voice\n"_s);

@@ -47,12 +47,13 @@ void refresh(QQuickItem &item)
 }
 
 /// Lets `seconds` pass in even frames, so that what swings and glides gets to where it would be.
-void pass(double seconds, ManualTime &time, QQuickView &window)
+void pass(double seconds, ManualTime &time, Link &link, QQuickView &window)
 {
     constexpr double frame = 1.0 / 60;
     const int frames = static_cast<int>(std::ceil(seconds / frame - 0.001));
     for (int i = 0; i < frames; ++i) {
         time.advance(seconds / frames);
+        link.updateBars(time.now());
         refresh(*window.rootObject());
     }
 }
@@ -88,9 +89,9 @@ bool writeScene(const QDir &folder, const SnapshotScene &scene, bool contrast, Q
     Link link(freshSetup(home, time));
     VoiceControl voice;
     Hud::shared().setContrast(contrast);
-    link.contrast = contrast;
-    link.large = scene.large;
-    link.welcomeStepForSnapshot = scene.question;
+    link.setAccess(u"contrast"_s, contrast);
+    link.setAccess(u"large"_s, scene.large);
+    link.setWelcomeStepForSnapshot(scene.question);
     WelcomeQuestions questions(link, voice);
     QSettings settings(home.filePath(u"display.ini"_s), QSettings::IniFormat);
     settings.setValue(u"scale"_s, scene.scale);
@@ -100,7 +101,7 @@ bool writeScene(const QDir &folder, const SnapshotScene &scene, bool contrast, Q
         handle(link, step.lines);
     }
     if (scene.offline)
-        link.state = u"OFFLINE"_s;
+        link.engineIs(EngineState::Offline);
 
     QQuickView window;
     fillWithMainView(window, {&link, &voice, &questions, &scale, nullptr, nullptr});
@@ -109,7 +110,7 @@ bool writeScene(const QDir &folder, const SnapshotScene &scene, bool contrast, Q
     window.rootObject()->setSize(size);
     window.grabWindow(); // lays everything out
     for (const SnapshotStep &step : scene.shown) {
-        pass(step.after, time, window);
+        pass(step.after, time, link, window);
         handle(link, step.lines);
     }
     const QImage image = picture(window);

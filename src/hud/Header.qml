@@ -78,6 +78,6 @@ GridLayout {
     HudButton {
         text: qsTr("VISUALISER  [ F ]")
         hint: qsTr("Open the visualiser: your playing as rising light")
-        onClicked: header.link.visual = true
+        onClicked: header.link.showVisualiser()
     }
 }

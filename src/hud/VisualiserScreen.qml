@@ -47,7 +47,7 @@ Item {
         HudButton {
             text: qsTr("BACK  [ F ]")
             hint: qsTr("Leave the visualiser")
-            onClicked: screen.link.visual = false
+            onClicked: screen.link.showVisualiser(false)
         }
     }
 

@@ -1,95 +1,28 @@
 #pragma once
 
-#include "link/records.h"
-
 #include <QByteArrayView>
-#include <QList>
 
-#include <array>
+#include <memory>
 
 namespace kelo {
 
 class Link;
 
-/// Turns the engine's lines into changes of the link's state. One small handler a keyword, found
-/// in one table; each gets what follows the keyword and the uptime at which the line came.
+/// Turns the engine's lines into changes of the link's state and calls to the rooms above it. A
+/// line is a keyword and its rest. The keywords are told of in four groups, each of which holds
+/// one table of handlers: SpeechLines, NoteLines, ReadoutLines, RequestLines.
 class Inbound {
 public:
-    explicit Inbound(Link &link)
-        : link_(link)
-    {
-    }
+    explicit Inbound(Link &link);
+    ~Inbound();
+    Q_DISABLE_COPY_MOVE(Inbound)
 
+    /// One line, which came at `now` (seconds of uptime).
     void handle(QByteArrayView line, double now);
 
-    static constexpr qsizetype mostRipples = 400; ///< in each of the two lists
-    static constexpr qsizetype mostSpoken = 60; ///< voice-log lines that a sentence leaves
-    static constexpr std::size_t mostRollNotes = 1'000'000;
-
 private:
-    using Handler = void (Inbound::*)(QByteArrayView rest, double now);
-    struct Entry {
-        std::string_view keyword;
-        Handler handler;
-    };
-    static const std::array<Entry, 36> table;
-
-    // The assistant's voice
-    void spec(QByteArrayView rest, double now);
-    void start(QByteArrayView rest, double now);
-    void say(QByteArrayView rest, double now);
-    void word(QByteArrayView rest, double now);
-    void done(QByteArrayView rest, double now);
-
-    // Notes
-    void on(QByteArrayView rest, double now);
-    void out(QByteArrayView rest, double now);
-    void rollNew(QByteArrayView rest, double now);
-    void rollNotes(QByteArrayView rest, double now);
-    void rollStart(QByteArrayView rest, double now);
-    void rollStop(QByteArrayView rest, double now);
-
-    // What the readouts show
-    void mode(QByteArrayView rest, double now);
-    void kbd(QByteArrayView rest, double now);
-    void voice(QByteArrayView rest, double now);
-    void daw(QByteArrayView rest, double now);
-    void buttons(QByteArrayView rest, double now);
-    void jazz(QByteArrayView rest, double now);
-    void typing(QByteArrayView rest, double now);
-    void paused(QByteArrayView rest, double now);
-    void live(QByteArrayView rest, double now);
-    void bandStyle(QByteArrayView rest, double now);
-    void bandLevel(QByteArrayView rest, double now);
-    void timeOfDay(QByteArrayView rest, double now);
-    void hands(QByteArrayView rest, double now);
-    void beat(QByteArrayView rest, double now);
-    void flash(QByteArrayView rest, double now);
-    void heard(QByteArrayView rest, double now);
-    void name(QByteArrayView rest, double now);
-
-    // Requests
-    void earReset(QByteArrayView rest, double now);
-    void vocab(QByteArrayView rest, double now);
-    void ears(QByteArrayView rest, double now);
-    void access(QByteArrayView rest, double now);
-    void welcome(QByteArrayView rest, double now);
-    void update(QByteArrayView rest, double now);
-    void relaunch(QByteArrayView rest, double now);
-    void window(QByteArrayView rest, double now);
-
-    void log(const QString &text, bool trim);
-    void showMainWindow();
-
-    /// Takes the caption that shows now down at `due`, unless another comes before.
-    void endCaptionAt(double due, double now);
-
-    Link &link_;
-    struct {
-        qint64 mark = 0; ///< the caption whose end this is
-        double due = 0;
-        bool watched = false; ///< one piece of delayed work waits; however many sentences end
-    } captionEnd_;
+    struct Groups;
+    std::unique_ptr<Groups> groups_;
 };
 
 } // namespace kelo

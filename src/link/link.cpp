@@ -1,37 +1,38 @@
 #include "link/link.h"
 
-#include "link/engine_process.h"
+#include "link/bounds.h"
+#include "link/inbound.h"
+#include "link/mode_name.h"
 #include "link/paths.h"
 #include "link/shell.h"
+#include "link/voice_input.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QLoggingCategory>
-#include <QSaveFile>
+
+#include <span>
 
 using namespace Qt::StringLiterals;
-
-Q_DECLARE_LOGGING_CATEGORY(linkLog)
 
 namespace kelo {
 
 namespace {
 
-using namespace std::chrono_literals;
-
-constexpr double restartAfterCrash = 1.0; // seconds
-constexpr double restartAfterStop = 0.4; // seconds
-constexpr auto quitPatience = 1500ms;
 constexpr std::size_t ripplesInBars = 16;
 
-std::optional<QByteArray> contents(const QString &path)
+QString nameOf(EngineState state)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    return file.readAll();
+    switch (state) {
+    case EngineState::Starting:
+        return u"STARTING"_s;
+    case EngineState::Online:
+        return u"ONLINE"_s;
+    case EngineState::Restarting:
+        return u"RESTARTING"_s;
+    case EngineState::Offline:
+        break;
+    }
+    return u"OFFLINE"_s;
 }
 
 } // namespace
@@ -46,17 +47,25 @@ LinkSetup LinkSetup::ofThisProcess()
 Link::Link(LinkSetup setup, QObject *parent)
     : QObject(parent)
     , setup_(std::move(setup))
+    , engine_(
+          {setup_.baseDir, setup_.payload, setup_.environment, setup_.time},
+          [this](QByteArrayView line) { handle(line); }, this)
+    , inbound_(std::make_unique<Inbound>(*this))
 {
     // Stored without announcement: nobody can be listening yet.
     const QVariantMap profile = savedProfile(setup_.baseDir);
-    const auto named = [&profile](const QString &key, const QString &otherwise) {
+    const auto named = [&profile](const QString &key, QString &name) {
         const QVariant value = profile.value(key);
-        return value.typeId() == QMetaType::QString ? value.toString() : otherwise;
+        if (value.typeId() == QMetaType::QString)
+            name = value.toString();
     };
-    assistant = named(u"assistant"_s, u"Kelo"_s);
-    user = named(u"user"_s, QString());
-    large = setup_.settings->value(u"large"_s, false).toBool();
-    contrast = setup_.settings->value(u"contrast"_s, false).toBool();
+    named(u"assistant"_s, state_.names.assistant);
+    named(u"user"_s, state_.names.user);
+    state_.display.large = setup_.settings->value(u"large"_s, false).toBool();
+    state_.display.contrast = setup_.settings->value(u"contrast"_s, false).toBool();
+
+    connect(&engine_, &EngineSupervisor::stateChanged, this, &Link::engineIs);
+    connect(&engine_, &EngineSupervisor::gone, this, &Link::engineGone);
 }
 
 Link::~Link() = default;
@@ -67,167 +76,155 @@ Link &Link::shared()
     return *link;
 }
 
+void Link::clearScene(const NoteListener *listener)
+{
+    if (scene_ == listener)
+        scene_ = nullptr;
+}
+
 // ---- the engine's process ----
 
-void Link::start()
+void Link::engineIs(EngineState known)
 {
-    stopping_ = false;
-    state = u"STARTING"_s;
-    installBridge();
-
-    QProcessEnvironment environment = setup_.environment;
-    environment.insert(u"ZU_UI"_s, u"1"_s);
-    environment.insert(u"KELO_HOME"_s, setup_.baseDir);
-    environment.insert(u"KELO_PAYLOAD"_s, setup_.payload);
-    environment.insert(u"TERM"_s, u"dumb"_s);
-    environment.insert(
-        u"PATH"_s, u"/usr/bin:/bin:/usr/sbin:/sbin:/opt/homebrew/bin:/usr/local/bin"_s);
-
-    releaseEngine();
-    // The engine runs in the data directory, where a relative path would lead elsewhere.
-    const QString executable = QFileInfo(setup_.payload + "/kelo-engine"_L1).absoluteFilePath();
-    process_ = new EngineProcess(
-        {executable, setup_.baseDir, environment}, [this](QByteArrayView line) { handle(line); },
-        this);
-    connect(process_, &EngineProcess::failedToStart, this, [this] {
-        releaseEngine();
-        state = u"OFFLINE"_s;
-    });
-    connect(process_, &EngineProcess::ended, this, &Link::engineEnded);
-    process_->start();
+    change({&Link::stateChanged}, [known](LinkState &all) { all.engine = nameOf(known); });
 }
 
-void Link::stop()
+void Link::engineGone(bool byItself)
 {
-    if (!process_ || stopping_)
-        return;
-    stopping_ = true;
-    send(u"q"_s);
-    process_->waitForEnd(quitPatience);
-    process_->closeInput();
-    if (process_->isRunning())
-        process_->terminate();
-}
-
-void Link::restart()
-{
-    stop();
-    releaseEngine();
-    setup_.time.after(restartAfterStop, this, [this] { start(); });
-}
-
-void Link::releaseEngine()
-{
-    if (process_)
-        std::exchange(process_, nullptr)->retire();
-}
-
-void Link::installBridge() const
-{
-    const QString name = u"/ostrell_bridge.lua"_s;
-    const auto shipped = contents(setup_.payload + name);
-    if (!shipped)
-        return;
-    const QString folder = setup_.baseDir + "/reaper"_L1;
-    QDir().mkpath(folder);
-    if (contents(folder + name) == shipped)
-        return;
-    QSaveFile file(folder + name);
-    if (!file.open(QIODevice::WriteOnly) || file.write(*shipped) < 0 || !file.commit())
-        qCWarning(linkLog) << "could not install" << file.fileName() << file.errorString();
-}
-
-void Link::engineEnded(bool clean)
-{
-    if (!clean && !stopping_ && crashes_.forgive(setup_.time.now())) {
-        state = u"RESTARTING"_s;
-        setup_.time.after(restartAfterCrash, this, [this, crashed = QPointer(process_)] {
-            if (crashed && process_ == crashed)
-                start();
-        });
-        return;
-    }
-    if (clean && !stopping_ && shell_ && shell_->mainWindowHidden()) {
+    if (byItself && shell_ && shell_->mainWindowHidden()) {
         shell_->quit();
         return;
     }
-    goOffline();
-}
-
-void Link::goOffline()
-{
-    state = u"OFFLINE"_s;
-    speaking = false;
-    down.clear();
-    played.clear();
+    change({&Link::stateChanged, &Link::speakingChanged}, [](LinkState &all) {
+        all.engine = nameOf(EngineState::Offline);
+        all.speech.speaking = false;
+        all.keyboard.letGo();
+    });
 }
 
 void Link::handle(QByteArrayView line)
 {
-    inbound_.handle(line, setup_.time.now());
+    inbound_->handle(line, setup_.time.now());
 }
 
-// ---- the caption at an instant ----
+// ---- what the engine is told ----
 
-SpeechClock Link::speechClock() const
+void Link::send(const QString &text)
 {
-    return {caption->size(), speaking, spokenTo, gotWord, wordAt, wordTime, wordFrom, wordLen};
+    if (text.startsWith(u'#')) {
+        if (text == u"#large")
+            setAccess(u"large"_s, !large);
+        else if (text == u"#contrast")
+            setAccess(u"contrast"_s, !contrast);
+        else if (text == u"#voice" && voiceInput_)
+            voiceInput_->isOn() ? voiceInput_->stop() : voiceInput_->begin();
+        return;
+    }
+    if (state_.engine != u"OFFLINE")
+        engine_.write(text.toUtf8());
 }
+
+void Link::chooseFile()
+{
+    if (!shell_)
+        return;
+    const QString songs = songsFolder();
+    shell_->chooseMidiFile(
+        QDir(songs).exists() ? songs : QString(), [this](const QString &path) { playFile(path); });
+}
+
+void Link::playFile(const QString &path)
+{
+    // A line feed in a file's name would begin a command of its own.
+    if (path.isEmpty() || path.contains(u'\n'))
+        return;
+    showVisualiser();
+    send(u"~play "_s + path + u'\n');
+}
+
+void Link::playUrl(const QUrl &url)
+{
+    playFile(url.toLocalFile()); // empty, and so ignored, for what is no file
+}
+
+// ---- what the display asks for ----
+
+void Link::setAccess(const QString &key, bool on)
+{
+    QSettings &settings = *setup_.settings;
+    if (settings.contains(key) || settings.allKeys().size() < bounds::settings)
+        settings.setValue(key, on);
+    if (key == u"large")
+        change({&Link::largeChanged}, [on](LinkState &all) { all.display.large = on; });
+    else if (key == u"contrast")
+        followContrast(on);
+}
+
+void Link::followContrast(bool on)
+{
+    change({&Link::contrastChanged}, [on](LinkState &all) { all.display.contrast = on; });
+    if (shell_)
+        shell_->setHighContrast(on);
+    Q_EMIT willChange(); // what reads the theme and not the field must redraw too
+}
+
+void Link::showVisualiser(bool shown)
+{
+    change({&Link::visualChanged}, [shown](LinkState &all) { all.display.visual = shown; });
+}
+
+void Link::askWelcome()
+{
+    change({&Link::welcomeChanged}, [](LinkState &all) { all.display.welcome = true; });
+}
+
+void Link::finishWelcome(const QString &assistantName, const QString &userName)
+{
+    change(
+        {&Link::assistantChanged, &Link::userChanged, &Link::welcomeChanged}, [&](LinkState &all) {
+            all.names = {assistantName, userName};
+            all.display.welcome = false;
+        });
+}
+
+void Link::setWelcomeKey(KeyTaker taker)
+{
+    change({&Link::welcomeKeyChanged},
+        [&taker](LinkState &all) { all.display.welcomeKey = std::move(taker); });
+}
+
+QString Link::modeName() const
+{
+    return kelo::modeName(state_.readouts.mode);
+}
+
+// ---- the caption and the voice at an instant ----
 
 qsizetype Link::segmentIndex(double position) const
 {
-    return kelo::segmentIndex(segments, position);
-}
-
-qint64 Link::spokenIndex(double at) const
-{
-    return kelo::spokenIndex(speechClock(), at);
-}
-
-double Link::spokenExact(double at) const
-{
-    return kelo::spokenExact(speechClock(), at);
-}
-
-double Link::glide(double target, double at)
-{
-    cursor_ = kelo::glide(cursor_, target, at - std::exchange(cursorAt_, at));
-    return cursor_;
-}
-
-// ---- the voice at an instant ----
-
-Liveliness Link::liveliness() const
-{
-    return {state.get() == u"OFFLINE", speaking, !voiceFrames.empty(),
-        gotWord ? wordAt : sayStarted, pulseAt};
+    return kelo::segmentIndex(state_.speech.segments, position);
 }
 
 std::optional<VoiceFrame> Link::voiceBands(double at) const
 {
-    return kelo::voiceBands({speaking, voiceFrames, voiceAnchor, voiceStart}, at);
+    return state_.speech.speaking ? state_.spectrum.bandsAt(at) : std::nullopt;
 }
 
-double Link::easedLevel(double at)
+Liveliness Link::liveliness() const
 {
-    level = kelo::easedLevel(level, liveliness(), at, at - std::exchange(levelAt, at));
-    return level;
+    return {state_.engine == u"OFFLINE", state_.speech.speaking, !state_.spectrum.frames.empty(),
+        state_.speech.lastSound(), state_.pulseAt};
 }
 
 void Link::updateBars(double at)
 {
     const std::span<const Ripple> all(
         ripples.constData(), static_cast<std::size_t>(ripples.size()));
-    kelo::updateBars(bars, voiceBands(at), liveliness(),
-        all.last(std::min(all.size(), ripplesInBars)), at, at - std::exchange(barsAt, at));
-    level = levelOf(bars);
-    levelAt = at;
-}
-
-double Link::spin(double at)
-{
-    spinExtra_ += spinStep(level, at - std::exchange(spinAt_, at));
-    return spinExtra_;
+    VoiceLevel &shown = state_.voiceLevel;
+    kelo::updateBars(shown.bars, voiceBands(at), liveliness(),
+        all.last(std::min(all.size(), ripplesInBars)), at, at - std::exchange(shown.barsAt, at));
+    shown.level = levelOf(shown.bars);
+    shown.levelAt = at;
 }
 
 } // namespace kelo

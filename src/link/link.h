@@ -1,33 +1,24 @@
 #pragma once
 
-#include "link/caption.h"
-#include "link/crash_window.h"
-#include "link/inbound.h"
-#include "link/published.h"
-#include "link/records.h"
+#include "link/engine_supervisor.h"
+#include "link/link_state.h"
+#include "link/reading.h"
 #include "link/time_source.h"
-#include "link/voice_bands.h"
 
-#include <QHash>
-#include <QMap>
 #include <QObject>
-#include <QPointer>
 #include <QProcessEnvironment>
-#include <QSet>
 #include <QSettings>
-#include <QStringList>
 #include <QUrl>
 
+#include <initializer_list>
 #include <memory>
-#include <optional>
-#include <vector>
 
 namespace kelo {
 
-class Ears;
-class EngineProcess;
-class NoteStage;
+class Inbound;
+class NoteListener;
 class Shell;
+class VoiceInput;
 
 /// What a `Link` is made of; tests bring their own.
 struct LinkSetup {
@@ -43,47 +34,48 @@ struct LinkSetup {
 
 /// The one shared state of the display, and its line to the engine.
 ///
-/// It starts, watches, restarts and stops the engine, turns every line the engine prints into
-/// fields here, and sends it commands. Views observe the published fields: `willChange` comes
-/// before a value is stored, the field's own signal after. The plain fields are polled by what is
-/// drawn every frame. Everything happens on the GUI thread. Times are seconds of uptime; text
-/// offsets count UTF-16 code units.
+/// It has the engine started, watched, restarted and stopped, turns every line the engine prints
+/// into state, and sends it commands. Everybody reads the state; it changes by the engine's lines
+/// and by the operations here alone. Views observe the published values: `willChange` comes before
+/// values are stored, each one's own signal when all that change together are new; equal values
+/// are announced too. The others are polled by what is drawn every frame. Everything happens on
+/// the GUI thread. Times are seconds of uptime; text offsets count UTF-16 code units.
 class Link : public QObject {
     Q_OBJECT
-    Q_PROPERTY(QString rollName MEMBER rollName NOTIFY rollNameChanged)
-    Q_PROPERTY(bool rolling MEMBER rolling NOTIFY rollingChanged)
-    Q_PROPERTY(QString assistant MEMBER assistant NOTIFY assistantChanged)
-    Q_PROPERTY(QString user MEMBER user NOTIFY userChanged)
-    Q_PROPERTY(QString updateVersion MEMBER updateVersion NOTIFY updateVersionChanged)
-    Q_PROPERTY(QString updateNotes MEMBER updateNotes NOTIFY updateNotesChanged)
-    Q_PROPERTY(bool welcome MEMBER welcome NOTIFY welcomeChanged)
-    Q_PROPERTY(QString caption MEMBER caption NOTIFY captionChanged)
-    Q_PROPERTY(qint64 spokenTo MEMBER spokenTo NOTIFY spokenToChanged)
-    Q_PROPERTY(bool speaking MEMBER speaking NOTIFY speakingChanged)
-    Q_PROPERTY(QString mode MEMBER mode NOTIFY modeChanged)
+    Q_PROPERTY(QString rollName READ rollName NOTIFY rollNameChanged)
+    Q_PROPERTY(bool rolling READ rolling NOTIFY rollingChanged)
+    Q_PROPERTY(QString assistant READ assistant NOTIFY assistantChanged)
+    Q_PROPERTY(QString user READ user NOTIFY userChanged)
+    Q_PROPERTY(QString updateVersion READ updateVersion NOTIFY updateVersionChanged)
+    Q_PROPERTY(QString updateNotes READ updateNotes NOTIFY updateNotesChanged)
+    Q_PROPERTY(bool welcome READ welcome NOTIFY welcomeChanged)
+    Q_PROPERTY(QString caption READ caption NOTIFY captionChanged)
+    Q_PROPERTY(qint64 spokenTo READ spokenTo NOTIFY spokenToChanged)
+    Q_PROPERTY(bool speaking READ speaking NOTIFY speakingChanged)
+    Q_PROPERTY(QString mode READ mode NOTIFY modeChanged)
     Q_PROPERTY(QString modeName READ modeName NOTIFY modeChanged)
-    Q_PROPERTY(QString keyboards MEMBER keyboards NOTIFY keyboardsChanged)
-    Q_PROPERTY(QString voice MEMBER voice NOTIFY voiceChanged)
-    Q_PROPERTY(bool daw MEMBER daw NOTIFY dawChanged)
-    Q_PROPERTY(QString state MEMBER state NOTIFY stateChanged)
-    Q_PROPERTY(QStringList jazz MEMBER jazz NOTIFY jazzChanged)
-    Q_PROPERTY(bool visual MEMBER visual NOTIFY visualChanged)
-    Q_PROPERTY(bool typing MEMBER typing NOTIFY typingChanged)
-    Q_PROPERTY(bool paused MEMBER paused NOTIFY pausedChanged)
-    Q_PROPERTY(bool live MEMBER live NOTIFY liveChanged)
-    Q_PROPERTY(QString bandStyle MEMBER bandStyle NOTIFY bandStyleChanged)
-    Q_PROPERTY(QString now MEMBER now NOTIFY nowChanged)
-    Q_PROPERTY(QString bandLevel MEMBER bandLevel NOTIFY bandLevelChanged)
-    Q_PROPERTY(QString heard MEMBER heard NOTIFY heardChanged)
-    Q_PROPERTY(QString hands MEMBER hands NOTIFY handsChanged)
-    Q_PROPERTY(bool large MEMBER large NOTIFY largeChanged)
-    Q_PROPERTY(bool contrast MEMBER contrast NOTIFY contrastChanged)
-    Q_PROPERTY(QString flash MEMBER flash NOTIFY flashChanged)
-    Q_PROPERTY(double flashAt MEMBER flashAt NOTIFY flashAtChanged)
-    Q_PROPERTY(qint64 beat MEMBER beat NOTIFY beatChanged)
-    Q_PROPERTY(bool captionLive MEMBER captionLive NOTIFY captionLiveChanged)
+    Q_PROPERTY(QString keyboards READ keyboards NOTIFY keyboardsChanged)
+    Q_PROPERTY(QString voice READ voice NOTIFY voiceChanged)
+    Q_PROPERTY(bool daw READ daw NOTIFY dawChanged)
+    Q_PROPERTY(QString state READ state NOTIFY stateChanged)
+    Q_PROPERTY(QStringList jazz READ jazz NOTIFY jazzChanged)
+    Q_PROPERTY(bool visual READ visual NOTIFY visualChanged)
+    Q_PROPERTY(bool typing READ typing NOTIFY typingChanged)
+    Q_PROPERTY(bool paused READ paused NOTIFY pausedChanged)
+    Q_PROPERTY(bool live READ live NOTIFY liveChanged)
+    Q_PROPERTY(QString bandStyle READ bandStyle NOTIFY bandStyleChanged)
+    Q_PROPERTY(QString now READ now NOTIFY nowChanged)
+    Q_PROPERTY(QString bandLevel READ bandLevel NOTIFY bandLevelChanged)
+    Q_PROPERTY(QString heard READ heard NOTIFY heardChanged)
+    Q_PROPERTY(QString hands READ hands NOTIFY handsChanged)
+    Q_PROPERTY(bool large READ large NOTIFY largeChanged)
+    Q_PROPERTY(bool contrast READ contrast NOTIFY contrastChanged)
+    Q_PROPERTY(QString flash READ flash NOTIFY flashChanged)
+    Q_PROPERTY(double flashAt READ flashAt NOTIFY flashAtChanged)
+    Q_PROPERTY(qint64 beat READ beat NOTIFY beatChanged)
+    Q_PROPERTY(bool captionLive READ captionLive NOTIFY captionLiveChanged)
 
-    template <typename T> using Field = Published<T, Link>;
+    LinkState state_; // first: everything that can be read stands for a part of it
 
 public:
     explicit Link(LinkSetup setup, QObject *parent = nullptr);
@@ -95,22 +87,27 @@ public:
     static double clock() { return TimeSource::system().now(); }
     /// The same by this instance's own clock: what everything drawn from it goes by.
     [[nodiscard]] double uptime() const { return setup_.time.now(); }
-    /// Is offered a key (a Qt::Key and what it types); true when it consumed it.
-    using KeyTaker = std::function<bool(int key, const QString &text)>;
+    using KeyTaker = kelo::KeyTaker;
     static constexpr int barCount = kelo::barCount;
 
     /// The rooms above; each may be absent, which skips the calls into it. None is owned.
     void setShell(Shell *shell) { shell_ = shell; }
-    void setEars(Ears *ears) { ears_ = ears; }
+    void setVoiceInput(VoiceInput *input) { voiceInput_ = input; }
+    /// The falling-notes scene; `clearScene` only when it still is this one.
+    void setScene(NoteListener *listener) { scene_ = listener; }
+    void clearScene(const NoteListener *listener);
+    [[nodiscard]] NoteListener *scene() const { return scene_; }
 
     // ---- the engine's process ----
 
     /// Launches the engine. "OFFLINE" when that fails; nothing is retried then.
-    void start();
+    void start() { engine_.start(); }
     /// Asks the engine to quit and makes sure that it does; blocks for at most 1.5 seconds.
-    void stop();
+    void stop() { engine_.stop(); }
     /// Stops the engine and starts a new one 0.4 seconds later.
-    Q_INVOKABLE void restart();
+    Q_INVOKABLE void restart() { engine_.restart(); }
+    /// What is known of the engine's process is this now, for those who stand in for it.
+    void engineIs(EngineState known);
 
     // ---- what the engine says ----
 
@@ -123,167 +120,178 @@ public:
     /// Writes `text` to the engine as it is, or switches something of our own when it is "#large",
     /// "#contrast" or "#voice". Dropped while the link is offline.
     Q_INVOKABLE void send(const QString &text);
-    /// Stores a display setting and applies it when it is "large" or "contrast".
-    void setAccess(const QString &key, bool on);
     /// Lets the user choose a MIDI file, then plays it.
     Q_INVOKABLE void chooseFile();
     /// Has the engine play the MIDI file at `path` while the visualiser shows it.
     void playFile(const QString &path);
     /// The same for a file that was dropped onto the display.
     Q_INVOKABLE void playUrl(const QUrl &url);
+
+    // ---- what the display asks for ----
+
+    /// Stores a display setting and applies it when it is "large" or "contrast".
+    void setAccess(const QString &key, bool on);
+    /// Shows high contrast because the desktop does; not stored, so that it goes on following it.
+    void followContrast(bool on);
+    Q_INVOKABLE void showVisualiser(bool shown = true);
+    /// Asks the first-run questions.
+    void askWelcome();
+    /// They are answered: what is shown now goes by these names.
+    void finishWelcome(const QString &assistantName, const QString &userName);
+    /// Who is offered the keys while the questions show; nobody when empty.
+    void setWelcomeKey(KeyTaker taker);
+    void setWelcomeStepForSnapshot(int step) { state_.display.welcomeStepForSnapshot = step; }
+    /// The ring shows the voice's loudness smoothed in its own way.
+    void setLevel(double shown) { state_.voiceLevel.level = shown; }
+
     /// The display name of `mode`.
     [[nodiscard]] QString modeName() const;
 
     // ---- the caption at an instant ----
 
     [[nodiscard]] qsizetype segmentIndex(double position) const;
-    [[nodiscard]] qint64 spokenIndex(double at) const;
-    [[nodiscard]] double spokenExact(double at) const;
+    [[nodiscard]] double spokenExact(double at) const { return state_.speech.spokenExact(at); }
     /// Moves the caption's cursor on towards `target` and returns where it is.
-    double glide(double target, double at);
+    double glide(double target, double at) { return state_.speech.glide(target, at); }
 
     // ---- the voice at an instant ----
 
+    /// Its spectrum; nothing while the assistant is silent.
     [[nodiscard]] std::optional<VoiceFrame> voiceBands(double at) const;
-    double easedLevel(double at);
+    /// Brings `bars` and `level` to this instant.
     void updateBars(double at);
-    double spin(double at);
 
-    // ---- published state; who sets it is said by keyword in inbound.h ----
+    // ---- published ----
 
-    Field<QString> rollName{*this, &Link::rollNameChanged}; ///< the piece that is playing
-    Field<bool> rolling{*this, &Link::rollingChanged};
-    Field<QString> assistant{*this, &Link::assistantChanged};
-    Field<QString> user{*this, &Link::userChanged};
-    Field<QString> updateVersion{*this, &Link::updateVersionChanged};
-    Field<QString> updateNotes{*this, &Link::updateNotesChanged};
-    Field<bool> welcome{*this, &Link::welcomeChanged}; ///< the first-run questions show
-    Field<KeyTaker> welcomeKey{*this, &Link::welcomeKeyChanged}; ///< set while they show
-    Field<QString> caption{*this, &Link::captionChanged};
-    Field<qint64> spokenTo{*this, &Link::spokenToChanged};
-    Field<bool> speaking{*this, &Link::speakingChanged};
-    Field<QList<Spoken>> transcript{*this, &Link::transcriptChanged}; ///< oldest first
-    Field<QString> mode{*this, &Link::modeChanged, QStringLiteral("idle")};
-    Field<QString> keyboards{*this, &Link::keyboardsChanged};
-    Field<QString> voice{*this, &Link::voiceChanged};
-    Field<bool> daw{*this, &Link::dawChanged};
-    /// "STARTING", "ONLINE", "RESTARTING" or "OFFLINE".
-    Field<QString> state{*this, &Link::stateChanged, QStringLiteral("STARTING")};
-    Field<QStringList> jazz{*this, &Link::jazzChanged};
-    Field<bool> visual{*this, &Link::visualChanged}; ///< the visualiser screen shows
-    Field<bool> typing{*this, &Link::typingChanged}; ///< letters go to the engine as text
-    Field<bool> paused{*this, &Link::pausedChanged};
-    Field<bool> live{*this, &Link::liveChanged};
-    Field<QString> bandStyle{*this, &Link::bandStyleChanged, QStringLiteral("full")};
-    Field<QString> now{*this, &Link::nowChanged}; ///< the time of day, as the engine words it
-    Field<QString> bandLevel{*this, &Link::bandLevelChanged};
-    Field<QString> heard{*this, &Link::heardChanged};
-    Field<QString> hands{*this, &Link::handsChanged, QStringLiteral("both")};
-    Field<bool> large{*this, &Link::largeChanged};
-    Field<bool> contrast{*this, &Link::contrastChanged};
-    Field<QString> flash{*this, &Link::flashChanged}; ///< "beat", "good", "wrong", ...
-    Field<double> flashAt{*this, &Link::flashAtChanged};
-    Field<qint64> beat{*this, &Link::beatChanged, -1};
-    Field<bool> captionLive{*this, &Link::captionLiveChanged};
+    Reading<QString> state{state_.engine}; ///< "STARTING", "ONLINE", "RESTARTING", "OFFLINE"
+    Reading<QString> assistant{state_.names.assistant};
+    Reading<QString> user{state_.names.user};
+    Reading<QString> caption{state_.speech.caption};
+    Reading<bool> captionLive{state_.speech.captionLive};
+    Reading<bool> speaking{state_.speech.speaking};
+    Reading<qint64> spokenTo{state_.speech.spokenTo};
+    Reading<QList<Spoken>> transcript{state_.log.lines};
+    Reading<QString> heard{state_.readouts.heard};
+    Reading<QString> mode{state_.readouts.mode};
+    Reading<QString> keyboards{state_.readouts.keyboards};
+    Reading<QString> voice{state_.readouts.voice};
+    Reading<bool> daw{state_.readouts.daw};
+    Reading<QStringList> jazz{state_.readouts.jazz};
+    Reading<bool> typing{state_.readouts.typing};
+    Reading<bool> paused{state_.readouts.paused};
+    Reading<bool> live{state_.readouts.live};
+    Reading<QString> bandStyle{state_.readouts.bandStyle};
+    Reading<QString> bandLevel{state_.readouts.bandLevel};
+    Reading<QString> hands{state_.readouts.hands};
+    Reading<QString> now{state_.readouts.now};
+    Reading<QString> updateVersion{state_.update.version};
+    Reading<QString> updateNotes{state_.update.notes};
+    Reading<QString> rollName{state_.roll.name};
+    Reading<bool> rolling{state_.roll.rolling};
+    Reading<QString> flash{state_.flash.kind};
+    Reading<double> flashAt{state_.flash.at};
+    Reading<qint64> beat{state_.flash.beat};
+    Reading<bool> visual{state_.display.visual};
+    Reading<bool> welcome{state_.display.welcome};
+    Reading<KeyTaker> welcomeKey{state_.display.welcomeKey};
+    Reading<bool> large{state_.display.large};
+    Reading<bool> contrast{state_.display.contrast};
 
-    // ---- plain state, polled ----
+    // ---- polled ----
 
-    std::vector<RollNote> roll; ///< ascending by time, as the engine sends it
-    std::optional<double> rollZero; ///< when the roll's time 0 falls
-    double rollLength = 0; ///< seconds
-    int welcomeStepForSnapshot = 0;
-    NoteStage *scene = nullptr; ///< set and cleared by the falling-notes scene
-    QHash<qint64, qint64> down; ///< keys the player holds, with their velocity
-    QSet<qint64> played; ///< keys the engine sounds
-    QList<qint64> buttons; ///< piano keys that act as command keys, in order
-    QList<Ripple> ripples; ///< the player's key presses, newest last
-    QList<Ripple> echoes; ///< the engine's notes, newest last
-    double pulseAt = 0;
-    double sayStarted = 0;
-    bool gotWord = false;
-    double wordAt = 0;
-    double wordTime = 0;
-    qint64 wordFrom = 0;
-    qint64 wordLen = 0;
-    double level = 0.05; ///< smoothed loudness of the voice, 0 to 1
-    double levelAt = 0;
-    QString chord;
-    double chordAt = 0;
-    qint64 voiceId = 0;
-    std::vector<VoiceFrame> voiceFrames;
-    std::optional<double> voiceAnchor;
-    double voiceStart = 0;
-    Bars bars{};
-    double barsAt = 0;
-    std::vector<Segment> segments;
-    double doneAt = 0;
+    const std::vector<Segment> &segments = state_.speech.segments;
+    const double &sayStarted = state_.speech.sayStarted;
+    const double &doneAt = state_.speech.doneAt;
+    const bool &gotWord = state_.speech.gotWord;
+    const double &wordAt = state_.speech.wordAt;
+    const double &wordTime = state_.speech.wordTime;
+    const qint64 &wordFrom = state_.speech.wordFrom;
+    const qint64 &wordLen = state_.speech.wordLen;
+    const qint64 &voiceId = state_.spectrum.id;
+    const std::vector<VoiceFrame> &voiceFrames = state_.spectrum.frames;
+    const std::optional<double> &voiceAnchor = state_.spectrum.anchor;
+    const double &voiceStart = state_.spectrum.start;
+    const double &level = state_.voiceLevel.level;
+    const double &levelAt = state_.voiceLevel.levelAt;
+    const Bars &bars = state_.voiceLevel.bars;
+    const double &barsAt = state_.voiceLevel.barsAt;
+    const double &pulseAt = state_.pulseAt;
+    const QHash<qint64, qint64> &down = state_.keyboard.down;
+    const QSet<qint64> &played = state_.keyboard.played;
+    const QList<Ripple> &ripples = state_.keyboard.ripples;
+    const QList<Ripple> &echoes = state_.keyboard.echoes;
+    const QList<qint64> &buttons = state_.keyboard.buttons;
+    const QString &chord = state_.keyboard.chord;
+    const double &chordAt = state_.keyboard.chordAt;
+    const std::vector<RollNote> &roll = state_.roll.notes;
+    const std::optional<double> &rollZero = state_.roll.zero;
+    const double &rollLength = state_.roll.length;
+    const int &welcomeStepForSnapshot = state_.display.welcomeStepForSnapshot;
 
 Q_SIGNALS:
-    /// Some published field, or what depends on the theme, is about to change.
+    /// Some published value, or what depends on the theme, is about to change.
     void willChange();
 
-    void rollNameChanged();
-    void rollingChanged();
+    void stateChanged();
     void assistantChanged();
     void userChanged();
-    void updateVersionChanged();
-    void updateNotesChanged();
-    void welcomeChanged();
-    void welcomeKeyChanged();
     void captionChanged();
-    void spokenToChanged();
+    void captionLiveChanged();
     void speakingChanged();
+    void spokenToChanged();
     void transcriptChanged();
+    void heardChanged();
     void modeChanged();
     void keyboardsChanged();
     void voiceChanged();
     void dawChanged();
-    void stateChanged();
     void jazzChanged();
-    void visualChanged();
     void typingChanged();
     void pausedChanged();
     void liveChanged();
     void bandStyleChanged();
-    void nowChanged();
     void bandLevelChanged();
-    void heardChanged();
     void handsChanged();
-    void largeChanged();
-    void contrastChanged();
+    void nowChanged();
+    void updateVersionChanged();
+    void updateNotesChanged();
+    void rollNameChanged();
+    void rollingChanged();
     void flashChanged();
     void flashAtChanged();
     void beatChanged();
-    void captionLiveChanged();
+    void visualChanged();
+    void welcomeChanged();
+    void welcomeKeyChanged();
+    void largeChanged();
+    void contrastChanged();
 
-    /// `buttons` was replaced. Not a published field, but the display lists it.
+    /// `buttons` was replaced. Not a published value, but the display lists it.
     void buttonsChanged();
     /// A key of the player or a note of the engine went down or up.
     void keysChanged();
 
 private:
-    friend class Inbound;
+    friend class LinkEditor;
 
-    [[nodiscard]] SpeechClock speechClock() const;
+    using Changed = void (Link::*)();
+    template <typename Edit> void change(std::initializer_list<Changed> fields, Edit edit)
+    {
+        Q_EMIT willChange();
+        edit(state_);
+        for (const Changed field : fields)
+            Q_EMIT(this->*field)();
+    }
+
     [[nodiscard]] Liveliness liveliness() const;
-    void installBridge() const;
-    void engineEnded(bool clean);
-    void goOffline();
-    void releaseEngine();
+    void engineGone(bool byItself);
 
     LinkSetup setup_;
-    Inbound inbound_{*this};
+    EngineSupervisor engine_;
+    std::unique_ptr<Inbound> inbound_;
     Shell *shell_ = nullptr;
-    Ears *ears_ = nullptr;
-    EngineProcess *process_ = nullptr; // a child of ours; the identity of the current run
-    CrashWindow crashes_;
-    bool stopping_ = false;
-    qint64 counter_ = 0; // last id of the voice log
-    qint64 captionMark_ = 0; // serial number of the caption
-    double cursor_ = 0;
-    double cursorAt_ = 0;
-    double spinExtra_ = 0;
-    double spinAt_ = 0;
+    VoiceInput *voiceInput_ = nullptr;
+    NoteListener *scene_ = nullptr;
 };
 
 } // namespace kelo

@@ -1,8 +1,11 @@
 #include "link/parse.h"
 
+#include <QtNumeric>
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 namespace kelo::parse {
 
@@ -39,6 +42,14 @@ std::optional<double> decimal(QByteArrayView text)
     if (!ok || !std::isfinite(value))
         return std::nullopt;
     return value;
+}
+
+qint64 saturatedSum(qint64 a, qint64 b)
+{
+    qint64 sum = 0;
+    if (!qAddOverflow(a, b, &sum))
+        return sum;
+    return a < 0 ? std::numeric_limits<qint64>::min() : std::numeric_limits<qint64>::max();
 }
 
 QString text(QByteArrayView bytes)

@@ -16,6 +16,9 @@ namespace kelo::parse {
 /// A finite decimal number ("2", "-0.5", "1e3") that takes up all of `text`.
 [[nodiscard]] std::optional<double> decimal(QByteArrayView text);
 
+/// The sum, or the nearest number that there is.
+[[nodiscard]] qint64 saturatedSum(qint64 a, qint64 b);
+
 /// The text of valid UTF-8.
 [[nodiscard]] QString text(QByteArrayView bytes);
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
 
 #include <functional>
 
@@ -37,40 +36,6 @@ public:
 protected:
     Shell() = default;
     Q_DISABLE_COPY_MOVE(Shell)
-};
-
-/// What the link asks of voice control.
-class Ears {
-public:
-    virtual ~Ears() = default;
-
-    [[nodiscard]] virtual bool isOn() const = 0;
-    virtual void begin() = 0;
-    virtual void stop() = 0;
-    /// Starts a fresh recognition session on the microphone in use.
-    virtual void listen() = 0;
-    /// Phrases that the recogniser should expect from the next session on.
-    virtual void setVocabulary(const QStringList &phrases) = 0;
-
-protected:
-    Ears() = default;
-    Q_DISABLE_COPY_MOVE(Ears)
-};
-
-/// What the link asks of the falling-notes scene.
-class NoteStage {
-public:
-    virtual ~NoteStage() = default;
-
-    /// A note began (`strength` above 0, velocity / 127) or ended, played by the user (`mine`) or
-    /// by the engine.
-    virtual void note(qint64 pitch, double strength, bool mine) = 0;
-    /// The roll was replaced or stopped.
-    virtual void clearRoll() = 0;
-
-protected:
-    NoteStage() = default;
-    Q_DISABLE_COPY_MOVE(NoteStage)
 };
 
 } // namespace kelo

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "link/shell.h"
+#include "link/published.h"
+#include "link/voice_input.h"
 #include "voice/capture/audio.h"
 #include "voice/name/wake_model.h"
 #include "voice/voice_setup.h"
@@ -17,7 +18,7 @@ namespace kelo {
 /// replaced after its final result, after an error, and every now and then. What happens is told
 /// by `status`, by `level`, and in the voice log. Everything is on the GUI thread except for
 /// `captured`.
-class VoiceControl : public QObject, public Ears {
+class VoiceControl : public QObject, public VoiceInput {
     Q_OBJECT
     Q_PROPERTY(bool on MEMBER on NOTIFY onChanged)
     Q_PROPERTY(QString status MEMBER status NOTIFY statusChanged)

@@ -1,7 +1,7 @@
 #include "welcome/welcome_questions.h"
 
 #include "link/link.h"
-#include "link/shell.h"
+#include "link/voice_input.h"
 
 #include <QAccessible>
 
@@ -19,18 +19,18 @@ int turned(int value, int by, int count)
 
 } // namespace
 
-WelcomeQuestions::WelcomeQuestions(Link &link, Ears &ears, QObject *parent)
+WelcomeQuestions::WelcomeQuestions(Link &link, VoiceInput &ears, QObject *parent)
     : QObject(parent)
     , link_(link)
     , ears_(ears)
 {
-    link_.welcomeKey = [this](int code, const QString & /*text*/) { return key(code); };
+    link_.setWelcomeKey([this](int code, const QString & /*text*/) { return key(code); });
     connect(&link_, &Link::welcomeChanged, this, &WelcomeQuestions::welcomeChanged);
 }
 
 WelcomeQuestions::~WelcomeQuestions()
 {
-    link_.welcomeKey = nullptr;
+    link_.setWelcomeKey({});
 }
 
 QString WelcomeQuestions::goOnLabel() const
@@ -132,9 +132,7 @@ void WelcomeQuestions::finish()
     link_.setAccess(u"large"_s, answers_.large);
     link_.setAccess(u"contrast"_s, answers_.contrast);
     link_.send(answers_.setupLine());
-    link_.assistant = answers_.chosen();
-    link_.user = answers_.cleanedName();
-    link_.welcome = false;
+    link_.finishWelcome(answers_.chosen(), answers_.cleanedName());
     if (answers_.listen && !ears_.isOn())
         ears_.begin();
     Q_EMIT finished();

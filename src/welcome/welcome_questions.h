@@ -11,7 +11,7 @@
 
 namespace kelo {
 
-class Ears;
+class VoiceInput;
 class Link;
 
 /// The first-run questions: which one shows, what has been answered, what a key means.
@@ -37,7 +37,7 @@ class WelcomeQuestions : public QObject {
 
 public:
     /// Installs itself as the link's `welcomeKey` for as long as it lives.
-    WelcomeQuestions(Link &link, Ears &ears, QObject *parent = nullptr);
+    WelcomeQuestions(Link &link, VoiceInput &ears, QObject *parent = nullptr);
     ~WelcomeQuestions() override;
 
     [[nodiscard]] int step() const { return static_cast<int>(step_); }
@@ -98,7 +98,7 @@ private:
     [[nodiscard]] const QObject *focused() const;
 
     Link &link_;
-    Ears &ears_;
+    VoiceInput &ears_;
     Step step_ = Step::Greeting;
     Answers answers_;
     QPointer<QQuickWindow> window_; // that the screen shows in

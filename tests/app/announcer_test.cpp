@@ -82,7 +82,7 @@ private Q_SLOTS:
         stand.overlay.setEnabled(true);
         stand.voice.status = u"OFF"_s;
         stand.scale.reset();
-        stand.link->state = u"STARTING"_s;
+        stand.link->engineIs(EngineState::Starting);
         stand.link.say({"say Good evening."});
         QTRY_COMPARE(stand.said, QStringList{u"Kelo is online"_s});
 

@@ -140,8 +140,8 @@ private:
     void measureScreen(int question, std::initializer_list<QByteArrayView> lines)
     {
         LinkFixture link;
-        link->welcomeStepForSnapshot = question;
-        link->contrast = Hud::shared().contrast();
+        link->setWelcomeStepForSnapshot(question);
+        link->followContrast(Hud::shared().contrast());
         VoiceControl voice;
         WelcomeQuestions questions(link.link(), link.ears);
         QSettings settings(link.folder.filePath(u"display.ini"_s), QSettings::IniFormat);

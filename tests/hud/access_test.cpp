@@ -34,7 +34,7 @@ private Q_SLOTS:
         Console console;
         console.link.say({"kbd Stage Piano 88", "say First.", "heard second", "mode jazz",
             "jazz Swing feel", "update 2.4.0|Notes."});
-        console.link->state = u"OFFLINE"_s;
+        console.link->engineIs(EngineState::Offline);
         console.voice.level = 0.424;
         console.show({1240, 840});
 
@@ -129,8 +129,8 @@ private Q_SLOTS:
         QTRY_COMPARE(console.view.activeFocusItem(), space);
 
         // A screen that covers the console gives the focus back.
-        console.link->visual = true;
-        console.link->visual = false;
+        console.link->showVisualiser();
+        console.link->showVisualiser(false);
         QCOMPARE(console.view.activeFocusItem(), space);
     }
 
@@ -171,12 +171,12 @@ private Q_SLOTS:
             return false;
         };
         QVERIFY(shows("core") && shows("caption") && shows("keyStrip"));
-        console.link->visual = true;
+        console.link->showVisualiser();
         QTRY_VERIFY(shows("visualiserScreen") && !shows("core"));
-        console.link->welcome = true;
+        console.link->askWelcome();
         QTRY_VERIFY(shows("welcomeScreen") && !shows("visualiserScreen") && !shows("core"));
-        console.link->welcome = false;
-        console.link->visual = false;
+        console.link->finishWelcome(u"Kelo"_s, {});
+        console.link->showVisualiser(false);
         QTRY_VERIFY(shows("core") && !shows("welcomeScreen") && !shows("visualiserScreen"));
     }
 

@@ -60,7 +60,7 @@ private Q_SLOTS:
         QCOMPARE(microphone(), u"Voice control: say Kelo, then what you want"_s);
         QCOMPARE(commandGroups()[4].commands[1].description(false),
             u"Type to Kelo: a command or a question"_s);
-        Link::shared().assistant = u"Luna"_s;
+        Link::shared().handle("name Luna");
         QCOMPARE(microphone(), u"Voice control: say Kelo, then what you want"_s);
     }
 

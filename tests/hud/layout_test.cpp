@@ -140,7 +140,7 @@ private:
         for (const QByteArray &line : lines)
             console.link->handle(line);
         if (lines.size() > 6)
-            console.link->state = u"OFFLINE"_s;
+            console.link->engineIs(EngineState::Offline);
         console.show(size, furnished);
     }
 

@@ -1,4 +1,4 @@
-#include "link/caption.h"
+#include "link/speech.h"
 #include "support/table.h"
 
 #include <QTest>
@@ -65,28 +65,40 @@ private Q_SLOTS:
 
     void speechRunsThroughTheWord_data()
     {
-        const Table<SpeechClock, double, qint64, double> row{"speech", "now", "index", "exact"};
-        const SpeechClock word{20, true, 10, true, 100, 0.5, 4, 6};
-        row("silent: spoken to there, shown whole", {20, false, 10, true, 100, 0.5, 4, 6}, 100, 10,
-            20);
-        row("no word yet", {20, true, 10, false, 100, 0.5, 4, 6}, 100, 0, 0);
+        const Table<Speech, double, qint64, double> row{"speech", "now", "index", "exact"};
+        const auto at = [](qsizetype length, bool speaking, bool gotWord, double wordTime = 0.5,
+                            qint64 wordLen = 6) {
+            Speech speech;
+            speech.caption = QString(length, u'x');
+            speech.speaking = speaking;
+            speech.spokenTo = 10;
+            speech.gotWord = gotWord;
+            speech.wordAt = 100;
+            speech.wordTime = wordTime;
+            speech.wordFrom = 4;
+            speech.wordLen = wordLen;
+            return speech;
+        };
+        const Speech word = at(20, true, true);
+        row("silent: spoken to there, shown whole", at(20, false, true), 100, 10, 20);
+        row("no word yet", at(20, true, false), 100, 0, 0);
         row("before the word", word, 99, 4, 4);
         row("in the word", word, 100.25, 7, 7);
         row("in a unit of it", word, 100.125, 5, 5.5);
         row("late by half of the run-on", word, 100.65, 10, 10.5);
-        row("never beyond the caption", {10, true, 10, true, 100, 0.5, 4, 6}, 200, 10, 10);
-        row("unknown duration, 0.06 s a unit", {20, true, 10, true, 100, 0, 4, 6}, 100.18, 7, 7);
-        row("negative duration is unknown", {20, true, 10, true, 100, -3, 4, 6}, 100.18, 7, 7);
-        row("a short word lasts 0.12 s", {20, true, 5, true, 100, 0, 4, 1}, 100.06, 4, 4.5);
+        row("never beyond the caption", at(10, true, true), 200, 10, 10);
+        row("unknown duration, 0.06 s a unit", at(20, true, true, 0), 100.18, 7, 7);
+        row("negative duration is unknown", at(20, true, true, -3), 100.18, 7, 7);
+        row("a short word lasts 0.12 s", at(20, true, true, 0, 1), 100.06, 4, 4.5);
     }
 
     void speechRunsThroughTheWord()
     {
-        QFETCH(SpeechClock, speech);
+        QFETCH(Speech, speech);
         QFETCH(double, now);
         QFETCH(double, exact);
-        QTEST(spokenIndex(speech, now), "index");
-        QVERIFY(std::abs(spokenExact(speech, now) - exact) < 1e-9);
+        QTEST(speech.spokenIndex(now), "index");
+        QVERIFY(std::abs(speech.spokenExact(now) - exact) < 1e-9);
     }
 
     void theCursorGlidesAndJumpsBack()

@@ -83,7 +83,7 @@ private Q_SLOTS:
             QTRY_COMPARE(fixture->state.get(), u"RESTARTING"_s);
             QCOMPARE(fixture.engine.runs(), run);
             fixture.say({"on 60 1"}); // is no excuse
-            fixture->state = u"RESTARTING"_s;
+            fixture.bring(u"RESTARTING"_s);
             fixture.time.advance(0.9);
             QCOMPARE(fixture->state.get(), u"RESTARTING"_s);
             fixture.time.advance(0.2);

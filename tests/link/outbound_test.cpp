@@ -20,9 +20,9 @@ private Q_SLOTS:
         fixture->send(u"~speak Größe ♭ 🎹\n"_s);
         fixture->send(u"#unknown"_s);
         fixture->send(u"\n"_s);
-        fixture->state = u"OFFLINE"_s;
+        fixture.bring(u"OFFLINE"_s);
         fixture->send(u"~bg\n"_s);
-        fixture->state = u"ONLINE"_s;
+        fixture.bring(u"ONLINE"_s);
         fixture->send(u"~end\n"_s);
         QTRY_VERIFY(fixture.engine.input().endsWith("~end\n"));
         QCOMPARE(fixture.engine.input(), "k~speak Größe ♭ 🎹\n\n~end\n"_ba);
@@ -45,7 +45,7 @@ private Q_SLOTS:
         fixture->send(u"#voice"_s);
         QCOMPARE(fixture.ears.calls, (QStringList{u"begin"_s, u"stop"_s}));
 
-        fixture->setEars(nullptr);
+        fixture->setVoiceInput(nullptr);
         fixture->setShell(nullptr);
         fixture->send(u"#voice"_s);
         fixture->send(u"#contrast"_s);

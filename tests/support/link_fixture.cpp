@@ -24,8 +24,8 @@ Link &LinkFixture::link()
         link_ = std::make_unique<Link>(LinkSetup{dataDir, payload, engine.environment(),
             std::make_unique<QSettings>(settingsFile, QSettings::IniFormat), time});
         link_->setShell(&shell);
-        link_->setEars(&ears);
-        link_->scene = &stage;
+        link_->setVoiceInput(&ears);
+        link_->setScene(&stage);
     }
     return *link_;
 }
@@ -34,6 +34,12 @@ void LinkFixture::start(const QByteArray &script)
 {
     engine.play(script);
     link().start();
+}
+
+void LinkFixture::bring(const QString &state)
+{
+    static const QStringList names{u"STARTING"_s, u"ONLINE"_s, u"RESTARTING"_s, u"OFFLINE"_s};
+    link().engineIs(static_cast<EngineState>(names.indexOf(state)));
 }
 
 void LinkFixture::say(std::initializer_list<QByteArrayView> lines)

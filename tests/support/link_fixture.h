@@ -24,6 +24,8 @@ public:
 
     /// Starts the engine, which follows the script from then on.
     void start(const QByteArray &script = {});
+    /// Has the link believe that its engine is in this state.
+    void bring(const QString &state);
     /// Has the link handle lines as they come from the engine, without "@".
     void say(std::initializer_list<QByteArrayView> lines);
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "link/note_listener.h"
 #include "link/shell.h"
+#include "link/voice_input.h"
 
 /// Stand-ins for the rooms above the link. Each notes what it is asked for in `calls`, a line a
 /// call such as "setFullScreen 1", and answers as its public fields say.
@@ -41,7 +43,7 @@ public:
     void quit() override { calls << QStringLiteral("quit"); }
 };
 
-class RecordingEars final : public Ears {
+class RecordingEars final : public VoiceInput {
 public:
     QStringList calls;
     bool on = false;
@@ -63,7 +65,7 @@ private:
     }
 };
 
-class RecordingStage final : public NoteStage {
+class RecordingStage final : public NoteListener {
 public:
     QStringList calls;
 

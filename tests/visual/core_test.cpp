@@ -17,7 +17,7 @@ public:
     Stand()
     {
         scene.resize(400, 440);
-        fixture->state = u"ONLINE"_s;
+        fixture->engineIs(EngineState::Online);
     }
     void run(double seconds, double step = 1.0 / 60)
     {
@@ -76,7 +76,7 @@ private Q_SLOTS:
         QCOMPARE(stand.fixture->level, stand.scene.look().level);
         QVERIFY(stand.scene.look().level > 0);
         stand.fixture.say({"done"});
-        stand.fixture->state = u"OFFLINE"_s;
+        stand.fixture->engineIs(EngineState::Offline);
         stand.run(4);
         QVERIFY(stand.highest() < 1e-3);
         QCOMPARE(stand.scene.look().opacity, 0.35);
@@ -151,7 +151,7 @@ private Q_SLOTS:
         Stand stand;
         for (const QByteArray &line : lines)
             stand.fixture->handle(line);
-        stand.fixture->state = state;
+        stand.fixture.bring(state);
         stand.run(0.01);
         QCOMPARE(stand.words(), words);
     }
@@ -171,7 +171,7 @@ private Q_SLOTS:
         QFETCH(QString, state);
         Stand stand;
         stand.scene.resize(side, side);
-        stand.fixture->state = state;
+        stand.fixture.bring(state);
         stand.run(0.1);
         const QRectF ring = stand.scene.ringPlace();
         for (const Label &label : stand.scene.labels()) {

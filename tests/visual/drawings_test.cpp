@@ -137,8 +137,8 @@ private Q_SLOTS:
         QFETCH(bool, contrast);
         QFETCH(bool, large);
         ItemWindow stand(u"Caption"_s, {900, 100});
-        stand.fixture->contrast = contrast;
-        stand.fixture->large = large;
+        stand.fixture->followContrast(contrast);
+        stand.fixture->setAccess(u"large"_s, large);
         // Full blocks: every pixel of a cell's middle has the letter's colour.
         const QString blocks(24, QChar(0x2588));
         stand.fixture.say({"say " + blocks.toUtf8(), "word 0 10 1000"});
@@ -201,7 +201,7 @@ private Q_SLOTS:
     void anUnseenWindowDrawsNothing()
     {
         ItemWindow stand(u"Core"_s);
-        stand.fixture->state = u"ONLINE"_s;
+        stand.fixture->engineIs(EngineState::Online);
         QSignalSpy moved(&stand.window, &QQuickWindow::afterAnimating);
         stand.window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&stand.window));
@@ -273,12 +273,12 @@ private Q_SLOTS:
     void theStageIsTakenAndGivenBack()
     {
         auto stand = std::make_unique<ItemWindow>(u"Visualiser"_s, QSize(1240, 840));
-        NoteStage *stage = stand->fixture->scene;
+        const NoteListener *stage = stand->fixture->scene();
         QVERIFY(stage && stage != &stand->fixture.stage);
         stand->fixture.say({"rollnew A Piece", "rolln 0.5,1,60,90,0", "rollstart 0 9", "on 64 90"});
         QVERIFY(!stand->picture().isNull());
         stand->item->setLink(nullptr);
-        QVERIFY(!stand->fixture->scene);
+        QVERIFY(!stand->fixture->scene());
         stand->fixture.say({"on 64 0"});
     }
 };

@@ -318,7 +318,7 @@ private Q_SLOTS:
         QCOMPARE(stand.label(height * 0.6), u"PAUSED  ·  RETURN OR KEY 6 TO CARRY ON"_s);
         QCOMPARE(stand.label(8), u"1"_s);
         stand.fixture.say({"done", "paused 0", "rollstop"});
-        stand.fixture->state = u"OFFLINE"_s;
+        stand.fixture->engineIs(EngineState::Offline);
         stand.frame();
         QCOMPARE(stand.label(height * 0.6), u"ENGINE OFFLINE"_s);
         QCOMPARE(stand.label(height - 40), QString());

@@ -32,7 +32,7 @@ private Q_SLOTS:
         QFETCH(QByteArrayList, lines);
         QFETCH(double, lit);
         ItemWindow stand(type, {520, 240});
-        stand.fixture->state = u"ONLINE"_s;
+        stand.fixture->engineIs(EngineState::Online);
         for (const QByteArray &line : lines)
             stand.fixture->handle(line);
         for (int i = 0; i < 20; ++i) {

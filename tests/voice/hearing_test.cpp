@@ -38,7 +38,7 @@ private Q_SLOTS:
             [this](const QString &line) { link_->send(line); }, Permissions::ofThisSystem(),
             Microphone::ofThisSystem(), Recogniser::ofThisSystem(),
             std::make_unique<QSettings>(link_.settingsFile, QSettings::IniFormat), link_.dataDir});
-        link_->setEars(voice_.get());
+        link_->setVoiceInput(voice_.get());
         turnOn();
         QTRY_VERIFY_WITH_TIMEOUT(logHas(u"the recogniser has been taught the name"_s), 20000);
         QVERIFY(!hear(u"what time is it"_s).filter(u"~ear 1 "_s).isEmpty()); // all is loaded now
@@ -49,7 +49,7 @@ private Q_SLOTS:
     void cleanup()
     {
         microphone_.thaw();
-        link_->typing = false;
+        link_->handle("typing 0");
         if (voice_)
             voice_->stop();
         link_->stop();
@@ -191,7 +191,7 @@ private Q_SLOTS:
         const auto taught = link_.read(u"voice-log.txt"_s).count("has been taught the name");
         for (int i = 0; i < 20; ++i) {
             const QString name = u"Kelo"_s + QChar(u'a' + i);
-            link_->assistant = name;
+            link_->handle("name " + name.toUtf8());
             voice_->listen();
             QTRY_COMPARE_WITH_TIMEOUT(
                 link_.read(u"voice-log.txt"_s).count("has been taught the name"), taught + i + 1,

@@ -51,9 +51,8 @@ private Q_SLOTS:
                     + QStringList{u"using microphone: Desk Mic"_s,
                         u"the speech recogniser is not available"_s},
                 {u"open desk"_s}},
-            {"another name", [](auto &f) { f.link->assistant = u"Zoë"_s; },
-                u"LISTENING FOR “ZOË”"_s, true,
-                found + QStringList{u"using microphone: Desk Mic"_s},
+            {"another name", [](auto &f) { f.link->handle("name Zoë"); }, u"LISTENING FOR “ZOË”"_s,
+                true, found + QStringList{u"using microphone: Desk Mic"_s},
                 {u"open desk"_s, u"start 0"_s}},
         };
         QTest::addColumn<std::function<void(VoiceFixture &)>>("prepare");
@@ -250,10 +249,10 @@ private Q_SLOTS:
     {
         VoiceFixture voice;
         voice->begin();
-        voice.link->typing = true;
+        voice.link->handle("typing 1");
         voice.recogniser->say(u"play"_s);
         voice.recogniser->say(u"play it"_s, true);
-        voice.link->typing = false;
+        voice.link->handle("typing 0");
         QCOMPARE(voice.sent(), QStringList());
         voice.link.time.advance(0.5);
         QCOMPARE(voice.events.last(), u"start 1"_s);
@@ -354,10 +353,10 @@ private Q_SLOTS:
         voice.recogniser->say(u"hm"_s); // nothing new
         voice.link.time.advance(6.2); // 120
         QCOMPARE(sessions(), 3U);
-        voice.link->speaking = true;
+        voice.link->handle("say x");
         voice.link.time.advance(40); // 160: the assistant speaks
         QCOMPARE(sessions(), 3U);
-        voice.link->speaking = false;
+        voice.link->handle("done");
         voice.link.time.advance(40);
         QCOMPARE(sessions(), 4U);
         voice->begin(); // on already: starts over, and its 40 seconds too
@@ -371,7 +370,7 @@ private Q_SLOTS:
     void expectsTheRightPhrases()
     {
         VoiceFixture voice;
-        voice.link->assistant = u"Luna"_s;
+        voice.link->handle("name Luna");
         voice->begin();
         QCOMPARE(voice.recogniser->requests.last().contextualStrings,
             (QStringList{u"Luna"_s, u"Hey Luna"_s, u"composition"_s, u"metronome"_s, u"REAPER"_s,
@@ -389,7 +388,7 @@ private Q_SLOTS:
     void followsTheEngine()
     {
         VoiceFixture voice;
-        voice.link->setEars(voice.voice.get());
+        voice.link->setVoiceInput(voice.voice.get());
         voice.link->send(u"#voice"_s);
         QVERIFY(voice->on);
         voice.link.say({"vocab sonata|fugue", "earreset"});

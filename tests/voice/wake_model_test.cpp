@@ -142,12 +142,12 @@ private Q_SLOTS:
         QVERIFY(!voice.recogniser->requests.last().taught);
         QTRY_COMPARE(voice.events.last(), u"start 1"_s);
         QCOMPARE(voice.recogniser->requests.last().taught->name, u"Kelo"_s);
-        voice.link->assistant = u"Luna"_s;
+        voice.link->handle("name Luna");
         voice->listen(); // no model of an old name
         QVERIFY(!voice.recogniser->requests.last().taught);
         QTRY_COMPARE(voice.events.last(), u"start 3"_s);
         QCOMPARE(voice.recogniser->requests.last().taught->name, u"Luna"_s);
-        voice.link->assistant = u"Aria"_s;
+        voice.link->handle("name Aria");
         voice->listen();
         voice->stop();
         QTRY_COMPARE(voice.recogniser->taughtNames.load(), 3);

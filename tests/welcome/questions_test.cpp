@@ -202,7 +202,7 @@ private Q_SLOTS:
     {
         QFETCH(const int, step);
         QFETCH(const QByteArray, keys);
-        link().welcomeStepForSnapshot = step;
+        link().setWelcomeStepForSnapshot(step);
         begin();
         press(link(), keys);
         QFETCH(const Answers, answers);
@@ -215,7 +215,7 @@ private Q_SLOTS:
 
     void leavesAChoiceToTheScreenReader()
     {
-        link().welcomeStepForSnapshot = 2;
+        link().setWelcomeStepForSnapshot(2);
         begin();
         questions_->setAnswers({.reader = true});
         const QSignalSpy announced(questions_.get(), &WelcomeQuestions::choiceAnnounced);
@@ -231,7 +231,7 @@ private Q_SLOTS:
 
     void leavesTheOtherKeysToTheControls()
     {
-        link().welcomeStepForSnapshot = 2;
+        link().setWelcomeStepForSnapshot(2);
         begin();
         const auto consumes = [this](int key) { return link().welcomeKey.get()(key, {}); };
         for (const int key : {Qt::Key_Space, Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_F, Qt::Key_Up})

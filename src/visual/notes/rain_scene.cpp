@@ -27,13 +27,13 @@ constexpr double progressHeight = 3;
 RainScene::RainScene(Link &link)
     : link_(&link)
 {
-    link.scene = this;
+    link.setScene(this);
 }
 
 RainScene::~RainScene()
 {
-    if (link_ && link_->scene == this)
-        link_->scene = nullptr;
+    if (link_)
+        link_->clearScene(this);
 }
 
 void RainScene::resize(double width, double height)

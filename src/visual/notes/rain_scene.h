@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/shell.h"
+#include "link/note_listener.h"
 #include "visual/notes/falling_notes.h"
 #include "visual/notes/live_bars.h"
 #include "visual/notes/rain_keyboard.h"
@@ -17,7 +17,7 @@ class Link;
 ///
 /// It is the link's note stage from its making to its end. Everything in it follows from the
 /// link, the notes it was told of and the time; it draws nothing itself.
-class RainScene final : public NoteStage {
+class RainScene final : public NoteListener {
 public:
     explicit RainScene(Link &link);
     ~RainScene() override;

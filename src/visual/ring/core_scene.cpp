@@ -124,7 +124,7 @@ void CoreScene::update(Link &link, double now, const Motion &motion)
     const double mean = std::accumulate(values_.begin(), values_.end(), 0.0) / voiceBandCount;
     const double loudness = std::min(mean * 1.7, 1.0);
     level_ += std::min(step * levelRate, 1.0) * (loudness - level_);
-    link.level = level_;
+    link.setLevel(level_);
 
     // The arcs always drift, and faster the louder the voice is.
     const double turn = step * motion.pace * (level_ * 2.2 + 0.9);

@@ -1,4 +1,4 @@
-#include "link/voice_bands.h"
+#include "link/voice_level.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,8 +8,6 @@ namespace kelo {
 
 namespace {
 
-constexpr double framesPerSecond = 60.0;
-constexpr double startToSound = 0.04; // seconds from the engine's "start" to the first frame
 constexpr double longestStep = 0.1; // seconds; a stalled display does not leap
 constexpr double shortestStep = 0.001;
 
@@ -83,27 +81,6 @@ void raiseForRipple(Bars &target, const Ripple &ripple, double now)
 }
 
 } // namespace
-
-std::optional<VoiceFrame> voiceBands(const VoiceStream &voice, double now)
-{
-    if (!voice.speaking || voice.frames.empty())
-        return std::nullopt;
-    std::optional<double> anchor = voice.anchor;
-    if (!anchor && voice.start > 0)
-        anchor = voice.start + startToSound;
-    if (!anchor || *anchor <= 0)
-        return std::nullopt;
-    const double x = (now - *anchor) * framesPerSecond;
-    if (!(x >= 0 && x < static_cast<double>(voice.frames.size())))
-        return std::nullopt;
-    const auto i = static_cast<std::size_t>(x);
-    const VoiceFrame &first = voice.frames[i];
-    const VoiceFrame &second = voice.frames[std::min(i + 1, voice.frames.size() - 1)];
-    VoiceFrame bands{};
-    for (std::size_t band = 0; band < bands.size(); ++band)
-        bands[band] = mix(first[band], second[band], x - static_cast<double>(i));
-    return bands;
-}
 
 double easedLevel(double level, const Liveliness &life, double now, double dt)
 {

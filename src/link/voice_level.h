@@ -4,7 +4,6 @@
 
 #include <optional>
 #include <span>
-#include <vector>
 
 /// The numbers behind everything that moves with the assistant's voice. Times are seconds of
 /// uptime; steps are seconds since the caller's last call.
@@ -13,17 +12,13 @@ namespace kelo {
 inline constexpr int barCount = 120;
 using Bars = std::array<double, barCount>;
 
-/// What the engine has told of the voice it is producing.
-struct VoiceStream {
-    bool speaking = false;
-    const std::vector<VoiceFrame> &frames; ///< the utterance's spectrum, 60 frames a second
-    std::optional<double> anchor; ///< when frame 0 sounds, known from the first word on
-    double start = 0; ///< when the engine announced the sound; 0 when it did not
+/// How loud the assistant's voice is shown.
+struct VoiceLevel {
+    double level = 0.05; ///< smoothed, 0 to 1
+    double levelAt = 0; ///< when it was last updated
+    Bars bars{};
+    double barsAt = 0;
 };
-
-/// The spectrum at `now`, interpolated between two frames; nothing while the assistant is silent,
-/// before its first frame and after its last.
-[[nodiscard]] std::optional<VoiceFrame> voiceBands(const VoiceStream &voice, double now);
 
 /// What moves the display while there is no spectrum.
 struct Liveliness {
