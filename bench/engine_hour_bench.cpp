@@ -4,6 +4,7 @@
 
 #include "assistant/assistant.h"
 #include "sound/mixer.h"
+#include "sound/sound_desk.h"
 #include "speech/synthesiser.h"
 #include "support/figures.h"
 
@@ -57,6 +58,7 @@ private:
     Mixer mixer{std::make_unique<Synth>(std::vector<std::string>{
                     "/usr/share/sounds/sf2/default-GM.sf2", "/usr/share/sounds/sf2/TimGM6mb.sf2"}),
         clock};
+    SoundDesk desk{mixer, {}, {}, [] {}};
     SpeechDispatcher dispatcher{false, {}};
     Synthesiser voice{[] {}};
     MidiThru through{mixer.music(), clock, [](ChannelMessage) {}};
@@ -66,7 +68,7 @@ private:
     Band band{wire, mixer.band(), clock};
     Library library{{}};
     Assistant assistant{{wire, speaker, player, metronome, band, through, mixer.keys(), library,
-                            [](float) {}, [](const std::filesystem::path &) { return false; }},
+                            desk, [](const std::filesystem::path &) { return false; }},
         {home / "profile.json", home / "commands.html", home}, 1};
 };
 

@@ -120,6 +120,23 @@ private Q_SLOTS:
         QCOMPARE(engine->end(), QString()); // before what it speaks to ends
     }
 
+    void theServiceIsChosenByVoice()
+    {
+        std::atomic<int> texts = 0;
+        const SpeechService service(engine->path(u"speech"_s), [&](const QByteArray &, int number) {
+            ++texts;
+            return QByteArrayList{SpeechService::event("701", number, "701 BEGIN\r\n"),
+                SpeechService::event("702", number, "702 END\r\n")};
+        });
+        startWithService({});
+        expect("\n~say use the system's voice\n", {u"say I speak.*"_s, u"start"_s, u"done"_s});
+        QCOMPARE(texts, 1);
+        QVERIFY(engine->profile().value(u"systemVoice"_s).toBool());
+        expect("~say use your own voice\n", {u"say .*"_s, u"spec \\d+ 0 .*"_s});
+        QCOMPARE(texts, 1);
+        QCOMPARE(engine->end(), QString());
+    }
+
     void ownVoiceWhereThereIsNoService()
     {
         startWithService();
@@ -129,10 +146,10 @@ private Q_SLOTS:
     }
 
 private:
-    void startWithService()
+    void startWithService(const QString &speech = u"speech-dispatcher"_s)
     {
         engine->start({},
-            {{u"KELO_SPEECH"_s, u"speech-dispatcher"_s},
+            {{u"KELO_SPEECH"_s, speech},
                 // The client's library keeps a few bytes when it fails; only so is it seen to be
                 // its.
                 {u"ASAN_OPTIONS"_s, u"fast_unwind_on_malloc=0"_s},

@@ -41,8 +41,7 @@ void Rig::start(bool known)
     const std::filesystem::path home = folder_.path().toStdString();
     library = std::make_unique<Library>(home / "songs");
     assistant = std::make_unique<Assistant>(
-        Equipment{wire, speech, player, metronome, band, through, keys, *library,
-            [this](float loudness) { voiceLoudness = loudness; },
+        Equipment{wire, speech, player, metronome, band, through, keys, *library, desk,
             [](const std::filesystem::path &) { return false; }},
         Places{home / "profile.json", home / "commands.html", home / "songs"}, 7);
     assistant->begin("", true, moment());
@@ -178,6 +177,8 @@ QString failureOf(Rig &rig, const QStringList &steps)
             if (verb == u"sounds")
                 rig.run(5);
             good = (rig.notes(words[0]) > 0) == (verb == u"sounds");
+        } else if (verb == u"kept") {
+            good = kelo::test::readFile(rig.path(u"profile.json"_s)).contains(rest.toUtf8());
         } else if (verb == u"file") {
             good =
                 !QDir(rig.path(u"songs"_s)).entryList().filter(QRegularExpression(rest)).isEmpty();

@@ -4,6 +4,7 @@
 #include "assistant/demo.h"
 #include "piano/midi_thru.h"
 #include "protocol/input.h"
+#include "sound/sound_desk.h"
 #include "stage.h"
 
 #include <QStringList>
@@ -25,8 +26,15 @@ public:
     void stop() override;
     [[nodiscard]] bool speaking() const override { return end_.has_value(); }
     void setVoice(std::size_t) override { }
+    void setStyle(const kelo::engine::SpeechStyle &value) override { style = value; }
+    void setLoudness(float) override { }
+    void useSystemVoice(bool value) override { system = value; }
+    [[nodiscard]] bool usesSystemVoice() const override { return system; }
     void advance(double now) override;
     [[nodiscard]] std::optional<double> deadline() const override { return end_; }
+
+    kelo::engine::SpeechStyle style;
+    bool system = false;
 
 private:
     kelo::engine::Wire &wire_;
@@ -71,7 +79,9 @@ public:
     kelo::engine::Band band{wire, rhythm, clock};
     std::unique_ptr<kelo::engine::Library> library;
     std::unique_ptr<kelo::engine::Assistant> assistant;
-    float voiceLoudness = 0;
+    kelo::engine::Mixer mixer{
+        std::make_unique<kelo::engine::Synth>(std::span<const std::string>{}), clock};
+    kelo::engine::SoundDesk desk{mixer, {}, {}, [] {}};
 
 private:
     void write(std::string_view line);
@@ -91,5 +101,6 @@ private:
 ///     wait 3          seconds pass
 ///     piano NAME      one is plugged in; without a name it is pulled out
 ///     sounds music    notes are begun there ("music", "rhythm", "keys"); "silent music": none
+///     kept TEXT       the profile's file has this in it
 ///     file PATTERN    a file of such a name is in the songs folder
 [[nodiscard]] QString failureOf(Rig &rig, const QStringList &steps);

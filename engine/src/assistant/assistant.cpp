@@ -103,8 +103,8 @@ Assistant::Assistant(const Equipment &equipment, const Places &places, std::uint
           .seed = seed}
     , activity_(std::make_unique<HomeActivity>(session_))
     , activityRequests_(session_, activity_)
-    , soundRequests_(session_, settings_, equipment.speech, equipment.through, equipment.keys,
-          equipment.setVoiceLoudness)
+    , soundRequests_(
+          session_, settings_, equipment.speech, equipment.through, equipment.keys, equipment.desk)
     , displayRequests_(session_)
     , talkRequests_(session_, settings_, activity_, places.page, equipment.openPage)
     , ear_([this](std::span<const Word> words) { return understands(words, false); },
@@ -491,6 +491,7 @@ void Assistant::advance(const Moment &now)
         if (std::exchange(answerExpected_, false))
             ear_.expectAnswer(now.uptime);
     }
+    soundRequests_.advance(now);
     activity_->advance(now);
 }
 

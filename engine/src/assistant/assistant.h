@@ -34,7 +34,7 @@ struct Equipment {
     MidiThru &through;
     Instrument &keys; ///< what the player's own keys sound on
     Library &library;
-    std::function<void(float)> setVoiceLoudness; ///< 1 is as the voice is
+    SoundDesk &desk;
     std::function<bool(const std::filesystem::path &)> openPage; ///< shows it to the user
 };
 

@@ -78,12 +78,6 @@ std::optional<double> Engine::deadline() const
     return earlier(earlier(assistant_.deadline(), own), piano_.deadline());
 }
 
-void Engine::setVoiceLoudness(float loudness)
-{
-    mixer_.setLoudness(Fader::Voice, loudness);
-    dispatcher_.setLoudness(loudness);
-}
-
 void Engine::show()
 {
     while (const auto step = demo_->advance(assistant_.quiet(), monotonicNow())) {

@@ -38,7 +38,6 @@ public:
     [[nodiscard]] int pianoFile() const { return piano_.file(); }
 
 private:
-    void setVoiceLoudness(float loudness);
     void show();
 
     Wire &wire_;
@@ -58,9 +57,8 @@ private:
     const std::filesystem::path home_ = homeFolder();
     const std::filesystem::path songs_ = songsFolder(setting("HOME"));
     Library library_{songs_};
-    Assistant assistant_{
-        {wire_, speaker_, player_, metronome_, band_, through_, mixer_.keys(), library_,
-            [this](float loudness) { setVoiceLoudness(loudness); }, openWithDesktop},
+    Assistant assistant_{{wire_, speaker_, player_, metronome_, band_, through_, mixer_.keys(),
+                             library_, desk_, openWithDesktop},
         {home_ / "profile.json", home_ / "commands.html", songs_}, std::random_device{}()};
     std::optional<Demo> demo_;
     bool audible_ = false;

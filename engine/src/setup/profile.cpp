@@ -40,6 +40,14 @@ template <typename Members, typename Visit> void visitMembers(Members &profile, 
     visit("topKey", profile.topKey);
     visit("voice", profile.voice);
     visit("voiceLoudness", profile.voiceLoudness);
+    visit("speechRate", profile.speechRate);
+    visit("speechPitch", profile.speechPitch);
+    visit("systemVoice", profile.systemVoice);
+    visit("piecesLoudness", profile.piecesLoudness);
+    visit("keysLoudness", profile.keysLoudness);
+    visit("bandLoudness", profile.bandLoudness);
+    visit("ticksLoudness", profile.ticksLoudness);
+    visit("soundfont", profile.soundfont);
     visit("keysSound", profile.keysSound);
 }
 
@@ -85,7 +93,11 @@ void repair(Profile &profile)
         profile.birthday.clear();
     profile.topKey = std::clamp(profile.topKey, 36, 127);
     profile.voice = std::clamp(profile.voice, 0, 99);
-    profile.voiceLoudness = std::clamp(profile.voiceLoudness, 10, 200);
+    for (int *loudness : {&profile.voiceLoudness, &profile.piecesLoudness, &profile.keysLoudness,
+             &profile.bandLoudness, &profile.ticksLoudness})
+        *loudness = std::clamp(*loudness, 10, 200);
+    profile.speechRate = std::clamp(profile.speechRate, 120, 400);
+    profile.speechPitch = std::clamp(profile.speechPitch, 0, 100);
 }
 
 /// The file's name is only ever that of a whole file, whenever the machine stops.

@@ -23,6 +23,14 @@ struct Profile {
     int topKey = 108; ///< the highest key of the piano
     int voice = 0; ///< which of the voices
     int voiceLoudness = 100; ///< percent
+    int speechRate = 165; ///< words a minute
+    int speechPitch = 50; ///< 0 to 100
+    bool systemVoice = false; ///< the desktop's speech service speaks
+    int piecesLoudness = 100; ///< percent, as the next three
+    int keysLoudness = 100;
+    int bandLoudness = 100;
+    int ticksLoudness = 100;
+    std::string soundfont; ///< the file that was chosen; empty for what is there
     bool keysSound = true; ///< the player's keys sound from here, too
 
     friend bool operator==(const Profile &, const Profile &) = default;

@@ -27,12 +27,10 @@ public:
 
     void setVoice(std::size_t index) override { synthesiser_.setVoice(index); }
 
-    void setStyle(const SpeechStyle &style);
-
-    /// Speaks with the desktop's speech service from the next text on, if that answers; else, and
-    /// where it does not, with a voice of our own.
-    void useSystemVoice(bool value);
-    [[nodiscard]] bool usesSystemVoice() const { return dispatcher_.works(); }
+    void setStyle(const SpeechStyle &style) override;
+    void setLoudness(float value) override { dispatcher_.setLoudness(value); }
+    void useSystemVoice(bool value) override;
+    [[nodiscard]] bool usesSystemVoice() const override { return dispatcher_.works(); }
 
     void stop() override;
     [[nodiscard]] bool speaking() const override { return utterance_.has_value(); }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "speech/voices.h"
+
 #include <cstddef>
 #include <optional>
 #include <string_view>
@@ -18,6 +20,15 @@ public:
 
     /// Speaks with one of `voices` from the next text on.
     virtual void setVoice(std::size_t index) = 0;
+
+    virtual void setStyle(const SpeechStyle &style) = 0;
+    /// 1 is as a voice is by itself. What is mixed here has its loudness from the mixer.
+    virtual void setLoudness(float value) = 0;
+
+    /// Speaks with the desktop's speech service from the next text on, if that answers; else, and
+    /// where it does not, with a voice of our own.
+    virtual void useSystemVoice(bool value) = 0;
+    [[nodiscard]] virtual bool usesSystemVoice() const = 0;
 
     /// Does what is due at `now`.
     virtual void advance(double now) = 0;
