@@ -37,6 +37,11 @@ function(kelo_test name)
     target_link_libraries(
         ${name} PRIVATE Kelo::Rules Qt6::Test kelo_test_support ${TEST_LIBRARIES}
     )
+    if(TEST_LIBRARIES MATCHES "kelo_(visual|hud|welcome|app)")
+        kelo_precompiled(${name} quick_test)
+    else()
+        kelo_precompiled(${name} test)
+    endif()
     file(MAKE_DIRECTORY ${home})
     file(CHMOD ${home} DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
     add_test(NAME ${name} COMMAND ${runner} $<TARGET_FILE:${name}>)
