@@ -2,11 +2,9 @@
 # made by kelo_header_set keeps one set of them; kelo_precompiled lets a target of ours use a set.
 # Sources include what they use all the same; static analysis reads them without.
 #
-#   standard     the standard library (what uses it keeps its own: its flags differ)
-#   core         Qt Core, and the above
-#   quick        Qt Quick, and the above
-#   test         Qt Test, and core
-#   quick_test   Qt Test, and quick
+#   standard  the standard library (what uses it keeps its own: its flags differ)
+#   core      Qt Core, and the above
+#   quick     Qt Quick, and the above
 
 option(KELO_PRECOMPILE "Read the libraries' headers once for many sources" OFF)
 
@@ -17,8 +15,6 @@ set(standard_headers
 )
 set(core_headers <QtCore> ${standard_headers})
 set(quick_headers <QtGui> <QtQml> <QtQuick> ${core_headers})
-set(test_headers <QtTest> ${core_headers})
-set(quick_test_headers <QtTest> ${quick_headers})
 
 function(kelo_header_set name)
     if(NOT KELO_PRECOMPILE)
