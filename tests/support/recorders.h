@@ -12,6 +12,8 @@ class RecordingShell final : public Shell {
 public:
     QStringList calls;
     bool hidden = false;
+    bool loginWorks = true; ///< start at login can be switched
+    bool login = false; ///< it is on
     QString midiFile; ///< what the user chooses; empty when the choice is cancelled
 
     [[nodiscard]] bool mainWindowHidden() const override { return hidden; }
@@ -25,17 +27,18 @@ public:
     bool setLoginItem(bool on) override
     {
         calls << QStringLiteral("setLoginItem %1").arg(on);
-        return true;
+        login = loginWorks ? on : login;
+        return loginWorks;
     }
-    [[nodiscard]] bool loginItemOn() const override { return false; }
+    [[nodiscard]] bool loginItemOn() const override { return login; }
     void setHighContrast(bool on) override
     {
         calls << QStringLiteral("setHighContrast %1").arg(on);
     }
     void chooseMidiFile(
-        const QString & /*folder*/, std::function<void(const QString &path)> chosen) override
+        const QString &folder, std::function<void(const QString &path)> chosen) override
     {
-        calls << QStringLiteral("chooseMidiFile");
+        calls << QStringLiteral("chooseMidiFile ") + folder;
         if (!midiFile.isEmpty())
             chosen(midiFile);
     }
