@@ -69,7 +69,7 @@ private:
     Library library{{}};
     Assistant assistant{{wire, speaker, player, metronome, band, through, mixer.keys(), library,
                             desk, [](const std::filesystem::path &) { return false; }},
-        {home / "profile.json", home / "commands.html", home}, 1};
+        {home / "profile.json", home / "commands.html", home, home / "takes"}, 1};
 };
 
 void Hour::take(std::string_view line)

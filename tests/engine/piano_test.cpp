@@ -6,8 +6,10 @@
 #include "piano/piano.h"
 #include "piano/recorder.h"
 #include "stage.h"
+#include "support/files.h"
 #include "support/table.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -82,37 +84,143 @@ private Q_SLOTS:
         QCOMPARE(text(found), messages);
     }
 
-    void remembersTheLastTake()
+    void commandKeysGiveWayToMusic_data()
+    {
+        // What happens to keys 60 (music), 93 (the lowest command key) and 108 (the highest):
+        // "93+0.5" is pressed half a second later, "93-" let go of. It then is music, swallowed,
+        // command N or a tick of the hold.
+        const Table<int, QString, QString> row{"rule", "keys", "meanings"};
+        using Rule = CommandKeys::Rule;
+        row("at once", int(Rule::AtOnce), u"60+0 60-0 108+0 108-0 93+0 93-0"_s,
+            u"music music command0 swallowed command9 swallowed"_s);
+        row("off", int(Rule::Off), u"108+0 108-0 93+0 93-3"_s, u"music music music music"_s);
+        row("all is music", int(Rule::AfterHold), u"108+0 108-0 93+0 93-0.9 108+0.2"_s,
+            u"music music music music music"_s);
+        row("after a hold", int(Rule::AfterHold), u"93+0 93-1.1 108+0.5 108-0 108+0"_s,
+            u"music tick music command0 swallowed music"_s);
+        row("while it is held", int(Rule::AfterHold), u"93+0 108+1.1 108-0 93-0"_s,
+            u"music tick command0 swallowed music"_s);
+        row("the lowest itself", int(Rule::AfterHold), u"93+0 93-1.1 93+0 93-2"_s,
+            u"music tick music command9 swallowed"_s);
+        row("too late", int(Rule::AfterHold), u"93+0 93-1.1 108+5.1"_s,
+            u"music tick music music"_s);
+        row("just in time", int(Rule::AfterHold), u"93+0 93-1.1 108+3.8"_s,
+            u"music tick music command0"_s);
+        row("another key first", int(Rule::AfterHold), u"93+0 93-1.1 60+0 108+0"_s,
+            u"music tick music music music"_s);
+        row("held in a chord", int(Rule::AfterHold), u"93+0 60+0.5 60-0 93-0.7 108+0"_s,
+            u"music music music music music"_s);
+        row("another command key held", int(Rule::AfterHold), u"95+0 95-2 108+0"_s,
+            u"music music music"_s);
+    }
+
+    void commandKeysGiveWayToMusic()
+    {
+        QFETCH(int, rule);
+        QFETCH(QString, keys);
+        CommandKeys commands(108);
+        commands.setRule(static_cast<CommandKeys::Rule>(rule));
+        QStringList meanings;
+        double now = 10;
+        for (const QString &key : keys.split(u' ')) {
+            const bool presses = key.contains(u'+');
+            const QStringList parts = key.split(presses ? u'+' : u'-');
+            now += parts[1].toDouble();
+            if (const auto due = commands.deadline(); due && *due <= now) {
+                if (commands.advance(*due) && !commands.advance(now))
+                    meanings << u"tick"_s;
+            }
+            const int pitch = parts[0].toInt();
+            const auto [music, command] =
+                presses ? commands.press(pitch, now) : commands.release(pitch);
+            meanings << (command ? u"command%1"_s.arg(*command)
+                    : music      ? u"music"_s
+                                 : u"swallowed"_s);
+        }
+        QTEST(meanings.join(u' '), "meanings");
+    }
+
+    void recordsKeysAndPedals()
     {
         Recorder recorder;
         QVERIFY(!recorder.lastTake(0));
-        recorder.key(60, 80, 100);
-        recorder.key(60, 0, 101);
-        recorder.key(64, 70, 105);
-        recorder.key(64, 75, 106); // pressed again without a release
+        recorder.play({0xb0, 64, 127}, 90); // is still down when the playing begins
+        recorder.play({0x95, 60, 80}, 100);
+        recorder.play({0x85, 60, 0}, 101);
+        recorder.play({0xb0, 64, 0}, 102);
+        recorder.play({0xb0, 7, 99}, 102); // no pedal
+        recorder.play({0x90, 64, 70}, 105);
+        recorder.play({0x90, 64, 75}, 106); // pressed again without a release
         const Piece take = recorder.lastTake(108).value();
-        QCOMPARE(take.notes.size(), 3U);
-        QVERIFY((take.notes[0] == Note{0, 1, 60, 80, 0, 0}));
-        QVERIFY((take.notes[1] == Note{5, 1, 64, 70, 0, 0}));
-        QVERIFY((take.notes[2] == Note{6, 2, 64, 75, 0, 0})); // is still held
-        recorder.key(64, 0, 125);
-        recorder.key(67, 80, 136); // after a long silence
-        QCOMPARE(recorder.lastTake(137).value().notes.size(), 1U);
+        const std::vector<Note> notes{
+            {0, 1, 60, 80, 0, 0}, {5, 1, 64, 70, 0, 0}, {6, 2, 64, 75, 0, 0}}; // is still held
+        QCOMPARE(take.notes, notes);
+        QStringList messages;
+        for (const auto &[at, message] : take.messages)
+            messages << u"%1 %2"_s.arg(at).arg(text({message}));
+        QCOMPARE(messages.join(u", "_s),
+            u"0 b0 64 127, 0 90 60 80, 1 80 60 0, 2 b0 64 0, 5 90 64 70, 6 80 64 0, 6 90 64 75, "
+            "8 80 64 0"_s);
         for (int i = 0; i < 100000; ++i)
-            recorder.key(i % 128, 1 + i % 2 * 64, 137 + i * 0.001);
-        recorder.key(-1, 1, 300);
-        recorder.key(128, 1, 300);
+            recorder.play({0x90, static_cast<unsigned char>(i % 128), 1}, 137 + i * 0.001);
         QCOMPARE(recorder.lastTake(300).value().notes.size(), Recorder::mostNotes);
+    }
+
+    void takesStay()
+    {
+        QTemporaryDir folder;
+        const std::filesystem::path path = folder.filePath(u"takes"_s).toStdString();
+        double now = 100;
+        const auto play = [&now](Recorder &recorder, int pitch, int count) {
+            for (int i = 0; i < count; ++i, now += 0.5) {
+                recorder.play({0x90, static_cast<unsigned char>(pitch), 80}, now);
+                recorder.play({0x80, static_cast<unsigned char>(pitch), 0}, now + 0.4);
+            }
+        };
+        const auto firstKeys = [](const std::vector<Piece> &takes) {
+            QList<int> keys;
+            for (const Piece &take : takes)
+                keys << take.notes.front().pitch;
+            return keys;
+        };
+        {
+            Recorder recorder(path);
+            for (int pitch = 50; pitch < 62; ++pitch) {
+                play(recorder, pitch, 5);
+                QVERIFY(std::abs(*recorder.deadline() - (now - 0.1 + Recorder::rest)) < 0.01);
+                recorder.advance(now + 1); // is still being played
+                QVERIFY(recorder.deadline());
+                recorder.advance(now + 2);
+                QVERIFY(!recorder.deadline());
+                now += 12;
+            }
+            play(recorder, 90, 3); // stray keys
+            QCOMPARE(recorder.lastTake(now)->notes.front().pitch, 61);
+            QCOMPARE(
+                firstKeys(recorder.takes(now)), (QList{61, 60, 59, 58, 57, 56, 55, 54, 53, 52}));
+            now += 9; // goes on within ten seconds
+            play(recorder, 91, 1);
+            QCOMPARE(recorder.lastTake(now)->notes.size(), 4U);
+        }
+        kelo::test::writeFile(folder.filePath(u"takes/take-1000.mid"_s), "half a file");
+        kelo::test::writeFile(folder.filePath(u"takes/notes.txt"_s), "mine");
+        Recorder recorder(path); // after a crash, or the next day
+        const auto takes = recorder.takes(now);
+        QCOMPARE(firstKeys(takes), (QList{90, 61, 60, 59, 58, 57, 56, 55, 54, 53}));
+        QCOMPARE(takes[1].notes.size(), 5U);
+        play(recorder, 70, 4);
+        recorder.advance(now + 3);
+        QTRY_VERIFY(QDir(folder.filePath(u"takes"_s)).exists(u"take-14.mid"_s));
+        QTRY_COMPARE(QDir(folder.filePath(u"takes"_s)).entryList({u"take-*"_s}).size(), 10);
+        QVERIFY(QFile::exists(folder.filePath(u"takes/notes.txt"_s)));
     }
 
     void whatIsKeptReadsBack()
     {
-        Recorder recorder;
-        recorder.key(60, 80, 0);
-        recorder.key(60, 0, 0.5);
-        recorder.key(62, 81, 200.25 - 195); // a long delta
-        recorder.key(62, 0, 200.25 - 194);
-        const Piece take = recorder.lastTake(9).value();
+        Piece take;
+        take.notes = {{0, 0.5, 60, 80, 0, 0}, {5.25, 1, 62, 81, 0, 0}}; // a long delta
+        take.messages = {{0, {0xb0, 64, 127}}, {0.7, {0xc0, 5, 0}}};
+        addMessages(take);
         const Piece read = std::get<Piece>(readMidiFile(writeMidiFile(take)));
         QCOMPARE(read.notes.size(), take.notes.size());
         for (std::size_t i = 0; i < take.notes.size(); ++i) {
@@ -120,6 +228,8 @@ private Q_SLOTS:
             QVERIFY(std::abs(read.notes[i].duration - take.notes[i].duration) < 0.002);
             QCOMPARE(read.notes[i].velocity, take.notes[i].velocity);
         }
+        QCOMPARE(read.messages.size(), take.messages.size());
+        QCOMPARE(read.messages[0].message, (ChannelMessage{0xb0, 64, 127}));
     }
 
     void aDeviceMayComeAndGo()
@@ -145,6 +255,14 @@ private Q_SLOTS:
         QVERIFY(piano.name().empty());
         QCOMPARE(mkfifo(path, 0600), 0);
         QVERIFY(piano.look(8));
+        QVERIFY(QFile::rename(QString::fromUtf8(path), folder.filePath(u"old"_s)));
+        QCOMPARE(mkfifo(path, 0600), 0); // replugged before anybody looked
+        QVERIFY(piano.look(10));
+        QVERIFY(piano.look(12) && piano.name() == "Stage Piano");
+        const int again = open(path, O_WRONLY | O_NONBLOCK);
+        QCOMPARE(write(again, "\x90\x3d\x50", 3), 3);
+        QCOMPARE(text(piano.take()), u"90 61 80"_s);
+        close(again);
 
         Piano text([] {}, folder.filePath(u"x"_s).toStdString());
         QFile plain(folder.filePath(u"x"_s));

@@ -43,7 +43,7 @@ void Rig::start(bool known)
     assistant = std::make_unique<Assistant>(
         Equipment{wire, speech, player, metronome, band, through, keys, *library, desk,
             [](const std::filesystem::path &) { return false; }},
-        Places{home / "profile.json", home / "commands.html", home / "songs"}, 7);
+        Places{home / "profile.json", home / "commands.html", home / "songs", home / "takes"}, 7);
     assistant->begin("", true, moment());
     assistant->greet("", moment());
 }
@@ -96,7 +96,7 @@ void Rig::press(int pitch, int velocity)
 
 void Rig::plug(const QString &piano)
 {
-    assistant->pianoChanged(piano.toStdString());
+    assistant->pianoChanged(piano.toStdString(), moment());
 }
 
 QString Rig::waitFor(const QString &pattern, double seconds)

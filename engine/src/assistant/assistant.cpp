@@ -100,7 +100,8 @@ Assistant::Assistant(const Equipment &equipment, const Places &places, std::uint
           .band = equipment.band,
           .library = equipment.library,
           .songsFolder = places.songs,
-          .seed = seed}
+          .seed = seed,
+          .recorder = Recorder(places.takes)}
     , activity_(std::make_unique<HomeActivity>(session_))
     , activityRequests_(session_, activity_)
     , soundRequests_(
@@ -130,7 +131,7 @@ void Assistant::begin(std::string_view piano, bool asksQuestions, const Moment &
     soundRequests_.begin();
     wire_.send("hands", nameOf(session_.hands));
     showMode();
-    pianoChanged(piano);
+    showPiano(piano);
     advance(now);
 }
 
@@ -429,10 +430,19 @@ bool Assistant::takeCommandKey(int pitch, int velocity, const Moment &now)
         say("This is the top key now.", now);
         return true;
     }
-    const auto place = commandKeysOn_ ? commandKeys_.place(pitch) : std::nullopt;
-    if (place && velocity > 0)
-        perform({commandKeyActions(shownMode_)[static_cast<std::size_t>(*place)]}, now);
-    return place.has_value();
+    setCommandKeysRule();
+    const auto [music, command] =
+        velocity > 0 ? commandKeys_.press(pitch, now.uptime) : commandKeys_.release(pitch);
+    if (command)
+        perform({commandKeyActions(shownMode_)[static_cast<std::size_t>(*command)]}, now);
+    return !music;
+}
+
+void Assistant::setCommandKeysRule()
+{
+    commandKeys_.setRule(!commandKeysOn_   ? CommandKeys::Rule::Off
+            : activity_->everyKeyIsMusic() ? CommandKeys::Rule::AfterHold
+                                           : CommandKeys::Rule::AtOnce);
 }
 
 void Assistant::takePiano(ChannelMessage message, const Moment &now)
@@ -442,20 +452,34 @@ void Assistant::takePiano(ChannelMessage message, const Moment &now)
     const bool release = message.kind() == 0x80 || (message.kind() == 0x90 && message.second == 0);
     const bool note = release || message.kind() == 0x90;
     const int velocity = release ? 0 : message.second;
-    if (note && !down_[static_cast<std::size_t>(pitch)]
-        && (takeCommandKey(pitch, velocity, now) || release))
+    const bool shown = down_[static_cast<std::size_t>(pitch)];
+    if (note && (takeCommandKey(pitch, velocity, now) || (release && !shown)))
         return;
     if (settings_->keysSound)
         keys_.play(0, {static_cast<unsigned char>(message.kind()), message.first, message.second});
+    session_.recorder.play(message, now.uptime);
     if (!note)
         return;
     wire_.send("on", {pitch, velocity});
     down_[static_cast<std::size_t>(pitch)] = velocity > 0;
-    session_.recorder.key(pitch, velocity, now.uptime);
     activity_->note(pitch, velocity, now);
 }
 
-void Assistant::pianoChanged(std::string_view name)
+/// What is being played waits for a piano that has gone.
+void Assistant::pianoChanged(std::string_view name, const Moment &now)
+{
+    const std::string before = pianoName_;
+    showPiano(name);
+    if (pianoName_.empty()) {
+        if (!activity_->paused())
+            activity_->pause(now);
+        say(before + " is gone.", now);
+    } else {
+        say(pianoName_ + " is here.", now);
+    }
+}
+
+void Assistant::showPiano(std::string_view name)
 {
     pianoName_ = oneLine(name);
     session_.pianoPresent = !pianoName_.empty();
@@ -492,13 +516,20 @@ void Assistant::advance(const Moment &now)
             ear_.expectAnswer(now.uptime);
     }
     soundRequests_.advance(now);
+    session_.recorder.advance(now.uptime);
+    setCommandKeysRule();
+    if (commandKeys_.advance(now.uptime)) {
+        constexpr ChannelMessage softTick{0x99, 76, 45};
+        keys_.play(0, softTick);
+    }
     activity_->advance(now);
 }
 
 std::optional<double> Assistant::deadline() const
 {
     return soonest({speech_.deadline(), player_.deadline(), metronome_.deadline(),
-        through_.deadline(), ear_.deadline(), activity_->deadline()});
+        through_.deadline(), ear_.deadline(), activity_->deadline(), session_.recorder.deadline(),
+        commandKeys_.deadline()});
 }
 
 void Assistant::say(std::string_view text, const Moment &now)

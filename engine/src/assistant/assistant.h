@@ -43,6 +43,7 @@ struct Places {
     std::filesystem::path profile;
     std::filesystem::path page; ///< of all commands
     std::filesystem::path songs; ///< what is to be kept goes there
+    std::filesystem::path takes; ///< what was played last
 };
 
 /// Takes what comes in, by key, by voice, from the piano or from the display, makes requests of
@@ -68,7 +69,7 @@ public:
     void takePiano(ChannelMessage message, const Moment &now);
 
     /// The piano was found, or lost where `name` is empty.
-    void pianoChanged(std::string_view name);
+    void pianoChanged(std::string_view name, const Moment &now);
 
     /// What is said can be heard, which it could not be before.
     void soundCame(const Moment &now) { say("I have sound now.", now); }
@@ -113,6 +114,8 @@ private:
     void undertake(const Request &request, const Moment &now);
     void setUp(std::string_view fields, const Moment &now);
     bool takeCommandKey(int pitch, int velocity, const Moment &now);
+    void showPiano(std::string_view name);
+    void setCommandKeysRule();
 
     void hush();
     void showMode();

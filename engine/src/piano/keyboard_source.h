@@ -18,6 +18,8 @@ public:
 
     /// Opens what is there and lets go of what is not; true when that has changed anything.
     virtual bool look() = 0;
+    /// Something has come or gone: it is worth looking at once.
+    [[nodiscard]] virtual bool stirred() { return false; }
     /// Why no piano can ever be found here; empty where one may be.
     [[nodiscard]] virtual std::string_view trouble() const { return {}; }
     /// A file to wait for; -1 for none.

@@ -15,7 +15,7 @@ Piano::Piano(std::function<void()> ready, std::string device)
 
 bool Piano::look(double now)
 {
-    if (now < nextLook_)
+    if (!source_->stirred() && now < nextLook_)
         return false;
     nextLook_ = now + lookEvery;
     return source_->look();

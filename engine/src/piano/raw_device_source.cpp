@@ -27,12 +27,19 @@ void RawDeviceSource::close()
     setName({});
 }
 
+/// What is open has gone, or another one has taken its place meanwhile.
+bool RawDeviceSource::replaced() const
+{
+    struct stat there { };
+    struct stat open { };
+    return stat(path_.c_str(), &there) != 0 || fstat(descriptor_, &open) != 0
+        || there.st_ino != open.st_ino || there.st_dev != open.st_dev;
+}
+
 bool RawDeviceSource::look()
 {
     if (descriptor_ >= 0) {
-        struct stat status { };
-        gone_ = gone_ || stat(path_.c_str(), &status) != 0;
-        if (!std::exchange(gone_, false))
+        if (!std::exchange(gone_, false) && !replaced())
             return false;
         close();
         return true;

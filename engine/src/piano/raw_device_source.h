@@ -15,12 +15,14 @@ public:
     ~RawDeviceSource() override;
 
     bool look() override;
+    [[nodiscard]] bool stirred() override { return gone_; }
     [[nodiscard]] int file() const override { return descriptor_; }
     [[nodiscard]] std::vector<ChannelMessage> take() override;
     void send(ChannelMessage message) override;
 
 private:
     void close();
+    [[nodiscard]] bool replaced() const;
 
     std::string path_;
     int descriptor_ = -1;

@@ -64,7 +64,7 @@ void Engine::advance(std::span<const Input> inputs)
     for (auto next = inputs.begin(); next != inputs.end() && !finished(); ++next)
         assistant_.take(*next, currentMoment());
     if (piano_.look(monotonicNow()) && !demo_)
-        assistant_.pianoChanged(piano_.name());
+        assistant_.pianoChanged(piano_.name(), currentMoment());
     if (!std::exchange(audible_, output_.audible()) && audible_)
         assistant_.soundCame(currentMoment());
     if (demo_)

@@ -59,7 +59,7 @@ private:
     Library library_{songs_};
     Assistant assistant_{{wire_, speaker_, player_, metronome_, band_, through_, mixer_.keys(),
                              library_, desk_, openWithDesktop},
-        {home_ / "profile.json", home_ / "commands.html", songs_}, std::random_device{}()};
+        {home_ / "profile.json", home_ / "commands.html", songs_, home_ / "takes"}, std::random_device{}()};
     std::optional<Demo> demo_;
     bool audible_ = false;
 };
