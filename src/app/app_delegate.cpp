@@ -54,12 +54,12 @@ AppDelegate *AppDelegate::shared()
     return theDelegate;
 }
 
-void AppDelegate::launch(const Arguments &arguments)
+void AppDelegate::launch(const Arguments &arguments, bool startedByLogin)
 {
     makeWindow();
     theDelegate = this;
     const LaunchFacts facts{
-        arguments.hidden, arguments.show, takeLoginMarks(), loginItemOn(), Link::clock()};
+        arguments.hidden, arguments.show, startedByLogin, loginItemOn(), Link::clock()};
     if (!startsHidden(facts))
         showWindow();
 
@@ -124,6 +124,12 @@ void AppDelegate::closeWindow()
 
 void AppDelegate::openMenu(QPoint place)
 {
+    windowMenu_.setFont(Hud::mono(13 * scale_.factor()));
+    windowMenu_.setStyleSheet(
+        u"QMenu { background: %1; color: %2; border: 1px solid %3; }"
+        "QMenu::item { padding: 0.4em 1.2em; }"
+        "QMenu::item:selected { background: %3; color: %1; }"_s.arg(
+            Hud::bg().name(), Hud::shared().soft().name(), Hud::green().name()));
     windowMenu_.winId(); // makes the window behind it, so that it can be tied to ours
     windowMenu_.windowHandle()->setTransientParent(window_.get());
     windowMenu_.popup(window_->mapToGlobal(place));

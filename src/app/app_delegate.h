@@ -39,7 +39,7 @@ public:
 
     /// Makes the main window, shows it unless this start is to stay hidden, then starts the
     /// engine and, where the user wants it, voice control.
-    void launch(const Arguments &arguments);
+    void launch(const Arguments &arguments, bool startedByLogin = false);
 
     [[nodiscard]] MainWindow *window() const { return window_.get(); }
     [[nodiscard]] Overlay &overlay() { return *overlay_; }

@@ -2,6 +2,7 @@
 
 #include "app/app_delegate.h"
 #include "app/arguments.h"
+#include "app/launch.h"
 #include "app/session.h"
 #include "app/single_instance.h"
 #include "app/snapshot.h"
@@ -28,6 +29,8 @@ void nameApplication()
 int runDisplay(const kelo::Arguments &arguments)
 {
     using namespace kelo;
+    // Before the link takes the environment that the engine gets.
+    const bool startedByLogin = takeLoginMarks();
     SingleInstance instance(baseDir());
     if (instance.raisedAnother())
         return 0;
@@ -38,7 +41,7 @@ int runDisplay(const kelo::Arguments &arguments)
     AppDelegate delegate(Link::shared(), VoiceControl::shared());
     QObject::connect(
         &instance, &SingleInstance::raiseRequested, &delegate, &AppDelegate::showWindow);
-    delegate.launch(arguments);
+    delegate.launch(arguments, startedByLogin);
     return QCoreApplication::exec();
 }
 

@@ -1,9 +1,12 @@
+#include "app/app_delegate.h"
 #include "app/arguments.h"
 #include "app/overlay.h"
 #include "app/window_sight.h"
-#include "app_fixture.h"
+#include "support/link_fixture.h"
+#include "voice/voice_control.h"
 
 #include <QProcess>
+#include <QQuickItem>
 #include <QRasterWindow>
 #include <QScreen>
 #include <QTest>
@@ -13,10 +16,37 @@ using namespace kelo;
 using namespace kelo::test;
 
 /// The caption panel beside a real main window on a real, if bare, desktop.
-class OverlayTest : public AppFixture {
+class OverlayTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase()
+    {
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
+        QCoreApplication::setOrganizationName(u"Kelo"_s);
+        QGuiApplication::setQuitOnLastWindowClosed(false);
+        windowManager_.start(u"openbox"_s, {u"--sm-disable"_s});
+        QVERIFY(windowManager_.waitForStarted());
+    }
+
+    void init()
+    {
+        QSettings().clear();
+        link_ = std::make_unique<LinkFixture>();
+        voice_ = std::make_unique<VoiceControl>();
+        delegate_ = std::make_unique<AppDelegate>(link_->link(), *voice_);
+        delegate_->launch({});
+        QVERIFY(QTest::qWaitForWindowActive(delegate_->window(), 20'000));
+    }
+
+    void cleanup()
+    {
+        link_->link().stop();
+        delegate_.reset();
+        voice_.reset();
+        link_.reset();
+    }
+
     void cleanupTestCase()
     {
         windowManager_.terminate();
@@ -83,12 +113,19 @@ private Q_SLOTS:
 
     void standsAtTheBottomOutOfTheWay()
     {
+        QTest::keyClick(delegate_->window(), Qt::Key_Plus, Qt::ControlModifier);
         delegate_->closeWindow();
         link_->say({"say Still here."});
         QTRY_VERIFY(panelShows());
         const QWindow *panel = delegate_->overlay().window();
         const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
-        QCOMPARE(panel->size(), QSize(848, 272));
+        QCOMPARE(panel->size(), QSize(848, 272) * 1.25);
+        const auto opacity = [panel] {
+            const auto *view = qobject_cast<const QQuickView *>(panel);
+            return view->rootObject()->childItems().constFirst()->opacity();
+        };
+        QVERIFY2(opacity() < 0.9, "it fades in the first time too");
+        QTRY_COMPARE(opacity(), 1.0);
         QCOMPARE(area.bottom() - panel->geometry().bottom(), 26);
         QVERIFY(qAbs(panel->geometry().center().x() - area.center().x()) <= 1);
 
@@ -130,20 +167,6 @@ private Q_SLOTS:
     }
 
 private:
-    void initTestCase()
-    {
-        AppFixture::initTestCase();
-        windowManager_.start(u"openbox"_s, {u"--sm-disable"_s});
-        QVERIFY(windowManager_.waitForStarted());
-    }
-
-    void init()
-    {
-        AppFixture::init();
-        delegate_->launch({});
-        QVERIFY(QTest::qWaitForWindowActive(delegate_->window(), 20'000));
-    }
-
     [[nodiscard]] bool panelShows() const
     {
         const auto *panel = delegate_->overlay().window();
@@ -151,6 +174,9 @@ private:
     }
 
     QProcess windowManager_;
+    std::unique_ptr<LinkFixture> link_;
+    std::unique_ptr<VoiceControl> voice_;
+    std::unique_ptr<AppDelegate> delegate_;
 };
 
 QTEST_MAIN(OverlayTest)

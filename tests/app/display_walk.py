@@ -1,0 +1,457 @@
+#!/usr/bin/env python3
+"""Uses the whole program as somebody does who hears the screen: display_walk.py WALK PROGRAM HOME.
+It needs a bus and a screen of its own."""
+
+import functools
+import os
+import signal
+import subprocess
+import sys
+import time
+
+from running_program import (
+    Atspi, Gio, GLib, Program, Tray, has, own_name, press, shown_windows, until)
+
+ACTING = {Atspi.Role.PUSH_BUTTON, Atspi.Role.CHECK_BOX, Atspi.Role.RADIO_BUTTON,
+          Atspi.Role.TOGGLE_BUTTON}
+FOCUSABLE = ACTING | {Atspi.Role.LIST, Atspi.Role.ENTRY, Atspi.Role.TEXT}
+TO_READ = {Atspi.Role.HEADING, Atspi.Role.PARAGRAPH, Atspi.Role.PANEL, Atspi.Role.GROUPING,
+           Atspi.Role.LIST_ITEM, Atspi.Role.PROGRESS_BAR, Atspi.Role.NOTIFICATION}
+
+
+def check_names(nodes, screen):
+    before = None
+    for node in nodes:
+        role, name = node.get_role(), node.get_name()
+        where = f"{screen}: {node.get_role_name()} {name!r}"
+        if role in (Atspi.Role.NOTIFICATION, Atspi.Role.FILLER):
+            continue
+        assert role in FOCUSABLE | TO_READ, where + " has a role that nobody expects"
+        assert name, where + " has no name"
+        assert name != before, where + " is named like the one before it"
+        before = None if role == Atspi.Role.PANEL else name  # it may be named by its heading
+        if has(node, Atspi.StateType.FOCUSABLE):
+            assert role in FOCUSABLE, where + " has the wrong role to be focusable"
+        if role in ACTING:
+            names = [Atspi.Action.get_action_name(node, i) for i in range(node.get_n_actions())]
+            assert {"Press", "Toggle"} & set(names), where + f" offers {names}, not a press"
+
+
+def check_tab(program, screen):
+    """Tab visits all that shows and can have the focus, in its order."""
+    stops = [n for n in program.nodes() if has(n, Atspi.StateType.FOCUSABLE)]
+    names = [n.get_name() for n in stops]
+    count = len(stops)
+
+    def focus(likely=0):
+        order = [*range(likely, count), *range(likely)]
+        return next((i for i in order if has(stops[i], Atspi.StateType.FOCUSED)), None)
+
+    visited = []
+    at = focus()
+    while at not in visited:
+        visited += [] if at is None else [at]
+        before = at
+        press("Tab")
+        at = until(lambda: [i] if (i := focus(0 if before is None else (before + 1) % count))
+                   not in (None, before) else None, f"{screen}: a focus after {before} of {names}")[0]
+    first = visited.index(min(visited))
+    in_order = visited[first:] + visited[:first]
+    shown = {i for i, stop in enumerate(stops) if has(stop, Atspi.StateType.VISIBLE)}
+    assert in_order == sorted({*visited, *shown}), f"{screen}: Tab visits " \
+        f"{[names[i] for i in in_order]}, what shows is {[names[i] for i in sorted(shown)]}"
+
+
+def check(program, screen):
+    shown = program.shown()
+    assert len(shown) > 4, f"{screen}: hardly anything is there"
+    check_names(shown, screen)
+    check_tab(program, screen)
+
+
+def questions(program):
+    titles = ["Hello. I’m Kelo.", "What should I call you?", "And what will you call me?",
+              "Where in the world are you?", "When’s your birthday?", "How can I fit you best?",
+              "One last thing: may I listen?"]
+    fields = {1: "Your name", 2: "Your own name for the assistant, one word", 3: "Your town or city"}
+    controls = {
+        2: [(Atspi.Role.RADIO_BUTTON, "Harmony")], 3: [(Atspi.Role.RADIO_BUTTON, "Celsius")],
+        5: [(Atspi.Role.CHECK_BOX, "I use a screen reader. ")],
+        6: [(Atspi.Role.RADIO_BUTTON, "Not now"), (Atspi.Role.CHECK_BOX, "Give me my natural")]}
+    program.wait_for_window()
+    program.say("welcome")
+    for step, title in enumerate(titles):
+        program.wait_for(title)
+        if step in fields:
+            until(lambda: has(program.find(fields[step]), Atspi.StateType.FOCUSED),
+                  f"{title}: the field's focus")
+        if step == 4:
+            press("Right")  # the days of January
+            program.find("January 1")
+        check(program, title)
+        for role, begins in controls.get(step, []):
+            assert program.find(begins).get_role() == role, f"{begins} is no {role.value_nick}"
+        if step == 2:
+            luna = program.find("Luna")
+            luna.do_action(0)
+            until(lambda: has(luna, Atspi.StateType.CHECKED), "the name to be chosen")
+        if step == 5:
+            toggle = program.find("I play piano or make music. ")
+            toggle.do_action(0)
+            until(lambda: has(toggle, Atspi.StateType.CHECKED), "the toggle to be on")
+        if step < 6:
+            program.find("CONTINUE").do_action(0)
+    # The choices above were the screen reader's to say.
+    assert program.input().count("~speak ") == len(titles)
+
+
+def console(program):
+    program.wait_for_window()
+    program.say("kbd Stage Piano 88", "say Good evening.", "heard play",
+                "jazz Swing feel|Blues in F", "update 3.2|Notes.")
+    program.wait_for("Update now to version 3.2")
+    check(program, "console")
+    press("Escape", "f")
+    program.wait_for("BACK  [ F ]")
+    check(program, "visualiser")
+
+
+def updates(program):
+    """The banner's buttons, and the engine's end with the button that brings it back."""
+    program.wait_for_window()
+    for answer, button in (("no", "Update later"), ("yes", "Update now")):
+        program.say("update 3.2|Notes.")
+        program.find(button).do_action(0)
+        program.expect(f"~update {answer}\n")
+    for run in range(2, 5):  # three crashes are forgiven
+        program.crash_engine()
+        until(lambda: program.runs() == run, "the engine once more")
+    program.crash_engine()
+    program.find("RESTART ENGINE").do_action(0)
+    until(lambda: program.runs() == 5, "the engine that was asked for")
+    program.find("Kelo is ONLINE")
+
+
+def window(program):
+    """The window by its keys and its menu: zoom, full screen, minimise, close, its place."""
+    program.wait_for_window()
+
+    def extents():
+        box = program.window.get_extents(Atspi.CoordType.SCREEN)
+        return box.x, box.y, box.width, box.height
+
+    until(lambda: extents()[2:] == (1240, 840), "the first size")
+    for key, kept in (("ctrl+plus", 1.25), ("ctrl+equal", 1.5), ("ctrl+minus", 1.25)):
+        press(key)
+        program.settings_say(f"scale={kept}")
+
+    def systems_from_top():
+        return program.find("SYSTEMS").get_extents(Atspi.CoordType.WINDOW).y
+
+    large = systems_from_top()
+    press("ctrl+0")
+    program.settings_say("scale=1")
+    until(lambda: systems_from_top() < large, "the old size")
+
+    for key in ("F10", "Menu"):
+        press(key)
+        until(lambda: len(shown_windows("--class", "kelo")) == 2, "the window's menu")
+        press("Down", "Return")
+        program.settings_say("scale=1.25")
+        press("ctrl+0")
+        program.settings_say("scale=1")
+
+    program.say("window full 1")
+    until(lambda: extents() == (0, 0, 1600, 1000), "the full screen")
+    program.say("window full 0")
+    until(lambda: extents()[2:] == (1240, 840), "its size again")
+    subprocess.run(["xdotool", "getactivewindow", "windowsize", "--sync", "1000", "700",
+                    "windowmove", "--sync", "40", "60"], check=True)
+    place = until(lambda: extents()[2:] == (1000, 700) and extents(), "the new size")
+    program.settings_say("KeloMain=@Rect({} {} {} {})".format(*place))
+
+    press("ctrl+m")
+    until(lambda: not shown_windows(), "the window's end")
+    program.say("window show 1")
+    program.wait_for_window()
+    press("n", "ctrl+w")
+    until(lambda: not shown_windows(), "the window's end")
+    back = "I’m still here, without a window. Start me again to bring it back."
+    program.expect(f"n~bg\n~speak {back}\n")
+    program.say("window show 1")
+    program.wait_for_window()
+    until(lambda: extents() == place, "its place again")
+    press("ctrl+q")
+    until(lambda: program.process.poll() == 0, "its end")
+    program.expect("q")
+
+
+def tray(program):
+    """The tray's title, marks and entries, and what becomes of a renamed assistant."""
+    host = Tray()
+    assert host.property("Title") == "Luna" and host.property("ToolTip")[2] == "Luna"
+    titles = ["Open the window", "Change my name, city or wake word…", "Install the natural voice…",
+              "Listen for “Luna”", "Show the panel when Luna speaks", "Start when I log in",
+              "Window", "Quit Kelo"]
+
+    def marks():
+        return {title: mark for title, (_, mark, _) in host.menu().items() if mark is not None}
+
+    assert [title for title in host.menu() if title[0] != "-"] == titles, host.menu()
+    assert marks() == {titles[3]: 0, titles[4]: 1, titles[5]: 0}, marks()
+    host.choose("Show the panel when Luna speaks")
+    program.settings_say("overlay=false")
+    host.choose("Start when I log in")
+    entry = program.home / "config/autostart/app.kelo.assistant.desktop"
+    until(entry.exists, "the login entry")
+    host.choose("Listen for “Luna”")
+    program.settings_say("voice=true")
+    program.say("name Nova")
+    until(lambda: "Listen for “Nova”" in host.menu(), "the new name in the menu")
+    assert marks()["Show the panel when Nova speaks"] == 0 and marks()[titles[5]] == 1, marks()
+    assert host.property("Title") == "Luna"
+    host.choose("Start when I log in")
+    until(lambda: not entry.exists(), "the login entry's end")
+    (program.home / "input").unlink(missing_ok=True)  # the microphone's level, if there is one
+
+    host.choose("Listen for “Nova”")
+    program.settings_say("voice=false")
+    host.choose("Install the natural voice…")
+    until(lambda: program.input().endswith("~say install the natural voice\n"), "the request")
+    assert not shown_windows()
+    host.choose("Open the window")
+    program.wait_for_window()
+    host.choose("Larger", within="Window")
+    program.settings_say("scale=1.25")
+    host.choose("Close", within="Window")
+    until(lambda: not shown_windows(), "the window's end")
+    host.choose("Change my name, city or wake word…")
+    program.wait_for_window()
+    program.find("Hello. I’m ")
+    assert "~bg\n~speak Hello" in program.input(), "with a tray nobody is told how to come back"
+    host.choose("Quit Kelo")
+    until(lambda: program.process.poll() == 0, "its end")
+
+
+def relaunch(program):
+    """A start by the session shows no window; what it starts anew shows what it showed."""
+    tray = Tray()
+    until(lambda: tray.item, "the icon")
+    assert not shown_windows(), "the session started it"
+    tray.choose("Open the window")
+    program.wait_for_window()
+    for run, shows in ((2, True), (3, False)):
+        tray.item = None
+        if not shows:
+            program.say("window show 0")
+            until(lambda: not shown_windows(), "the window's end")
+        program.say("relaunch")
+        until(lambda: program.runs() == run, "the new one's engine")
+        until(lambda: tray.item, "the new one's icon")
+        if shows:
+            program.wait_for_window()
+    time.sleep(1)
+    assert not shown_windows(), "nobody looked at the window of the one before"
+    tray.choose("Quit Kelo")
+    assert (program.home / "runs").read_text() == "\n" * 3, "the session's mark is passed on"
+
+
+class Listener:
+    """Hears what a screen reader is told, by the events of newer or of older ones."""
+
+    def __init__(self, event):
+        self.heard = []
+        self.listener = Atspi.EventListener.new(self.told)
+        self.listener.register(event)
+        self.event = event
+
+    def told(self, event):
+        try:
+            if event.source.get_role() != Atspi.Role.NOTIFICATION:
+                return
+        except GLib.GError:
+            return  # gone meanwhile
+        if "announcement" in self.event:
+            self.heard.append(event.any_data)
+        elif event.detail1:
+            time.sleep(0.2)  # it takes its time to ask
+            self.heard.append(event.source.get_name())
+
+    def expect(self, *texts):
+        """These and no others, in one piece or several, in any order."""
+        until(lambda: len(". ".join(self.heard)) >= len(". ".join(texts)), f"{texts}")
+        assert sorted(". ".join(self.heard).split(". ")) == sorted(texts), self.heard
+        self.heard.clear()
+
+
+def announcements(program):
+    """What a screen reader is told, each thing once and nothing that the engine speaks."""
+    program.wait_for_window()
+    for event in ("object:announcement", "object:state-changed:showing"):
+        listener = Listener(event)
+        program.say("kbd Piano")
+        listener.expect("Piano connected: Piano")
+        press("ctrl+plus")
+        time.sleep(0.05)
+        program.say("update 3.2|Faster.")
+        time.sleep(0.05)
+        press("f")
+        listener.expect("Size 125 percent", "New update: version 3.2", "Faster.", "Visualiser open")
+        program.say("mode teach", "say A lesson.", "done")
+        program.say("kbd")
+        listener.expect("No piano connected")
+        press("f", "ctrl+0")
+        program.say("update ")
+        listener.expect("Visualiser closed", "Size 100 percent")
+        program.say("mode idle")
+        listener.expect("Mode: standby")
+        listener.listener.deregister(event)
+
+
+def answers(program):
+    """The questions by keys alone, down to what the engine is told."""
+    program.wait_for_window()
+    program.say("welcome")
+
+    program.find("Hello. I’m Kelo.")
+    press("f", "o", "Return")  # no field here: no visualiser, no file chooser
+    field = program.find("Your name")
+    until(lambda: has(field, Atspi.StateType.FOCUSED), "the field's focus")
+    press("a", "bar", "n", "space", "Return")
+    field = program.find("Your own name for the assistant, one word")
+    until(lambda: has(field, Atspi.StateType.FOCUSED), "the field's focus")
+    press("Right", "Right", "Return")  # Harmony
+    until(lambda: has(program.find("Your town or city"), Atspi.StateType.FOCUSED), "the focus")
+    press("p", "Down", "Return")  # in Fahrenheit
+    program.find("When’s your birthday?")
+    press("Right", "Right", "Right", *["Up"] * 6, "Return")  # the 7th of March
+    program.find("I use a screen reader. ")
+    press("Escape")
+    program.find("When’s your birthday?")
+    press("Return")
+    toggle = program.find("I use a screen reader. ")
+    toggle.grab_focus()
+    press("space")
+    until(lambda: has(toggle, Atspi.StateType.CHECKED), "the toggle to be on")
+    press("ctrl+w")
+    until(lambda: not shown_windows(), "the window's end")
+    program.say("window show 1")  # asked again where it was closed
+    program.wait_for_window()
+    press("Return")
+    program.find("One last thing")
+    press("Down", "Return")
+    until(lambda: "~setup " in program.input(), "the answers")
+    setup = program.input().split("~setup ")[1]
+    assert setup == "a n|Harmony|p|F|uses a screen reader, so never rely on anything visual|false|" \
+        "03-07|true\n", setup
+    spoken = [line for line in program.input().split("\n") if line.startswith("~speak ")]
+    assert sum("And what will you call me?" in line for line in spoken) == 1, spoken
+
+
+class Portal:
+    """The desktop's settings as far as anyone asks them for contrast."""
+
+    INTERFACE = """<node><interface name="org.freedesktop.portal.Settings"><method name="Read">
+        <arg type="s" direction="in"/><arg type="s" direction="in"/>
+        <arg type="v" direction="out"/></method></interface></node>"""
+
+    def __init__(self):
+        self.asked = []
+        self.answer = GLib.Variant("v", GLib.Variant("u", 1))
+        self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)  # gone with its last user
+        self.bus.register_object(
+            "/org/freedesktop/portal/desktop",
+            Gio.DBusNodeInfo.new_for_xml(self.INTERFACE).interfaces[0], self.called, None, None)
+        own_name(self.bus, "org.freedesktop.portal.Desktop")
+
+    def called(self, _bus, _sender, _path, _interface, _method, arguments, call):
+        if arguments.unpack() == ("org.freedesktop.appearance", "contrast"):
+            self.asked.append(arguments)
+            call.return_value(GLib.Variant.new_tuple(self.answer))
+        else:
+            call.return_dbus_error("org.freedesktop.portal.Error.NotFound", "no such setting")
+
+
+def contrast(start):
+    """The display follows the desktop's wish for contrast until the user has one."""
+    portal = Portal()
+    for answer, users, on in ((1, "", True), (0, "", False), (2, "", False),
+                              (1, "contrast=false\n", False)):
+        portal.answer = GLib.Variant("v", GLib.Variant("u", answer))
+        portal.asked.clear()
+        with start(settings=users) as program:
+            program.wait_for_window()
+            until(lambda: users or portal.asked, "the question")
+            switch = until(lambda: [n for n in program.nodes() if n.get_name() ==
+                                    "High contrast, on or off"], "the switch")[0]
+            until(lambda: not on or has(switch, Atspi.StateType.CHECKED), "high contrast")
+            assert has(switch, Atspi.StateType.CHECKED) == on, (answer, users)
+            assert len(portal.asked) == (0 if users else 1)
+            assert ("contrast" in program.settings.read_text()) == bool(users)
+
+
+def beginnings(start):
+    """Starts that are none, and starts without anything."""
+    def run(*arguments, **environment):
+        return subprocess.run([start.program, *arguments], env=dict(os.environ, **environment),
+                              capture_output=True, text=True, timeout=60)
+
+    help_ = run("--help", DISPLAY="", WAYLAND_DISPLAY="")
+    assert help_.returncode == 0 and "--snapshot <FOLDER>" in help_.stdout, help_
+    version = run("--version", DISPLAY="")
+    assert version.returncode == 0 and version.stdout.startswith("kelo 0."), version
+    blind = {name: value for name, value in os.environ.items()
+             if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
+    assert subprocess.run([start.program], env=blind, timeout=60).returncode == 1
+    with start(arguments=["--hidden"]) as program:
+        assert not shown_windows()
+        assert run(KELO_HOME=str(program.home / "data")).returncode == 0
+        program.wait_for_window()  # the second start raised the first one's
+        assert program.runs() == 1
+        program.say("window login 1")
+        program.expect("~login on\n")
+        program.say("window show 0")
+        until(lambda: not shown_windows(), "the window's end")
+        program.say("window visual 1")
+        program.wait_for_window()
+        program.find("BACK  [ F ]")
+    nowhere = subprocess.Popen([start.program], env=dict(
+        os.environ, KELO_PAYLOAD="/nowhere", KELO_HOME="/dev/null/nowhere", HOME="/dev/null",
+        XDG_CONFIG_HOME="/dev/null", DBUS_SESSION_BUS_ADDRESS="unix:path=/dev/null"))
+    until(shown_windows, "a window without anything")
+    time.sleep(1)
+    nowhere.terminate()
+    assert nowhere.wait(60) == 0
+
+
+def ends(start):
+    """Each signal ends it in order, and so does a hidden one's engine."""
+    for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+        with start() as program:
+            program.process.send_signal(number)
+            assert program.process.wait(60) == 0
+            program.expect("q")
+    with start(arguments=["--hidden"]) as program:
+        program.end_engine()
+        assert program.process.wait(60) == 0
+
+
+WALKS = {walk.__name__: walk for walk in (
+    announcements, answers, beginnings, console, contrast, ends, questions, relaunch, tray, updates,
+    window)}
+STARTS = {"tray": {"arguments": ["--hidden"], "assistant": "Luna"},
+          "relaunch": {"DESKTOP_AUTOSTART_ID": "10a8"}}
+
+if __name__ == "__main__":
+    name, path, home = sys.argv[1:]
+    start = functools.partial(Program, path, home)
+    start.program = path
+    with subprocess.Popen(["openbox", "--sm-disable"]) as window_manager:
+        try:
+            if name in ("beginnings", "contrast", "ends"):
+                WALKS[name](start)
+            else:
+                with start(**STARTS.get(name, {})) as program:
+                    WALKS[name](program)
+        finally:
+            window_manager.terminate()
