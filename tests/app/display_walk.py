@@ -14,7 +14,7 @@ from running_program import (
 
 ACTING = {Atspi.Role.PUSH_BUTTON, Atspi.Role.CHECK_BOX, Atspi.Role.RADIO_BUTTON,
           Atspi.Role.TOGGLE_BUTTON}
-FOCUSABLE = ACTING | {Atspi.Role.LIST, Atspi.Role.ENTRY, Atspi.Role.TEXT}
+FOCUSABLE = ACTING | {Atspi.Role.LIST, Atspi.Role.LIST_ITEM, Atspi.Role.ENTRY, Atspi.Role.TEXT}
 TO_READ = {Atspi.Role.HEADING, Atspi.Role.PARAGRAPH, Atspi.Role.PANEL, Atspi.Role.GROUPING,
            Atspi.Role.LIST_ITEM, Atspi.Role.PROGRESS_BAR, Atspi.Role.NOTIFICATION}
 

@@ -39,11 +39,11 @@ private Q_SLOTS:
     void readsTheCommandLine()
     {
         const QString line = QString::fromLatin1(QTest::currentDataTag());
-        const auto read =
-            Arguments::read(u"kelo "_s.append(line).split(u' ', Qt::SkipEmptyParts));
+        const auto read = Arguments::read(u"kelo "_s.append(line).split(u' ', Qt::SkipEmptyParts));
         QStringList flags;
-        for (const auto &[on, name] : {std::pair(read.help, u"help"_s), {read.version, u"version"_s},
-                 {read.hidden, u"hidden"_s}, {read.show, u"show"_s}, {read.quick, u"quick"_s}}) {
+        for (const auto &[on, name] :
+            {std::pair(read.help, u"help"_s), {read.version, u"version"_s},
+                {read.hidden, u"hidden"_s}, {read.show, u"show"_s}, {read.quick, u"quick"_s}}) {
             if (on)
                 flags += name;
         }
