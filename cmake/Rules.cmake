@@ -18,6 +18,9 @@ if(KELO_SANITIZE)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
                         -fno-omit-frame-pointer -O1 -g1)
     add_link_options(-fsanitize=address,undefined)
+    if(KELO_FUZZ)
+        add_compile_options(-fsanitize=fuzzer-no-link) # what is fuzzed has to be built for it
+    endif()
     # What Qt makes of QML is not ours to check; the other builds compile it.
     set(KELO_QML_OPTIONS NO_CACHEGEN)
 endif()
