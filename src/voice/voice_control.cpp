@@ -3,11 +3,11 @@
 #include "voice/ear_line.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QLoggingCategory>
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -42,15 +42,29 @@ bool isExpected(const RecogniserError &error)
 VoiceControl::VoiceControl(VoiceSetup setup, QObject *parent)
     : QObject(parent)
     , setup_(std::move(setup))
+    , log_(setup_.baseDir, setup_.time)
+    , capture_(
+          std::move(setup_.microphone), setup_.time, [this](const QString &text) { log(text); })
     , wakeModel_(setup_.recogniser.get(), setup_.baseDir + "/speech-model"_L1,
           [this](const QString &text) { log(text); })
 {
-    connect(setup_.microphone.get(), &Microphone::lost, this, &VoiceControl::lostMicrophone);
+    connect(&capture_, &CaptureSession::started, this, &VoiceControl::microphoneOpened);
+    connect(&capture_, &CaptureSession::unavailable, this, &VoiceControl::withoutMicrophone);
+    connect(&capture_, &CaptureSession::changed, this, &VoiceControl::microphonesChanged);
+    if (setup_.settings)
+        wantedMicrophone_ = setup_.settings->value(u"microphone"_s).toString();
+    capture_.prefer(wantedMicrophone_);
+    if (setup_.link) {
+        connect(setup_.link, &Link::speakingChanged, this, [this] {
+            if (std::exchange(assistantSpoke_, setup_.link->speaking) && !setup_.link->speaking)
+                voiceFinished();
+        });
+    }
 }
 
 VoiceControl::~VoiceControl()
 {
-    setup_.microphone.reset(); // from here on nothing is captured
+    capture_.stop(); // from here on nothing is captured
     endSession();
 }
 
@@ -91,7 +105,7 @@ void VoiceControl::askForMicrophone()
         }
         on = true;
         remember(true);
-        openMicrophone(false);
+        capture_.start([this](const AudioBuffer &buffer) { captured(buffer); });
     });
 }
 
@@ -101,9 +115,8 @@ void VoiceControl::stop()
     on = false;
     remember(false);
     refresh_.reset();
-    retry_.reset();
     endSession();
-    setup_.microphone->close();
+    capture_.stop();
     status = u"OFF"_s;
     level = 0;
     log(u"turned off"_s);
@@ -126,7 +139,7 @@ void VoiceControl::remember(bool wanted) const
 void VoiceControl::listen()
 {
     endSession();
-    if (!on || !setup_.microphone->isOpen())
+    if (!on || !capture_.isRunning())
         return;
     if (!setup_.recogniser || !setup_.recogniser->isAvailable()) {
         status = u"RECOGNISER UNAVAILABLE"_s;
@@ -145,6 +158,9 @@ void VoiceControl::listen()
     wakeModel_.apply(request, assistant);
     wakeModel_.prepare(assistant, [this] { startOver(); });
     request.contextualStrings = expectedPhrases();
+    request.log = [this](const QString &line) {
+        QMetaObject::invokeMethod(this, [this, line] { complain(line); });
+    };
 
     consumed = 0;
     status = u"LISTENING FOR “%1”"_s.arg(assistant.toUpper());
@@ -238,14 +254,63 @@ void VoiceControl::voiceFinished()
         openUntil = quietSince + answerWindow;
 }
 
-// ---- the voice log ----
+// ---- the microphone ----
 
-void VoiceControl::log(const QString &text) const
+QString VoiceControl::microphoneInUse() const
 {
-    QFile file(setup_.baseDir + "/voice-log.txt"_L1);
-    if (!file.open(QIODevice::Append | QIODevice::ExistingOnly))
+    return capture_.isRunning() ? capture_.microphoneName() : QString();
+}
+
+void VoiceControl::chooseMicrophone(const QString &id)
+{
+    wantedMicrophone_ = id;
+    if (setup_.settings)
+        setup_.settings->setValue(u"microphone"_s, id);
+    capture_.prefer(id);
+}
+
+void VoiceControl::microphoneOpened()
+{
+    listen();
+    if (on) // listening may have found that it cannot work here
+        startWatchdog();
+}
+
+void VoiceControl::withoutMicrophone()
+{
+    refresh_.reset();
+    endSession();
+    status = u"NO MICROPHONE"_s;
+    level = 0;
+}
+
+void VoiceControl::captured(const AudioBuffer &buffer)
+{
+    {
+        const std::lock_guard lock(feeding_);
+        if (fed_)
+            fed_->append(buffer);
+    }
+    if (const auto loudness = meter_.add(peakOf(buffer), setup_.time.now()))
+        QMetaObject::invokeMethod(this, [this, loudness] { report(*loudness); });
+}
+
+void VoiceControl::report(const LevelReport &loudness)
+{
+    if (!on || !capture_.isRunning())
         return;
-    file.write((setup_.time.timeOfDay() + "  "_L1 + text + u'\n').toUtf8());
+    level = loudness.shown();
+    setup_.send(QString::asprintf("~lvl %.4f\n", loudness.peak));
+    if (loudness.worthLogging()) {
+        log(QString::asprintf("hearing sound: %lld buffers so far, recent peak %.3f",
+            loudness.buffers, loudness.peak));
+    }
+}
+
+void VoiceControl::complain(const QString &line)
+{
+    if (std::exchange(lastComplaint_, line) != line)
+        log(line);
 }
 
 } // namespace kelo

@@ -3,7 +3,9 @@
 #include "link/published.h"
 #include "link/voice_input.h"
 #include "voice/capture/audio.h"
+#include "voice/capture/capture_session.h"
 #include "voice/name/wake_model.h"
+#include "voice/voice_log_file.h"
 #include "voice/voice_setup.h"
 
 #include <memory>
@@ -52,11 +54,24 @@ public:
     /// A fresh session if voice control is on.
     void startOver();
     void setVocabulary(const QStringList &phrases) override { vocabulary_ = phrases; }
-    /// To be told when the assistant has finished speaking.
+    /// The assistant has finished speaking.
     void voiceFinished();
 
-    /// Appends a line to the voice log, which whoever wants one has to make.
-    void log(const QString &text) const;
+    // ---- microphones ----
+
+    /// Those that were there when last looked for.
+    [[nodiscard]] const QList<MicrophoneDevice> &microphones() const { return capture_.devices(); }
+    /// Looks for them anew; `microphonesChanged` tells what is new.
+    void refreshMicrophones() { capture_.refresh(); }
+    /// The name of the one that is listened with; empty while nothing is.
+    [[nodiscard]] QString microphoneInUse() const;
+    /// The id of the one that the user wants whenever it is there, kept across launches; empty for
+    /// the one that suggests itself (`chosenMicrophone`).
+    [[nodiscard]] const QString &wantedMicrophone() const { return wantedMicrophone_; }
+    void chooseMicrophone(const QString &id);
+
+    /// Appends a line to the voice log.
+    void log(const QString &text) const { log_.add(text); }
 
     // ---- published state ----
 
@@ -76,35 +91,39 @@ Q_SIGNALS:
     void onChanged();
     void statusChanged();
     void levelChanged();
+    /// `microphones` or `microphoneInUse` are new.
+    void microphonesChanged();
 
 private:
     void askForMicrophone();
-    void openMicrophone(bool quietly);
-    bool attach(const QList<MicrophoneDevice> &devices, bool quietly);
-    void lookAgain();
-    void lostMicrophone();
+    void microphoneOpened();
+    void withoutMicrophone();
     void startWatchdog();
     void watch();
     void endSession();
     [[nodiscard]] QStringList expectedPhrases() const;
     void captured(const AudioBuffer &buffer); // on the microphone's thread
     void report(const LevelReport &loudness);
+    void complain(const QString &line);
     void handle(qint64 session, const std::optional<Transcript> &transcript,
         const std::optional<RecogniserError> &error);
     void renew(qint64 session);
     void remember(bool wanted) const;
 
     VoiceSetup setup_;
+    VoiceLogFile log_;
+    CaptureSession capture_;
     WakeModel wakeModel_;
+    QString wantedMicrophone_;
     QStringList vocabulary_;
     int turn_ = 0; // answers to an earlier turn's questions are not wanted any more
     std::unique_ptr<QObject> refresh_; // while it exists, the watchdog timer runs
-    std::unique_ptr<QObject> retry_; // while it exists, the search for a microphone is due
     std::shared_ptr<RecognitionTask> session_;
     qint64 sessionId_ = 0;
     QString lastWords_;
     double lastHeardAt_ = 0;
-    QString micName_;
+    bool assistantSpoke_ = false; // when last looked at
+    QString lastComplaint_; // of the recogniser's, so that it is logged once
 
     std::mutex feeding_;
     std::shared_ptr<RecognitionTask> fed_; // what capture feeds; guarded by `feeding_`

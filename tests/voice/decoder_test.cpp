@@ -1,10 +1,10 @@
+#include "voice/name/taught_name.h"
 #include "voice/name/wake_training.h"
 #include "voice/recognition/sphinx_decoder.h"
 #include "voice/recognition/sphinx_recogniser.h"
 #include "voice/recognition/sphinx_utterance.h"
 #include "voice/wake_lab/recording.h"
 #include "voice/wake_lab/speech_sample.h"
-#include "voice/wake_lab/wake_lab.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -38,8 +38,7 @@ private Q_SLOTS:
         const Samples speech = spoken(u"Hey Kelo, what's the weather. Kelo, stop"_s);
         const QString plain = recognised(recogniser, {}, speech);
         QVERIFY2(!plain.isEmpty() && !plain.contains(u"Kelo"_s), qPrintable(plain));
-        const auto taught = recogniser.teach(
-            WakeTraining::of(u"Kelo"_s), SpeechModelFiles::of(folder_.path(), u"Kelo"_s));
+        const auto taught = taughtTo(recogniser, u"Kelo"_s);
         const QString words = recognised(recogniser, taught, speech);
         QVERIFY2(words.count(u"Kelo"_s) == 2, qPrintable(words)); // across the pause, too
     }
@@ -55,8 +54,7 @@ private Q_SLOTS:
     {
         QFETCH(double, loudness);
         SphinxRecogniser recogniser(model);
-        const auto taught = recogniser.teach(
-            WakeTraining::of(u"Luna"_s), SpeechModelFiles::of(folder_.path(), u"Luna"_s));
+        const auto taught = taughtTo(recogniser, u"Luna"_s);
         Samples speech = spoken(u"Hey Luna, what's the weather"_s, u"gmw/en-GB-scotland"_s);
         for (qint16 &sample : speech)
             sample = static_cast<qint16>(sample * loudness);
@@ -76,8 +74,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, name);
         SphinxRecogniser recogniser(model);
-        const auto taught =
-            recogniser.teach(WakeTraining::of(name), SpeechModelFiles::of(folder_.path(), name));
+        const auto taught = taughtTo(recogniser, name);
         const Samples speech = spoken(u"I said hello to my brother and went home"_s);
         QStringList words;
         for (int time = 0; time < 2; ++time) { // what is heard again leaves no trace
@@ -141,15 +138,14 @@ private Q_SLOTS:
         QFETCH(QString, file);
         QFETCH(QByteArray, contents);
         SphinxRecogniser recogniser(model);
-        const auto taught = recogniser.teach(
-            WakeTraining::of(u"Luna"_s), SpeechModelFiles::of(folder_.path(), u"Luna"_s));
+        const auto taught = taughtTo(recogniser, u"Luna"_s);
         QFile damaged(folder_.filePath(file));
         QVERIFY(contents.isEmpty() ? damaged.remove()
                                    : damaged.open(QIODevice::WriteOnly) && damaged.write(contents));
         damaged.close();
         auto decoder = SphinxDecoder::load(model);
         QVERIFY(decoder);
-        QVERIFY(!decoder->expect(taught, {}));
+        QVERIFY(decoder->expect(taught, {}));
         decoder->begin(); // and goes on without
         decoder->process(spoken(u"what time is it"_s));
         decoder->end();
@@ -162,7 +158,7 @@ private Q_SLOTS:
         QVERIFY(decoder);
         const Samples speech = spoken(u"what time is it"_s);
         for (int i = 0; i < 30; ++i) {
-            QVERIFY(decoder->expect({},
+            QVERIFY(!decoder->expect({},
                 i % 10 ? QStringList{u"jazz lesson"_s, u"number %1"_s.arg(i % 7)}
                        : QStringList{u"qwzx%1"_s.arg(i), u"!"_s}));
             decoder->begin();
@@ -197,7 +193,7 @@ private Q_SLOTS:
     void withoutAModelItIsNotAvailable()
     {
         SphinxRecogniser recogniser(folder_.path());
-        QVERIFY(!recogniser.isAvailable() && !recogniser.canBeTaught());
+        QVERIFY(!recogniser.isAvailable() && !recogniser.teacher());
         QFile dictionary(SphinxDecoder::dictionaryIn(folder_.path())); // there is no more than that
         QVERIFY(dictionary.open(QIODevice::WriteOnly));
         SphinxRecogniser broken(folder_.path());
@@ -221,35 +217,49 @@ private Q_SLOTS:
     {
         QFETCH(QString, name);
         SphinxRecogniser recogniser(model);
-        const SpeechModelFiles files{folder_.filePath(u"x.bin"_s), folder_.filePath(u"x-lm"_s),
-            folder_.filePath(u"x-vocab"_s)};
-        const auto taught = recogniser.teach(WakeTraining::of(name), files);
+        const auto taught = taughtTo(recogniser, name);
         QVERIFY(!recognised(recogniser, taught, spoken(u"what time is it"_s)).isEmpty());
-        QVERIFY_THROWS_EXCEPTION(
-            std::runtime_error, recogniser.teach(WakeTraining::of(u"?!"_s), files));
+        QVERIFY_THROWS_EXCEPTION(std::runtime_error, taughtTo(recogniser, u"?!"_s));
     }
 
-    void labReports()
+    /// What is not wanted any more is not searched.
+    void whatIsAbandonedCostsNothing()
     {
-        const QString out = folder_.filePath(u"report.txt"_s);
-        QCOMPARE(WakeLab::run(out, u"Melody"_s, true), 0);
-        QFile report(out);
-        QVERIFY(report.open(QIODevice::ReadOnly));
-        const QStringList lines = QString::fromUtf8(report.readAll()).split(u'\n');
-        QCOMPARE(lines.last(2), (QStringList{u"done"_s, QString()}));
-        const qsizetype samples = lines.size() - 3;
-        qsizetype hits = 0;
-        for (const QString &line : lines.first(samples)) {
-            QVERIFY2(line.startsWith(u"ok  "_s) || line.startsWith(u"MISS"_s), qPrintable(line));
-            hits += line.startsWith(u"ok  "_s);
-        }
-        QVERIFY(samples >= 72 && hits > 0);
-        QCOMPARE(lines[samples],
-            u"== plain: the name was written correctly in %1 of %2"_s.arg(hits).arg(samples));
+        auto decoder = SphinxDecoder::load(model);
+        QVERIFY(decoder);
+        SphinxRecogniser recogniser(model);
+        const auto taught = taughtTo(recogniser, u"Kelo"_s);
+        const Samples speech = spoken(u"everyone could see that Kelo had nothing to say"_s);
+        std::stop_source stop;
+        stop.request_stop();
+        QVERIFY(!decoder->expect(taught, {u"zyrkal sonata"_s}, stop.get_token()));
+        decoder->begin();
+        decoder->process(speech);
+        decoder->end();
+        QVERIFY(!decoder->words().contains(u"kelo"_s)); // it was left as it was
+        QVERIFY(!decoder->expect(taught, {u"zyrkal sonata"_s}));
+        const double searched = decoder->secondsSearched();
+        decoder->begin(stop.get_token());
+        decoder->process(speech);
+        decoder->end();
+        decoder->begin();
+        decoder->process(Samples(speech.begin(), speech.begin() + 16000));
+        decoder->abandon();
+        QVERIFY(decoder->words().isEmpty());
+        QVERIFY(decoder->secondsSearched() - searched < 1.1);
+        decoder->begin();
+        decoder->process(speech);
+        decoder->end();
+        QVERIFY(!decoder->words().isEmpty());
     }
 
 private:
     QTemporaryDir folder_;
+    TaughtModel taughtTo(const SphinxRecogniser &recogniser, const QString &name)
+    {
+        return recogniser.teacher()(WakeTraining::of(name),
+            SpeechModelFiles::of(folder_.path(), name.size() > 50 ? u"x"_s : name), {});
+    }
     Samples spoken(const QString &text, const QString &voice = u"gmw/en-US"_s)
     {
         const QString file = folder_.filePath(u"a.wav"_s);

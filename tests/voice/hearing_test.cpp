@@ -162,17 +162,28 @@ private Q_SLOTS:
         QCOMPARE(devices.size(), 1); // the speakers' monitor is no microphone
         std::atomic<int> loud = 0;
         const auto count = [&](const AudioBuffer &buffer) { loud += peakOf(buffer) > 0.05; };
-        QCOMPARE(microphone.open(devices.first(), count), Microphone::Opening::Started);
+        QCOMPARE(outcome(microphone, devices.first(), count), Microphone::Opening::Started);
         QVERIFY(microphone_.speak(u"what time is it"_s));
         QTRY_VERIFY(loud > 5);
         const QSignalSpy lost(&microphone, &Microphone::lost);
         QVERIFY(microphone_.pull());
         QTRY_COMPARE(lost.size(), 1);
-        QVERIFY(!microphone.isOpen());
+        QCOMPARE(outcome(microphone, {u"nobody"_s, {}}, {}), Microphone::Opening::NotAttached);
         QVERIFY(microphone_.plugIn());
 #else
         QSKIP("Qt Multimedia is not there");
 #endif
+    }
+
+    void refusalsAreTold()
+    {
+        const auto microphone = Microphone::ofThisSystem();
+        auto search = microphone->discover();
+        QTRY_VERIFY(search.isFinished());
+        QCOMPARE(outcome(*microphone, {u"nobody"_s, {}}, {}), Microphone::Opening::NoInput);
+        microphone_.freeze();
+        QCOMPARE(
+            outcome(*microphone, search.result().first(), {}), Microphone::Opening::NotAttached);
     }
 
     void canBeSwitchedForever()
@@ -210,6 +221,15 @@ private:
         QTRY_COMPARE_WITH_TIMEOUT(voice_->status.get(), u"LISTENING FOR “KELO”"_s, 10000);
         QTest::qWait(200);
         sent();
+    }
+
+    static Microphone::Opening outcome(
+        Microphone &microphone, const MicrophoneDevice &device, const Microphone::Sink &sink)
+    {
+        auto opening = microphone.open(device, sink);
+        return QTest::qWaitFor([&] { return opening.isFinished(); })
+            ? opening.result()
+            : throw std::runtime_error("no answer");
     }
 
     /// Says `text` and returns what the engine was sent until a while after the final result, or

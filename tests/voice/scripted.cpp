@@ -2,6 +2,8 @@
 
 #include <QThread>
 
+#include <stdexcept>
+
 using namespace Qt::StringLiterals;
 
 namespace kelo::test {
@@ -21,28 +23,22 @@ QFuture<bool> ScriptedPermissions::answer(bool allowed) const
     return promise->future();
 }
 
-Microphone::Opening ScriptedMicrophone::open(const MicrophoneDevice &device, Sink sink)
+QFuture<QList<MicrophoneDevice>> ScriptedMicrophone::discover()
 {
-    if (opening != Opening::Started)
-        return opening;
-    *events << "open "_L1 + device.id;
-    openDevice = device.id;
+    ++searches;
+    return QtFuture::makeReadyFuture(devices);
+}
+
+QFuture<Microphone::Opening> ScriptedMicrophone::open(const MicrophoneDevice &device, Sink sink)
+{
+    events->append("open "_L1 + device.id);
     sink_ = std::move(sink);
-    return Opening::Started;
+    return QtFuture::makeReadyFuture(opening);
 }
 
 void ScriptedMicrophone::close()
 {
-    if (isOpen())
-        *events << u"close"_s;
-    openDevice.clear();
-}
-
-void ScriptedMicrophone::pull()
-{
-    devices.clear();
-    openDevice.clear();
-    Q_EMIT lost();
+    events->append(u"close"_s);
 }
 
 namespace {
@@ -55,13 +51,19 @@ public:
     {
     }
     void append(const AudioBuffer & /*buffer*/) override { ++recogniser_.buffers; }
-    void endAudio() override { note(u"end"_s); }
+    void endAudio() override
+    {
+        note(u"end"_s);
+        if (!recogniser_.answers.isEmpty())
+            recogniser_.handlers[number_](
+                Transcript{recogniser_.answers.takeFirst(), true}, std::nullopt);
+    }
     void cancel() override { note(u"cancel"_s); }
 
 private:
     void note(const QString &what)
     {
-        *recogniser_.events << what + u' ' + QString::number(number_);
+        recogniser_.events->append(what + u' ' + QString::number(number_));
     }
 
     ScriptedRecogniser &recogniser_;
@@ -73,19 +75,28 @@ private:
 std::shared_ptr<RecognitionTask> ScriptedRecogniser::start(
     const RecognitionRequest &request, RecognitionTask::Handler handler)
 {
-    *events << u"start "_s + QString::number(handlers.size());
+    events->append(u"start "_s + QString::number(handlers.size()));
+    if (requests.isEmpty() || request.contextualStrings != requests.last().contextualStrings)
+        events->append("expect "_L1 + request.contextualStrings.join(u'|'));
+    if (request.taught)
+        events->append("taught "_L1 + request.taught->name);
     buffers = 0;
     requests.append(request);
     handlers.push_back(std::move(handler));
     return std::make_shared<ScriptedTask>(*this, handlers.size() - 1);
 }
 
-TaughtModel ScriptedRecogniser::teach(const WakeTraining &training, const SpeechModelFiles &files)
+Teacher ScriptedRecogniser::teacher() const
 {
-    ++taughtNames;
-    if (!teachingFails.isEmpty())
-        throw std::runtime_error(teachingFails.toStdString());
-    return {training.name, files.languageModel, files.vocabulary, {}};
+    if (!teachable)
+        return nullptr;
+    return [self = const_cast<ScriptedRecogniser *>(this)](
+               const WakeTraining &training, const SpeechModelFiles &files, const auto &) {
+        ++self->taughtNames;
+        if (!self->teachingFails.isEmpty())
+            throw std::runtime_error(self->teachingFails.toStdString());
+        return TaughtModel{training.name, files.languageModel, files.vocabulary, {}};
+    };
 }
 
 VoiceFixture::VoiceFixture()
@@ -97,26 +108,48 @@ VoiceFixture::VoiceFixture()
     permissions = allowed.get();
     microphone = ear.get();
     recogniser = listener.get();
-    microphone->events = recogniser->events = &events;
+    microphone->events = recogniser->events = &trace_;
     voice = std::make_unique<VoiceControl>(VoiceSetup{&link.link(),
         [this](const QString &line) {
             if (!line.endsWith(u'\n') || line.count(u'\n') != 1)
                 qFatal("not one line: %s", qPrintable(line));
-            sent_.append(line.chopped(1));
+            trace_.append(line.chopped(1));
         },
         std::move(allowed), std::move(ear), std::move(listener),
         std::make_unique<QSettings>(link.settingsFile, QSettings::IniFormat), link.dataDir,
         link.time});
+    noteChanges();
+    trace_.clear();
+    for (const auto changed : {&VoiceControl::statusChanged, &VoiceControl::onChanged,
+             &VoiceControl::levelChanged, &VoiceControl::microphonesChanged})
+        QObject::connect(voice.get(), changed, voice.get(), [this] { noteChanges(); });
 }
 
-QStringList VoiceFixture::logged()
+void VoiceFixture::noteChanges()
 {
-    QStringList lines = QString::fromUtf8(link.read(u"voice-log.txt"_s).sliced(logRead_))
-                            .split(u'\n', Qt::SkipEmptyParts);
-    logRead_ = link.read(u"voice-log.txt"_s).size();
-    for (QString &line : lines)
-        line.remove(0, 10); // the time of day and two spaces
-    return lines;
+    const auto note = [this](const QString &what, const QString &value) {
+        if (std::exchange(known_[what], value) != value)
+            trace_.append(what + u' ' + (value.isEmpty() ? u"-"_s : value));
+    };
+    note(u"status"_s, voice->status);
+    note(u"on"_s, voice->on ? u"true"_s : u"false"_s);
+    note(u"level"_s, QString::number(voice->level, 'f', 2));
+    note(u"in use"_s, voice->microphoneInUse());
+}
+
+QStringList VoiceFixture::trace()
+{
+    for (const QString &key : {u"voice"_s, u"microphone"_s}) {
+        const QString value = link.setting(key).toString();
+        if (std::exchange(known_["setting "_L1 + key], value) != value)
+            trace_.append("setting "_L1 + key + u' ' + value);
+    }
+    const QByteArray log = link.read(u"voice-log.txt"_s);
+    for (const QString &line : QString::fromUtf8(log.sliced(std::min(logRead_, log.size())))
+                                   .split(u'\n', Qt::SkipEmptyParts))
+        trace_.append("log "_L1 + line.sliced(10)); // after the time of day and two spaces
+    logRead_ = log.size();
+    return std::exchange(trace_, {});
 }
 
 } // namespace kelo::test

@@ -9,10 +9,8 @@
 
 #include <QPromise>
 
-#include <stdexcept>
-
 /// Stand-ins that do as a test says, and voice control made of them. What happens is noted in one
-/// list of `events`, in order.
+/// list, in order.
 namespace kelo::test {
 
 struct ScriptedPermissions final : Permissions {
@@ -34,19 +32,13 @@ public:
     QList<MicrophoneDevice> devices{
         {QStringLiteral("desk"), QStringLiteral("Desk Mic"), false, true}};
     Opening opening = Opening::Started;
-    QString openDevice;
+    int searches = 0;
     QStringList *events = nullptr;
 
-    QFuture<QList<MicrophoneDevice>> discover() override
-    {
-        return QtFuture::makeReadyFuture(devices);
-    }
-    Opening open(const MicrophoneDevice &device, Sink sink) override;
+    QFuture<QList<MicrophoneDevice>> discover() override;
+    QFuture<Opening> open(const MicrophoneDevice &device, Sink sink) override;
     void close() override;
-    [[nodiscard]] bool isOpen() const override { return !openDevice.isEmpty(); }
-
     void hear(const AudioBuffer &buffer) const { sink_(buffer); }
-    void pull();
 
 private:
     Sink sink_;
@@ -60,6 +52,7 @@ public:
     QString teachingFails; ///< the reason
     std::atomic<int> taughtNames = 0;
     QStringList *events = nullptr;
+    QStringList answers; ///< of sessions on recordings, one after the other
     QList<RecognitionRequest> requests;
     std::vector<RecognitionTask::Handler> handlers; ///< of every session so far
     int buffers = 0; ///< that came to the newest session
@@ -68,19 +61,7 @@ public:
     [[nodiscard]] bool isOnDevice() const override { return onDevice; }
     std::shared_ptr<RecognitionTask> start(
         const RecognitionRequest &request, RecognitionTask::Handler handler) override;
-    [[nodiscard]] bool canBeTaught() const override { return teachable; }
-    TaughtModel teach(const WakeTraining &training, const SpeechModelFiles &files) override;
-
-    /// Has the newest session or an earlier one say something.
-    void say(const QString &words, bool final = false) { say(handlers.size() - 1, words, final); }
-    void say(std::size_t session, const QString &words, bool final)
-    {
-        handlers.at(session)(Transcript{words, final}, std::nullopt);
-    }
-    void fail(const QString &domain, int code)
-    {
-        handlers.back()(std::nullopt, RecogniserError{domain, code, QStringLiteral("it broke")});
-    }
+    [[nodiscard]] Teacher teacher() const override;
 };
 
 /// Voice control with all of that, a data directory with a voice log in it, and a clock.
@@ -89,22 +70,24 @@ public:
     VoiceFixture();
 
     VoiceControl *operator->() { return voice.get(); }
-    /// Lines sent to the engine since the last call, without line feeds.
-    QStringList sent() { return std::exchange(sent_, {}); }
-    /// Messages logged since the last call.
-    QStringList logged();
-    [[nodiscard]] QVariant setting() const { return link.setting(QStringLiteral("voice")); }
+    /// What happened since the last call: status, on, level and settings when they changed, what
+    /// reached microphone, recogniser and engine, all in order; then what was logged.
+    QStringList trace();
 
     LinkFixture link;
-    QStringList events; ///< what reached the microphone and the recogniser
+
+private:
+    void noteChanges();
+
+    QStringList trace_;
+    QMap<QString, QString> known_; // values as noted last
+    qsizetype logRead_ = 0;
+
+public:
     ScriptedPermissions *permissions = nullptr;
     ScriptedMicrophone *microphone = nullptr;
     ScriptedRecogniser *recogniser = nullptr;
-    std::unique_ptr<VoiceControl> voice;
-
-private:
-    QStringList sent_;
-    qsizetype logRead_ = 0;
+    std::unique_ptr<VoiceControl> voice; ///< the last, since its end is noted too
 };
 
 } // namespace kelo::test

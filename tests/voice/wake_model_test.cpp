@@ -1,6 +1,7 @@
 #include "voice/name/wake_model.h"
 #include "voice/name/wake_training.h"
 #include "voice/scripted.h"
+#include "voice/wake_lab/wake_lab.h"
 
 #include <QTest>
 
@@ -134,26 +135,55 @@ private Q_SLOTS:
         QVERIFY(!without.isBuilding());
     }
 
-    void listensAnewOnceTaught()
+    void labReports_data()
     {
-        VoiceFixture voice;
-        voice.recogniser->teachable = true;
-        voice->begin();
-        QVERIFY(!voice.recogniser->requests.last().taught);
-        QTRY_COMPARE(voice.events.last(), u"start 1"_s);
-        QCOMPARE(voice.recogniser->requests.last().taught->name, u"Kelo"_s);
-        voice.link->handle("name Luna");
-        voice->listen(); // no model of an old name
-        QVERIFY(!voice.recogniser->requests.last().taught);
-        QTRY_COMPARE(voice.events.last(), u"start 3"_s);
-        QCOMPARE(voice.recogniser->requests.last().taught->name, u"Luna"_s);
-        voice.link->handle("name Aria");
-        voice->listen();
-        voice->stop();
-        QTRY_COMPARE(voice.recogniser->taughtNames.load(), 3);
-        QTest::qWait(20);
-        QVERIFY(!voice->on);
-        QCOMPARE(voice.recogniser->handlers.size(), 5U); // taught while off: nobody listens
+        QTest::addColumn<QString>("teachingFails");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("end");
+        QTest::newRow("teaching fails")
+            << u"no room"_s << 1
+            << u"== plain: the name was written correctly in 2 of 72\n"
+               "the name could not be taught to the recogniser: no room\n"_s;
+        QTest::newRow("whole")
+            << QString() << 0
+            << u"Melody is heard 0 times of 10, and sometimes when nobody said it; a "
+               "longer name with sounds that stand out is heard more surely. How "
+               "often it is heard when nobody says it, 35 seconds of talk cannot "
+               "tell.\ndone\n"_s;
+    }
+
+    void labReports()
+    {
+        QFETCH(QString, teachingFails);
+        QFETCH(QString, end);
+        const QTemporaryDir folder;
+        const QString out = folder.filePath(u"report.txt"_s);
+        QStringList events;
+        const auto recogniser = [&] {
+            auto scripted = std::make_unique<ScriptedRecogniser>();
+            scripted->events = &events;
+            scripted->teachable = true;
+            scripted->teachingFails = teachingFails;
+            scripted->answers = QStringList(160, u"hey Melanie"_s);
+            scripted->answers[0] = u"Hey melody, what's the weather"_s;
+            scripted->answers[70] = u"MELODY"_s;
+            scripted->answers[150] = u"a melody"_s;
+            return scripted;
+        };
+        QTEST(WakeLab::run(out, u"Melody"_s, false, recogniser()), "status");
+        QFile file(out);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QString report = QString::fromUtf8(file.readAll());
+        QVERIFY2(report.endsWith(end), qPrintable(report.right(300)));
+        const QStringList lines = report.split(u'\n');
+        QCOMPARE(
+            lines[1], u"ok  Hey melody, what's the weather  [gmw/en-US, 140 words a minute]"_s);
+        QVERIFY(lines[2].startsWith(u"MISS hey Melanie  ["_s));
+        QCOMPARE(lines.filter(u"noise"_s).size(), !teachingFails.isEmpty() ? 24 : 48);
+        QVERIFY(!lines[48].contains(u"noise"_s) && lines[49].contains(u"noise at 20 dB"_s));
+        QCOMPARE(
+            WakeLab::run(folder.filePath(u"no/report.txt"_s), u"Melody"_s, false, recogniser()), 1);
+        QCOMPARE(WakeLab::run(out, u"Melody"_s, true, nullptr), 1);
     }
 };
 

@@ -77,7 +77,7 @@ private Q_SLOTS:
                 .split(u' ', Qt::SkipEmptyParts);
         QVERIFY(names.size() >= 200);
         for (const QString &name : names) {
-            const auto entry = pronounced(nameToken(name), u"/nonexistent"_s);
+            const auto entry = pronounced({nameToken(name)}, u"/nonexistent"_s).first();
             QVERIFY2(!entry.pronunciations.isEmpty(), qPrintable(name));
             for (const Phones &phones : entry.pronunciations) {
                 QVERIFY2(!phones.isEmpty(), qPrintable(name));

@@ -19,20 +19,21 @@ public:
     {
         return QtFuture::makeReadyFuture(QList<MicrophoneDevice>());
     }
-    Opening open(const MicrophoneDevice & /*device*/, Sink /*sink*/) override
+    QFuture<Opening> open(const MicrophoneDevice & /*device*/, Sink /*sink*/) override
     {
-        return Opening::NoInput;
+        return QtFuture::makeReadyFuture(Opening::NoInput);
     }
     void close() override { }
-    [[nodiscard]] bool isOpen() const override { return false; }
 };
 
 } // namespace
 
-const MicrophoneDevice *chosenMicrophone(const QList<MicrophoneDevice> &devices)
+const MicrophoneDevice *chosenMicrophone(
+    const QList<MicrophoneDevice> &devices, const QString &preferred)
 {
-    using Rule = bool (*)(const MicrophoneDevice &);
-    static constexpr Rule rules[] = {
+    using Rule = std::function<bool(const MicrophoneDevice &)>;
+    const Rule rules[] = {
+        [&](const MicrophoneDevice &device) { return device.id == preferred; },
         [](const MicrophoneDevice &device) { return device.builtIn; },
         // Some systems do not say what is built in, but name the computer.
         [](const MicrophoneDevice &device) {
@@ -41,7 +42,7 @@ const MicrophoneDevice *chosenMicrophone(const QList<MicrophoneDevice> &devices)
         [](const MicrophoneDevice &device) { return device.systemDefault; },
         [](const MicrophoneDevice &) { return true; },
     };
-    for (const Rule rule : rules) {
+    for (const Rule &rule : rules) {
         const auto found = std::find_if(devices.begin(), devices.end(), rule);
         if (found != devices.end())
             return &*found;

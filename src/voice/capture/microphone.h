@@ -21,9 +21,10 @@ struct MicrophoneDevice {
     friend bool operator==(const MicrophoneDevice &, const MicrophoneDevice &) = default;
 };
 
-/// The device to listen with: a built-in one before the system's default before any other.
-/// Null when there is none.
-[[nodiscard]] const MicrophoneDevice *chosenMicrophone(const QList<MicrophoneDevice> &devices);
+/// The device to listen with: the one called `preferred` (an id) if it is there, then a built-in
+/// one before the system's default before any other. Null when there is none.
+[[nodiscard]] const MicrophoneDevice *chosenMicrophone(
+    const QList<MicrophoneDevice> &devices, const QString &preferred);
 
 /// Captures from one device at a time. Used on the GUI thread, which it never keeps waiting:
 /// whatever takes time happens on a thread of its own.
@@ -35,7 +36,7 @@ public:
     using Sink = std::function<void(const AudioBuffer &)>;
 
     enum class Opening {
-        Started, ///< sound will come, or `lost`
+        Started, ///< sound comes, until `close` or `lost`
         NoInput, ///< the device cannot be used
         NotAttached, ///< the device is there and cannot be captured from
     };
@@ -43,10 +44,10 @@ public:
     /// Every device that is there now; none when there is no working sound system. Answered within
     /// a second or so.
     virtual QFuture<QList<MicrophoneDevice>> discover() = 0;
-    /// Starts to capture, 16 kHz mono if the device can be had so.
-    virtual Opening open(const MicrophoneDevice &device, Sink sink) = 0;
+    /// Starts to capture, 16 kHz mono if the device can be had so. Answered as soon as sound can
+    /// come or cannot, within a second or so; never when it is closed before.
+    virtual QFuture<Opening> open(const MicrophoneDevice &device, Sink sink) = 0;
     virtual void close() = 0;
-    [[nodiscard]] virtual bool isOpen() const = 0;
 
     /// What this system captures with.
     static std::unique_ptr<Microphone> ofThisSystem();
@@ -56,6 +57,8 @@ public:
 Q_SIGNALS:
     /// Capture ended by itself: the device was pulled or the sound system went away. It is closed.
     void lost();
+    /// Devices may have come or gone. Not told by every sound system.
+    void devicesChanged();
 };
 
 } // namespace kelo

@@ -1,8 +1,10 @@
 #pragma once
 
-#include <QString>
+#include "voice/capture/microphone.h"
 
 #include <pulse/pulseaudio.h>
+
+#include <optional>
 
 /// What makes the C library of PulseAudio safe and short to use.
 namespace kelo::pulse {
@@ -25,7 +27,9 @@ private:
 /// Lets go of a question whose answer comes through its callback.
 void forget(pa_operation *operation);
 
-/// The device is part of this computer rather than something plugged into it.
-[[nodiscard]] bool isInternal(const pa_proplist *properties);
+/// What a source of the server's is as a microphone. None when it plays what an output plays, or
+/// when nothing is plugged into any of its sockets.
+[[nodiscard]] std::optional<MicrophoneDevice> microphoneOf(
+    const pa_source_info &source, const QString &defaultId);
 
 } // namespace kelo::pulse

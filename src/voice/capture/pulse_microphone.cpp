@@ -3,8 +3,8 @@
 #include "voice/capture/pulse_library.h"
 
 #include <QCoreApplication>
-#include <QPromise>
 
+#include <utility>
 #include <vector>
 
 namespace kelo {
@@ -90,6 +90,17 @@ void PulseMicrophone::contextChanged()
 {
     const auto state = pa_context_get_state(context_);
     if (state == PA_CONTEXT_READY) {
+        pa_context_set_subscribe_callback(
+            context_,
+            [](pa_context *, pa_subscription_event_type_t, uint32_t, void *self) {
+                auto *microphone = static_cast<PulseMicrophone *>(self);
+                QMetaObject::invokeMethod(
+                    microphone, &Microphone::devicesChanged, Qt::QueuedConnection);
+            },
+            this);
+        constexpr auto devices = static_cast<pa_subscription_mask_t>(
+            PA_SUBSCRIPTION_MASK_SOURCE | PA_SUBSCRIPTION_MASK_SERVER);
+        forget(pa_context_subscribe(context_, devices, nullptr, nullptr));
         ask();
     } else if (!PA_CONTEXT_IS_GOOD(state)) {
         if (stream_)
@@ -162,12 +173,8 @@ void PulseMicrophone::ask()
 
 void PulseMicrophone::found(const pa_source_info &source)
 {
-    if (source.monitor_of_sink != PA_INVALID_INDEX)
-        return;
-    const QString id = QString::fromUtf8(source.name);
-    const QString name = QString::fromUtf8(source.description).simplified();
-    search_->devices.append(
-        {id, name.isEmpty() ? id : name, isInternal(source.proplist), id == search_->defaultId});
+    if (const auto device = microphoneOf(source, search_->defaultId))
+        search_->devices.append(*device);
 }
 
 void PulseMicrophone::answer()
@@ -185,17 +192,17 @@ void PulseMicrophone::answer()
 
 // ---- capture ----
 
-Microphone::Opening PulseMicrophone::open(const MicrophoneDevice &device, Sink sink)
+QFuture<Microphone::Opening> PulseMicrophone::open(const MicrophoneDevice &device, Sink sink)
 {
     close();
     if (!loop_)
-        return Opening::NoInput;
+        return QtFuture::makeReadyFuture(Opening::NoInput);
     const Locked lock(loop_);
     if (!context_ || pa_context_get_state(context_) != PA_CONTEXT_READY)
-        return Opening::NoInput;
+        return QtFuture::makeReadyFuture(Opening::NoInput);
     stream_ = pa_stream_new(context_, "speech", &captureSpec, nullptr);
     if (!stream_)
-        return Opening::NotAttached;
+        return QtFuture::makeReadyFuture(Opening::NotAttached);
     pa_stream_set_state_callback(
         stream_,
         [](pa_stream *stream, void *self) {
@@ -215,17 +222,22 @@ Microphone::Opening PulseMicrophone::open(const MicrophoneDevice &device, Sink s
         static_cast<pa_stream_flags_t>(PA_STREAM_DONT_MOVE | PA_STREAM_ADJUST_LATENCY);
     if (pa_stream_connect_record(stream_, device.id.toUtf8().constData(), &attributes, flags) < 0) {
         dropStream();
-        return Opening::NotAttached;
+        return QtFuture::makeReadyFuture(Opening::NotAttached);
     }
     sink_ = std::move(sink);
-    ++serial_;
-    open_ = true;
-    return Opening::Started;
+    openingPatience_ = pa_context_rttime_new(
+        context_, pa_rtclock_now() + serverPatience,
+        [](pa_mainloop_api *, pa_time_event *, const timeval *, void *self) {
+            static_cast<PulseMicrophone *>(self)->streamEnded(Opening::NotAttached);
+        },
+        this);
+    opening_.emplace();
+    opening_->start();
+    return opening_->future();
 }
 
 void PulseMicrophone::close()
 {
-    open_ = false;
     if (!loop_)
         return;
     const Locked lock(loop_);
@@ -235,6 +247,11 @@ void PulseMicrophone::close()
 
 void PulseMicrophone::dropStream()
 {
+    opening_.reset(); // unanswered, if it still is
+    if (openingPatience_) {
+        pa_threaded_mainloop_get_api(loop_)->time_free(openingPatience_);
+        openingPatience_ = nullptr;
+    }
     if (!stream_)
         return;
     pa_stream_set_state_callback(stream_, nullptr, nullptr);
@@ -247,17 +264,33 @@ void PulseMicrophone::dropStream()
 
 void PulseMicrophone::streamChanged(pa_stream *stream)
 {
-    if (PA_STREAM_IS_GOOD(pa_stream_get_state(stream))
-        && PA_CONTEXT_IS_GOOD(pa_context_get_state(context_)))
-        return;
+    const auto state = pa_stream_get_state(stream);
+    if (!PA_STREAM_IS_GOOD(state) || !PA_CONTEXT_IS_GOOD(pa_context_get_state(context_))) {
+        const bool gone = pa_context_errno(context_) == PA_ERR_NOENTITY;
+        streamEnded(gone ? Opening::NoInput : Opening::NotAttached);
+    } else if (state == PA_STREAM_READY && opening_) {
+        pa_threaded_mainloop_get_api(loop_)->time_free(std::exchange(openingPatience_, nullptr));
+        opening_->addResult(Opening::Started);
+        opening_->finish();
+        opening_.reset();
+    }
+}
+
+/// It could not be opened for `reason`, or has been lost.
+void PulseMicrophone::streamEnded(Opening reason)
+{
+    auto opening = std::exchange(opening_, std::nullopt);
     dropStream();
+    if (opening) {
+        opening->addResult(reason);
+        opening->finish();
+        return;
+    }
     QMetaObject::invokeMethod(
         this,
         [this, serial = serial_] {
-            if (serial != serial_)
-                return; // it was closed or opened again since
-            open_ = false;
-            Q_EMIT lost();
+            if (serial == serial_) // neither closed nor opened again since
+                Q_EMIT lost();
         },
         Qt::QueuedConnection);
 }

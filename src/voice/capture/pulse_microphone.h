@@ -2,9 +2,12 @@
 
 #include "voice/capture/microphone.h"
 
+#include <QPromise>
+
+#include <optional>
+
 struct pa_context;
 struct pa_proplist;
-struct pa_server_info;
 struct pa_source_info;
 struct pa_stream;
 struct pa_threaded_mainloop;
@@ -27,9 +30,8 @@ public:
     [[nodiscard]] bool isWorking() const { return loop_ != nullptr; }
 
     QFuture<QList<MicrophoneDevice>> discover() override;
-    Opening open(const MicrophoneDevice &device, Sink sink) override;
+    QFuture<Opening> open(const MicrophoneDevice &device, Sink sink) override;
     void close() override;
-    [[nodiscard]] bool isOpen() const override { return open_; }
 
 private:
     struct Search;
@@ -42,6 +44,7 @@ private:
     void found(const pa_source_info &source);
     void answer();
     void streamChanged(pa_stream *stream);
+    void streamEnded(Opening reason);
     void read(pa_stream *stream);
     void dropStream();
 
@@ -51,8 +54,9 @@ private:
     pa_time_event *patience_ = nullptr;
     std::unique_ptr<Search> search_;
     Sink sink_;
+    std::optional<QPromise<Opening>> opening_; // until it is answered
+    pa_time_event *openingPatience_ = nullptr;
     qint64 serial_ = 0; // of the capture that is open; tells a late loss from ours
-    bool open_ = false; // on the GUI thread
 };
 
 } // namespace kelo

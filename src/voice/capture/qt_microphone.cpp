@@ -21,7 +21,7 @@ using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 
 constexpr auto lookEvery = 500ms;
-constexpr auto farewell = 2s;
+constexpr auto farewell = 250ms;
 constexpr qint64 silentFor = 1500; // milliseconds without a buffer
 
 QAudioFormat speechFormat(const QAudioDevice &device)
@@ -75,10 +75,11 @@ QAudioDevice deviceOf(const QString &id)
 
 } // namespace
 
-/// Where the sound goes, until it is shut.
+/// Where the sound goes, until it is shut, and who waits for it to come.
 struct QtMicrophone::Outlet {
     std::mutex mutex;
     Sink sink;
+    std::optional<QPromise<Opening>> opening; ///< until it is answered; on the thread
 };
 
 /// One device's sound, on the microphone's thread.
@@ -104,6 +105,7 @@ private:
     void read()
     {
         sinceSound_.start();
+        answer(Opening::Started);
         const AudioBuffer buffer{
             {sampleOf(format_.sampleFormat()), format_.sampleRate(), format_.channelCount()},
             input_->readAll()};
@@ -117,7 +119,19 @@ private:
         if (input_ && !sinceSound_.hasExpired(silentFor) && !deviceOf(id_).isNull())
             return;
         look_.stop();
-        ended_();
+        if (!answer(Opening::NotAttached))
+            ended_();
+    }
+
+    /// Tells how opening went, unless that has been told.
+    bool answer(Opening opening)
+    {
+        auto waiting = std::exchange(outlet_->opening, std::nullopt);
+        if (waiting) {
+            waiting->addResult(opening);
+            waiting->finish();
+        }
+        return waiting.has_value();
     }
 
     QString id_;
@@ -133,9 +147,9 @@ private:
 };
 
 QtMicrophone::QtMicrophone()
-    : desk_(std::make_unique<QObject>())
+    : context_(std::make_unique<QObject>())
 {
-    desk_->moveToThread(&thread_);
+    context_->moveToThread(&thread_);
     thread_.setObjectName(u"kelo.ear"_s);
     thread_.start();
 }
@@ -143,7 +157,7 @@ QtMicrophone::QtMicrophone()
 QtMicrophone::~QtMicrophone()
 {
     close();
-    QMetaObject::invokeMethod(desk_.get(), [] { QThread::currentThread()->quit(); });
+    QMetaObject::invokeMethod(context_.get(), [] { QThread::currentThread()->quit(); });
     if (!thread_.wait(QDeadlineTimer(farewell))) {
         thread_.terminate(); // a sound system that hangs shall not keep the program
         thread_.wait();
@@ -154,41 +168,43 @@ QFuture<QList<MicrophoneDevice>> QtMicrophone::discover()
 {
     auto promise = std::make_shared<QPromise<QList<MicrophoneDevice>>>();
     promise->start();
-    QMetaObject::invokeMethod(desk_.get(), [promise] {
+    QMetaObject::invokeMethod(context_.get(), [promise] {
         promise->addResult(devicesNow());
         promise->finish();
     });
     return promise->future();
 }
 
-Microphone::Opening QtMicrophone::open(const MicrophoneDevice &device, Sink sink)
+QFuture<Microphone::Opening> QtMicrophone::open(const MicrophoneDevice &device, Sink sink)
 {
     close();
-    open_ = true;
     outlet_ = std::make_shared<Outlet>();
     outlet_->sink = std::move(sink);
-    const auto lost = [this, serial = ++serial_] {
+    outlet_->opening.emplace();
+    outlet_->opening->start();
+    auto answer = outlet_->opening->future();
+    const auto lost = [this, serial = serial_] {
         QMetaObject::invokeMethod(
             this, [this, serial] { ended(serial); }, Qt::QueuedConnection);
     };
-    QMetaObject::invokeMethod(desk_.get(), [this, id = device.id, outlet = outlet_, lost] {
+    QMetaObject::invokeMethod(context_.get(), [this, id = device.id, outlet = outlet_, lost] {
         capture_ = std::make_unique<Capture>(id, outlet, lost);
     });
-    return Opening::Started;
+    return answer;
 }
 
 /// Shuts the outlet at once and leaves the rest, which may take its time, to the thread.
 void QtMicrophone::close()
 {
-    if (!open_)
-        return;
-    open_ = false;
     ++serial_;
+    if (!outlet_)
+        return;
     {
         const std::lock_guard lock(outlet_->mutex);
         outlet_->sink = nullptr;
     }
-    QMetaObject::invokeMethod(desk_.get(), [this] { capture_.reset(); });
+    outlet_.reset();
+    QMetaObject::invokeMethod(context_.get(), [this] { capture_.reset(); });
 }
 
 void QtMicrophone::ended(qint64 serial)

@@ -17,9 +17,8 @@ public:
     ~QtMicrophone() override;
 
     QFuture<QList<MicrophoneDevice>> discover() override;
-    Opening open(const MicrophoneDevice &device, Sink sink) override;
+    QFuture<Opening> open(const MicrophoneDevice &device, Sink sink) override;
     void close() override;
-    [[nodiscard]] bool isOpen() const override { return open_; }
 
 private:
     class Capture;
@@ -28,11 +27,10 @@ private:
     void ended(qint64 serial);
 
     QThread thread_;
-    std::unique_ptr<QObject> desk_; // lives on the thread; what is done there goes through it
+    std::unique_ptr<QObject> context_; // lives on the thread; what is done there goes through it
     std::unique_ptr<Capture> capture_; // on the thread
     std::shared_ptr<Outlet> outlet_; // of the capture that is open
     qint64 serial_ = 0; // of the capture that is open; tells a late loss from ours
-    bool open_ = false;
 };
 
 } // namespace kelo

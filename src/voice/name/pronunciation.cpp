@@ -1,5 +1,6 @@
 #include "voice/name/pronunciation.h"
 
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QProcess>
 
@@ -35,13 +36,22 @@ const char *voiceOf(QChar::Script script)
     }
 }
 
-QString reading(const QString &text, const QString &voice)
+constexpr int patience = 5000; // milliseconds
+constexpr int lookEvery = 50;
+
+QString reading(const QString &text, const QString &voice, const std::stop_token &stop)
 {
+    if (stop.stop_requested())
+        return {};
     QProcess synthesiser;
     synthesiser.start(u"espeak-ng"_s, {u"-q"_s, u"--ipa"_s, u"-v"_s, voice, u"--stdin"_s});
     synthesiser.write(text.toUtf8());
     synthesiser.closeWriteChannel();
-    if (!synthesiser.waitForFinished(5000)) {
+    const QDeadlineTimer deadline(patience);
+    while (!synthesiser.waitForFinished(lookEvery)) {
+        if (synthesiser.state() != QProcess::NotRunning && !deadline.hasExpired()
+            && !stop.stop_requested())
+            continue;
         synthesiser.kill();
         synthesiser.waitForFinished(1000);
         return {};
@@ -57,13 +67,14 @@ QString withoutMarks(const QString &text)
 
 } // namespace
 
-QHash<QString, QList<Phones>> dictionaryEntries(const QString &path, const QSet<QString> &words)
+QHash<QString, QList<Phones>> dictionaryEntries(
+    const QString &path, const QSet<QString> &words, const std::stop_token &stop)
 {
     QHash<QString, QList<Phones>> entries;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return entries;
-    while (!file.atEnd()) {
+    while (!file.atEnd() && !stop.stop_requested()) {
         const QByteArray line = file.readLine().trimmed();
         const qsizetype end = line.indexOf(' ');
         QByteArray word = line.first(std::max<qsizetype>(end, 0));
@@ -76,15 +87,15 @@ QHash<QString, QList<Phones>> dictionaryEntries(const QString &path, const QSet<
     return entries;
 }
 
-QStringList synthesiserReadings(const QString &text)
+QStringList synthesiserReadings(const QString &text, const std::stop_token &stop)
 {
     const QString plain = text.simplified().left(100);
-    QStringList readings{reading(plain, u"gmw/en-US"_s), reading(plain, u"gmw/en"_s)};
+    QStringList readings{reading(plain, u"gmw/en-US"_s, stop), reading(plain, u"gmw/en"_s, stop)};
     if (const QString bare = withoutMarks(plain); bare != plain)
-        readings.append(reading(bare, u"gmw/en-US"_s));
+        readings.append(reading(bare, u"gmw/en-US"_s, stop));
     for (const char32_t scalar : plain.toUcs4()) {
         if (const char *voice = voiceOf(QChar::script(scalar))) {
-            readings.prepend(reading(plain, QString::fromLatin1(voice)));
+            readings.prepend(reading(plain, QString::fromLatin1(voice), stop));
             break;
         }
     }

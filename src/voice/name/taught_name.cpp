@@ -31,16 +31,17 @@ void append(QList<Phones> &ways, const QList<Phones> &more)
     }
 }
 
-QList<Phones> readingsOf(const QString &text)
+QList<Phones> readingsOf(const QString &text, const std::stop_token &stop)
 {
     QList<Phones> ways;
-    for (const QString &ipa : synthesiserReadings(text))
+    for (const QString &ipa : synthesiserReadings(text, stop))
         append(ways, {phonesOfIpa(ipa)});
     return ways;
 }
 
 /// Every way to say the name, the likeliest first.
-QList<Phones> waysToSay(const WakeTraining &training, const QList<Phones> &known)
+QList<Phones> waysToSay(
+    const WakeTraining &training, const QList<Phones> &known, const std::stop_token &stop)
 {
     QList<Phones> ways;
     if (training.pronunciation) {
@@ -48,7 +49,7 @@ QList<Phones> waysToSay(const WakeTraining &training, const QList<Phones> &known
             append(ways, {phonesOfXSampa(phonemes)});
     }
     append(ways, known);
-    append(ways, readingsOf(training.name));
+    append(ways, readingsOf(training.name, stop));
     if (ways.isEmpty())
         ways.append(spelledOut(training.name));
     return accentsOf(ways, nameVariants);
@@ -105,18 +106,24 @@ QStringList tokensOf(const QString &text, const QString &name)
     return tokens;
 }
 
-VocabularyEntry pronounced(const QString &token, const QString &dictionary)
+QList<VocabularyEntry> pronounced(
+    const QStringList &tokens, const QString &dictionary, const std::stop_token &stop)
 {
-    QList<Phones> ways = dictionaryEntries(dictionary, {token}).value(token);
-    if (ways.isEmpty())
-        append(ways, readingsOf(QString(token).replace(u'_', u' ')));
-    if (ways.isEmpty())
-        ways.append(spelledOut(token));
-    return {token, ways};
+    const auto known = dictionaryEntries(dictionary, {tokens.begin(), tokens.end()}, stop);
+    QList<VocabularyEntry> entries;
+    for (const QString &token : tokens) {
+        QList<Phones> ways = known.value(token);
+        if (ways.isEmpty())
+            append(ways, readingsOf(QString(token).replace(u'_', u' '), stop));
+        if (ways.isEmpty())
+            ways.append(spelledOut(token));
+        entries.append({token, ways});
+    }
+    return entries;
 }
 
-TaughtModel prepareTaughtModel(
-    const WakeTraining &training, const SpeechModelFiles &files, const QString &dictionary)
+TaughtModel prepareTaughtModel(const WakeTraining &training, const SpeechModelFiles &files,
+    const QString &dictionary, const std::stop_token &stop)
 {
     const QString name = nameToken(training.name);
     if (name.isEmpty())
@@ -128,29 +135,31 @@ TaughtModel prepareTaughtModel(
         sentences.append({tokensOf(phrase.phrase, training.name), double(phrase.count)});
         words += QSet<QString>(sentences.last().words.begin(), sentences.last().words.end());
     }
-    const auto known = dictionaryEntries(dictionary, words);
+    const auto known = dictionaryEntries(dictionary, words, stop);
     if (known.isEmpty())
         throw std::runtime_error("the recogniser's dictionary cannot be read");
 
+    QList<VocabularyEntry> entries{{name, waysToSay(training, known.value(name), stop)}};
+    QStringList unknown;
+    for (const QString &word : std::as_const(words)) {
+        if (word != name && !known.contains(word)) // what is known the decoder knows already
+            unknown.append(word);
+    }
+    entries += pronounced(unknown, dictionary, stop);
+    if (stop.stop_requested())
+        throw std::runtime_error("there was no time for it");
     QStringList vocabulary;
-    for (const QString &word : QStringList(words.begin(), words.end())) {
-        QList<Phones> ways = known.value(word);
-        if (word == name)
-            ways = waysToSay(training, ways);
-        else if (!ways.isEmpty())
-            continue; // the decoder knows it already
-        else
-            ways = pronounced(word, dictionary).pronunciations;
-        for (const Phones &phones : ways)
-            vocabulary.append(word + u' ' + phones.join(u' ') + u'\n');
+    for (const VocabularyEntry &entry : std::as_const(entries)) {
+        for (const Phones &phones : entry.pronunciations)
+            vocabulary.append(entry.token + u' ' + phones.join(u' ') + u'\n');
     }
     vocabulary.sort();
 
     const QByteArray model = arpaModel(sentences, loneWord);
-    const QByteArray entries = vocabulary.join(QString()).toUtf8();
+    const QByteArray lines = vocabulary.join(QString()).toUtf8();
     saveWhole(files.languageModel, model);
-    saveWhole(files.vocabulary, entries);
-    return {training.name, files.languageModel, files.vocabulary, digestOf(model, entries)};
+    saveWhole(files.vocabulary, lines);
+    return {training.name, files.languageModel, files.vocabulary, digestOf(model, lines)};
 }
 
 std::optional<TaughtWords> readTaughtModel(const TaughtModel &model)

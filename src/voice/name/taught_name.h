@@ -24,13 +24,14 @@ struct VocabularyEntry {
 /// else stands between them. Empty for a name without any.
 [[nodiscard]] QString nameToken(const QString &name);
 
-/// The ways to say a word that `dictionary` may know, and of a name every way that makes sense.
-[[nodiscard]] VocabularyEntry pronounced(const QString &token, const QString &dictionary);
+/// The ways to say words that `dictionary` may know; every word has one.
+[[nodiscard]] QList<VocabularyEntry> pronounced(
+    const QStringList &tokens, const QString &dictionary, const std::stop_token &stop = {});
 
 /// Works out a language model and the words it needs from `training` and writes both to `files`.
 /// `dictionary` is the path of the decoder's own. Throws std::runtime_error.
-[[nodiscard]] TaughtModel prepareTaughtModel(
-    const WakeTraining &training, const SpeechModelFiles &files, const QString &dictionary);
+[[nodiscard]] TaughtModel prepareTaughtModel(const WakeTraining &training,
+    const SpeechModelFiles &files, const QString &dictionary, const std::stop_token &stop = {});
 
 /// What a taught model's files hold.
 struct TaughtWords {

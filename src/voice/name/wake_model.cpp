@@ -23,26 +23,30 @@ WakeModel::WakeModel(Recogniser *recogniser, QString folder,
 
 WakeModel::~WakeModel()
 {
+    stop_.request_stop();
     background_.waitForDone();
 }
 
 void WakeModel::prepare(const QString &name, std::function<void()> then)
 {
-    if (!recogniser_ || !recogniser_->canBeTaught() || building_ || builtFor_ == name)
+    Teacher teach = recogniser_ ? recogniser_->teacher() : nullptr;
+    if (!teach || building_ || builtFor_ == name)
         return;
     building_ = true;
     QDir().mkpath(folder_);
-    background_.start([this, name, then = std::move(then)] { build(name, then); });
+    background_.start([this, name, teach = std::move(teach), then = std::move(then)] {
+        build(name, teach, then);
+    });
 }
 
-void WakeModel::build(const QString &name, const std::function<void()> &then)
+void WakeModel::build(const QString &name, const Teacher &teach, const std::function<void()> &then)
 {
     std::function<void()> outcome;
     try {
         const WakeTraining training = WakeTraining::of(name);
         const SpeechModelFiles files = SpeechModelFiles::of(folder_, name);
         saveWhole(files.trainingData, training.exported());
-        outcome = [this, name, then, model = recogniser_->teach(training, files)] {
+        outcome = [this, name, then, model = teach(training, files, stop_.get_token())] {
             ready_ = model;
             builtFor_ = name;
             building_ = false;

@@ -29,7 +29,7 @@ public:
     [[nodiscard]] bool isBuilding() const { return building_; }
 
 private:
-    void build(const QString &name, const std::function<void()> &then);
+    void build(const QString &name, const Teacher &teach, const std::function<void()> &then);
 
     Recogniser *recogniser_;
     QString folder_;
@@ -37,6 +37,7 @@ private:
     std::optional<TaughtModel> ready_;
     QString builtFor_;
     bool building_ = false;
+    std::stop_source stop_; // the end of this
     QThreadPool background_;
 };
 

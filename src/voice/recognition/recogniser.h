@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 
 namespace kelo {
 
@@ -42,6 +43,9 @@ struct RecognitionRequest {
     /// Sound comes as it is spoken. Otherwise it comes from a recording, as fast as it can be read,
     /// and none of it is lost however long it waits.
     bool live = true;
+    /// Takes what the user should find in the voice log, on a thread of the recogniser's; may be
+    /// null.
+    std::function<void(const QString &line)> log;
 };
 
 /// One recognition session: sound goes in, transcripts of it come out.
@@ -66,6 +70,12 @@ protected:
     Q_DISABLE_COPY_MOVE(RecognitionTask)
 };
 
+/// Prepares a model of a name, writes it into `files` and returns it. Takes its time, unless `stop`
+/// is requested; on any thread, and the recogniser may be gone by then. Throws std::runtime_error
+/// with a reason that a user can read.
+using Teacher = std::function<TaughtModel(
+    const WakeTraining &training, const SpeechModelFiles &files, const std::stop_token &stop)>;
+
 /// Turns speech into English text on this computer. Used on the GUI thread unless it says so.
 class Recogniser {
 public:
@@ -78,11 +88,8 @@ public:
     virtual std::shared_ptr<RecognitionTask> start(
         const RecognitionRequest &request, RecognitionTask::Handler handler) = 0;
 
-    /// It can take models of names.
-    [[nodiscard]] virtual bool canBeTaught() const = 0;
-    /// Prepares a model and writes it into `files`. Takes its time; on any thread. Throws
-    /// std::runtime_error with a reason that a user can read.
-    virtual TaughtModel teach(const WakeTraining &training, const SpeechModelFiles &files) = 0;
+    /// Teaches it names; null when it cannot be taught.
+    [[nodiscard]] virtual Teacher teacher() const = 0;
 
     /// What this system has; null when that is nothing.
     static std::unique_ptr<Recogniser> ofThisSystem();

@@ -2,12 +2,10 @@
 
 #include "voice/name/taught_name.h"
 #include "voice/recognition/language_model.h"
+#include "voice/recognition/memory_file.h"
 #include "voice/recognition/sphinx_utterance.h"
 
-#include <QDir>
 #include <QFile>
-#include <QLoggingCategory>
-#include <QTemporaryFile>
 
 #include <pocketsphinx.h>
 #include <sphinxbase/err.h>
@@ -16,11 +14,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 using namespace Qt::StringLiterals;
-
-Q_DECLARE_LOGGING_CATEGORY(voiceLog)
 
 namespace kelo {
 
@@ -65,7 +62,14 @@ struct SphinxDecoder::Library {
     std::optional<SphinxUtterance> utterance;
 };
 
-std::unique_ptr<SphinxDecoder> SphinxDecoder::load(const QString &directory)
+struct SphinxDecoder::Expectation {
+    QString name; ///< the decoder's word for it; empty without one
+    QByteArray taught; ///< ARPA
+    QStringList phrases;
+};
+
+std::unique_ptr<SphinxDecoder> SphinxDecoder::load(
+    const QString &directory, const std::stop_token &stop)
 {
     err_set_logfp(nullptr); // for this thread
     const QByteArray acoustic = (directory + "/en-us"_L1).toUtf8();
@@ -86,15 +90,16 @@ std::unique_ptr<SphinxDecoder> SphinxDecoder::load(const QString &directory)
     if (!library->config)
         return nullptr;
     library->decoder.reset(ps_init(library->config.get()));
-    if (!library->decoder)
+    if (!library->decoder || stop.stop_requested())
         return nullptr;
     library->general.reset(ngram_model_read(library->config.get(), general.constData(), NGRAM_BIN,
         ps_get_logmath(library->decoder.get())));
-    if (!library->general)
+    if (!library->general || stop.stop_requested())
         return nullptr;
     std::unique_ptr<SphinxDecoder> decoder(new SphinxDecoder(std::move(library)));
     decoder->directory_ = directory;
-    decoder->rebuild();
+    if (!decoder->takeUp({}))
+        return nullptr;
     ps_decoder_t *decoding = decoder->library_->decoder.get();
     decoder->library_->utterance.emplace(decoding);
     ps_start_stream(decoding);
@@ -103,6 +108,7 @@ std::unique_ptr<SphinxDecoder> SphinxDecoder::load(const QString &directory)
 
 SphinxDecoder::SphinxDecoder(std::unique_ptr<Library> library)
     : library_(std::move(library))
+    , expected_(std::make_unique<Expectation>())
 {
 }
 
@@ -115,67 +121,77 @@ QString SphinxDecoder::dictionaryIn(const QString &directory)
 
 // ---- what to expect ----
 
-bool SphinxDecoder::expect(const std::optional<TaughtModel> &taught, const QStringList &phrases)
+std::optional<QString> SphinxDecoder::expect(const std::optional<TaughtModel> &taught,
+    const QStringList &phrases, const std::stop_token &stop)
 {
-    if (taught == taught_ && phrases == phrases_)
-        return true;
-    bool intact = true;
-    bool anew = taught != taught_;
-    if (anew) {
-        taught_ = taught;
-        taughtModel_.clear();
-        name_.clear();
-        const auto words = taught ? readTaughtModel(*taught) : std::nullopt;
-        intact = !taught || words;
-        if (words) {
-            taughtModel_ = words->languageModel;
-            for (const VocabularyEntry &entry : words->vocabulary)
-                addWord(entry.token, entry.pronunciations);
-            name_ = nameToken(taught->name);
-            makeNameSearch(name_);
-        }
-    }
+    if (taught == taught_ && phrases == phrases_ && !std::exchange(stale_, false))
+        return std::nullopt;
+    const bool anotherName = taught != taught_;
+    taught_ = taught;
     phrases_ = phrases;
-    const QString name = taught ? taught->name : QString();
+    const auto words = taught ? readTaughtModel(*taught) : std::nullopt;
+    const Expectation next{words ? nameToken(taught->name) : QString(),
+        words ? words->languageModel : QByteArray(), phrases};
+
+    QStringList unknown;
     for (const QString &phrase : phrases) {
-        for (const QString &token : tokensOf(phrase, name)) {
-            if (knows(token))
-                continue;
-            addWord(token, pronounced(token, dictionaryIn(directory_)).pronunciations);
-            anew = true;
+        for (const QString &token : tokensOf(phrase, words ? taught->name : QString())) {
+            if (!knows(token) && token != next.name && !unknown.contains(token))
+                unknown.append(token);
         }
     }
-    if (anew) {
-        rebuild();
-        return intact;
+    QList<VocabularyEntry> entries =
+        words && anotherName ? words->vocabulary : QList<VocabularyEntry>();
+    if (!unknown.isEmpty())
+        entries += pronounced(unknown, dictionaryIn(directory_), stop);
+    if (stop.stop_requested()) {
+        stale_ = true;
+        return std::nullopt;
     }
+    for (const VocabularyEntry &entry : std::as_const(entries))
+        addWord(entry.token, entry.pronunciations);
+
+    const bool onlyPhrases = entries.isEmpty() && next.taught == expected_->taught;
+    if (!(onlyPhrases ? exchangePhrases(next) : takeUp(next)))
+        return u"there is no room for what to listen for: as before"_s;
+    if (taught && !words)
+        return u"the files of the taught name are damaged: listening without"_s;
+    return std::nullopt;
+}
+
+/// With all words known, this is enough.
+bool SphinxDecoder::exchangePhrases(const Expectation &next)
+{
+    ngram_model_t *phrases = modelOfPhrases(next);
+    if (!phrases)
+        return false;
     ngram_model_t *all = library_->all.get();
     ngram_model_free(ngram_model_set_remove(all, "phrases", TRUE));
-    ngram_model_set_add(all, modelOfPhrases(), "phrases", phrasesWeight, TRUE);
+    ngram_model_set_add(all, phrases, "phrases", phrasesWeight, TRUE);
     std::vector<const char *> names{generalModel, "phrases"};
     std::vector<float32> weights{generalWeight, phrasesWeight};
-    if (!taughtModel_.isEmpty()) {
+    if (!next.taught.isEmpty()) {
         names.push_back("taught");
         weights.push_back(taughtWeight);
     }
     ngram_model_set_interp(all, names.data(), weights.data());
     ngram_model_flush(all);
-    return intact;
+    *expected_ = next;
+    return true;
 }
 
 /// Every way to say the name is a key phrase.
-void SphinxDecoder::makeNameSearch(const QString &token) const
+bool SphinxDecoder::makeNameSearch(const QString &token) const
 {
-    QTemporaryFile file; // the library reads files only
-    if (!file.open())
-        return;
+    QByteArray ways;
     QString way = token;
     for (int number = 2; knows(way); ++number) {
-        file.write(way.toUtf8() + leastLikely);
+        ways += way.toUtf8() + leastLikely;
         way = u"%1(%2)"_s.arg(token).arg(number);
     }
-    file.flush();
-    ps_set_kws(library_->decoder.get(), nameSearch, file.fileName().toUtf8().constData());
+    const MemoryFile file(ways); // the library reads files only
+    return !file.path().isEmpty()
+        && ps_set_kws(library_->decoder.get(), nameSearch, file.path().constData()) >= 0;
 }
 
 bool SphinxDecoder::knows(const QString &token) const
@@ -208,44 +224,44 @@ void SphinxDecoder::addWord(const QString &token, const QList<QStringList> &pron
     }
 }
 
+/// Null when there is no room for it.
 ngram_model_t *SphinxDecoder::modelOf(const QByteArray &arpa) const
 {
     // The library reads files only; of our own making, so that what it reads is what we checked.
-    QTemporaryFile file;
-    if (!file.open() || file.write(arpa) != arpa.size() || !file.flush())
+    const MemoryFile file(arpa);
+    if (file.path().isEmpty())
         return nullptr;
-    return ngram_model_read(library_->config.get(), file.fileName().toUtf8().constData(),
-        NGRAM_ARPA, ps_get_logmath(library_->decoder.get()));
+    return ngram_model_read(library_->config.get(), file.path().constData(), NGRAM_ARPA,
+        ps_get_logmath(library_->decoder.get()));
 }
 
-ngram_model_t *SphinxDecoder::modelOfPhrases() const
+ngram_model_t *SphinxDecoder::modelOfPhrases(const Expectation &expectation) const
 {
     QList<CountedSentence> sentences;
-    for (const QString &phrase : phrases_) {
-        const QStringList tokens = tokensOf(phrase, taught_ ? taught_->name : QString());
+    const QString name = expectation.name.isEmpty() ? QString() : taught_->name;
+    for (const QString &phrase : expectation.phrases) {
+        const QStringList tokens = tokensOf(phrase, name);
         if (tokens.isEmpty())
             continue;
         sentences.append({tokens, 1});
-        if (taught_)
-            sentences.append({QStringList{nameToken(taught_->name)} + tokens, 1});
+        if (!name.isEmpty())
+            sentences.append({QStringList{expectation.name} + tokens, 1});
     }
     if (sentences.isEmpty())
         sentences.append({{u"yes"_s}, 1}); // the set must keep its member
     return modelOf(arpaModel(sentences, lonePhraseWord, begunPhraseWord));
 }
 
-void SphinxDecoder::rebuild()
+/// All models anew, or those of before when that fails.
+bool SphinxDecoder::takeUp(const Expectation &next)
 {
-    Library::LanguageModel phrases(modelOfPhrases());
-    const Library::LanguageModel taught(taughtModel_.isEmpty() ? nullptr : modelOf(taughtModel_));
-    std::vector<ngram_model_t *> models{library_->general.get()};
-    std::vector<const char *> names{generalModel};
-    std::vector<float32> weights{generalWeight};
-    if (phrases) {
-        models.push_back(phrases.get());
-        names.push_back("phrases");
-        weights.push_back(phrasesWeight);
-    }
+    Library::LanguageModel phrases(modelOfPhrases(next));
+    const Library::LanguageModel taught(next.taught.isEmpty() ? nullptr : modelOf(next.taught));
+    if (!phrases || (!taught && !next.taught.isEmpty()))
+        return false;
+    std::vector<ngram_model_t *> models{library_->general.get(), phrases.get()};
+    std::vector<const char *> names{generalModel, "phrases"};
+    std::vector<float32> weights{generalWeight, phrasesWeight};
     if (taught) {
         models.push_back(taught.get());
         names.push_back("taught");
@@ -255,24 +271,25 @@ void SphinxDecoder::rebuild()
     Library::LanguageModel all(ngram_model_set_init(library_->config.get(), models.data(),
         const_cast<char **>(names.data()), weights.data(), static_cast<int32>(models.size())));
     ps_decoder_t *decoder = library_->decoder.get();
-    if (!all || ps_set_lm(decoder, wordSearch, all.get()) < 0
-        || ps_set_search(decoder, wordSearch) < 0) {
-        qCWarning(voiceLog) << "the recogniser's models do not fit together";
-        return;
-    }
+    if (!all || (!next.name.isEmpty() && !makeNameSearch(next.name))
+        || ps_set_lm(decoder, wordSearch, all.get()) < 0 || ps_set_search(decoder, wordSearch) < 0)
+        return false;
     library_->all = std::move(all);
     library_->phrases = std::move(phrases);
+    *expected_ = next;
+    return true;
 }
 
 // ---- utterances ----
 
-void SphinxDecoder::begin()
+void SphinxDecoder::begin(const std::stop_token &stop)
 {
+    stop_ = stop;
     spoke_ = false;
     lastInput_.reset();
     centred_ = 0;
     words_.reset();
-    library_->utterance->begin();
+    library_->utterance->begin(stop);
 }
 
 /// Without the constant offset that some microphones add: its beginning would sound like a click.
@@ -301,24 +318,30 @@ QStringList SphinxDecoder::words() const
     if (words_)
         return *words_;
     QStringList words = library_->utterance->words();
-    if (name_.isEmpty() || !words.contains(name_))
+    if (expected_->name.isEmpty() || !words.contains(expected_->name))
         return words;
     words.clear();
     const auto account = library_->utterance->account();
     for (std::size_t place = 0; place < account.size(); ++place) {
         const QString &token = account[place].token;
-        if (!token.isEmpty() && (token != name_ || !isLone(account, place)))
+        if (!token.isEmpty() && (token != expected_->name || !isLone(account, place)))
             words.append(token);
     }
     return words;
+}
+
+void SphinxDecoder::abandon()
+{
+    library_->utterance->abandon();
+    words_ = QStringList();
 }
 
 void SphinxDecoder::end()
 {
     SphinxUtterance &utterance = *library_->utterance;
     utterance.end();
-    words_ = utterance.words();
-    if (name_.isEmpty() || !words_->contains(name_))
+    words_ = stop_.stop_requested() ? QStringList() : utterance.words();
+    if (expected_->name.isEmpty() || !words_->contains(expected_->name))
         return;
     const auto account = utterance.account();
     const double score = utterance.score();
@@ -328,14 +351,23 @@ void SphinxDecoder::end()
     ngram_model_set_select(all, generalModel);
     ngram_model_flush(all);
     utterance.again(wordSearch);
-    if (score - utterance.score() < advantageWanted(account, name_)) {
+    if (score - utterance.score() < advantageWanted(account, expected_->name)) {
         words_ = utterance.words();
         ngram_model_t *general = library_->general.get();
-        if (ngram_wid(general, name_.toUtf8().constData()) == ngram_unknown_wid(general))
-            words_->removeAll(name_); // otherwise it is a word like others
+        if (ngram_wid(general, expected_->name.toUtf8().constData()) == ngram_unknown_wid(general))
+            words_->removeAll(expected_->name); // otherwise it is a word like others
     }
     ngram_model_set_interp(all, nullptr, nullptr);
     ngram_model_flush(all);
+}
+
+double SphinxDecoder::secondsSearched() const
+{
+    double speech = 0;
+    double cpu = 0;
+    double wall = 0;
+    ps_get_all_time(library_->decoder.get(), &speech, &cpu, &wall);
+    return speech;
 }
 
 /// Whether every name in the ended utterance is led up to and clear.
@@ -343,7 +375,7 @@ bool SphinxDecoder::callsClearly(const std::vector<AccountedWord> &account) cons
 {
     std::vector<AccountedWord> names;
     for (std::size_t place = 0; place < account.size(); ++place) {
-        if (account[place].token != name_)
+        if (account[place].token != expected_->name)
             continue;
         if (!isLedUpTo(account, place))
             return false;

@@ -2,11 +2,7 @@
 
 #include "voice/name/taught_name.h"
 
-#include <QLoggingCategory>
-
 using namespace Qt::StringLiterals;
-
-Q_DECLARE_LOGGING_CATEGORY(voiceLog)
 
 namespace kelo {
 
@@ -28,15 +24,17 @@ SphinxSession::SphinxSession(SphinxDecoder &decoder, std::shared_ptr<SphinxTask>
     , token_(nameToken(name_))
     , steady_(token_)
 {
-    if (!decoder_.expect(task_->request.taught, task_->request.contextualStrings))
-        qCWarning(voiceLog) << "the files of the taught name are damaged; listening without";
-    decoder_.begin();
+    const RecognitionRequest &request = task_->request;
+    if (const auto problem =
+            decoder_.expect(request.taught, request.contextualStrings, task_->abandoned()))
+        task_->log(*problem);
+    decoder_.begin(task_->abandoned());
 }
 
 SphinxSession::~SphinxSession()
 {
     if (!ended_)
-        decoder_.end();
+        decoder_.abandon();
 }
 
 void SphinxSession::hear(const Samples &samples)
@@ -79,7 +77,7 @@ void SphinxSession::conclude()
     heard_ = asked_ = 0;
     steady_ = PartialStabiliser(token_);
     lastShown_.clear();
-    decoder_.begin();
+    decoder_.begin(task_->abandoned());
 }
 
 void SphinxSession::close()

@@ -27,7 +27,7 @@ void SphinxTask::append(const AudioBuffer &buffer)
 {
     Samples samples = monoOf(buffer);
     const std::lock_guard lock(mailbox->mutex);
-    if (cancelled || audioEnded)
+    if (audioEnded || abandoned_.stop_requested())
         return;
     if (buffer.format.rate != static_cast<int>(sampleRate)) {
         if (!resampler || resampler->rate() != buffer.format.rate)
@@ -51,8 +51,8 @@ void SphinxTask::endAudio()
 
 void SphinxTask::cancel()
 {
+    abandon();
     const std::lock_guard lock(mailbox->mutex);
-    cancelled = true;
     if (mailbox->newest.get() == this && !finished)
         mailbox->newest.reset();
     mailbox->changed.notify_one();
@@ -61,12 +61,15 @@ void SphinxTask::cancel()
 void SphinxTask::tell(
     const std::optional<Transcript> &transcript, const std::optional<RecogniserError> &error) const
 {
-    {
-        const std::lock_guard lock(mailbox->mutex);
-        if (cancelled)
-            return;
-    }
-    handler(transcript, error);
+    if (!abandoned_.stop_requested())
+        handler(transcript, error);
+}
+
+void SphinxTask::log(const QString &line) const
+{
+    qCWarning(voiceLog).noquote() << line;
+    if (request.log && !abandoned_.stop_requested())
+        request.log(line);
 }
 
 void SphinxTask::finish()

@@ -18,7 +18,7 @@ struct SphinxMailbox {
     std::mutex mutex;
     std::condition_variable changed;
     std::shared_ptr<SphinxTask> newest; ///< the one to work on
-    bool closed = false;
+    std::stop_source closing; ///< requested under the mutex
 };
 
 /// The caller's side of a session: what came in for it and whether it is still wanted. All fields
@@ -32,10 +32,15 @@ public:
     void append(const AudioBuffer &buffer) override;
     void endAudio() override;
     void cancel() override;
+    /// What it says is not wanted any more. Whoever works on it need not go on; from any thread.
+    void abandon() { abandoned_.request_stop(); }
+    [[nodiscard]] std::stop_token abandoned() const { return abandoned_.get_token(); }
 
-    /// Calls the handler unless the task was cancelled. On the worker's thread.
+    /// Calls the handler unless the task was abandoned. On the worker's thread.
     void tell(const std::optional<Transcript> &transcript,
         const std::optional<RecogniserError> &error) const;
+    /// A line for the voice log.
+    void log(const QString &line) const;
     /// What comes next is the last result.
     void finish();
 
@@ -47,8 +52,10 @@ public:
     double dropped = 0; ///< seconds, not logged yet
     Clock::time_point appended;
     bool audioEnded = false;
-    bool cancelled = false;
     bool finished = false; ///< it has had its last result
+
+private:
+    std::stop_source abandoned_;
 };
 
 } // namespace kelo

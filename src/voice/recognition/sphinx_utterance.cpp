@@ -53,8 +53,9 @@ SphinxUtterance::SphinxUtterance(ps_decoder_t *decoder)
 {
 }
 
-void SphinxUtterance::begin()
+void SphinxUtterance::begin(const std::stop_token &stop)
 {
+    stop_ = stop;
     features_.clear();
     before_ = mean();
     ps_start_utt(decoder_);
@@ -88,7 +89,7 @@ void SphinxUtterance::add(const Samples &sound)
 void SphinxUtterance::process(std::vector<float> features) const
 {
     const auto width = static_cast<std::size_t>(fe_get_output_size(ps_get_fe(decoder_)));
-    for (std::size_t at = 0; at < features.size(); at += width) {
+    for (std::size_t at = 0; at < features.size() && !stop_.stop_requested(); at += width) {
         mfcc_t *row = features.data() + at;
         ps_process_cep(decoder_, &row, 1, FALSE, FALSE);
     }
@@ -101,6 +102,11 @@ void SphinxUtterance::end()
         before_ = after;
         repeat();
     }
+}
+
+void SphinxUtterance::abandon()
+{
+    ps_end_utt(decoder_);
 }
 
 bool SphinxUtterance::inSpeech() const

@@ -5,6 +5,7 @@
 
 #include <QStringList>
 
+#include <stop_token>
 #include <vector>
 
 struct ps_decoder_s;
@@ -19,11 +20,15 @@ public:
     /// `decoder` outlives this.
     explicit SphinxUtterance(ps_decoder_s *decoder);
 
-    void begin();
+    /// Once `stop` is requested the utterance is not wanted any more: nothing of it is searched
+    /// from then on, and what is known of it says nothing.
+    void begin(const std::stop_token &stop = {});
     void add(const Samples &sound);
     /// When the utterance turns out to be far louder or quieter than those before it made expect,
     /// as a first one mostly does, it is heard again.
     void end();
+    /// The utterance is over and of no interest.
+    void abandon();
     /// Whether there is a voice now.
     [[nodiscard]] bool inSpeech() const;
 
@@ -55,6 +60,7 @@ private:
     void setMean(const Mean &mean) const;
 
     ps_decoder_s *decoder_;
+    std::stop_token stop_;
     Mean before_; ///< with which the utterance was heard
     std::vector<float> features_; // frame after frame
 };

@@ -16,7 +16,9 @@ QString recognised(
 {
     std::promise<QString> answer;
     std::future<QString> words = answer.get_future();
-    const RecognitionRequest request{{}, taught, false};
+    RecognitionRequest request;
+    request.taught = taught;
+    request.live = false;
     const auto task = recogniser.start(request, [&](const auto &transcript, const auto &error) {
         if (error || transcript->final)
             answer.set_value(transcript ? transcript->words : QString());

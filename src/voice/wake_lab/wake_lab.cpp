@@ -11,9 +11,14 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QSaveFile>
+#include <QTemporaryDir>
 #include <QTimer>
 
+#include <algorithm>
 #include <array>
+#include <cstdio>
+#include <functional>
+#include <stdexcept>
 
 using namespace Qt::StringLiterals;
 
@@ -49,36 +54,43 @@ QStringList phrasesWith(const QString &name)
 struct Sample {
     QString phrase;
     QString how; ///< the voice and what else is special
+    std::optional<double> noise; ///< decibels below the voice
     Samples sound;
+};
+
+/// What ends a run: the last line of its report.
+struct Failure {
+    QString line;
 };
 
 class Lab {
 public:
-    Lab(QString out, QString name)
+    Lab(QString out, QString name, std::unique_ptr<Recogniser> recogniser)
         : out_(std::move(out))
         , name_(std::move(name))
-        , folder_(QDir::tempPath() + "/kelo-wake-lab"_L1)
+        , recogniser_(std::move(recogniser))
     {
     }
 
     void run(bool quick);
+    /// Adds a line to the report; throws std::runtime_error when that cannot be written.
+    void line(const QString &text);
 
 private:
-    bool save() const;
-    void line(const QString &text) { lines_.append(text); }
     [[nodiscard]] std::optional<QString> hindrance() const;
+    void makeFolder();
     [[nodiscard]] std::optional<Sample> sample(
         const QString &phrase, const QString &voice, int speed, std::optional<double> noise);
     void speakSamples();
     PassResult pass(const QString &title, const std::optional<TaughtModel> &taught);
-    [[nodiscard]] std::optional<TaughtModel> taughtModel();
+    [[nodiscard]] TaughtModel taughtModel();
     void advise(const PassResult &plain, const PassResult &taught, const TaughtModel &model);
 
     QString out_;
     QString name_;
-    QString folder_;
+    std::unique_ptr<Recogniser> recogniser_;
+    std::unique_ptr<QTemporaryDir> folder_;
     QStringList lines_;
-    std::unique_ptr<Recogniser> recogniser_ = Recogniser::ofThisSystem();
     std::vector<Sample> samples_;
     std::mt19937 random_{seed};
 };
@@ -97,41 +109,38 @@ std::optional<QString> Lab::hindrance() const
     return std::nullopt;
 }
 
+/// Every run has a folder of its own, so that two do not take each other's samples away.
+void Lab::makeFolder()
+{
+    const QString all = QDir::tempPath() + "/kelo-wake-lab"_L1;
+    QDir().mkpath(all);
+    folder_ = std::make_unique<QTemporaryDir>(all + "/XXXXXX"_L1);
+    if (!folder_->isValid())
+        throw Failure{"no samples could be written: "_L1 + folder_->errorString()};
+}
+
 void Lab::run(bool quick)
 {
-    QDir().mkpath(folder_);
-    if (const auto reason = hindrance()) {
-        line("speech recognition is not allowed or not on-device here ("_L1 + *reason + u')');
-        save();
-        return;
-    }
+    line("how "_L1 + name_ + " is heard"_L1);
+    if (const auto reason = hindrance())
+        throw Failure{
+            "speech recognition is not allowed or not on-device here ("_L1 + *reason + u')'};
+    makeFolder();
     speakSamples();
-    if (samples_.empty()) {
-        line(u"no samples could be spoken: espeak-ng is missing"_s);
-        save();
-        return;
-    }
+    if (samples_.empty())
+        throw Failure{u"no samples could be spoken: espeak-ng is missing"_s};
     const PassResult plain = pass(u"plain"_s, std::nullopt);
-    save();
     if (!quick) {
-        const auto model = taughtModel();
-        if (!model) {
-            line(u"the taught model was not ready after four minutes"_s);
-            save();
-            return;
-        }
-        const PassResult taught = pass(u"taught"_s, model);
-        save();
-        advise(plain, taught, *model);
+        const TaughtModel model = taughtModel();
+        advise(plain, pass(u"taught"_s, model), model);
     }
     line(u"done"_s);
-    save();
 }
 
 std::optional<Sample> Lab::sample(
     const QString &phrase, const QString &voice, int speed, std::optional<double> noise)
 {
-    const QString file = folder_ + "/sample.wav"_L1;
+    const QString file = folder_->filePath(u"sample.wav"_s);
     if (!speakToFile(phrase, voice, speed, file))
         return std::nullopt;
     const auto speech = readSpeech(file);
@@ -140,23 +149,27 @@ std::optional<Sample> Lab::sample(
     QString how = u"%1, %2 words a minute"_s.arg(voice).arg(speed);
     if (noise)
         how += u", noise at %1 dB"_s.arg(*noise);
-    return Sample{phrase, how, inRoom(*speech, noise, random_)};
+    return Sample{phrase, how, noise, inRoom(*speech, noise, random_)};
 }
 
-/// Every phrase in every voice at every speed; every third with noise.
+/// Every phrase in every voice at every speed; every third with noise. Those of one room follow
+/// each other, since nobody's room changes from one sentence to the next.
 void Lab::speakSamples()
 {
     int number = 0;
     for (const QString &phrase : phrasesWith(name_)) {
         for (const QString &voice : sampleVoices()) {
             for (const int speed : wordsPerMinute) {
-                const bool noisy = number++ % 3 == 2;
+                const bool noisy = (number + number / 3) % 3 == 2; // at every speed
+                ++number;
                 const auto noise = noisy ? std::optional(number % 2 ? 20.0 : 10.0) : std::nullopt;
                 if (auto spoken = sample(phrase, voice, speed, noise))
                     samples_.push_back(std::move(*spoken));
             }
         }
     }
+    std::ranges::stable_sort(
+        samples_, std::greater(), [](const Sample &sample) { return sample.noise.value_or(100); });
 }
 
 PassResult Lab::pass(const QString &title, const std::optional<TaughtModel> &taught)
@@ -175,19 +188,29 @@ PassResult Lab::pass(const QString &title, const std::optional<TaughtModel> &tau
     return result;
 }
 
-std::optional<TaughtModel> Lab::taughtModel()
+TaughtModel Lab::taughtModel()
 {
     RecognitionRequest request;
     QEventLoop waiting;
-    WakeModel model(recogniser_.get(), folder_ + "/speech-model"_L1, [&](const QString &text) {
-        line(text);
-        waiting.quit();
-    });
-    QTimer::singleShot(teachingPatience, &waiting, &QEventLoop::quit);
+    QString outcome;
+    WakeModel model(
+        recogniser_.get(), folder_->filePath(u"speech-model"_s), [&](const QString &text) {
+            outcome = text;
+            waiting.quit();
+        });
     model.prepare(name_, [] {});
-    waiting.exec();
+    if (model.isBuilding()) {
+        QTimer::singleShot(teachingPatience, &waiting, &QEventLoop::quit);
+        waiting.exec();
+    }
     model.apply(request, name_);
-    return request.taught;
+    if (!request.taught) {
+        throw Failure{model.isBuilding() ? u"the taught model was not ready after four minutes"_s
+                : outcome.isEmpty()      ? u"this recogniser cannot be taught"_s
+                                         : outcome};
+    }
+    line(outcome);
+    return *request.taught;
 }
 
 /// What the user can act on.
@@ -212,22 +235,35 @@ void Lab::advise(const PassResult &plain, const PassResult &taught, const Taught
              .arg(qRound(seconds)));
     line(u"== speed: a second of speech takes %1 seconds"_s.arg(
         static_cast<double>(timer.elapsed()) / 1000 / std::max(seconds, 1.0), 0, 'f', 2));
-    line(adviceOn(name_, taught, falseNames));
+    line(adviceOn(name_, taught, falseNames, qRound(seconds)));
 }
 
-bool Lab::save() const
+void Lab::line(const QString &text)
 {
+    lines_.append(text);
     QSaveFile file(out_);
-    return file.open(QIODevice::WriteOnly) && file.write((lines_.join(u'\n') + u'\n').toUtf8()) >= 0
-        && file.commit();
+    const QByteArray report = (lines_.join(u'\n') + u'\n').toUtf8();
+    if (!file.open(QIODevice::WriteOnly) || file.write(report) != report.size() || !file.commit())
+        throw std::runtime_error(file.errorString().toStdString());
 }
 
 } // namespace
 
-int WakeLab::run(const QString &out, const QString &name, bool quick)
+int WakeLab::run(
+    const QString &out, const QString &name, bool quick, std::unique_ptr<Recogniser> recogniser)
 {
-    Lab(out, name).run(quick);
-    return 0;
+    Lab lab(out, name, std::move(recogniser));
+    try {
+        try {
+            lab.run(quick);
+            return 0;
+        } catch (const Failure &failure) {
+            lab.line(failure.line);
+        }
+    } catch (const std::runtime_error &error) {
+        std::fprintf(stderr, "kelo: cannot write %s: %s\n", qPrintable(out), error.what());
+    }
+    return 1;
 }
 
 } // namespace kelo

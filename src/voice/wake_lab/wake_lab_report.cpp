@@ -27,15 +27,19 @@ QString PassResult::ofPhrase(const QString &phrase) const
     return u"%1 of %2"_s.arg(tally.hits).arg(tally.samples);
 }
 
-QString adviceOn(const QString &name, const PassResult &taught, int falseNames)
+QString adviceOn(const QString &name, const PassResult &taught, int falseNames, int seconds)
 {
     const int ofTen = qRound(10.0 * taught.hits() / std::max(taught.samples(), 1));
     QString advice = u"%1 is heard %2 times of 10"_s.arg(name).arg(ofTen);
     if (falseNames > 0)
         advice += u", and sometimes when nobody said it"_s;
     if (ofTen >= 9 && falseNames == 0)
-        return advice + u": a good name."_s;
-    return advice + u"; a longer name with sounds that stand out is heard more surely."_s;
+        advice += u": a good name."_s;
+    else
+        advice += u"; a longer name with sounds that stand out is heard more surely."_s;
+    return advice
+        + u" How often it is heard when nobody says it, %1 seconds of talk cannot tell."_s.arg(
+            seconds);
 }
 
 } // namespace kelo

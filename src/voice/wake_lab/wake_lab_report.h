@@ -26,7 +26,9 @@ private:
     QMap<QString, Tally> phrases_;
 };
 
-/// A sentence that tells the user what to expect of the name.
-[[nodiscard]] QString adviceOn(const QString &name, const PassResult &taught, int falseNames);
+/// Tells the user what to expect of the name, and how little the `seconds` of other talk say, in
+/// which it was heard `falseNames` times.
+[[nodiscard]] QString adviceOn(
+    const QString &name, const PassResult &taught, int falseNames, int seconds);
 
 } // namespace kelo
