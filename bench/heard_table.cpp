@@ -124,8 +124,8 @@ void Table::fill()
     for (const Listener &listener : listeners) {
         taught.reset();
         if (listener.taught)
-            taught = recogniser.teach(WakeTraining::of(listener.name),
-                SpeechModelFiles::of(folder.path(), listener.name));
+            taught = recogniser.teacher()(WakeTraining::of(listener.name),
+                SpeechModelFiles::of(folder.path(), listener.name), {});
         for (const Asked &each : asked()) {
             for (int voice = 0; voice < listener.voices; ++voice)
                 row(u"wake"_s, listener, each.words, listener.name + u", "_s + each.words,

@@ -149,8 +149,8 @@ Figures Bench::measure(const QString &name, const Extent &extent)
     const QString token = nameToken(name);
     QElapsedTimer clock;
     clock.start();
-    const TaughtModel model =
-        recogniser_.teach(WakeTraining::of(name), SpeechModelFiles::of(folder_.path(), name));
+    const TaughtModel model = recogniser_.teacher()(
+        WakeTraining::of(name), SpeechModelFiles::of(folder_.path(), name), {});
     figures.teaching = static_cast<double>(clock.elapsed());
     // Room after room: the decoder gets used to one, as it would to a real one.
     for (std::size_t room = 0; room < rooms.size(); ++room) {
@@ -211,8 +211,8 @@ void Bench::costs()
     print(u"load the decoder"_s, milliseconds(), u"ms"_s);
     print(u"memory, general model"_s, (privateMemory() - before) / 1e6, u"MB"_s);
     clock.start();
-    const TaughtModel model = recogniser_.teach(
-        WakeTraining::of(u"Kelo"_s), SpeechModelFiles::of(folder_.path(), u"Kelo"_s));
+    const TaughtModel model = recogniser_.teacher()(
+        WakeTraining::of(u"Kelo"_s), SpeechModelFiles::of(folder_.path(), u"Kelo"_s), {});
     print(u"prepare a taught model"_s, milliseconds(), u"ms"_s);
     clock.start();
     decoder->expect(model, {});
@@ -248,7 +248,7 @@ void Bench::costs()
     (void)perSecond(spoken(u"what time is it"_s, sampleVoices()[0], speeds[1], {}));
     print(u"CPU seconds a second of speech"_s, perSecond(speech), u"s"_s);
     const auto live = [&](const Samples &sound, const RecognitionTask::Handler &handler) {
-        const auto task = recogniser_.start({{}, model, true}, handler);
+        const auto task = recogniser_.start({{}, model, true, {}}, handler);
         for (std::size_t at = 0; at + 320 <= sound.size(); at += 320) {
             task->append({{}, QByteArray(reinterpret_cast<const char *>(sound.data() + at), 640)});
             QThread::msleep(20);
