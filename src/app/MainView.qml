@@ -42,7 +42,6 @@ FocusScope {
         backdrop: Visual.Grid {}
         core: Visual.Core {
             link: view.link
-            magnified: Hud.magnified
         }
         caption: Visual.Caption {
             link: view.link
@@ -58,7 +57,6 @@ FocusScope {
             scene: Visual.Visualiser {
                 link: view.link
                 captionTop: visualiser.captionTop
-                magnified: Hud.magnified
             }
         }
         flashFrame: Visual.FlashFrame {
@@ -68,7 +66,6 @@ FocusScope {
             questions: view.questions
             core: Visual.Core {
                 link: view.link
-                magnified: Hud.magnified
             }
         }
         // qmllint enable unqualified

@@ -8,16 +8,6 @@ CaptionItem {
 
     implicitHeight: shownText.implicitHeight
 
-    Rectangle {
-        x: caption.mark.x
-        y: caption.mark.y
-        width: caption.mark.width
-        height: caption.mark.height
-        radius: height / 2
-        color: "#ccffe6"
-        visible: caption.shown && width > 0
-    }
-
     TextEdit {
         id: shownText
 

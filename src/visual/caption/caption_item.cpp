@@ -24,13 +24,16 @@ class CaptionItem::Node final : public QSGNode {
 public:
     struct Slot {
         CaptionNode *node = nullptr;
-        Picture picture;
+        WrittenLine picture;
     };
     Slot line;
     Slot leaving;
+    LayersNode *underline = new LayersNode;
+
+    Node() { appendChildNode(underline); }
 
     /// The slot's node with the picture's texture; nullptr, and no node, without a picture.
-    CaptionNode *hold(Slot &slot, const Picture &picture, QQuickWindow &window)
+    CaptionNode *hold(Slot &slot, const WrittenLine &picture, QQuickWindow &window)
     {
         if (!picture || picture->raster.cells.empty()) {
             if (slot.node)
@@ -72,12 +75,6 @@ double CaptionItem::rate() const
     return link()->captionLive && isActive() ? 60 : 2;
 }
 
-const SpriteList &CaptionItem::sprites() const
-{
-    static const SpriteList none;
-    return none;
-}
-
 CaptionItem::Look CaptionItem::look() const
 {
     constexpr double positionSteps = 256; // a unit
@@ -85,7 +82,7 @@ CaptionItem::Look CaptionItem::look() const
         std::lround(scene_.position() * positionSteps), scene_.opacity(), scene_.glow(), contrast_};
 }
 
-bool CaptionItem::advance(Link &link, double now)
+void CaptionItem::advance(Link &link, double now)
 {
     const Look before = look();
     const bool wasShown = isShown();
@@ -98,40 +95,41 @@ bool CaptionItem::advance(Link &link, double now)
         Q_EMIT lineChanged();
     if (isShown() != wasShown)
         Q_EMIT shownChanged();
-    if (!isShown()) {
+    if (isShown()) {
+        leaving_ =
+            write(scene_.leaving(), line_ && line_->line == scene_.leaving() ? line_ : leaving_);
+        line_ = write(scene_.line(), line_);
+    } else {
         line_.reset();
         leaving_.reset();
-        setMark({});
-        return wasShown;
     }
-    leaving_ = write(scene_.leaving(), line_ && line_->line == scene_.leaving() ? line_ : leaving_);
-    line_ = write(scene_.line(), line_);
-    setMark(link.speaking ? markAt(scene_.position()) : QRectF());
-    return look() != before;
+    underline(scene_.position());
+    if (look() != before)
+        update();
 }
 
-void CaptionItem::setMark(QRectF mark)
+void CaptionItem::underline(double position)
 {
-    if (mark == mark_)
-        return;
-    mark_ = mark;
-    Q_EMIT markChanged();
-}
-
-QRectF CaptionItem::markAt(double position) const
-{
+    SpriteList &sprites = underline_.front().sprites;
+    sprites.clear();
     if (!line_)
-        return {};
+        return;
+    const CaptionScene::Motion motion = scene_.arrival();
     QRectF mark;
     for (const auto &[start, under] : line_->raster.words) {
         if (static_cast<double>(line_->line.start + start) > position)
             break;
-        mark = under.translated(origin(*line_, scene_.arrival()));
+        mark = under.translated(origin(*line_, motion));
     }
-    return mark;
+    if (mark.isEmpty())
+        return;
+    Sprite stroke = box(mark.left(), height() - mark.bottom(), mark.width(), mark.height(),
+        colours::pale.faded(scene_.opacity() * motion.opacity));
+    stroke.radius = static_cast<float>(mark.height() / 2);
+    sprites.push_back(stroke);
 }
 
-CaptionItem::Picture CaptionItem::write(const CaptionLine &line, const Picture &old) const
+CaptionItem::WrittenLine CaptionItem::write(const CaptionLine &line, const WrittenLine &old) const
 {
     if (line.text.isEmpty())
         return nullptr;
@@ -161,12 +159,11 @@ Colour CaptionItem::glow() const
     return colours::green.faded(scene_.glow());
 }
 
-QSGNode *CaptionItem::updatePaintNode(QSGNode *old, UpdatePaintNodeData *data)
+QSGNode *CaptionItem::updateNode(QSGNode *old)
 {
-    if (drawsInSoftware())
-        return SceneItem::updatePaintNode(old, data);
     auto *root = old ? static_cast<Node *>(old) : new Node;
-    const auto show = [&](Node::Slot &slot, const Picture &picture, CaptionScene::Motion motion) {
+    const auto show = [&](Node::Slot &slot, const WrittenLine &picture,
+                          CaptionScene::Motion motion) {
         if (CaptionNode *node = root->hold(slot, picture, *window())) {
             node->show(
                 picture->raster, origin(*picture, motion),
@@ -176,6 +173,7 @@ QSGNode *CaptionItem::updatePaintNode(QSGNode *old, UpdatePaintNodeData *data)
     };
     show(root->leaving, leaving_, scene_.departure());
     show(root->line, line_, scene_.arrival());
+    root->underline->show(underline_, canvas());
     return root;
 }
 
@@ -183,6 +181,7 @@ void CaptionItem::paint(QPainter &painter) const
 {
     if (!line_)
         return;
+    SceneItem::paint(painter);
     const CaptionRaster &raster = line_->raster;
     painter.setOpacity(scene_.opacity());
     painter.translate(origin(*line_, {}));

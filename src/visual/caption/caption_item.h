@@ -17,7 +17,6 @@ class CaptionItem : public kelo::SceneItem {
     Q_PROPERTY(QString text READ text NOTIFY lineChanged)
     Q_PROPERTY(QFont font READ font NOTIFY lineChanged)
     Q_PROPERTY(bool shown READ isShown NOTIFY shownChanged)
-    Q_PROPERTY(QRectF mark READ mark NOTIFY markChanged)
     QML_ELEMENT
 
 public:
@@ -29,22 +28,19 @@ public:
     [[nodiscard]] QFont font() const { return font_; }
     /// Anything of it can be seen.
     [[nodiscard]] bool isShown() const { return scene_.opacity() > 0; }
-    /// The place of a line beneath the word that is being spoken, for those who cannot tell it by
-    /// its colour; empty while none is.
-    [[nodiscard]] QRectF mark() const { return mark_; }
+    /// The line beneath the word that is being spoken, for those who cannot tell it by its colour.
+    [[nodiscard]] const Picture &picture() const override { return underline_; }
 
 Q_SIGNALS:
-    void markChanged();
     void lineChanged();
     void shownChanged();
 
 protected:
     void linkSet(Link *link) override;
-    bool advance(Link &link, double now) override;
+    void advance(Link &link, double now) override;
     [[nodiscard]] double rate() const override;
-    [[nodiscard]] const SpriteList &sprites() const override;
     void paint(QPainter &painter) const override;
-    QSGNode *updatePaintNode(QSGNode *old, UpdatePaintNodeData *data) override;
+    QSGNode *updateNode(QSGNode *old) override;
 
 private:
     class Node;
@@ -57,12 +53,12 @@ private:
         double pixels = 0;
         CaptionRaster raster;
     };
-    using Picture = std::shared_ptr<const Written>;
+    using WrittenLine = std::shared_ptr<const Written>;
 
     /// All that its drawing depends on.
     struct Look {
-        Picture line;
-        Picture leaving;
+        WrittenLine line;
+        WrittenLine leaving;
         double arrived = 0; // part of the way from one to the other
         long position = 0; // of the voice, in steps too small to be seen
         double opacity = 0;
@@ -73,19 +69,18 @@ private:
     };
     [[nodiscard]] Look look() const;
 
-    [[nodiscard]] Picture write(const CaptionLine &line, const Picture &old) const;
+    [[nodiscard]] WrittenLine write(const CaptionLine &line, const WrittenLine &old) const;
     [[nodiscard]] QPointF origin(const Written &written, CaptionScene::Motion motion) const;
     [[nodiscard]] Colour colourAt(const Written &written, qsizetype unit) const;
     [[nodiscard]] Colour glow() const;
-    void setMark(QRectF mark);
-    [[nodiscard]] QRectF markAt(double position) const;
+    void underline(double position);
 
     CaptionScene scene_;
     QFont font_;
     bool contrast_ = false;
-    QRectF mark_;
-    Picture line_;
-    Picture leaving_;
+    Picture underline_{1};
+    WrittenLine line_;
+    WrittenLine leaving_;
 };
 
 } // namespace kelo

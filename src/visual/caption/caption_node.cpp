@@ -1,12 +1,11 @@
 #include "visual/caption/caption_node.h"
 
-#include <QSGMaterial>
-#include <QSGMaterialShader>
+#include "visual/sprites/shader_material.h"
+
 #include <QSGTexture>
 
 #include <array>
 #include <cmath>
-#include <cstring>
 
 using namespace Qt::StringLiterals;
 
@@ -32,52 +31,6 @@ const QSGGeometry::AttributeSet &attributes()
         static_cast<int>(list.size()), sizeof(Vertex), list.data()};
     return set;
 }
-
-class CaptionMaterial final : public QSGMaterial {
-public:
-    CaptionMaterial() { setFlag(QSGMaterial::Blending | QSGMaterial::NoBatching); }
-
-    QSGMaterialType *type() const override
-    {
-        static QSGMaterialType type;
-        return &type;
-    }
-    QSGMaterialShader *createShader(QSGRendererInterface::RenderMode) const override;
-    int compare(const QSGMaterial *other) const override { return other == this ? 0 : 1; }
-
-    QSGTexture *texture = nullptr;
-    Colour glow;
-};
-
-class CaptionShader final : public QSGMaterialShader {
-public:
-    CaptionShader()
-    {
-        setShaderFileName(VertexStage, u":/kelo/shaders/caption.vert.qsb"_s);
-        setShaderFileName(FragmentStage, u":/kelo/shaders/caption.frag.qsb"_s);
-    }
-
-    bool updateUniformData(RenderState &state, QSGMaterial *material, QSGMaterial *) override
-    {
-        char *data = state.uniformData()->data();
-        if (state.isMatrixDirty())
-            std::memcpy(data, state.combinedMatrix().constData(), 64);
-        const Colour glow = static_cast<CaptionMaterial *>(material)->glow;
-        const std::array<float, 5> rest{glow.red * glow.alpha, glow.green * glow.alpha,
-            glow.blue * glow.alpha, glow.alpha, state.opacity()};
-        std::memcpy(data + 64, rest.data(), sizeof rest);
-        return true;
-    }
-
-    void updateSampledImage(RenderState &state, int binding, QSGTexture **texture,
-        QSGMaterial *material, QSGMaterial *) override
-    {
-        if (binding != 1)
-            return;
-        *texture = static_cast<CaptionMaterial *>(material)->texture;
-        (*texture)->commitTextureOperations(state.rhi(), state.resourceUpdateBatch());
-    }
-};
 
 using Light = std::array<quint8, 4>;
 
@@ -105,11 +58,6 @@ std::vector<Piece> piecesOf(
     return pieces;
 }
 
-QSGMaterialShader *CaptionMaterial::createShader(QSGRendererInterface::RenderMode) const
-{
-    return new CaptionShader;
-}
-
 } // namespace
 
 CaptionNode::CaptionNode()
@@ -117,7 +65,7 @@ CaptionNode::CaptionNode()
     auto *geometry = new QSGGeometry(attributes(), 0, 0, QSGGeometry::UnsignedShortType);
     geometry->setDrawingMode(QSGGeometry::DrawTriangles);
     setGeometry(geometry);
-    setMaterial(new CaptionMaterial);
+    setMaterial(new ShaderMaterial(u"caption"_s, u"caption"_s));
     setFlags(OwnsGeometry | OwnsMaterial);
 }
 
@@ -126,14 +74,15 @@ CaptionNode::~CaptionNode() = default;
 void CaptionNode::setTexture(std::unique_ptr<QSGTexture> texture)
 {
     texture_ = std::move(texture);
-    static_cast<CaptionMaterial *>(material())->texture = texture_.get();
+    static_cast<ShaderMaterial *>(material())->texture = texture_.get();
     markDirty(DirtyMaterial);
 }
 
 void CaptionNode::show(const CaptionRaster &raster, QPointF origin,
     const std::function<Colour(qsizetype)> &colour, double opacity, Colour glow)
 {
-    static_cast<CaptionMaterial *>(material())->glow = glow;
+    static_cast<ShaderMaterial *>(material())->numbers = {
+        glow.red * glow.alpha, glow.green * glow.alpha, glow.blue * glow.alpha, glow.alpha};
     constexpr std::size_t mostPieces = 16'000; // as many as short indices reach
     const std::vector<Piece> pieces = piecesOf(raster, colour, opacity);
     const std::size_t count = std::min(pieces.size(), mostPieces);

@@ -1,5 +1,6 @@
 #include "visual/caption/caption_raster.h"
 
+#include <QFontInfo>
 #include <QGlyphRun>
 #include <QPainter>
 #include <QTextLayout>
@@ -70,7 +71,7 @@ std::vector<CaptionRaster::Word> wordsOf(const QTextLayout &layout)
 {
     std::vector<CaptionRaster::Word> words;
     const QString text = layout.text();
-    const double thickness = std::max(2.0, std::round(layout.font().pixelSize() / 12.0));
+    const double thickness = std::max(2.0, std::round(QFontInfo(layout.font()).pixelSize() / 12.0));
     for (int n = 0; n < layout.lineCount(); ++n) {
         const QTextLine line = layout.lineAt(n);
         const int end = line.textStart() + line.textLength();

@@ -3,6 +3,7 @@
 #include "visual/sprites/palette.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -10,7 +11,15 @@ namespace kelo {
 
 namespace {
 
-constexpr double limitSpan = 1; // second, in which there are at most as many flashes as remembered
+// Seconds.
+constexpr double beatDuration = 0.18;
+constexpr double answerDuration = 0.55;
+constexpr double limitSpan = 1; // in which there are at most as many flashes as remembered
+constexpr double closestBeats = 1.0 / 3; // to any flash before
+constexpr double fastBeats = 0.5; // apart; nearer than that, every other one is left out
+constexpr double freshAnswer = 0.3; // bright enough to become another answer
+
+constexpr int mostBeats = 2; // in the span, so that an answer is never one too many
 
 constexpr Colour red{1.0F, 0.25F, 0.2F};
 
@@ -23,7 +32,7 @@ bool isBeat(const QString &kind)
 
 double flashDuration(const QString &kind)
 {
-    return isBeat(kind) ? 0.18 : 0.55;
+    return isBeat(kind) ? beatDuration : answerDuration;
 }
 
 FlashLook flashLook(const QString &kind, bool firstBeat, double age)
@@ -35,16 +44,25 @@ FlashLook flashLook(const QString &kind, bool firstBeat, double age)
     return {colour.faded(fade * 0.95), 14, colour.faded(fade * 0.12)};
 }
 
-std::optional<double> FlashLimit::begin(const QString &kind, double at)
+std::optional<double> FlashLimit::begin(const QString &kind, qint64 beat, double at)
 {
-    const bool oneWaits = at < begun_.back();
-    const double earliest = oneWaits ? begun_.back() : begun_.front() + limitSpan;
-    if (isBeat(kind) && at < earliest)
-        return std::nullopt;
-    if (oneWaits)
-        return earliest; // the newest answer instead of the one before it
+    const double age = at - begun_.back();
+    const auto recent =
+        std::ranges::count_if(begun_, [at](double begun) { return begun > at - limitSpan; });
+    if (isBeat(kind)) {
+        const bool fast = at - std::exchange(lastBeat_, at) < fastBeats;
+        if ((fast && beat % 2 != 0) || age < closestBeats || recent >= mostBeats)
+            return std::nullopt;
+    } else {
+        const bool lit = age < (latestIsBeat_ ? beatDuration : answerDuration);
+        if (lit && (latestIsBeat_ || age < freshAnswer || recent >= std::ssize(begun_))) {
+            latestIsBeat_ = false;
+            return begun_.back();
+        }
+    }
+    latestIsBeat_ = isBeat(kind);
     std::shift_left(begun_.begin(), begun_.end(), 1);
-    return begun_.back() = std::max(at, earliest);
+    return begun_.back() = at;
 }
 
 } // namespace kelo

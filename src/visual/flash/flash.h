@@ -24,15 +24,19 @@ struct FlashLook {
 [[nodiscard]] double flashDuration(const QString &kind);
 
 /// Keeps the window from flashing more than three times in any second, which can bring on a
-/// seizure. Beats beyond that are left out; an answer, which says something, waits its turn.
+/// seizure. An answer, which says something, always shows at once; beats leave it room: there are
+/// at most two a second, in fast bars every other one.
 class FlashLimit {
 public:
-    /// When the flash of this kind that was asked for at uptime `at` begins; nothing when it is
-    /// left out. Ask once a flash, in order.
-    std::optional<double> begin(const QString &kind, double at);
+    /// When the flash of this kind that is asked for at uptime `at` begins; nothing when it is left
+    /// out. An answer while the window is lit may take over that light, whose beginning it then
+    /// has. `beat`: place in the bar. Ask once a flash, in order.
+    std::optional<double> begin(const QString &kind, qint64 beat, double at);
 
 private:
     std::array<double, 3> begun_{-10, -10, -10}; // uptimes of the latest flashes, oldest first
+    bool latestIsBeat_ = false;
+    double lastBeat_ = -10; // uptime, shown or not
 };
 
 } // namespace kelo

@@ -10,26 +10,26 @@ class FlashFrame : public kelo::SceneItem {
     Q_OBJECT
     QML_ELEMENT
 
+public:
+    [[nodiscard]] const Picture &picture() const override { return picture_; }
+
 protected:
     void linkSet(Link *link) override;
-    bool advance(Link &link, double now) override;
+    void advance(Link &link, double now) override;
     [[nodiscard]] double rate() const override { return isActive() && flashing_ ? 30 : 0; }
-    [[nodiscard]] const SpriteList &sprites() const override { return sprites_; }
 
 private:
-    /// The flash that shows, or is about to.
     struct Flash {
         QString kind;
         bool firstBeat = false;
         double begin = 0; // uptime
-        bool waits = false; // for those before it
     };
 
     FlashLimit limit_;
     double asked_ = 0; // uptime at which the latest flash was asked for
     Flash flash_;
     bool flashing_ = false;
-    SpriteList sprites_;
+    Picture picture_{1};
 };
 
 } // namespace kelo

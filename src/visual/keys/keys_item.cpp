@@ -17,11 +17,9 @@ void KeysItem::answer()
         wake();
 }
 
-bool KeysItem::advance(Link &link, double now)
+void KeysItem::advance(Link &link, double now)
 {
-    shown_ = strip_.sprites();
     strip_.update(link, width(), height(), now);
-    return strip_.sprites() != shown_;
 }
 
 } // namespace kelo

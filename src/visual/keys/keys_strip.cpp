@@ -5,6 +5,7 @@
 #include "visual/sprites/palette.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace kelo {
 
@@ -17,6 +18,7 @@ constexpr double keysTop = 80;
 constexpr double labelMiddle = 72;
 
 constexpr double rippleSpeed = 46; // points a second, both growing and leaving
+constexpr double rippleOver = 0.3; // seconds after which a released one has left the labels
 constexpr double rippleWidth = 0.56; // of a key, the same for black and white ones
 constexpr double rippleCorner = 2;
 constexpr double haloRadius = 6; // of the blur around a held key
@@ -115,13 +117,19 @@ public:
         sprites_.push_back(fill(left + 0.5, keysTop + 0.5, wide - 1, tall - 1, colour));
     }
 
-    [[nodiscard]] Label commandLabel(qsizetype place) const
+    [[nodiscard]] Label commandLabel(qsizetype place, double now) const
     {
+        const double x = keyboard::centre(link_.buttons[place], key_);
+        const bool rippled = std::ranges::any_of(link_.ripples, [&](const Ripple &ripple) {
+            const double away = keyboard::centre(ripple.pitch, key_) - x;
+            return std::abs(away) < key_ && (!ripple.off || now - *ripple.off < rippleOver);
+        });
         return {.text = keyboard::commandKeyLabel(place),
-            .x = keyboard::centre(link_.buttons[place], key_),
+            .x = x,
             .y = height_ - labelMiddle - labelSize * capHeight / 2,
             .size = labelSize,
             .centred = true,
+            .ground = rippled ? Label::Ground::Plate : Label::Ground::None,
             .colour = colours::green};
     }
 
@@ -164,12 +172,13 @@ private:
 
 void KeysStrip::update(const Link &link, double width, double height, double now)
 {
-    sprites_.clear();
-    labels_.clear();
+    auto &[sprites, labels] = picture_.front();
+    sprites.clear();
+    labels.clear();
     moves_ = false;
     if (width <= 0 || height <= keysTop)
         return;
-    Painter painter(sprites_, link, width, height);
+    Painter painter(sprites, link, width, height);
     for (const Ripple &ripple : link.ripples)
         moves_ = painter.ripple(ripple, now) || moves_;
     int firstResting = 0;
@@ -189,7 +198,7 @@ void KeysStrip::update(const Link &link, double width, double height, double now
         const qint64 pitch = link.buttons[place];
         if (keyboard::contains(pitch) && !keyboard::isBlack(pitch)
             && link.buttons.indexOf(pitch) == place)
-            labels_.append(painter.commandLabel(place));
+            labels.append(painter.commandLabel(place, now));
     }
 }
 

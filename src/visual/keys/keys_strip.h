@@ -1,7 +1,6 @@
 #pragma once
 
-#include "visual/sprites/sprite.h"
-#include "visual/sprites/text.h"
+#include "visual/sprites/layer_node.h"
 
 namespace kelo {
 
@@ -14,15 +13,13 @@ public:
     /// Draws the strip as it is at `now`, `width` × `height` points large.
     void update(const Link &link, double width, double height, double now);
 
-    [[nodiscard]] const SpriteList &sprites() const { return sprites_; }
-    [[nodiscard]] const LabelList &labels() const { return labels_; }
+    [[nodiscard]] const Picture &picture() const { return picture_; }
     /// A ripple is on its way: it will look different in a moment.
     [[nodiscard]] bool moves() const { return moves_; }
 
 private:
     bool moves_ = false;
-    SpriteList sprites_;
-    LabelList labels_;
+    Picture picture_{1};
 };
 
 } // namespace kelo

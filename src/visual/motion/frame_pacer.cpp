@@ -6,7 +6,6 @@
 #include <QQuickItem>
 #include <QScreen>
 
-#include <cmath>
 #include <utility>
 
 namespace kelo {
@@ -16,7 +15,6 @@ namespace {
 constexpr double slow = 30; // frames a second, up to which a timer serves
 constexpr double verySlow = 10; // up to which it need not be precise
 constexpr const char *coveredProperty = "keloCovered";
-constexpr double tolerance = 0.1; // of the time between frames
 
 } // namespace
 
@@ -121,13 +119,8 @@ double FramePacer::period() const
 
 void FramePacer::beat()
 {
-    const double now = TimeSource::system().now();
-    // A screen that is not faster than asked for gets every frame, however unevenly they come.
-    const bool every = period() * rate_ * (1 + tolerance) >= 1;
-    if (!every && now - last_ < (1 - tolerance) / rate_)
-        return;
-    last_ = now;
-    Q_EMIT frame();
+    if (cadence_.isDue(TimeSource::system().now(), period(), rate_))
+        Q_EMIT frame();
 }
 
 } // namespace kelo

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "visual/motion/frame_timing.h"
+
 #include <QPointer>
 #include <QQuickWindow>
 #include <QTimer>
@@ -44,7 +46,7 @@ private:
     QPointer<QQuickWindow> window_;
     double rate_ = 0;
     bool seen_ = false;
-    double last_ = 0; // uptime of the last frame
+    FrameCadence cadence_;
     std::unique_ptr<Beat> beat_; // runs with the frames of the window
     QTimer timer_; // for low rates: Qt renders for as long as a beat runs, changes or not
 };

@@ -20,7 +20,7 @@ void MotionTime::disturb(double now)
     disturbed_ = std::max(disturbed_, now);
 }
 
-void MotionTime::advance(double now)
+void MotionTime::advance(double now, Drift drift)
 {
     if (!last_) {
         last_ = now_ = disturbed_ = now;
@@ -29,7 +29,10 @@ void MotionTime::advance(double now)
     const double gap = now - *last_;
     last_ = now;
     const bool rested = isAtRest();
-    awake_ = now - disturbed_ < lingering;
+    awake_ =
+        drift == Drift::Always || (drift == Drift::WhileLively && now - disturbed_ < lingering);
+    if (drift == Drift::Never)
+        part_ = 0;
     if (awake_ && part_ >= 1) {
         now_ += gap;
         return;

@@ -1,6 +1,14 @@
 #include "visual/motion/scene_item.h"
 
+#include <utility>
+
 namespace kelo {
+
+namespace {
+
+bool motionIsReduced = false;
+
+} // namespace
 
 SceneItem::SceneItem(QQuickItem *parent)
     : SpriteItem(parent)
@@ -29,6 +37,16 @@ void SceneItem::setActive(bool active)
     Q_EMIT activeChanged();
 }
 
+void SceneItem::setReducedMotion(bool reduced)
+{
+    motionIsReduced = reduced;
+}
+
+Drift SceneItem::drift() const
+{
+    return motionIsReduced ? Drift::Never : isDrawnByGpu() ? Drift::Always : Drift::WhileLively;
+}
+
 void SceneItem::pace()
 {
     pacer_.setRate(link_ ? rate() : 0);
@@ -38,14 +56,11 @@ void SceneItem::refresh()
 {
     if (!link_)
         return;
-    if (advance(*link_, link_->uptime()))
+    advance(*link_, link_->uptime());
+    const double pixels = std::exchange(pixels_, pixelsPerPoint());
+    if (pixels != pixels_ || picture() != shown_) {
+        shown_ = picture();
         update();
-    if (LabelList now = texts(); now != texts_) {
-        texts_ = std::move(now);
-        labels_.clear();
-        for (const Label &label : std::as_const(texts_))
-            labels_.append(QVariant::fromValue(label));
-        Q_EMIT labelsChanged();
     }
     pace();
 }

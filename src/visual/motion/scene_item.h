@@ -2,8 +2,8 @@
 
 #include "link/link.h"
 #include "visual/motion/frame_pacer.h"
+#include "visual/motion/motion_time.h"
 #include "visual/sprites/sprite_item.h"
-#include "visual/sprites/text.h"
 
 namespace kelo {
 
@@ -15,13 +15,12 @@ struct LinkOfItems {
     QML_ANONYMOUS
 };
 
-/// An item that shows a scene of sprites and texts over the link: once a frame it brings the scene
-/// to the link's time and draws it.
+/// An item that shows a scene over the link: once a frame it brings the scene to the link's time,
+/// and draws it if that changed it.
 class SceneItem : public kelo::SpriteItem {
     Q_OBJECT
     Q_PROPERTY(kelo::Link *link READ link WRITE setLink NOTIFY linkChanged)
     Q_PROPERTY(bool active READ isActive WRITE setActive NOTIFY activeChanged)
-    Q_PROPERTY(QVariantList labels READ labels NOTIFY labelsChanged)
     QML_ELEMENT
     QML_UNCREATABLE("what scenes have in common")
 
@@ -33,28 +32,27 @@ public:
     [[nodiscard]] bool isActive() const { return active_; }
     void setActive(bool active);
 
-    /// The scene's texts, as `Label`s.
-    [[nodiscard]] QVariantList labels() const { return labels_; }
-
     /// Brings the scene to the link's time now, in a window that is shown or not.
     void refresh();
+
+    /// The desktop asks for no motion that says nothing. Holds for all scenes.
+    static void setReducedMotion(bool reduced);
 
 Q_SIGNALS:
     void linkChanged();
     void activeChanged();
-    void labelsChanged();
 
 protected:
     explicit SceneItem(QQuickItem *parent = nullptr);
 
-    /// Brings the scene to `now`; false when none of its sprites changed.
-    virtual bool advance(Link &link, double now) = 0;
+    /// Brings the scene's picture to `now`. What it draws besides asks for an update itself.
+    virtual void advance(Link &link, double now) = 0;
     /// Frames a second that the scene wants, asked after each `advance`.
     [[nodiscard]] virtual double rate() const = 0;
-    [[nodiscard]] virtual LabelList texts() const { return {}; }
     /// Called when the link is set; nullptr when it goes.
     virtual void linkSet(Link * /*link*/) { }
 
+    [[nodiscard]] Drift drift() const;
     [[nodiscard]] const FramePacer &pacer() const { return pacer_; }
     /// Has the scene look at the link again soon, if it can be seen.
     void wake();
@@ -68,8 +66,8 @@ private:
 
     QPointer<Link> link_;
     bool active_ = true;
-    LabelList texts_;
-    QVariantList labels_;
+    Picture shown_;
+    double pixels_ = 0; // a point
     FramePacer pacer_{*this};
 };
 

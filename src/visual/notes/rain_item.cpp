@@ -2,12 +2,30 @@
 
 #include "visual/sprites/palette.h"
 
+#include <QPainter>
+#include <QSGSimpleRectNode>
+
 namespace kelo {
 
-QColor RainItem::background()
-{
-    return colours::bg.toQColor();
-}
+/// The scene upon its ground, which covers all that lies behind the item.
+class RainItem::Node final : public QSGNode {
+public:
+    Node()
+    {
+        appendChildNode(ground_);
+        appendChildNode(layers_);
+    }
+
+    void show(const Picture &picture, const QRectF &place, const Canvas &canvas)
+    {
+        ground_->setRect(place);
+        layers_->show(picture, canvas);
+    }
+
+private:
+    QSGSimpleRectNode *ground_ = new QSGSimpleRectNode({}, colours::bg.toQColor());
+    LayersNode *layers_ = new LayersNode;
+};
 
 void RainItem::linkSet(Link *link)
 {
@@ -31,8 +49,9 @@ void RainItem::disturb()
 
 double RainItem::rate() const
 {
-    constexpr double restingRate = 2; // frames a second
-    return !isActive() ? 0 : motion_.isAtRest() ? restingRate : 120;
+    constexpr double fullRate = 120; // frames a second
+    constexpr double restingRate = 2;
+    return !isActive() ? 0 : motion_.isAtRest() && !motion_.isLively() ? restingRate : fullRate;
 }
 
 void RainItem::geometryChange(const QRectF &now, const QRectF &before)
@@ -42,31 +61,34 @@ void RainItem::geometryChange(const QRectF &now, const QRectF &before)
     SceneItem::geometryChange(now, before);
 }
 
-bool RainItem::advance(Link &link, double now)
+void RainItem::advance(Link &link, double now)
 {
     // Held keys spray sparks for as long as they are down.
     if (link.rolling || link.rollZero || link.speaking || !link.down.isEmpty())
         motion_.disturb(now);
     const double even = clock_.step(now, pacer().period());
-    motion_.advance(even);
+    motion_.advance(even, drift());
     scene_->setCaptionTop(captionTop_);
     scene_->update(even, motion_.now());
-    if (!motion_.isAtRest())
-        return true;
-    const bool changed = scene_->sprites() != shown_;
-    shown_ = scene_->sprites();
-    return changed;
 }
 
-const SpriteList &RainItem::sprites() const
+const Picture &RainItem::picture() const
 {
-    static const SpriteList none;
-    return scene_ ? scene_->sprites() : none;
+    static const Picture none;
+    return scene_ ? scene_->picture() : none;
 }
 
-LabelList RainItem::texts() const
+QSGNode *RainItem::updateNode(QSGNode *old)
 {
-    return scene_ ? scene_->labels() : LabelList();
+    auto *node = old ? static_cast<Node *>(old) : new Node;
+    node->show(picture(), boundingRect(), canvas());
+    return node;
+}
+
+void RainItem::paint(QPainter &painter) const
+{
+    painter.fillRect(boundingRect(), colours::bg.toQColor());
+    SceneItem::paint(painter);
 }
 
 } // namespace kelo

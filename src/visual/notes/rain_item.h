@@ -1,7 +1,6 @@
 #pragma once
 
-#include "visual/motion/frame_clock.h"
-#include "visual/motion/motion_time.h"
+#include "visual/motion/frame_timing.h"
 #include "visual/motion/scene_item.h"
 #include "visual/notes/rain_scene.h"
 
@@ -9,35 +8,35 @@
 
 namespace kelo {
 
-/// The falling-notes scene as an item. While it exists the link tells it of notes. While nothing
-/// happens it comes to rest.
+/// The falling-notes scene as an item. While it exists the link tells it of notes. It is
+/// decoration: screen readers pass it by.
 class RainItem : public kelo::SceneItem {
     Q_OBJECT
-    Q_PROPERTY(QColor background READ background CONSTANT)
     Q_PROPERTY(double captionTop MEMBER captionTop_ NOTIFY captionTopChanged)
-    QML_ELEMENT
+    QML_NAMED_ELEMENT(Visualiser)
 
 public:
-    [[nodiscard]] static QColor background();
+    [[nodiscard]] const Picture &picture() const override;
 
 Q_SIGNALS:
     void captionTopChanged();
 
 protected:
     void linkSet(Link *link) override;
-    bool advance(Link &link, double now) override;
+    void advance(Link &link, double now) override;
     [[nodiscard]] double rate() const override;
-    [[nodiscard]] const SpriteList &sprites() const override;
-    [[nodiscard]] LabelList texts() const override;
+    QSGNode *updateNode(QSGNode *old) override;
+    void paint(QPainter &painter) const override;
     void geometryChange(const QRectF &now, const QRectF &before) override;
 
 private:
+    class Node;
+
     void disturb();
 
     std::unique_ptr<RainScene> scene_;
     FrameClock clock_;
     MotionTime motion_;
-    SpriteList shown_; // what was drawn last, at rest
     double captionTop_ = RainScene::captionTop; // points
 };
 

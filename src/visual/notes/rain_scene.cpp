@@ -106,84 +106,90 @@ void RainScene::update(double now, double driftTime)
         const double length = link_->rollLength;
         progress_ = std::clamp(length >= 1 ? elapsed / length : elapsed, 0.0, 1.0);
     }
-    sprites_.clear();
-    labels_.clear();
-    if (!layout_.isUsable())
-        return;
-    draw(now, driftTime);
-    if (link_)
-        write();
+    for (auto &[sprites, labels] : picture_) {
+        sprites.clear();
+        labels.clear();
+    }
+    if (layout_.isUsable())
+        draw(now, driftTime);
 }
 
 void RainScene::draw(double now, double driftTime)
 {
-    drawGrid(driftTime);
-    falling_.drawGlows(sprites_);
-    bars_.drawGlows(sprites_, layout_);
-    falling_.drawBars(sprites_);
-    bars_.drawBars(sprites_, layout_);
-    keyboard_.drawKeys(sprites_, layout_, now);
-    keyboard_.drawLamps(sprites_, layout_, now);
+    auto &[below, marks] = picture_[0];
+    drawGrid(below, driftTime);
+    falling_.drawGlows(below);
+    bars_.drawGlows(below, layout_);
+    falling_.drawBars(below);
+    bars_.drawBars(below, layout_);
+    keyboard_.drawKeys(below, layout_, now);
+
+    auto &[lights, words] = picture_[1];
+    keyboard_.drawLamps(lights, layout_, now);
     for (const Sparks &burst : bursts_)
-        burst.draw(sprites_, now);
-    bars_.drawSparks(sprites_, now);
-    sprites_.push_back(box(0, layout_.height - progressHeight, layout_.width * progress_,
+        burst.draw(lights, now);
+    bars_.drawSparks(lights, now);
+    lights.push_back(box(0, layout_.height - progressHeight, layout_.width * progress_,
         progressHeight, colours::green));
+    if (link_) {
+        writeMarks(marks);
+        writeWords(words);
+    }
 }
 
-void RainScene::drawGrid(double driftTime)
+void RainScene::drawGrid(SpriteList &list, double driftTime) const
 {
     for (int i = 0; i < keyboard::whiteCount; ++i) {
         if (keyboard::pitchClass(keyboard::whites[static_cast<std::size_t>(i)]) == 0) {
-            sprites_.push_back(box(layout_.keyWidth() * i - 0.5, layout_.floor(), 1,
+            list.push_back(box(layout_.keyWidth() * i - 0.5, layout_.floor(), 1,
                 layout_.height - layout_.floor(), colours::green.faded(0.09)));
         }
     }
     const double drift = std::fmod(driftTime, gridPeriod) / gridPeriod * gridSpacing;
     for (double y = 0; y < layout_.height + gridSpacing; y += gridSpacing) {
-        sprites_.push_back(box(
+        list.push_back(box(
             0, layout_.floor() + y + drift - 0.5, layout_.width, 1, colours::green.faded(0.05)));
     }
 }
 
-void RainScene::write()
+void RainScene::writeMarks(LabelList &list) const
 {
-    const double left = leftMargin;
-    const double top = layout_.height;
-    const double middle = layout_.width / 2;
-    const auto add = [this](Label label) {
-        if (!label.text.isEmpty())
-            labels_.append(std::move(label));
-    };
     for (qsizetype place = 0; place < link_->buttons.size(); ++place) {
         const qint64 pitch = link_->buttons[place];
         if (keyboard::contains(pitch)) {
-            add({.text = keyboard::commandKeyLabel(place),
+            list.append({.text = keyboard::commandKeyLabel(place),
                 .x = layout_.centre(pitch),
                 .y = 8,
                 .size = 11,
                 .centred = true,
+                .ground = Label::Ground::Outline,
                 .colour = colours::green});
         }
     }
+}
+
+void RainScene::writeWords(LabelList &list) const
+{
+    const double left = leftMargin;
+    const double top = layout_.height;
+    const double middle = layout_.width / 2;
+    const auto add = [&list](Label label) {
+        label.ground = Label::Ground::Shade;
+        if (!label.text.isEmpty())
+            list.append(std::move(label));
+    };
     add({.text = u"KELO  //  VISUALISER"_s,
         .x = left,
         .y = top - 50,
         .size = 11,
         .colour = colours::green.faded(0.5)});
-    add({.text = link_->chord,
-        .x = left,
-        .y = top - 96,
-        .size = 38,
-        .backed = true,
-        .colour = colours::soft});
+    add({.text = link_->chord, .x = left, .y = top - 96, .size = 38, .colour = colours::soft});
     if (link_->rolling) {
         add({.text = u"NOW PLAYING  ·  "_s + link_->rollName->toUpper(),
             .x = left,
             .y = top - 124,
             .size = 13,
             .width = layout_.width - 2 * left,
-            .backed = true,
             .colour = colours::soft});
     }
     if (link_->speaking) {
@@ -195,7 +201,6 @@ void RainScene::write()
             .centred = true,
             .width = std::min(layout_.width * 0.5, 620.0),
             .lines = 2,
-            .backed = true,
             .colour = colours::soft});
     }
     const QString notice = link_->paused ? u"PAUSED  ·  RETURN OR KEY 6 TO CARRY ON"_s
@@ -207,7 +212,6 @@ void RainScene::write()
         .size = 22,
         .centred = true,
         .width = layout_.width - 2 * left,
-        .backed = true,
         .colour = colours::soft});
 }
 

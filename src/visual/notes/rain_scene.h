@@ -4,7 +4,7 @@
 #include "visual/notes/falling_notes.h"
 #include "visual/notes/live_bars.h"
 #include "visual/notes/rain_keyboard.h"
-#include "visual/sprites/text.h"
+#include "visual/sprites/layer_node.h"
 
 #include <QPointer>
 
@@ -36,16 +36,18 @@ public:
     void note(qint64 pitch, double strength, bool mine) override;
     void clearRoll() override;
 
-    [[nodiscard]] const SpriteList &sprites() const { return sprites_; }
-    [[nodiscard]] const LabelList &labels() const { return labels_; }
+    /// Two layers: all that lies below the lights, the marks of the command keys among it; and the
+    /// lights with what is written over the scene.
+    [[nodiscard]] const Picture &picture() const { return picture_; }
 
     static constexpr double captionTop = 40; ///< points, where nothing is in the way
 
 private:
     void burst(int pitch, int count, double speed, double now);
     void draw(double now, double driftTime);
-    void drawGrid(double driftTime);
-    void write();
+    void drawGrid(SpriteList &list, double driftTime) const;
+    void writeMarks(LabelList &list) const;
+    void writeWords(LabelList &list) const;
 
     QPointer<Link> link_;
     RainLayout layout_;
@@ -57,8 +59,7 @@ private:
     double last_ = 0; // uptime of the previous frame
     double progress_ = 0; // 0 to 1
     double captionTop_ = captionTop;
-    SpriteList sprites_;
-    LabelList labels_;
+    Picture picture_{2};
 };
 
 } // namespace kelo

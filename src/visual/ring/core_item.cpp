@@ -2,7 +2,6 @@
 
 #include "visual/ring/ring_formula.h"
 #include "visual/ring/ring_node.h"
-#include "visual/sprites/sprite_node.h"
 #include "visual/sprites/sprite_painter.h"
 
 #include <QPainter>
@@ -12,35 +11,37 @@ namespace kelo {
 namespace {
 
 constexpr double fullRate = 120; // frames a second
-constexpr double calmRate = 30; // while it only breathes
-constexpr double softwareRate = 12; // where each pixel costs our own time
+constexpr double calmRate = 30; // while it only breathes, and each frame costs our own time
+constexpr double softwareRate = 12; // where there are no shaders
 
 } // namespace
 
-/// The dial, what turns on it, and the ring over both.
+/// The dial, what turns on it, the ring over both, and the words in its middle.
 class CoreItem::Node final : public QSGNode {
 public:
     Node()
     {
-        appendChildNode(dial_);
-        appendChildNode(arcs_);
-        appendChildNode(ring_);
+        for (QSGNode *child : std::initializer_list<QSGNode *>{dial_, arcs_, ring_, words_})
+            appendChildNode(child);
     }
 
-    void show(const CoreScene &scene, QSizeF size, double pixels)
+    void show(const CoreScene &scene, QSizeF size, const Canvas &canvas)
     {
-        if (size != size_ || pixels != pixels_)
-            dial_->show(scene.dial(), size.height(), pixels);
+        if (size != size_ || canvas.pixels != pixels_)
+            dial_->show(scene.dial(), size.height(), canvas.pixels);
         size_ = size;
-        pixels_ = pixels;
-        arcs_->show(scene.sprites(), size.height(), pixels);
+        pixels_ = canvas.pixels;
+        const auto &[arcs, words] = scene.picture().front();
+        arcs_->show(arcs, size.height(), canvas.pixels);
         ring_->show(scene.ringPlace(), scene.scopePlace(), scene.look());
+        words_->show(words, canvas);
     }
 
 private:
     SpriteNode *dial_ = new SpriteNode;
     SpriteNode *arcs_ = new SpriteNode;
     RingNode *ring_ = new RingNode;
+    LabelsNode *words_ = new LabelsNode;
     QSizeF size_;
     double pixels_ = 0;
 };
@@ -69,48 +70,49 @@ void CoreItem::disturb()
     wake();
 }
 
-bool CoreItem::advance(Link &link, double now)
+void CoreItem::advance(Link &link, double now)
 {
     if (link.speaking || link.rolling)
         motion_.disturb(now);
-    motion_.advance(now);
+    motion_.advance(now, drift());
     scene_.update(link, now, {motion_.now(), motion_.pace()});
-    return true;
+    update();
 }
 
 double CoreItem::rate() const
 {
-    if (!isActive() || motion_.isAtRest())
+    if (!isActive() || (motion_.isAtRest() && !motion_.isLively()))
         return 0;
-    return drawsInSoftware() ? softwareRate : motion_.isLively() ? fullRate : calmRate;
+    if (drawsInSoftware())
+        return softwareRate;
+    return motion_.isLively() || drift() == Drift::Always ? fullRate : calmRate;
 }
 
-QSGNode *CoreItem::updatePaintNode(QSGNode *old, UpdatePaintNodeData *data)
+QSGNode *CoreItem::updateNode(QSGNode *old)
 {
-    if (drawsInSoftware())
-        return SceneItem::updatePaintNode(old, data);
-    if (sprites().empty()) {
+    if (scene_.picture().front().sprites.empty()) {
         delete old;
         return nullptr;
     }
     auto *node = old ? static_cast<Node *>(old) : new Node;
-    node->show(scene_, size(), pixelsPerPoint());
+    node->show(scene_, size(), canvas());
     return node;
 }
 
 void CoreItem::paint(QPainter &painter) const
 {
+    const auto &[arcs, words] = scene_.picture().front();
     paintSprites(painter, scene_.dial(), height());
-    SceneItem::paint(painter);
+    paintSprites(painter, arcs, height());
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     const RingLook look = scene_.look();
     const QRectF ring = scene_.ringPlace();
-    // A quarter of the pixels keeps the ring's shape; the painter smooths it.
     painter.setOpacity(look.opacity);
-    painter.drawImage(ring, ringPicture((ring.size() / 2).toSize(), look));
+    painter.drawImage(ring, ringPicture(ring.size().toSize(), look));
     painter.setOpacity(1);
     const QRectF scope = scene_.scopePlace();
     painter.drawImage(scope, scopePicture(scope.size().toSize(), look));
+    paintLayer(painter, {{}, words}, height());
 }
 
 } // namespace kelo

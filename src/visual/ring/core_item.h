@@ -6,22 +6,21 @@
 
 namespace kelo {
 
-/// The ring scene as an item. While nothing happens it comes to rest.
+/// The ring scene as an item. It is decoration: screen readers pass it by.
 class CoreItem : public kelo::SceneItem {
     Q_OBJECT
-    QML_ELEMENT
+    QML_NAMED_ELEMENT(Core)
 
 public:
-    [[nodiscard]] const CoreScene &scene() const { return scene_; }
+    /// What turns and what is written; the ring and its dial are drawn besides.
+    [[nodiscard]] const Picture &picture() const override { return scene_.picture(); }
 
 protected:
     void linkSet(Link *link) override;
-    bool advance(Link &link, double now) override;
+    void advance(Link &link, double now) override;
     [[nodiscard]] double rate() const override;
-    [[nodiscard]] const SpriteList &sprites() const override { return scene_.sprites(); }
-    [[nodiscard]] LabelList texts() const override { return scene_.labels(); }
     void paint(QPainter &painter) const override;
-    QSGNode *updatePaintNode(QSGNode *old, UpdatePaintNodeData *data) override;
+    QSGNode *updateNode(QSGNode *old) override;
     void geometryChange(const QRectF &now, const QRectF &before) override;
 
 private:

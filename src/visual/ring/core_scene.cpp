@@ -47,18 +47,17 @@ constexpr double longTickInner = 0.925; // every sixth
 constexpr double modeBelow = 2;
 constexpr double modeSize = 15;
 constexpr double subBelow = 20;
-constexpr double subSize = 8.5;
-constexpr double heartRim = 0.258 * 0.94; // within the heart's rim, of the ring's radius
+constexpr double subSize = 11;
+// Room for them, of the ring's radius: within the heart's rim, and within the waves.
+constexpr double rimRoom = 0.258 * 0.94;
+constexpr double waveRoom = 0.43 * 0.94;
 
-/// How much smaller the words must be to fit into a circle of `room` points; 1 at most.
-double wordScale(const QString &mode, const QString &sub, double room)
+/// How much smaller a word must be to fit into a circle of `room` points; 1 at most. `reach`: of
+/// its far edge, above or below the circle's middle.
+double wordScale(const QString &word, double size, double reach, double room)
 {
-    const auto corner = [](const QString &word, double size, double height) {
-        return std::hypot(static_cast<double>(word.size()) * letterWidth * size / 2, height);
-    };
-    const double modeCorner = corner(mode, modeSize, modeSize * capHeight - modeBelow);
-    const double subCorner = corner(sub, subSize, subBelow);
-    return std::min(1.0, room / std::max(modeCorner, sub.isEmpty() ? 0 : subCorner));
+    const double half = static_cast<double>(word.size()) * letterWidth * size / 2;
+    return std::min(1.0, room / std::hypot(half, reach));
 }
 
 struct Arc {
@@ -131,12 +130,13 @@ void CoreScene::update(Link &link, double now, const Motion &motion)
     for (std::size_t i = 0; i < arcs.size(); ++i) {
         turned_[i] = std::remainder(turned_[i] + turn * arcs[i].speed, 2 * pi);
     }
-    sprites_.clear();
-    labels_.clear();
+    auto &[sprites, labels] = picture_.front();
+    sprites.clear();
+    labels.clear();
     if (!isUsable())
         return;
-    drawArcs();
-    write(link);
+    drawArcs(sprites);
+    write(labels, link);
 }
 
 VoiceFrame CoreScene::targets(const Link &link, double now, double motionTime) const
@@ -200,7 +200,7 @@ void CoreScene::drawDial()
     }
 }
 
-void CoreScene::drawArcs()
+void CoreScene::drawArcs(SpriteList &list) const
 {
     const double r = radius();
     const double x = centreX();
@@ -209,17 +209,17 @@ void CoreScene::drawArcs()
         const Arc &row = arcs[i];
         const bool thin = row.width <= 1;
         const double from = row.from + turned_[i];
-        sprites_.push_back(arc(x, y, r * row.radius, from, row.sweep, row.width,
+        list.push_back(arc(x, y, r * row.radius, from, row.sweep, row.width,
             colours::green.faded(thin ? 0.45 : 0.85)));
         if (!thin) {
             const double end = from + row.sweep;
-            sprites_.push_back(disc(x + r * row.radius * std::cos(end),
+            list.push_back(disc(x + r * row.radius * std::cos(end),
                 y + r * row.radius * std::sin(end), 3, colours::pale));
         }
     }
 }
 
-void CoreScene::write(const Link &link)
+void CoreScene::write(LabelList &list, const Link &link) const
 {
     const bool online = link.state == u"ONLINE"_s;
     const QString mode = !online ? link.state.get() : link.paused ? u"PAUSED"_s : link.modeName();
@@ -227,23 +227,25 @@ void CoreScene::write(const Link &link)
         : link.speaking             ? u"SPEAKING"_s
         : online                    ? u"LISTENING"_s
                                     : QString();
-    // High contrast reaches the small words too: the shade is for those who see it well.
     const auto text = TextColours::of(link.contrast);
-    const double scale = wordScale(mode, sub, heartRim * radius());
-    labels_.append({.text = mode,
+    const double scale =
+        wordScale(mode, modeSize, modeSize * capHeight - modeBelow, rimRoom * radius());
+    const double subScale = wordScale(sub, subSize, subBelow, waveRoom * radius());
+    list.append({.text = mode,
         .x = centreX(),
         .y = centreY() - modeBelow * scale,
         .size = modeSize * scale,
         .centred = true,
         .colour = text.soft});
-    if (!sub.isEmpty()) {
-        labels_.append({.text = sub,
+    // Too small to read, it is left out: the header says the same.
+    if (!sub.isEmpty() && subScale >= 1) {
+        list.append({.text = sub,
             .x = centreX(),
-            .y = centreY() - subBelow * scale,
-            .size = subSize * scale,
+            .y = centreY() - subBelow,
+            .size = subSize,
             .bold = false,
             .centred = true,
-            .colour = link.contrast ? text.dim : colours::shade});
+            .colour = text.dim});
     }
 }
 

@@ -2,8 +2,7 @@
 
 #include "link/records.h"
 #include "visual/ring/ring_formula.h"
-#include "visual/sprites/sprite.h"
-#include "visual/sprites/text.h"
+#include "visual/sprites/layer_node.h"
 
 #include <QRectF>
 
@@ -32,9 +31,8 @@ public:
 
     /// Circle and ticks; they change with the size alone.
     [[nodiscard]] const SpriteList &dial() const { return dial_; }
-    /// What turns on it.
-    [[nodiscard]] const SpriteList &sprites() const { return sprites_; }
-    [[nodiscard]] const LabelList &labels() const { return labels_; }
+    /// One layer: what turns on it, and the words in its middle.
+    [[nodiscard]] const Picture &picture() const { return picture_; }
 
     /// How the pictures look. Bands are 0 to 1.4, the level 0 to 1; the line never lies perfectly
     /// flat; the time starts over where all of their motions do.
@@ -56,8 +54,8 @@ private:
     [[nodiscard]] VoiceFrame targets(const Link &link, double now, double motionTime) const;
     void spring(const VoiceFrame &targets, double step);
     void drawDial();
-    void drawArcs();
-    void write(const Link &link);
+    void drawArcs(SpriteList &list) const;
+    void write(LabelList &list, const Link &link) const;
 
     static constexpr std::size_t arcCount = 5;
 
@@ -72,8 +70,7 @@ private:
     bool offline_ = false;
     std::array<double, arcCount> turned_{}; // radians beyond where each arc began
     SpriteList dial_;
-    SpriteList sprites_;
-    LabelList labels_;
+    Picture picture_{1};
 };
 
 } // namespace kelo

@@ -3,6 +3,7 @@
 #include "visual/sprites/palette.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -54,15 +55,59 @@ template <typename Pixel> QImage picture(QSize size, const Pixel &pixel)
     return image;
 }
 
+constexpr double base = 0.50; // where the waves begin
+constexpr int layers = 3;
+
+using Waves = std::array<double, layers>;
+
+/// Where the three waves run, all around the ring.
+class WaveTable {
+public:
+    explicit WaveTable(const RingLook &look)
+    {
+        for (std::size_t n = 0; n < table_.size(); ++n) {
+            const double angle = 2 * pi * static_cast<double>(n) / steps;
+            table_[n] = wavesAt(angle, look);
+        }
+    }
+
+    [[nodiscard]] Waves at(double angle) const
+    {
+        const double place = (angle / (2 * pi) + 1) * steps;
+        const double whole = std::floor(place);
+        const auto n = static_cast<std::size_t>(whole) % steps;
+        Waves waves;
+        for (std::size_t i = 0; i < waves.size(); ++i)
+            waves[i] = std::lerp(table_[n][i], table_[n + 1][i], place - whole);
+        return waves;
+    }
+
+private:
+    static constexpr std::size_t steps = 2048; // as fine as pixels
+
+    static Waves wavesAt(double angle, const RingLook &look)
+    {
+        const double swell = swellOf(look.bands, std::cos(angle), std::sin(angle));
+        Waves waves;
+        for (int i = 0; i < layers; ++i) {
+            const double flow =
+                0.5 + 0.5 * std::sin(angle * (3 + 2 * i) + look.time * (1.1 + 0.6 * i) + 2.1 * i);
+            const double ripple = 0.010 * std::sin(5 * angle - 1.6 * look.time + 1.7 * i)
+                + 0.006 * std::sin(9 * angle + 2.3 * look.time + i);
+            waves[static_cast<std::size_t>(i)] =
+                base + ripple + swell * (0.34 - 0.085 * i) * (0.6 + 0.4 * flow) + look.level * 0.02;
+        }
+        return waves;
+    }
+
+    std::array<Waves, steps + 1> table_;
+};
+
 /// The ring at (`x`, `y`), each -1 to 1, y up. Premultiplied.
-Colour ringAt(double x, double y, const RingLook &look)
+Colour ringAt(double x, double y, const RingLook &look, const WaveTable &table)
 {
     const double level = look.level;
-    const double time = look.time;
-    constexpr double base = 0.50; // where the wave begins
     const double r = std::hypot(x, y);
-    const double angle = std::atan2(y, x);
-    const double swell = swellOf(look.bands, x, y);
     Colour sum{0, 0, 0, 0};
     const auto add = [&sum](const Colour &colour, double light) {
         const auto a = static_cast<float>(light);
@@ -71,28 +116,28 @@ Colour ringAt(double x, double y, const RingLook &look)
         sum.blue += colour.blue * a;
         sum.alpha += a;
     };
-    for (int i = 0; i < 3; ++i) {
-        const double flow =
-            0.5 + 0.5 * std::sin(angle * (3 + 2 * i) + time * (1.1 + 0.6 * i) + 2.1 * i);
-        const double ripple = 0.010 * std::sin(5 * angle - 1.6 * time + 1.7 * i)
-            + 0.006 * std::sin(9 * angle + 2.3 * time + i);
-        const double wave =
-            base + ripple + swell * (0.34 - 0.085 * i) * (0.6 + 0.4 * flow) + level * 0.02;
-        const double line = bell(r - wave, 0.0045);
-        const double halo = bell(r - wave, 0.035) * (0.30 + 0.25 * level);
+    const double heart = 0.30 + 0.035 * level;
+    if (r < heart + 0.03) { // as far as its rim is bright
+        add(colours::green,
+            bell(r - heart, 0.004) * 0.9
+                + (1 - smoothstep(0, heart, r)) * (0.05 + 0.5 * level)
+                    * (0.35 + 0.65 * (1 - r / heart)));
+    }
+    const Waves waves = table.at(std::atan2(y, x));
+    for (int i = 0; i < layers; ++i) {
+        const double away = r - waves[static_cast<std::size_t>(i)];
+        if (away > 0.13) // as far as a wave's light reaches
+            continue;
+        const double line = bell(away, 0.0045);
+        const double halo = bell(away, 0.035) * (0.30 + 0.25 * level);
         const double body = smoothstep(base - 0.006, base + 0.006, r)
-            * (1 - smoothstep(wave - 0.02, wave, r)) * (0.16 - 0.035 * i);
-        add(mixed(colours::green, colours::pale, std::clamp(line, 0.0, 1.0)),
+            * (1 - smoothstep(-0.02, 0, away)) * (0.16 - 0.035 * i);
+        add(mixed(colours::green, colours::pale, line),
             line * (1 - 0.28 * i) + halo * (1 - 0.2 * i) + body);
     }
-    const double heart = 0.30 + 0.035 * level;
-    const double edge = bell(r - base, 0.003) * 0.55;
-    const double rim = bell(r - heart, 0.004) * 0.9;
-    const double glow =
-        (1 - smoothstep(0, heart, r)) * (0.05 + 0.5 * level) * (0.35 + 0.65 * (1 - r / heart));
-    add(colours::green, edge + rim + glow);
+    add(colours::green, bell(r - base, 0.003) * 0.55);
     return {std::min(sum.red, 1.0F), std::min(sum.green, 1.0F), std::min(sum.blue, 1.0F),
-        std::clamp(sum.alpha, 0.0F, 1.0F)};
+        std::min(sum.alpha, 1.0F)};
 }
 
 /// The line at (`x`, `y`), each 0 to 1, y up. Premultiplied.
@@ -115,7 +160,9 @@ Colour scopeAt(double x, double y, const RingLook &look)
 
 QImage ringPicture(QSize size, const RingLook &look)
 {
-    return picture(size, [&](double x, double y) { return ringAt(2 * x - 1, 2 * y - 1, look); });
+    const WaveTable table(look);
+    return picture(
+        size, [&](double x, double y) { return ringAt(2 * x - 1, 2 * y - 1, look, table); });
 }
 
 QImage scopePicture(QSize size, const RingLook &look)

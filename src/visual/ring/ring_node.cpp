@@ -1,11 +1,14 @@
 #include "visual/ring/ring_node.h"
 
-#include "visual/ring/picture_node.h"
+#include "visual/sprites/shader_material.h"
+
+#include <QSGGeometryNode>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <span>
 
 using namespace Qt::StringLiterals;
 
@@ -34,8 +37,14 @@ float single(double value)
     return static_cast<float>(value);
 }
 
+/// A corner of the strip of triangles that a picture is drawn on.
+struct Corner {
+    QPointF place; // in the item, points
+    QPointF spot; // in the picture, in its shader's own unit
+};
+
 /// Where in the item a spot of a square picture lies, y up in the one and down in the other.
-PictureNode::Corner corner(const QRectF &place, double x, double y)
+Corner corner(const QRectF &place, double x, double y)
 {
     return {
         {place.center().x() + x * place.width() / 2, place.center().y() - y * place.height() / 2},
@@ -43,7 +52,7 @@ PictureNode::Corner corner(const QRectF &place, double x, double y)
 }
 
 /// A corner of the polygon that encloses the circle of radius `reach`, within the square.
-PictureNode::Corner side(const QRectF &place, std::size_t i, double reach)
+Corner side(const QRectF &place, std::size_t i, double reach)
 {
     const double angle = 2 * pi * static_cast<double>(i) / sides;
     const auto inSquare = [](double value) { return std::clamp(value, -1.0, 1.0); };
@@ -68,6 +77,37 @@ void appendPhase(std::vector<float> &numbers, double phase)
 
 } // namespace
 
+/// A picture that a fragment shader computes from its place in it, `spot`, and from its numbers.
+class RingNode::PictureNode final : public QSGGeometryNode {
+public:
+    explicit PictureNode(const QString &shader)
+    {
+        auto *geometry = new QSGGeometry(QSGGeometry::defaultAttributes_TexturedPoint2D(), 0);
+        geometry->setDrawingMode(QSGGeometry::DrawTriangleStrip);
+        setGeometry(geometry);
+        setMaterial(new ShaderMaterial(u"picture"_s, shader));
+        setFlags(OwnsGeometry | OwnsMaterial);
+    }
+
+    /// Covers the strip of triangles between `corners`, each with the two before it.
+    void cover(std::span<const Corner> corners)
+    {
+        const int count = static_cast<int>(corners.size());
+        if (count != geometry()->vertexCount())
+            geometry()->allocate(count);
+        auto *vertex = geometry()->vertexDataAsTexturedPoint2D();
+        for (const auto &[place, spot] : corners)
+            vertex++->set(single(place.x()), single(place.y()), single(spot.x()), single(spot.y()));
+        markDirty(DirtyGeometry);
+    }
+
+    void setNumbers(std::span<const float> numbers)
+    {
+        static_cast<ShaderMaterial *>(material())->numbers.assign(numbers.begin(), numbers.end());
+        markDirty(DirtyMaterial);
+    }
+};
+
 RingNode::RingNode()
     : heart_(new PictureNode(u"heart"_s))
     , waves_(new PictureNode(u"waves"_s))
@@ -91,7 +131,7 @@ void RingNode::showWaves(const QRectF &place, const RingLook &look)
     const double reach = reachOf(look);
     if (place != ringPlace_ || reach != reach_) {
         reach_ = reach;
-        std::array<PictureNode::Corner, 2 * (sides + 1)> strip;
+        std::array<Corner, 2 * (sides + 1)> strip;
         for (std::size_t i = 0; i <= sides; ++i) {
             strip[2 * i] = side(place, i, reach);
             strip[2 * i + 1] = side(place, i, heartReach);
@@ -115,7 +155,7 @@ void RingNode::showWaves(const QRectF &place, const RingLook &look)
 void RingNode::showHeart(const QRectF &place, const RingLook &look)
 {
     if (place != ringPlace_) {
-        std::array<PictureNode::Corner, sides> strip; // to and fro across the polygon
+        std::array<Corner, sides> strip; // to and fro across the polygon
         for (std::size_t i = 0; i < sides; ++i) {
             const std::size_t corner = i % 2 == 0 ? (sides - i / 2) % sides : (i + 1) / 2;
             strip[i] = side(place, corner, heartReach);
@@ -128,7 +168,7 @@ void RingNode::showHeart(const QRectF &place, const RingLook &look)
 void RingNode::showScope(const QRectF &place, const RingLook &look)
 {
     if (place != scopePlace_) {
-        scope_->cover(std::array<PictureNode::Corner, 4>{{
+        scope_->cover(std::array<Corner, 4>{{
             {place.topLeft(), {0, 1}},
             {place.topRight(), {1, 1}},
             {place.bottomLeft(), {0, 0}},

@@ -7,8 +7,6 @@
 
 namespace kelo {
 
-class PictureNode;
-
 /// Draws the ring and the oscilloscope line, no more of their squares than there is light in.
 /// Lives on the render thread.
 class RingNode final : public QSGNode {
@@ -18,6 +16,8 @@ public:
     void show(const QRectF &ring, const QRectF &scope, const RingLook &look);
 
 private:
+    class PictureNode;
+
     void showWaves(const QRectF &place, const RingLook &look);
     void showHeart(const QRectF &place, const RingLook &look);
     void showScope(const QRectF &place, const RingLook &look);

@@ -11,8 +11,8 @@ layout(location = 0) out vec4 fragColor;
 layout(std140, binding = 0) uniform buf
 {
     mat4 qt_Matrix;
-    vec4 glow; // premultiplied
     float qt_Opacity;
+    vec4 glow; // premultiplied
 };
 layout(binding = 1) uniform sampler2D raster; // red: the letters, green: the light around them
 

@@ -13,8 +13,8 @@ layout(location = 1) CONSTANT out vec4 colour;
 layout(std140, binding = 0) uniform buf
 {
     mat4 qt_Matrix;
-    vec4 glow; // premultiplied
     float qt_Opacity;
+    vec4 glow; // premultiplied
 };
 
 void main()

@@ -15,11 +15,12 @@ void GridBackdrop::geometryChange(const QRectF &now, const QRectF &before)
 {
     SpriteItem::geometryChange(now, before);
     const Colour colour = colours::green.faded(lineOpacity);
-    sprites_.clear();
+    SpriteList &sprites = picture_.front().sprites;
+    sprites.clear();
     for (int i = 0; spacing * i < now.width(); ++i)
-        sprites_.push_back(box(spacing * i - 0.5, 0, 1, now.height(), colour));
+        sprites.push_back(box(spacing * i - 0.5, 0, 1, now.height(), colour));
     for (int i = 0; spacing * i < now.height(); ++i)
-        sprites_.push_back(box(0, now.height() - spacing * i - 0.5, now.width(), 1, colour));
+        sprites.push_back(box(0, now.height() - spacing * i - 0.5, now.width(), 1, colour));
     update();
 }
 

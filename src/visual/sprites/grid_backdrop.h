@@ -9,12 +9,14 @@ class GridBackdrop : public kelo::SpriteItem {
     Q_OBJECT
     QML_NAMED_ELEMENT(Grid)
 
+public:
+    [[nodiscard]] const Picture &picture() const override { return picture_; }
+
 protected:
-    [[nodiscard]] const SpriteList &sprites() const override { return sprites_; }
     void geometryChange(const QRectF &now, const QRectF &before) override;
 
 private:
-    SpriteList sprites_;
+    Picture picture_{1};
 };
 
 } // namespace kelo

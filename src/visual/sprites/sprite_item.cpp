@@ -1,16 +1,40 @@
 #include "visual/sprites/sprite_item.h"
 
-#include "visual/sprites/sprite_node.h"
 #include "visual/sprites/sprite_painter.h"
 
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
 #include <QPainter>
 #include <QQuickWindow>
 #include <QSGImageNode>
 #include <QSGRendererInterface>
 
+#include <algorithm>
 #include <cmath>
 
 namespace kelo {
+
+namespace {
+
+/// What draws the window whose nodes are being made on this thread.
+bool isGpuHere()
+{
+    QOpenGLContext *context = QOpenGLContext::currentContext();
+    if (!context)
+        return true; // other interfaces are there only with a processor of their own
+    const GLubyte *name = context->functions()->glGetString(GL_RENDERER);
+    return !isSoftwareRenderer(reinterpret_cast<const char *>(name));
+}
+
+} // namespace
+
+bool isSoftwareRenderer(const QByteArray &name)
+{
+    const QByteArray lower = name.toLower();
+    return std::ranges::any_of(
+        std::array{"llvmpipe", "softpipe", "swrast", "software rasterizer", "swiftshader"},
+        [&lower](const char *known) { return lower.contains(known); });
+}
 
 SpriteItem::SpriteItem(QQuickItem *parent)
     : QQuickItem(parent)
@@ -32,16 +56,25 @@ double SpriteItem::pixelsPerPoint() const
     return std::hypot(point.x(), point.y()) * window()->effectiveDevicePixelRatio();
 }
 
+Canvas SpriteItem::canvas() const
+{
+    return {*window(), height(), pixelsPerPoint(),
+        mapToScene({0, 0}) * window()->effectiveDevicePixelRatio()};
+}
+
 QSGNode *SpriteItem::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
 {
     if (drawsInSoftware())
         return updatePaintedNode(old);
-    if (sprites().empty()) {
-        delete old;
-        return nullptr;
-    }
-    auto *node = old ? static_cast<SpriteNode *>(old) : new SpriteNode;
-    node->show(sprites(), height(), pixelsPerPoint());
+    if (!old)
+        drawnByGpu_ = isGpuHere();
+    return updateNode(old);
+}
+
+QSGNode *SpriteItem::updateNode(QSGNode *old)
+{
+    auto *node = old ? static_cast<LayersNode *>(old) : new LayersNode;
+    node->show(picture(), canvas());
     return node;
 }
 
@@ -68,7 +101,8 @@ QSGNode *SpriteItem::updatePaintedNode(QSGNode *old)
 
 void SpriteItem::paint(QPainter &painter) const
 {
-    paintSprites(painter, sprites(), height());
+    for (const Layer &layer : picture())
+        paintLayer(painter, layer, height());
 }
 
 } // namespace kelo

@@ -1,11 +1,9 @@
 #include "visual/sprites/sprite_node.h"
 
-#include <QSGMaterial>
-#include <QSGMaterialShader>
+#include "visual/sprites/shader_material.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <numbers>
 
 using namespace Qt::StringLiterals;
@@ -38,44 +36,6 @@ const QSGGeometry::AttributeSet &spriteAttributes()
         static_cast<int>(list.size()), sizeof(SpriteVertex), list.data()};
     return set;
 }
-
-class SpriteShader final : public QSGMaterialShader {
-public:
-    SpriteShader()
-    {
-        setShaderFileName(VertexStage, u":/kelo/shaders/sprite.vert.qsb"_s);
-        setShaderFileName(FragmentStage, u":/kelo/shaders/sprite.frag.qsb"_s);
-    }
-
-    bool updateUniformData(RenderState &state, QSGMaterial *, QSGMaterial *) override
-    {
-        char *data = state.uniformData()->data();
-        if (state.isMatrixDirty())
-            std::memcpy(data, state.combinedMatrix().constData(), 64);
-        if (state.isOpacityDirty()) {
-            const float opacity = state.opacity();
-            std::memcpy(data + 64, &opacity, 4);
-        }
-        return true;
-    }
-};
-
-class SpriteMaterial final : public QSGMaterial {
-public:
-    // The sprites are a batch already; merging them with other nodes would only copy them.
-    SpriteMaterial() { setFlag(QSGMaterial::Blending | QSGMaterial::NoBatching); }
-
-    QSGMaterialType *type() const override
-    {
-        static QSGMaterialType type;
-        return &type;
-    }
-    QSGMaterialShader *createShader(QSGRendererInterface::RenderMode) const override
-    {
-        return new SpriteShader;
-    }
-    int compare(const QSGMaterial *) const override { return 0; }
-};
 
 /// A premultiplied colour; one without alpha only adds its light.
 std::array<quint8, 4> packed(const Colour &colour, bool additive)
@@ -206,7 +166,7 @@ SpriteNode::SpriteNode()
     geometry->setVertexDataPattern(QSGGeometry::StreamPattern);
     geometry->setIndexDataPattern(QSGGeometry::StreamPattern);
     setGeometry(geometry);
-    setMaterial(new SpriteMaterial);
+    setMaterial(new ShaderMaterial(u"sprite"_s, u"sprite"_s));
     setFlags(OwnsGeometry | OwnsMaterial);
 }
 

@@ -1,16 +1,17 @@
 #include "visual/sprites/sprite_painter.h"
 
+#include <QImage>
 #include <QPainter>
 #include <QRadialGradient>
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <numbers>
 
 namespace kelo {
 
 namespace {
-
-constexpr double hazeLight = 0.3; // of a long glow, which is painted even
 
 double degrees(double radians)
 {
@@ -33,18 +34,40 @@ void paintBent(QPainter &painter, const Sprite &sprite)
         static_cast<int>(degrees(2 * reach) * 16));
 }
 
+/// A soft light: a corner's fading circle, cut in four and drawn apart as far as the light is long.
+void paintSoft(QPainter &painter, const Sprite &sprite)
+{
+    const int reach = std::max(static_cast<int>(std::ceil(sprite.feather)), 1);
+    QImage light(2 * reach, 2 * reach, QImage::Format_ARGB32_Premultiplied);
+    light.fill(Qt::transparent);
+    QRadialGradient fading(reach, reach, reach);
+    fading.setColorAt(0, shown(sprite.top));
+    fading.setColorAt(1, shown(sprite.top.faded(0)));
+    QPainter(&light).fillRect(light.rect(), fading);
+
+    // Along each axis: two ends, and the light's middle stretched between them.
+    struct Part {
+        double from, length;
+        int ofLight, taken;
+    };
+    const auto partsOf = [&](double half) {
+        const double end = std::min<double>(sprite.feather, half);
+        return std::array<Part, 3>{{{-half, end, 0, reach},
+            {-half + end, 2 * (half - end), reach, 0}, {half - end, end, reach, reach}}};
+    };
+    for (const Part &across : partsOf(sprite.halfWidth)) {
+        for (const Part &down : partsOf(sprite.halfHeight)) {
+            if (across.length <= 0 || down.length <= 0)
+                continue;
+            painter.drawImage(QRectF(across.from, down.from, across.length, down.length), light,
+                QRectF(across.ofLight, down.ofLight, std::max(across.taken, 1),
+                    std::max(down.taken, 1)));
+        }
+    }
+}
+
 QBrush brush(const Sprite &sprite)
 {
-    const bool round = sprite.feather > 0 && sprite.feather >= sprite.halfWidth
-        && sprite.feather >= sprite.halfHeight;
-    if (round) {
-        QRadialGradient light(0, 0, sprite.feather);
-        light.setColorAt(0, shown(sprite.top));
-        light.setColorAt(1, shown(sprite.top.faded(0)));
-        return light;
-    }
-    if (sprite.feather > 0)
-        return shown(sprite.top.faded(hazeLight));
     if (sprite.top == sprite.bottom)
         return shown(sprite.top);
     QLinearGradient light(0, -sprite.halfHeight, 0, sprite.halfHeight);
@@ -66,6 +89,9 @@ void paintSprites(QPainter &painter, std::span<const Sprite> sprites, double hei
             QPainter::Antialiasing, sprite.radius > 0 || sprite.angle != 0 || sprite.bend > 0);
         if (sprite.bend > 0) {
             paintBent(painter, sprite);
+        } else if (sprite.feather > 0) {
+            painter.setRenderHint(QPainter::SmoothPixmapTransform);
+            paintSoft(painter, sprite);
         } else {
             painter.rotate(-degrees(sprite.angle));
             painter.setPen(Qt::NoPen);
@@ -76,6 +102,13 @@ void paintSprites(QPainter &painter, std::span<const Sprite> sprites, double hei
         }
         painter.restore();
     }
+}
+
+void paintLayer(QPainter &painter, const Layer &layer, double height)
+{
+    paintSprites(painter, layer.sprites, height);
+    for (const Label &label : layer.labels)
+        SetLabel(label, height).paint(painter);
 }
 
 } // namespace kelo

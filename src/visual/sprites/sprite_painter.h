@@ -1,6 +1,6 @@
 #pragma once
 
-#include "visual/sprites/sprite.h"
+#include "visual/sprites/layer_node.h"
 
 #include <span>
 
@@ -8,8 +8,10 @@ class QPainter;
 
 namespace kelo {
 
-/// Paints `sprites`, plainer than the graphics processor draws them, into an area that is `height`
-/// points tall.
+/// Paints `sprites` into an area that is `height` points tall, without a graphics processor.
 void paintSprites(QPainter &painter, std::span<const Sprite> sprites, double height);
+
+/// Paints a layer's sprites, then its texts.
+void paintLayer(QPainter &painter, const Layer &layer, double height);
 
 } // namespace kelo

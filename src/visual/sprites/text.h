@@ -4,8 +4,11 @@
 
 #include <QFont>
 #include <QList>
-#include <QObject>
+#include <QRectF>
 #include <QString>
+#include <QTextLayout>
+
+class QPainter;
 
 namespace kelo {
 
@@ -14,23 +17,19 @@ inline constexpr double letterWidth = 0.602;
 inline constexpr double capHeight = 0.73;
 
 /// The one face of the display: the system's fixed-width one, `size` device-independent pixels
-/// high (whole ones: the font engine knows no others).
+/// high, fractions included.
 [[nodiscard]] QFont mono(double size, QFont::Weight weight = QFont::Normal);
 
-/// One text over a scene.
+/// One text over a scene, placed from the scene's lower left corner.
 struct Label {
-    Q_GADGET
-    Q_PROPERTY(QString text MEMBER text)
-    Q_PROPERTY(double x MEMBER x)
-    Q_PROPERTY(double y MEMBER y)
-    Q_PROPERTY(bool centred MEMBER centred)
-    Q_PROPERTY(double width MEMBER width)
-    Q_PROPERTY(int lines MEMBER lines)
-    Q_PROPERTY(bool backed MEMBER backed)
-    Q_PROPERTY(QFont font READ font)
-    Q_PROPERTY(QColor colour READ qColour)
+    /// What keeps it readable over what is behind it.
+    enum class Ground {
+        None,
+        Plate, ///< a small dark plate
+        Outline, ///< a dark line around the letters
+        Shade, ///< the outline, and a shade with soft edges
+    };
 
-public:
     QString text;
     double x = 0; ///< its left edge, or its middle when `centred`
     double y = 0; ///< the baseline of its only line, or the top of several
@@ -39,15 +38,34 @@ public:
     bool centred = false;
     double width = 0; ///< most that it may take; longer text wraps, then is cut off. 0: any
     int lines = 1; ///< most lines
-    bool backed = false; ///< has a dark ground, to be read over whatever passes behind it
+    Ground ground = Ground::None;
     Colour colour;
-
-    [[nodiscard]] QFont font() const { return mono(size, bold ? QFont::Bold : QFont::Normal); }
-    [[nodiscard]] QColor qColour() const { return colour.toQColor(); }
 
     friend bool operator==(const Label &, const Label &) = default;
 };
 
 using LabelList = QList<Label>;
+
+/// A label in type: what it covers, and how it is painted.
+class SetLabel {
+public:
+    /// `height`: of the scene, in points.
+    SetLabel(const Label &label, double height);
+
+    /// The letters' place, in points, y down, from the scene's upper left corner.
+    [[nodiscard]] QRectF text() const { return text_; }
+    /// The same with what keeps them readable.
+    [[nodiscard]] QRectF area() const;
+    void paint(QPainter &painter) const;
+
+private:
+    void layOut(const QString &words);
+    void paintShade(QPainter &painter) const;
+
+    Label label_;
+    QTextLayout layout_;
+    QPointF origin_; // of the layout, in the scene
+    QRectF text_;
+};
 
 } // namespace kelo
