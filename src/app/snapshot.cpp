@@ -2,7 +2,6 @@
 
 #include "app/display_scale.h"
 #include "app/main_view.h"
-#include "app/snapshot_scenes.h"
 #include "hud/theme.h"
 #include "link/link.h"
 #include "link/manual_time.h"
@@ -13,6 +12,8 @@
 #include <QDir>
 #include <QImage>
 #include <QLoggingCategory>
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QSGRendererInterface>
@@ -58,19 +59,21 @@ void pass(double seconds, ManualTime &time, Link &link, QQuickView &window)
     }
 }
 
-/// The window as it would show, without showing it. A null image when it draws in software only.
-QImage picture(QQuickView &window)
+/// The window as it would show, without showing it.
+Snapshot picture(QQuickView &window)
 {
     QImage image = window.grabWindow();
     // What was laid out during the first frame is drawn for good in the second.
     refresh(*window.rootObject());
     image = window.grabWindow();
     const auto api = window.rendererInterface()->graphicsApi();
-    return api == QSGRendererInterface::Software ? QImage() : image;
+    return {image.convertToFormat(QImage::Format_RGB888), api == QSGRendererInterface::Software};
 }
 
 QString fileName(const SnapshotScene &scene, bool contrast, QSize size)
 {
+    if (scene.reference)
+        return scene.name + u".png"_s;
     return u"%1%2-%3x%4.png"_s.arg(scene.name, contrast ? u"-contrast"_s : QString())
         .arg(size.width())
         .arg(size.height());
@@ -82,7 +85,23 @@ void handle(Link &link, const QByteArrayList &lines)
         link.handle(line);
 }
 
-bool writeScene(const QDir &folder, const SnapshotScene &scene, bool contrast, QSize size)
+/// Fills `window` with one item of the visual module.
+void fillWithItem(QQuickView &window, const QString &type, Link &link)
+{
+    window.engine()->addImportPath(u"qrc:/qt/qml"_s);
+    window.setColor(Hud::bg());
+    QQmlComponent component(window.engine());
+    component.setData(u"import Kelo.Visual\n%1 {}"_s.arg(type).toUtf8(), QUrl());
+    auto *item = qobject_cast<SceneItem *>(component.create());
+    if (!item)
+        qFatal("%s", qPrintable(component.errorString()));
+    item->setLink(&link);
+    window.setContent(QUrl(), nullptr, item);
+}
+
+} // namespace
+
+Snapshot drawSnapshot(const SnapshotScene &scene, bool contrast, QSize size)
 {
     const QTemporaryDir home;
     ManualTime time;
@@ -104,7 +123,10 @@ bool writeScene(const QDir &folder, const SnapshotScene &scene, bool contrast, Q
         link.engineIs(EngineState::Offline);
 
     QQuickView window;
-    fillWithMainView(window, {&link, &voice, &questions, &scale, nullptr, nullptr});
+    if (scene.item.isEmpty())
+        fillWithMainView(window, {&link, &voice, &questions, &scale, nullptr, nullptr});
+    else
+        fillWithItem(window, scene.item, link);
     window.resize(size);
     window.contentItem()->setSize(size);
     window.rootObject()->setSize(size);
@@ -113,16 +135,8 @@ bool writeScene(const QDir &folder, const SnapshotScene &scene, bool contrast, Q
         pass(step.after, time, link, window);
         handle(link, step.lines);
     }
-    const QImage image = picture(window);
-    const QString file = folder.filePath(fileName(scene, contrast, size));
-    if (image.isNull() || !image.save(file)) {
-        qCCritical(appLog) << "no picture of" << scene.name << "could be written to" << file;
-        return false;
-    }
-    return true;
+    return picture(window);
 }
-
-} // namespace
 
 int writeSnapshots(const QString &folder, const QString &names)
 {
@@ -135,9 +149,16 @@ int writeSnapshots(const QString &folder, const QString &names)
         if (!scene.name.startsWith(names))
             continue;
         for (const bool contrast : {false, true}) {
+            if (scene.reference && contrast)
+                continue;
             for (const QSize size : scene.sizes) {
-                if (!writeScene(target, scene, contrast, size))
+                const QString file = target.filePath(fileName(scene, contrast, size));
+                const auto [image, inSoftware] = drawSnapshot(scene, contrast, size);
+                if (inSoftware || !image.save(file)) {
+                    qCCritical(appLog)
+                        << "no picture of" << scene.name << "could be written to" << file;
                     return 1;
+                }
             }
         }
     }

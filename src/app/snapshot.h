@@ -1,5 +1,8 @@
 #pragma once
 
+#include "app/snapshot_scenes.h"
+
+#include <QImage>
 #include <QString>
 
 namespace kelo {
@@ -10,5 +13,13 @@ namespace kelo {
 /// always alike to the last bit. Returns the exit status: 0, or 1 when a picture could not be made
 /// or the system draws in software only, where scenes and shaders would be missing without a word.
 int writeSnapshots(const QString &folder, const QString &names);
+
+struct Snapshot {
+    QImage image;
+    bool inSoftware = false; ///< painted without shaders
+};
+
+/// One picture of `scene`.
+[[nodiscard]] Snapshot drawSnapshot(const SnapshotScene &scene, bool contrast, QSize size);
 
 } // namespace kelo

@@ -106,6 +106,60 @@ SnapshotScene speaking(const QString &name, bool large)
         .sizes = pictureSizes};
 }
 
+/// One item at a moment at which all its parts show.
+SnapshotScene reference(const QString &name, const QString &item, QSize size,
+    std::vector<SnapshotStep> steps, std::vector<SnapshotStep> shown)
+{
+    return {.name = u"reference-"_s + name,
+        .steps = std::move(steps),
+        .shown = std::move(shown),
+        .sizes = {size},
+        .item = item,
+        .reference = true};
+}
+
+SnapshotScene referenceFlash(const QString &name, const QByteArray &line)
+{
+    return reference(name, u"FlashFrame"_s, {120, 80}, {{1, {}}}, {{0.1, {line}}, {0.05, {}}});
+}
+
+/// The pictures that are compared with those in the tree.
+std::vector<SnapshotScene> references()
+{
+    const QByteArray buttons = "buttons 108 107 105 103 101 100 98 96 95 93";
+    std::vector<SnapshotScene> scenes{
+        // Both hands of a roll, the engine's notes and the user's, held and let go.
+        reference(u"notes"_s, u"Visualiser"_s, {620, 440},
+            {{0, {buttons}}, {0, minuet()}, {10.0, {}}},
+            {{0.1, {"on 64 110", "on 61 70"}}, {0.2, {"out 59 62", "out 67 80", "on 88 40"}},
+                {0.08, {"on 61 0", "out 57 60", "out 57 0"}}, {0.05, {}}}),
+        reference(u"duet"_s, u"Visualiser"_s, {620, 440}, {{0, {buttons}}},
+            {{0.1, {"on 48 96", "out 60 80"}}, {0.2, {"on 60 110", "on 64 70", "on 70 30"}},
+                {0.3, {"on 67 90", "out 72 90", "out 82 40", "say Now the left hand alone."}},
+                {0.25, {"on 48 0", "out 72 0", "out 82 0", "paused 1", "on 108 50"}}, {0.09, {}}}),
+        reference(u"ring-speaking"_s, u"Core"_s, {300, 330}, {{0, {"mode teach"}}},
+            {{1.3, {"say Listen to the right hand."}}, {0.35, {"word 0 6 300", "on 40 120"}},
+                {0.2, {}}}),
+        reference(u"ring-silent"_s, u"Core"_s, {300, 330}, {{0, {"mode teach", "paused 1"}}},
+            {{2.6, {}}}),
+        reference(u"keys"_s, u"Keys"_s, {1040, 150}, {{0, {buttons, "on 48 96", "on 30 60"}}},
+            {{0.4, {"on 60 127", "on 61 40", "out 64 80", "out 66 90"}},
+                {0.5, {"on 108 70", "on 101 30", "on 30 0"}}, {0.4, {"on 84 20", "on 101 0"}},
+                {0.4, {}}}),
+        reference(u"caption"_s, u"Caption"_s, {620, 120}, {{0.5, {}}},
+            {{0.2,
+                 {"say We take it hand by hand, two bars at a time. Listen to the right hand "
+                  "first, then play it back to me as slowly as you like."}},
+                {0.5, {"word 49 6 300"}}, {0.3, {"word 56 2 150"}}, {0.15, {"word 59 3 150"}},
+                {0.1, {}}}),
+        referenceFlash(u"flash-first-beat"_s, "beat 0"),
+        referenceFlash(u"flash-beat"_s, "beat 2"),
+        referenceFlash(u"flash-good"_s, "flash good"),
+        referenceFlash(u"flash-wrong"_s, "flash wrong"),
+    };
+    return scenes;
+}
+
 } // namespace
 
 std::vector<SnapshotScene> snapshotScenes()
@@ -171,6 +225,7 @@ std::vector<SnapshotScene> snapshotScenes()
     scenes.push_back(
         magnified(playing(u"visualiser"_s, 10.3, {"say Now the left hand alone."}), 2.5));
     std::ranges::move(questions(), std::back_inserter(scenes));
+    std::ranges::move(references(), std::back_inserter(scenes));
     return scenes;
 }
 

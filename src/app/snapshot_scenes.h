@@ -24,6 +24,8 @@ struct SnapshotScene {
     int question = 0; ///< the first-run question that shows, when one does
     double scale = 1; ///< how large all is drawn
     std::vector<QSize> sizes{{1240, 840}, {900, 600}};
+    QString item{}; ///< of the visual module, alone in the window; none: the whole display
+    bool reference = false; ///< one small picture, kept in the tree for comparison
 };
 
 [[nodiscard]] std::vector<SnapshotScene> snapshotScenes();

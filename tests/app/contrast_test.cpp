@@ -4,8 +4,8 @@
 #include "support/link_fixture.h"
 #include "support/table.h"
 #include "visual/caption/caption_scene.h"
-#include "visual/sprites/palette.h"
 #include "visual/motion/scene_item.h"
+#include "visual/sprites/palette.h"
 #include "voice/voice_control.h"
 #include "welcome/welcome_questions.h"
 
@@ -98,8 +98,11 @@ private Q_SLOTS:
         // The look's fixed colours, and how far they get. High contrast is the way out for all but
         // the visualiser's title, which nobody needs.
         row("normal", false,
-            {{u"ahead on bg"_s, 3.3}, {u"dim on panel"_s, 6.7}, {u"green at 50 % on bg"_s, 4.3},
-                {u"shade on bg"_s, 3.4}});
+            {
+                {u"ahead on bg"_s, 3.3},
+                {u"dim on panel"_s, 6.7},
+                {u"green at 50 % on bg"_s, 4.3},
+            });
         row("high contrast", true, {{u"green at 50 % on bg"_s, 4.3}});
     }
 
@@ -191,6 +194,8 @@ private:
         }
         if (words.isEmpty() || !isWhole(item, 14 * zoom))
             colours.clear();
+        if (const auto *scene = qobject_cast<SpriteItem *>(item))
+            measureLabels(*scene, opacity, picture);
         for (const QColor &colour : colours)
             measureText(
                 words, item->mapRectToScene(item->boundingRect()), colour, opacity, picture);
@@ -198,6 +203,16 @@ private:
             return; // what is inside it lights it from behind
         for (QQuickItem *child : item->childItems())
             measureTexts(child, opacity, picture);
+    }
+
+    void measureLabels(const SpriteItem &scene, double opacity, const QImage &picture)
+    {
+        for (const Layer &layer : scene.picture()) {
+            for (const Label &label : layer.labels)
+                measureText(label.text,
+                    scene.mapRectToScene(SetLabel(label, scene.height()).text()),
+                    label.colour.toQColor(), opacity, picture);
+        }
     }
 
     void measureText(const QString &words, const QRectF &place, const QColor &color, double opacity,

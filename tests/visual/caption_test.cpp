@@ -1,4 +1,4 @@
-#include "support/link_fixture.h"
+#include "script.h"
 #include "support/table.h"
 #include "visual/caption/caption_raster.h"
 #include "visual/caption/caption_scene.h"
@@ -7,8 +7,6 @@
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QTest>
-
-#include <cmath>
 
 using namespace Qt::StringLiterals;
 using namespace kelo;
@@ -38,53 +36,44 @@ private Q_SLOTS:
         QTEST(captionColour(ahead, contrast).toQColor().toRgb(), "colour");
     }
 
-    void theCaptionStaysThenFades()
+    void linesComeAndGo_data()
     {
-        LinkFixture fixture;
-        CaptionScene scene;
-        const auto opacityAfter = [&](double seconds) {
-            fixture.time.advance(seconds);
-            scene.update(fixture.link(), fixture.time.now());
-            return std::round(scene.opacity() * 1000) / 1000;
-        };
-        QCOMPARE(opacityAfter(0), 0.0); // nothing said yet
-        fixture.say({"say Good evening."});
-        QCOMPARE(opacityAfter(0), 1.0);
-        QCOMPARE(scene.glow(), 0.55);
-        fixture.say({"done"});
-        QCOMPARE(opacityAfter(2), 1.0);
-        QCOMPARE(scene.glow(), 0.2);
-        QCOMPARE(opacityAfter(0.8), 0.5);
-        QCOMPARE(opacityAfter(0.8001), 0.0);
-        fixture.say({"say "});
-        QCOMPARE(opacityAfter(1), 0.0);
+        // After the script: the line, the one that leaves; opacity and offset of both, opacity of
+        // all, light, in hundredths.
+        const Table<QByteArrayList, QString, QString, QList<int>> row{
+            "script", "line", "leaving", "numbers"};
+        const QString first = u"Good evening, everyone."_s;
+        const QString second = u"Let us begin now."_s;
+        const QByteArrayList said{
+            "say Good evening, everyone. Let us begin now.", "word 0 4 100", "+0.5"};
+        row("nothing said", {"!0"}, {}, {}, {100, 0, 0, -1000, 0, 20});
+        row("said", said, first, {}, {100, 0, 0, -1000, 100, 55});
+        // The cursor jumps back to a word far behind at once, and the line with it.
+        const QByteArrayList next{"say Good evening, everyone. Let us begin now.", "word 24 3 1",
+            "+2", "word 0 4 1", "!0.01", "!0.1"};
+        row("the next line comes", next, first, second, {56, 444, 44, -556, 100, 55});
+        row("has come", next + QByteArrayList{"!0.21"}, first, {}, {100, 0, 0, -1000, 100, 55});
+        const QByteArrayList done{"say Let us begin now.", "word 0 3 1", "+0.1", "done"};
+        row("stays", done + QByteArrayList{"!2"}, second, {}, {100, 0, 0, -1000, 100, 20});
+        row("fades", done + QByteArrayList{"!2.8"}, second, {}, {100, 0, 0, -1000, 50, 20});
+        row("is gone", done + QByteArrayList{"!3.6001"}, second, {}, {100, 0, 0, -1000, 0, 20});
+        row("nothing to say", {"say ", "!1"}, {}, {}, {100, 0, 0, -1000, 0, 55});
     }
 
-    void linesRiseAndLeave()
+    void linesComeAndGo()
     {
+        QFETCH(QByteArrayList, script);
         LinkFixture fixture;
         CaptionScene scene;
-        const auto update = [&](double seconds) {
-            fixture.time.advance(seconds);
-            scene.update(fixture.link(), fixture.time.now());
-        };
-        fixture.say({"say Good evening, everyone. Let us begin now.", "word 0 4 100"});
-        update(0.5);
-        QCOMPARE(scene.line().text, u"Good evening, everyone."_s);
-        QVERIFY(scene.leaving().text.isEmpty());
-        fixture.say({"word 24 3 200"});
-        while (scene.line().start == 0)
-            update(0.01);
-        update(0.1);
-        QCOMPARE(scene.line(), (CaptionLine{u"Let us begin now."_s, 24}));
-        QCOMPARE(scene.leaving().text, u"Good evening, everyone."_s);
-        QVERIFY(scene.arrival().offset > 0 && scene.arrival().offset < 10);
-        QVERIFY(scene.departure().offset < 0);
-        QVERIFY(std::abs(scene.arrival().opacity + scene.departure().opacity - 1) < 1e-9);
-        update(0.3);
-        QVERIFY(scene.leaving().text.isEmpty());
-        QCOMPARE(scene.arrival().offset, 0.0);
-        QCOMPARE(scene.arrival().opacity, 1.0);
+        play(fixture, script, [&](double now) { scene.update(fixture.link(), now); });
+        QTEST(scene.line().text, "line");
+        QTEST(scene.leaving().text, "leaving");
+        QList<int> numbers;
+        for (const double number :
+            {scene.arrival().opacity, scene.arrival().offset, scene.departure().opacity,
+                scene.departure().offset, scene.opacity(), scene.glow()})
+            numbers << static_cast<int>(std::lround(number * 100));
+        QTEST(numbers, "numbers");
     }
 
     void cellsCoverThePictureOnce_data()

@@ -1,10 +1,8 @@
-#include "support/link_fixture.h"
+#include "script.h"
 #include "support/table.h"
 #include "visual/ring/core_scene.h"
 
 #include <QTest>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using namespace kelo;
@@ -14,34 +12,15 @@ namespace {
 
 class Stand {
 public:
-    Stand()
+    explicit Stand(const QByteArrayList &script, double side = 400)
     {
-        scene.resize(400, 440);
+        scene.resize(side, side + 40);
         fixture->engineIs(EngineState::Online);
+        run(script);
     }
-    void run(double seconds, double step = 1.0 / 60)
+    void run(const QByteArrayList &script)
     {
-        for (double t = 0; t < seconds; t += step) {
-            fixture.time.advance(step);
-            scene.update(fixture.link(), fixture.time.now());
-        }
-    }
-    [[nodiscard]] double highest() const
-    {
-        const VoiceFrame bands = scene.look().bands;
-        return *std::ranges::max_element(bands);
-    }
-    [[nodiscard]] double lowest() const
-    {
-        const VoiceFrame bands = scene.look().bands;
-        return *std::ranges::min_element(bands);
-    }
-    [[nodiscard]] QStringList words() const
-    {
-        QStringList list;
-        for (const Label &label : scene.labels())
-            list << label.text;
-        return list;
+        play(fixture, script, [this](double now) { scene.update(fixture.link(), now); });
     }
 
     LinkFixture fixture;
@@ -54,81 +33,93 @@ class CoreTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void theRingBreathesSpeaksAndFallsSilent()
+    void theRingMoves_data()
     {
-        Stand stand;
-        stand.run(3);
-        for (int i = 0; i < 60; ++i) {
-            stand.run(0.1);
-            QVERIFY(stand.lowest() > 0.01 && stand.highest() < 0.09);
+        // In thousandths: bands 0, 5, 10 and 15, the level; the time of what flows, and how far the
+        // first and the third arc have turned.
+        const Table<QByteArrayList, QList<int>> row{"script", "numbers"};
+        // Breath: 0.05 + 0.035 sin(1.1 t + 0.55 i), followed by the springs.
+        row("breath", {"+3"}, {33, 54, 60, 28, 72, 60522, 856, -1382});
+        row("breath, later", {"+4.5"}, {21, 84, 16, 79, 84, 62022, 1272, -2054});
+        row("speech without a spectrum", {"+1", "say Good evening.", "+0.5"},
+            {402, 209, 40, 303, 438, 59022, 515, -832});
+        row("a word", {"+1", "say Good evening.", "+0.4", "word 0 4 300", "+0.1"},
+            {503, 275, 51, 373, 479, 59022, 516, -834});
+        row("the lowest key, hard", {"+1", "on 21 127", "+0.1"},
+            {473, 18, 74, 37, 132, 58622, 324, -523});
+        row("a key in the middle", {"+1", "on 65 64", "+0.2"},
+            {85, 133, 159, 33, 217, 58722, 358, -578});
+        row("a key long ago", {"+1", "on 65 127", "+1.41", "+0.8"},
+            {26, 62, 52, 35, 72, 60732, 969, -1565});
+        row("sixteen keys later",
+            {"+1", "on 21 127", "on 108 1", "on 108 0", "on 108 1", "on 108 0", "on 108 1",
+                "on 108 0", "on 108 1", "on 108 0", "on 108 1", "on 108 0", "on 108 1", "on 108 0",
+                "on 108 1", "on 108 0", "on 108 1", "on 108 0", "on 108 1", "on 108 0", "on 108 1",
+                "on 108 0", "on 108 1", "on 108 0", "on 108 1", "on 108 0", "on 108 1", "on 108 0",
+                "on 108 1", "on 108 0", "on 108 1", "on 108 0", "on 108 1", "on 108 0", "+0.1"},
+            {85, 18, 74, 193, 106, 58622, 323, -522});
+        row("offline", {"+1", "on 21 127", "state OFFLINE", "+4"},
+            {0, 0, 0, 0, 0, 62522, 1288, -2080});
+        row("stalled", {"+1", "on 21 127", "!3"}, {48, 53, 46, 54, 90, 61522, 308, -498});
+    }
+
+    void theRingMoves()
+    {
+        QFETCH(QByteArrayList, script);
+        QFETCH(QList<int>, numbers);
+        Stand stand(script);
+        const RingLook look = stand.scene.look();
+        const SpriteList &arcs = stand.scene.picture().front().sprites;
+        const auto turned = [&arcs](std::size_t sprite, double middle) {
+            return std::remainder(arcs[sprite].angle - middle, 6.283185307);
+        };
+        const QList<double> measured{look.bands[0], look.bands[5], look.bands[10], look.bands[15],
+            look.level, look.time, turned(0, 0.95), turned(4, 2.3)};
+        QCOMPARE(measured.size(), 8);
+        QStringList shown;
+        bool same = numbers.size() == measured.size();
+        for (qsizetype i = 0; i < measured.size(); ++i) {
+            shown << QString::number(std::lround(measured[i] * 1000));
+            same = same && std::abs(measured[i] * 1000 - numbers[i]) <= 1.01;
         }
-        // Speech without a spectrum shimmers; with one it follows the bands.
-        stand.fixture.say({"say Good evening to you all."});
-        stand.run(0.5);
-        QVERIFY(stand.highest() > 0.25);
-        stand.fixture.say({"spec 1 new"});
+        QVERIFY2(same, qPrintable(shown.join(u", "_s)));
+        QCOMPARE(stand.fixture->level, look.level);
+        QCOMPARE(look.amplitude, look.level + 0.04);
+        QCOMPARE(look.opacity, script.contains("state OFFLINE") ? 0.35 : 1.0);
+    }
+
+    void aSpectrumMovesItsBands()
+    {
+        Stand stand({"+1", "say Good evening to you all.", "spec 1 new"});
         for (int i = 0; i < 120; ++i)
-            stand.fixture.say({"spec 1 " + QByteArray::number(i) + " zaaaaaaaaaaaaaaa"});
+            stand.run({"spec 1 " + QByteArray::number(i) + " kfaaaaaaaaaaaaaa"});
         QVERIFY(!stand.fixture->voiceFrames.empty());
-        stand.fixture.say({"start", "word 0 4 300"});
-        stand.run(1);
-        QVERIFY(stand.scene.look().bands[0] > stand.scene.look().bands[8] + 0.2);
-        QCOMPARE(stand.fixture->level, stand.scene.look().level);
-        QVERIFY(stand.scene.look().level > 0);
-        stand.fixture.say({"done"});
-        stand.fixture->engineIs(EngineState::Offline);
-        stand.run(4);
-        QVERIFY(stand.highest() < 1e-3);
-        QCOMPARE(stand.scene.look().opacity, 0.35);
-        QVERIFY(std::abs(stand.scene.look().amplitude - 0.04) < 1e-3);
-    }
-
-    void onlyFreshKeysLiftTheBands_data()
-    {
-        // band: the one that is lifted highest, or -1
-        const Table<QByteArray, double, int> row{"key", "age", "band"};
-        row("the lowest key", "on 21 127"_ba, 0.2, 0);
-        row("the highest key", "on 108 127"_ba, 0.2, 15);
-        row("the middle", "on 64 127"_ba, 0.2, 7);
-        row("too old", "on 64 127"_ba, 2.5, -1);
-        row("far off the keyboard", "on 9223372036854775807 127"_ba, 0.2, -1);
-    }
-
-    void onlyFreshKeysLiftTheBands()
-    {
-        QFETCH(QByteArray, key);
-        QFETCH(double, age);
-        QFETCH(int, band);
-        Stand stand;
-        stand.fixture.say({key});
-        stand.run(age);
-        if (band < 0) {
-            QVERIFY(stand.highest() < 0.1);
-            return;
-        }
-        QVERIFY(stand.highest() > 0.2);
-        const VoiceFrame bands = stand.scene.look().bands;
-        QCOMPARE(std::ranges::max_element(bands) - bands.begin(), band);
+        stand.run({"start", "word 0 4 300", "+1"});
+        const VoiceFrame heard = *stand.fixture->voiceBands(stand.fixture.time.now());
+        const VoiceFrame shown = stand.scene.look().bands;
+        for (const std::size_t i : {0U, 1U, 8U})
+            QVERIFY2(std::abs(shown[i] - std::pow(heard[i], 1.35)) < 0.02,
+                qPrintable(u"%1: %2 of %3"_s.arg(i).arg(shown[i]).arg(heard[i])));
     }
 
     void bandsStayInBoundsUnderAnyStep_data()
     {
-        const Table<double> row{"step"};
-        row("no time passes", 0.0);
-        row("120 Hz", 1.0 / 120);
-        row("24 Hz", 1.0 / 24);
-        row("stalled", 10.0);
+        const Table<QByteArray> row{"frame"};
+        row("no time passes", "!0");
+        row("120 Hz", "!0.00833");
+        row("24 Hz", "!0.0417");
+        row("stalled", "!10");
     }
 
     void bandsStayInBoundsUnderAnyStep()
     {
-        QFETCH(double, step);
-        Stand stand;
+        QFETCH(QByteArray, frame);
+        Stand stand({});
         for (int i = 0; i < 300; ++i) {
-            stand.fixture.say({"on 64 9223372036854775807", i % 9 == 0 ? "say Hello." : "done"});
-            stand.fixture.time.advance(step);
-            stand.scene.update(stand.fixture.link(), stand.fixture.time.now());
-            QVERIFY(stand.lowest() >= 0 && stand.highest() <= 1.4);
+            stand.run({"on 64 9223372036854775807", i % 9 == 0 ? "say Hello." : "done",
+                "on -9223372036854775808 1", frame});
+            for (const double band : stand.scene.look().bands)
+                QVERIFY(band >= 0 && band <= 1.4);
             QVERIFY(stand.scene.look().level >= 0 && stand.scene.look().level <= 1);
         }
         QVERIFY(stand.scene.look().time < 63);
@@ -136,64 +127,43 @@ private Q_SLOTS:
 
     void wordsFollowTheState_data()
     {
-        const Table<QByteArrayList, QString, QStringList> row{"lines", "state", "words"};
-        row("listening", {"mode teach"}, u"ONLINE"_s, {u"LESSON"_s, u"LISTENING"_s});
-        row("speaking", {"mode teach", "say Hello."}, u"ONLINE"_s, {u"LESSON"_s, u"SPEAKING"_s});
-        row("paused", {"say Hello.", "paused 1"}, u"ONLINE"_s, {u"PAUSED"_s, u"RETURN OR KEY 6"_s});
-        row("offline", {}, u"OFFLINE"_s, {u"OFFLINE"_s});
+        // sizes: of the words, in points; 0: any that fits
+        const Table<QByteArrayList, double, QStringList, double> row{
+            "script", "side", "words", "size"};
+        row("listening", {"mode teach"}, 400.0, {u"LESSON"_s, u"LISTENING"_s}, 15.0);
+        row("speaking", {"mode teach", "say Hello."}, 400.0, {u"LESSON"_s, u"SPEAKING"_s}, 15.0);
+        row("paused", {"say Hello.", "paused 1"}, 400.0, {u"PAUSED"_s, u"RETURN OR KEY 6"_s}, 15.0);
+        row("offline", {"state OFFLINE"}, 400.0, {u"OFFLINE"_s}, 15.0);
+        row("a long word in a small ring", {"state RESTARTING"}, 260.0, {u"RESTARTING"_s}, 0.0);
+        row("a ring too small for small words", {"mode teach"}, 120.0, {u"LESSON"_s}, 0.0);
+        row("too small for anything", {"mode teach"}, 20.0, {}, 0.0);
     }
 
     void wordsFollowTheState()
     {
-        QFETCH(QByteArrayList, lines);
-        QFETCH(QString, state);
-        QFETCH(QStringList, words);
-        Stand stand;
-        for (const QByteArray &line : lines)
-            stand.fixture->handle(line);
-        stand.fixture.bring(state);
-        stand.run(0.01);
-        QCOMPARE(stand.words(), words);
-    }
-
-    void wordsFitIntoTheHeart_data()
-    {
-        // full: whether they have their own size
-        const Table<double, QString, bool> row{"side", "state", "full"};
-        row("a small ring", 180.0, u"ONLINE"_s, false);
-        row("a long word", 283.0, u"RESTARTING"_s, false);
-        row("room enough", 560.0, u"ONLINE"_s, true);
-    }
-
-    void wordsFitIntoTheHeart()
-    {
+        QFETCH(QByteArrayList, script);
         QFETCH(double, side);
-        QFETCH(QString, state);
-        Stand stand;
-        stand.scene.resize(side, side);
-        stand.fixture.bring(state);
-        stand.run(0.1);
-        const QRectF ring = stand.scene.ringPlace();
-        for (const Label &label : stand.scene.labels()) {
+        QFETCH(double, size);
+        const Stand stand(script + QByteArrayList{"!0"}, side);
+        const LabelList &labels = stand.scene.picture()[1].labels;
+        QTEST(words(labels), "words");
+        const double middle = side + 40 - stand.scene.ringPlace().center().y();
+        for (const Label &label : labels) {
+            const bool first = &label == &labels.front();
+            const double wave = stand.scene.ringPlace().width() / 2 * (first ? 0.30 : 0.50);
             const double half = static_cast<double>(label.text.size()) * label.size * 0.602 / 2;
-            const double baseline = label.y - (side - ring.center().y());
-            for (const double y : {baseline, baseline + label.size * 0.73})
-                QVERIFY(std::hypot(half, y) < 0.30 * ring.width() / 2);
-            QTEST(label.size == 15 || label.size == 8.5, "full");
+            for (const double y : {label.y - middle, label.y - middle + label.size * 0.73})
+                QVERIFY2(std::hypot(half, y) < wave, qPrintable(label.text));
+            QVERIFY(first ? size == 0 || label.size == size : label.size >= 11);
         }
     }
 
     void picturesLieAboveTheScope()
     {
-        Stand stand;
-        const QRectF ring = stand.scene.ringPlace();
-        QCOMPARE(ring.center(), QPointF(200, 200));
-        QVERIFY(ring.width() > 300 && ring.bottom() <= stand.scene.scopePlace().top());
-        stand.scene.resize(60, 400);
-        stand.run(0.1);
-        QVERIFY(stand.scene.ringPlace().isEmpty());
-        QVERIFY(stand.scene.sprites().empty());
-        QVERIFY(stand.lowest() > 0); // it goes on moving
+        const Stand stand({"!0"});
+        QCOMPARE(stand.scene.ringPlace().center(), QPointF(200, 200));
+        QVERIFY(std::abs(stand.scene.ringPlace().width() - 1.72 * 196) < 1e-9);
+        QCOMPARE(stand.scene.scopePlace(), QRectF(40, 406, 320, 34));
     }
 };
 

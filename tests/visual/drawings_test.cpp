@@ -1,12 +1,7 @@
 #include "item_window.h"
 #include "support/table.h"
 #include "visual/caption/caption_item.h"
-#include "visual/flash/flash_frame.h"
-#include "visual/keys/keys_item.h"
-#include "visual/notes/rain_item.h"
-#include "visual/ring/core_item.h"
 #include "visual/ring/ring_node.h"
-#include "visual/sprites/palette.h"
 
 #include <QFontMetricsF>
 #include <QGuiApplication>
@@ -104,24 +99,6 @@ private Q_SLOTS:
         QVERIFY2(offRing <= 2, QByteArray::number(offRing));
         const int offScope = worst(scope, scopePicture(scope.size(), look));
         QVERIFY2(offScope <= 2, QByteArray::number(offScope));
-    }
-
-    void spritesCoverAddAndFade()
-    {
-        // The strip has them all: a light, a fill in half a colour, an opaque fill over both.
-        ItemWindow stand(u"Keys"_s, {1040, 160});
-        stand.fixture.say({"on 60 127", "out 62 90", "out 61 90"});
-        const QImage image = stand.picture();
-        const auto text = TextColours::of(false);
-        const int middleC = 23 * 20 + 10;
-        QCOMPARE(image.pixel(middleC, 150), colours::green.toQColor().rgb());
-        const QRgb sounding = image.pixel(middleC + 20, 150);
-        QVERIFY(difference(sounding, mixed({0, 0, 0}, text.soft, 0.35).toQColor().rgb()) <= 2);
-        QVERIFY(difference(image.pixel(24 * 20, 100), text.dim.toQColor().rgb()) <= 1);
-        // The held key's light reaches its neighbours' ground and dies away.
-        const int near = qGreen(image.pixel(middleC - 13, 150));
-        const int far = qGreen(image.pixel(middleC - 18, 150));
-        QVERIFY2(near > far && far < 40, QByteArray::number(near) + ' ' + QByteArray::number(far));
     }
 
     void captionLettersHaveTheirColour_data()

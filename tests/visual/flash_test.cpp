@@ -1,76 +1,99 @@
+#include "script.h"
 #include "support/table.h"
 #include "visual/flash/flash.h"
 
 #include <QTest>
 
-#include <algorithm>
+#include <random>
 
 using namespace Qt::StringLiterals;
 using namespace kelo;
-using kelo::test::Table;
+using namespace kelo::test;
 
 class FlashTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void flashesFadeAndBeatsOnlyOutline()
+    void flashesFade_data()
     {
-        for (const QString &kind : {u"beat"_s, u"good"_s, u"wrong"_s, u"hello"_s}) {
-            const auto opacity = [&kind](double part) {
-                const FlashLook look = flashLook(kind, false, part * flashDuration(kind));
-                return std::pair(look.outline.alpha, look.fill.alpha);
-            };
-            const auto [outline, fill] = opacity(0);
-            QCOMPARE(fill > 0, kind != u"beat"_s);
-            QVERIFY(outline > 0.3F && fill < 0.2F); // the text under it stays readable
-            QVERIFY(std::abs(opacity(0.5).first - outline / 2) < 1e-5F);
-            QCOMPARE(opacity(1), std::pair(0.0F, 0.0F));
-            QCOMPARE(opacity(1000), std::pair(0.0F, 0.0F));
-        }
-        QVERIFY(flashLook(u"beat"_s, true, 0).outline.alpha
-            > flashLook(u"beat"_s, false, 0).outline.alpha);
-        QVERIFY(flashLook(u"good"_s, false, 0).fill != flashLook(u"wrong"_s, false, 0).fill);
+        const Table<QString, bool, double, QString> row{"kind", "first", "age", "look"};
+        row("first beat", u"beat"_s, true, 0.0, u"6 ffffffcc ffffff00"_s);
+        row("other beat", u"beat"_s, false, 0.0, u"6 ffffff66 ffffff00"_s);
+        row("half a beat later", u"beat"_s, true, 0.09, u"6 ffffff66 ffffff00"_s);
+        row("a beat, gone", u"beat"_s, true, 0.18, u"6 ffffff00 ffffff00"_s);
+        row("good", u"good"_s, false, 0.0, u"14 38ff87f2 38ff871f"_s);
+        row("good, fading", u"good"_s, false, 0.33, u"14 38ff8761 38ff870c"_s);
+        row("wrong", u"wrong"_s, true, 0.11, u"14 ff4033c2 ff403318"_s);
+        row("gone", u"wrong"_s, true, 0.55, u"14 ff403300 ff403300"_s);
+        row("any other", u"hello"_s, true, 0.0, u"14 fffffff2 ffffff1f"_s);
+        row("yet to come", u"good"_s, true, -0.055, u"14 38ff8710a 38ff8722"_s);
     }
 
-    void theWindowFlashesAtMostThriceASecond_data()
+    void flashesFade()
     {
-        // kinds: in turn; every: seconds; shown: least part of them
-        const Table<QStringList, double, double> row{"kinds", "every", "shown"};
-        const QStringList beat{u"beat"_s};
-        row("60 beats a minute", beat, 1.0, 1.0);
-        row("174 beats a minute", beat, 60 / 174.0, 1.0);
-        row("240 beats a minute", beat, 0.25, 0.7);
-        row("a flood of beats", beat, 0.001, 0.003);
-        row("a flood of answers", {u"good"_s, u"wrong"_s}, 0.01, 0.03);
-        row("all at once", {u"good"_s}, 0.0, 0.002);
-        row("answers among beats", {u"beat"_s, u"beat"_s, u"beat"_s, u"good"_s, u"beat"_s}, 0.27,
-            0.6);
+        QFETCH(QString, kind);
+        QFETCH(bool, first);
+        QFETCH(double, age);
+        const FlashLook look = flashLook(kind, first, age);
+        QTEST(u"%1 %2 %3"_s.arg(num(look.width), hex(look.outline), hex(look.fill)), "look");
     }
 
-    void theWindowFlashesAtMostThriceASecond()
+    void beatsLeaveRoom_data()
     {
-        QFETCH(QStringList, kinds);
-        QFETCH(double, every);
-        QFETCH(double, shown);
+        // shown: of forty beats in bars of four, those that flash, a mark each
+        const Table<int, QString> row{"tempo", "shown"};
+        row("60 a minute", 60, u"oooooooooooo"_s);
+        row("119 a minute", 119, u"oooooooooooo"_s);
+        row("150 a minute", 150, u"o-o-o-o-o-o-"_s);
+        row("239 a minute", 239, u"o-o-o-o-o-o-"_s);
+        row("400 a minute", 400, u"o---o---o---"_s);
+    }
+
+    void beatsLeaveRoom()
+    {
+        QFETCH(int, tempo);
         FlashLimit limit;
-        QList<double> begun;
-        constexpr int asked = 500;
-        for (int i = 0; i < asked; ++i) {
-            const QString &kind = kinds[i % kinds.size()];
-            const double at = 50 + i * every;
-            const auto begin = limit.begin(kind, at);
-            QVERIFY(begin || kind == u"beat"_s);
-            if (begin) {
-                QVERIFY(kind == u"beat"_s ? *begin == at : *begin >= at);
-                QVERIFY(*begin <= at + 1); // no answer comes long after its question
-                if (begun.isEmpty() || begun.last() != *begin)
-                    begun << *begin;
-            }
+        QString shown;
+        (void)limit.begin(u"beat"_s, 3, 50 - 60.0 / tempo);
+        limit = FlashLimit();
+        for (int i = 0; i < 12; ++i)
+            shown += limit.begin(u"beat"_s, i % 4, 50 + i * 60.0 / tempo) ? u'o' : u'-';
+        QTEST(shown, "shown");
+    }
+
+    /// Whatever happens: at most three flashes in any second, and an answer shows at once.
+    void answersAreNeverLate_data()
+    {
+        const Table<double, double> row{"beats", "answers"}; // a second, on average
+        row("answers now and then", 0.0, 1.0);
+        row("a flood of answers", 0.0, 300.0);
+        row("a lesson with the metronome", 2.0, 1.0);
+        row("fast beats", 4.0, 2.0);
+        row("a flood of both", 300.0, 300.0);
+    }
+
+    void answersAreNeverLate()
+    {
+        QFETCH(double, beats);
+        QFETCH(double, answers);
+        std::mt19937 random(5);
+        std::uniform_real_distribution<double> part;
+        FlashLimit limit;
+        QList<double> begun{-10};
+        double at = 0;
+        for (int i = 0; i < 3000; ++i) {
+            at += -std::log(1 - part(random)) / (beats + answers);
+            const bool beat = part(random) < beats / (beats + answers);
+            const auto begin = limit.begin(beat ? u"beat"_s : u"good"_s, i % 4, at);
+            if (beat && !begin)
+                continue;
+            QVERIFY(begin && *begin <= at);
+            QVERIFY(beat ? *begin == at : flashLook(u"good"_s, false, at - *begin).fill.alpha > 0);
+            if (*begin != begun.back())
+                begun << *begin;
         }
-        QVERIFY(std::ranges::is_sorted(begun));
-        for (qsizetype i = 3; i < begun.size(); ++i)
+        for (qsizetype i = 4; i < begun.size(); ++i)
             QVERIFY(begun[i] - begun[i - 3] >= 1);
-        QVERIFY(static_cast<double>(begun.size()) >= asked * shown);
     }
 };
 

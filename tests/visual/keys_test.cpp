@@ -1,12 +1,9 @@
-#include "support/link_fixture.h"
+#include "script.h"
 #include "support/table.h"
 #include "visual/keys/keyboard.h"
 #include "visual/keys/keys_strip.h"
-#include "visual/sprites/palette.h"
 
 #include <QTest>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using namespace kelo;
@@ -18,20 +15,21 @@ namespace {
 constexpr double width = 52 * 20;
 constexpr double height = 160;
 
-SpriteList strip(LinkFixture &fixture)
+/// All that lies on a key's middle, back to front: its upper edge (counted downwards) + length,
+/// width, upper and lower colour.
+QString on(const KeysStrip &strip, int pitch)
 {
-    KeysStrip strip;
-    strip.update(fixture.link(), width, height, fixture.time.now());
-    return strip.sprites();
-}
-
-/// Number of shapes of that size and lower colour.
-qsizetype count(const SpriteList &list, double wide, double tall, Colour colour)
-{
-    return std::ranges::count_if(list, [&](const Sprite &s) {
-        return std::abs(s.halfWidth * 2 - wide) < 0.01 && std::abs(s.halfHeight * 2 - tall) < 0.01
-            && s.bottom == colour;
-    });
+    const auto x = static_cast<float>(keyboard::centre(pitch, width / 52));
+    QStringList list;
+    for (const Sprite &s : strip.picture().front().sprites) {
+        if (std::abs(s.x - x) > 0.01 || s.halfWidth > 20)
+            continue;
+        list << u"%1+%2 x%3 %4"_s.arg(num(height - s.y - s.halfHeight), num(2 * s.halfHeight),
+            num(2 * s.halfWidth), hex(s.top));
+        if (s.bottom != s.top)
+            list.back() += u'-' + hex(s.bottom);
+    }
+    return list.join(u", "_s);
 }
 
 } // namespace
@@ -63,80 +61,69 @@ private Q_SLOTS:
         QVERIFY(!keyboard::hasBlackToRight(108));
     }
 
-    void ripplesRiseAndLeave_data()
+    void keysShowWhatHappens_data()
     {
-        // held: seconds; letGo: seconds ago; negative: still held; foot: points above the keys'
-        // edge band
-        const Table<double, double, double, double> row{"held", "letGo", "foot", "tall"};
-        row("too small to see", 0.02, -1.0, 0.0, 0.0);
-        row("growing", 0.5, -1.0, 0.0, 23.0);
-        row("full and held for long", 60.0, -1.0, 0.0, 64.0);
-        row("lifting away, its tip still rising", 0.5, 0.5, 23.0, 23.0);
-        row("lifting away at full height", 10.0, 1.0, 46.0, 18.0);
-        row("gone", 10.0, 64 / 46.0 + 0.001, 0.0, 0.0);
+        const Table<QByteArrayList, int, QString, bool> row{"script", "pitch", "look", "moves"};
+        row("at rest", {}, 60, u""_s, false);
+        row("a black one at rest", {}, 61,
+            u"80.5+79 x2 1c7a45bf, 79.5+50.6 x13 1c7a45ff, 80.5+48.6 x11 020604ff"_s, false);
+        row("just pressed", {"on 60 127", "+0.02"}, 60,
+            u"74+92 x31 38ff87ff, 80+80 x19 38ff87ff, 159.5+1 x20 1c7a45bf, 79.5+1 x20 1c7a45bf"_s,
+            true);
+        row("a ripple grows", {"on 60 127", "+0.5"}, 60,
+            u"51+23 x11.2 6effb09b-8cffc7f2, 74+92 x31 38ff87ff, 80+80 x19 38ff87ff, 159.5+1 x20 1c7a45bf, 79.5+1 x20 1c7a45bf"_s,
+            true);
+        row("full", {"on 60 64", "+60"}, 60,
+            u"10+64 x11.2 38ff8700-8cffc7a6, 74+92 x31 38ff87ff, 80+80 x19 38ff87c6, 159.5+1 x20 1c7a45bf, 79.5+1 x20 1c7a45bf"_s,
+            false);
+        row("lifting away, its tip still rising", {"on 60 64", "+0.5", "on 60 0", "+0.5"}, 60,
+            u"28+23 x11.2 50ff992f-6effb06b"_s, true);
+        row("lifting away", {"on 60 64", "+10", "on 60 0", "+1"}, 60,
+            u"10+18 x11.2 38ff8700-50ff992f"_s, true);
+        row("gone", {"on 60 64", "+10", "on 60 0", "+1.4"}, 60, u""_s, false);
+        row("a black one held", {"on 61 64", "+10"}, 61,
+            u"10+64 x11.2 38ff8700-8cffc7a6, 80.5+79 x2 1c7a45bf, 79.5+50.6 x13 1c7a45ff, 80.5+48.6 x11 8cffc7ff"_s,
+            false);
+        row("what the engine plays", {"out 60 90", "+10"}, 60, u"80+80 x19 8cffc759"_s, false);
+        row("what the engine plays, black", {"out 61 90", "+10"}, 61,
+            u"80.5+79 x2 1c7a45bf, 79.5+50.6 x13 1c7a45ff, 80.5+48.6 x11 3dad6eff"_s, false);
+        row("high contrast", {"#contrast", "out 60 90", "out 61 90", "+10"}, 60,
+            u"80+80 x19 f5fff759"_s, false);
+        row("a command key", {"buttons 60"}, 60,
+            u"80+80 x19 38ff8729, 158.5+1 x18 38ff87cc, 80.5+1 x18 38ff87cc"_s, false);
+        row("a command key held", {"buttons 60", "on 60 127", "+10"}, 60,
+            u"10+64 x11.2 38ff8700-8cffc7f2, 74+92 x31 38ff87ff, 80+80 x19 38ff87ff, 159.5+1 x20 1c7a45bf, 79.5+1 x20 1c7a45bf, 158.5+1 x18 38ff87cc, 80.5+1 x18 38ff87cc"_s,
+            false);
     }
 
-    void ripplesRiseAndLeave()
+    void keysShowWhatHappens()
     {
-        QFETCH(double, held);
-        QFETCH(double, letGo);
-        QFETCH(double, foot);
-        QFETCH(double, tall);
+        QFETCH(QByteArrayList, script);
+        QFETCH(int, pitch);
         LinkFixture fixture;
-        fixture.say({"on 60 127"});
-        fixture.time.advance(held);
-        if (letGo >= 0) {
-            fixture.say({"on 60 0"});
-            fixture.time.advance(letGo);
-        }
-        const SpriteList list = strip(fixture);
-        const auto ripple = std::ranges::find_if(
-            list, [](const Sprite &s) { return s.radius == 2 && s.feather == 0; });
-        if (tall == 0) {
-            QVERIFY(ripple == list.end());
-            return;
-        }
-        QVERIFY(ripple != list.end());
-        QCOMPARE(ripple->x, static_cast<float>(keyboard::centre(60, 20)));
-        QCOMPARE(ripple->halfWidth * 2, 0.56F * 20);
-        QVERIFY(std::abs(ripple->halfHeight * 2 - tall) < 0.01);
-        QVERIFY(std::abs(ripple->y - ripple->halfHeight - (height - 74 + foot)) < 0.01);
-    }
-
-    void keysShowWhatHoldsThem()
-    {
-        LinkFixture fixture;
-        fixture.say({"out 60 90", "out 61 90", "out 64 90", "on 64 127", "on 63 80"});
-        const auto text = TextColours::of(false);
-        const SpriteList list = strip(fixture);
-        QCOMPARE(count(list, 19, 80, text.soft.faded(0.35)), 1); // 60; the player's hold of 64 wins
-        QCOMPARE(count(list, 19, 80, colours::green.faded(1)), 1); // 64 at full velocity
-        constexpr double insideLine = 80 * 0.62 - 1;
-        QCOMPARE(count(list, 11, insideLine, text.soft), 1); // 63
-        QCOMPARE(count(list, 11, insideLine, text.dim), 1); // 61
-        QCOMPARE(count(list, 11, insideLine, colours::bg), 34);
-        // Keys at rest share their lines with their neighbours: 38 left of the held one, 13 right.
-        const Colour line = colours::shade.faded(0.75);
-        QCOMPARE(count(list, 2, 79, line), 37 + 12);
-        QCOMPARE(count(list, 1, 79, line), 2 + 2 + 2);
-        // Black keys cover white ones.
-        const auto first = std::ranges::find(list, text.dim, &Sprite::bottom);
-        QVERIFY(
-            std::none_of(first, list.end(), [](const Sprite &s) { return s.halfHeight == 40; }));
+        fixture->followContrast(script.contains("#contrast"));
+        play(fixture, script, [](double) {});
+        KeysStrip strip;
+        strip.update(fixture.link(), width, height, fixture.time.now());
+        QTEST(on(strip, pitch), "look");
+        QTEST(strip.moves(), "moves");
     }
 
     void commandKeysAreMarkedOnce()
     {
         LinkFixture fixture;
-        fixture.say({"buttons 108 107 105 103 101 100 98 96 95 93 91 108", "on 107 64"});
+        fixture.say({"buttons 108 107 105 103 101 100 98 96 95 93 91 108 61 -5", "on 105 64"});
+        fixture.time.advance(1);
         KeysStrip strip;
         strip.update(fixture.link(), width, height, fixture.time.now());
-        QString marks;
-        for (const Label &label : strip.labels())
-            marks += label.text;
-        QCOMPARE(marks, u"12345678HKK"_s);
-        QCOMPARE(count(strip.sprites(), 19, 80, colours::green.faded(0.16)), 10); // 107 is down
-        QCOMPARE(count(strip.sprites(), 18, 1, colours::green.faded(0.8)), 22); // but outlined too
+        const LabelList &labels = strip.picture().front().labels;
+        QCOMPARE(words(labels).join(QString()), u"12345678HKK"_s);
+        for (const Label &label : labels) {
+            // Only where a ripple is behind it there is a plate.
+            QCOMPARE(label.ground == Label::Ground::Plate, label.text == u"3"_s);
+            QCOMPARE(label.size, 8.5);
+            QVERIFY(std::abs(label.y + label.size * 0.73 / 2 - (height - 72)) < 1e-9);
+        }
     }
 
     void absurdNotesDrawNothingAbsurd()
@@ -147,11 +134,12 @@ private Q_SLOTS:
         fixture.time.advance(1);
         KeysStrip strip;
         strip.update(fixture.link(), width, height, fixture.time.now());
-        QCOMPARE(strip.labels().size(), 1); // black keys and keys that are not there carry no mark
-        for (const Sprite &sprite : strip.sprites()) {
+        for (const Sprite &sprite : strip.picture().front().sprites) {
             QVERIFY(std::isfinite(sprite.x + sprite.y + sprite.halfWidth + sprite.bottom.alpha));
             QVERIFY(sprite.x >= 0 && sprite.x <= width);
         }
+        strip.update(fixture.link(), width, 80, fixture.time.now());
+        QVERIFY(strip.picture() == Picture(1)); // too low for keys
     }
 };
 

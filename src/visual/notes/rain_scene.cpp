@@ -21,6 +21,7 @@ constexpr double gridPeriod = 1.6; // seconds in which the grid drifts up by one
 
 constexpr double leftMargin = 26; // points from the left edge to what is written there
 constexpr double progressHeight = 3;
+constexpr double shadeReach = 24; // points around what is written
 
 } // namespace
 
@@ -124,7 +125,7 @@ void RainScene::draw(double now, double driftTime)
     bars_.drawBars(below, layout_);
     keyboard_.drawKeys(below, layout_, now);
 
-    auto &[lights, words] = picture_[1];
+    SpriteList &lights = picture_[1].sprites;
     keyboard_.drawLamps(lights, layout_, now);
     for (const Sparks &burst : bursts_)
         burst.draw(lights, now);
@@ -133,7 +134,7 @@ void RainScene::draw(double now, double driftTime)
         progressHeight, colours::green));
     if (link_) {
         writeMarks(marks);
-        writeWords(words);
+        writeWords(picture_[1]);
     }
 }
 
@@ -168,15 +169,17 @@ void RainScene::writeMarks(LabelList &list) const
     }
 }
 
-void RainScene::writeWords(LabelList &list) const
+void RainScene::writeWords(Layer &layer) const
 {
     const double left = leftMargin;
     const double top = layout_.height;
     const double middle = layout_.width / 2;
-    const auto add = [&list](Label label) {
-        label.ground = Label::Ground::Shade;
-        if (!label.text.isEmpty())
-            list.append(std::move(label));
+    const auto add = [&layer](Label label) {
+        if (label.text.isEmpty())
+            return;
+        layer.sprites.push_back(shadeBehind(label, shadeReach));
+        label.ground = Label::Ground::Outline;
+        layer.labels.append(std::move(label));
     };
     add({.text = u"KELO  //  VISUALISER"_s,
         .x = left,

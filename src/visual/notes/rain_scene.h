@@ -47,7 +47,7 @@ private:
     void draw(double now, double driftTime);
     void drawGrid(SpriteList &list, double driftTime) const;
     void writeMarks(LabelList &list) const;
-    void writeWords(LabelList &list) const;
+    void writeWords(Layer &layer) const;
 
     QPointer<Link> link_;
     RainLayout layout_;

@@ -31,17 +31,16 @@ public:
             dial_->show(scene.dial(), size.height(), canvas.pixels);
         size_ = size;
         pixels_ = canvas.pixels;
-        const auto &[arcs, words] = scene.picture().front();
-        arcs_->show(arcs, size.height(), canvas.pixels);
+        arcs_->show(scene.picture()[0].sprites, size.height(), canvas.pixels);
         ring_->show(scene.ringPlace(), scene.scopePlace(), scene.look());
-        words_->show(words, canvas);
+        words_->show({scene.picture()[1]}, canvas);
     }
 
 private:
     SpriteNode *dial_ = new SpriteNode;
     SpriteNode *arcs_ = new SpriteNode;
     RingNode *ring_ = new RingNode;
-    LabelsNode *words_ = new LabelsNode;
+    LayersNode *words_ = new LayersNode;
     QSizeF size_;
     double pixels_ = 0;
 };
@@ -101,9 +100,8 @@ QSGNode *CoreItem::updateNode(QSGNode *old)
 
 void CoreItem::paint(QPainter &painter) const
 {
-    const auto &[arcs, words] = scene_.picture().front();
     paintSprites(painter, scene_.dial(), height());
-    paintSprites(painter, arcs, height());
+    paintSprites(painter, picture()[0].sprites, height());
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     const RingLook look = scene_.look();
     const QRectF ring = scene_.ringPlace();
@@ -112,7 +110,7 @@ void CoreItem::paint(QPainter &painter) const
     painter.setOpacity(1);
     const QRectF scope = scene_.scopePlace();
     painter.drawImage(scope, scopePicture(scope.size().toSize(), look));
-    paintLayer(painter, {{}, words}, height());
+    paintLayer(painter, picture()[1], height());
 }
 
 } // namespace kelo

@@ -51,6 +51,7 @@ constexpr double subSize = 11;
 // Room for them, of the ring's radius: within the heart's rim, and within the waves.
 constexpr double rimRoom = 0.258 * 0.94;
 constexpr double waveRoom = 0.43 * 0.94;
+constexpr double rimShade = 6; // points
 
 /// How much smaller a word must be to fit into a circle of `room` points; 1 at most. `reach`: of
 /// its far edge, above or below the circle's middle.
@@ -130,13 +131,11 @@ void CoreScene::update(Link &link, double now, const Motion &motion)
     for (std::size_t i = 0; i < arcs.size(); ++i) {
         turned_[i] = std::remainder(turned_[i] + turn * arcs[i].speed, 2 * pi);
     }
-    auto &[sprites, labels] = picture_.front();
-    sprites.clear();
-    labels.clear();
+    picture_.assign(2, {});
     if (!isUsable())
         return;
-    drawArcs(sprites);
-    write(labels, link);
+    drawArcs(picture_[0].sprites);
+    write(picture_[1], link);
 }
 
 VoiceFrame CoreScene::targets(const Link &link, double now, double motionTime) const
@@ -219,7 +218,7 @@ void CoreScene::drawArcs(SpriteList &list) const
     }
 }
 
-void CoreScene::write(LabelList &list, const Link &link) const
+void CoreScene::write(Layer &layer, const Link &link) const
 {
     const bool online = link.state == u"ONLINE"_s;
     const QString mode = !online ? link.state.get() : link.paused ? u"PAUSED"_s : link.modeName();
@@ -230,23 +229,28 @@ void CoreScene::write(LabelList &list, const Link &link) const
     const auto text = TextColours::of(link.contrast);
     const double scale =
         wordScale(mode, modeSize, modeSize * capHeight - modeBelow, rimRoom * radius());
-    const double subScale = wordScale(sub, subSize, subBelow, waveRoom * radius());
-    list.append({.text = mode,
+    const auto fits = [&](double room) {
+        return wordScale(sub, subSize, subBelow, room * radius()) >= 1;
+    };
+    layer.labels.append({.text = mode,
         .x = centreX(),
         .y = centreY() - modeBelow * scale,
         .size = modeSize * scale,
         .centred = true,
         .colour = text.soft});
     // Too small to read, it is left out: the header says the same.
-    if (!sub.isEmpty() && subScale >= 1) {
-        list.append({.text = sub,
-            .x = centreX(),
-            .y = centreY() - subBelow,
-            .size = subSize,
-            .bold = false,
-            .centred = true,
-            .colour = text.dim});
-    }
+    if (sub.isEmpty() || !fits(waveRoom))
+        return;
+    const Label small{.text = sub,
+        .x = centreX(),
+        .y = centreY() - subBelow,
+        .size = subSize,
+        .bold = false,
+        .centred = true,
+        .colour = text.dim};
+    if (!fits(rimRoom))
+        layer.sprites.push_back(shadeBehind(small, rimShade)); // the rim runs through it
+    layer.labels.append(small);
 }
 
 } // namespace kelo

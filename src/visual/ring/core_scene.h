@@ -31,7 +31,7 @@ public:
 
     /// Circle and ticks; they change with the size alone.
     [[nodiscard]] const SpriteList &dial() const { return dial_; }
-    /// One layer: what turns on it, and the words in its middle.
+    /// Two layers: what turns on the dial; and over the ring the words in its middle.
     [[nodiscard]] const Picture &picture() const { return picture_; }
 
     /// How the pictures look. Bands are 0 to 1.4, the level 0 to 1; the line never lies perfectly
@@ -55,7 +55,7 @@ private:
     void spring(const VoiceFrame &targets, double step);
     void drawDial();
     void drawArcs(SpriteList &list) const;
-    void write(LabelList &list, const Link &link) const;
+    void write(Layer &layer, const Link &link) const;
 
     static constexpr std::size_t arcCount = 5;
 
@@ -70,7 +70,7 @@ private:
     bool offline_ = false;
     std::array<double, arcCount> turned_{}; // radians beyond where each arc began
     SpriteList dial_;
-    Picture picture_{1};
+    Picture picture_{2};
 };
 
 } // namespace kelo

@@ -4,9 +4,24 @@
 #include <QQuickWindow>
 #include <QSGImageNode>
 
+#include <algorithm>
 #include <cmath>
 
 namespace kelo {
+
+Sprite shadeBehind(const Label &label, double reach)
+{
+    constexpr double opacity = 0.85;
+    const double whole = static_cast<double>(label.text.size()) * letterWidth * label.size;
+    const double width = label.width > 0 ? std::min(whole, label.width) : whole;
+    const double tall = label.size * (label.lines > 1 && whole > width ? 2.4 : 1.2);
+    const double left = label.centred ? label.x - width / 2 : label.x;
+    const double bottom = label.lines > 1 ? label.y - tall : label.y - label.size * 0.25;
+    Sprite sprite = box(left - reach, bottom - reach, width + 2 * reach, tall + 2 * reach,
+        colours::bg.faded(opacity));
+    sprite.radius = sprite.feather = static_cast<float>(std::min(2 * reach, tall / 2 + reach));
+    return sprite;
+}
 
 void LabelsNode::show(const LabelList &labels, const Canvas &canvas)
 {

@@ -21,6 +21,10 @@ struct Layer {
 /// What a scene shows: layers, later ones in front.
 using Picture = std::vector<Layer>;
 
+/// A shade with soft edges, to read the label over what passes there; it dies away over `reach`
+/// points around the letters.
+[[nodiscard]] Sprite shadeBehind(const Label &label, double reach);
+
 /// Where an item's nodes draw.
 struct Canvas {
     QQuickWindow &window;

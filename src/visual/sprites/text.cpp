@@ -13,8 +13,6 @@ namespace {
 constexpr Colour dark{0.008F, 0.024F, 0.016F};
 constexpr double outlineWidth = 1; // points, as are the following
 constexpr double plateMargin = 2;
-constexpr double shadeReach = 22; // over which the shade dies away around the letters
-constexpr double shadeOpacity = 0.75; // behind them
 constexpr qsizetype mostLetters = 400; // a line; nobody sees more
 
 double marginOf(Label::Ground ground)
@@ -26,8 +24,6 @@ double marginOf(Label::Ground ground)
         return plateMargin;
     case Label::Ground::Outline:
         return outlineWidth + 1;
-    case Label::Ground::Shade:
-        return shadeReach;
     }
     return 0;
 }
@@ -95,10 +91,6 @@ QRectF SetLabel::area() const
 
 void SetLabel::paint(QPainter &painter) const
 {
-    const bool outlined =
-        label_.ground == Label::Ground::Outline || label_.ground == Label::Ground::Shade;
-    if (label_.ground == Label::Ground::Shade)
-        paintShade(painter);
     if (label_.ground == Label::Ground::Plate) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(dark.toQColor());
@@ -106,7 +98,7 @@ void SetLabel::paint(QPainter &painter) const
         const double half = label_.size * capHeight / 2 + plateMargin;
         painter.drawRect(QRectF(area().left(), middle - half, area().width(), 2 * half));
     }
-    if (outlined) {
+    if (label_.ground == Label::Ground::Outline) {
         painter.setPen(dark.toQColor());
         for (const double x : {-outlineWidth, 0.0, outlineWidth}) {
             for (const double y : {-outlineWidth, 0.0, outlineWidth})
@@ -115,23 +107,6 @@ void SetLabel::paint(QPainter &painter) const
     }
     painter.setPen(label_.colour.toQColor());
     layout_.draw(&painter, origin_);
-}
-
-void SetLabel::paintShade(QPainter &painter) const
-{
-    // Sheets of glass one upon the other, each a little smaller.
-    constexpr int sheets = 16;
-    const QColor sheet = dark.faded(1 - std::pow(1 - shadeOpacity, 1.0 / sheets)).toQColor();
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(sheet);
-    for (int i = 0; i < sheets; ++i) {
-        const double margin = shadeReach * (1 - static_cast<double>(i) / sheets);
-        painter.drawRoundedRect(
-            text_.adjusted(-margin, -margin, margin, margin), margin + 4, margin + 4);
-    }
-    painter.restore();
 }
 
 } // namespace kelo

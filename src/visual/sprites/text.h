@@ -27,7 +27,6 @@ struct Label {
         None,
         Plate, ///< a small dark plate
         Outline, ///< a dark line around the letters
-        Shade, ///< the outline, and a shade with soft edges
     };
 
     QString text;
@@ -60,7 +59,6 @@ public:
 
 private:
     void layOut(const QString &words);
-    void paintShade(QPainter &painter) const;
 
     Label label_;
     QTextLayout layout_;
