@@ -61,14 +61,30 @@ inline Bytes tempo(std::uint32_t microseconds)
 inline const Bytes end{0, 0xff, 0x2f, 0};
 
 /// `count` notes of half a second each, upwards from `pitch`, at 480 ticks a quarter note.
-inline Bytes scale(int count, std::uint8_t pitch = 60)
+inline Bytes scaleTrack(int count, std::uint8_t pitch = 60)
 {
     Bytes events;
     for (int i = 0; i < count; ++i) {
         const auto key = static_cast<std::uint8_t>(pitch + i % 40);
-        events = join({events, at(0, {0x90, key, 80}), at(480, {0x80, key, 0})});
+        const Bytes note = join({at(0, {0x90, key, 80}), at(480, {0x80, key, 0})});
+        events.insert(events.end(), note.begin(), note.end());
     }
-    return join({header(0, 1, 480), track(join({events, end}))});
+    return track(join({events, end}));
+}
+inline Bytes scale(int count, std::uint8_t pitch = 60)
+{
+    return join({header(0, 1, 480), scaleTrack(count, pitch)});
+}
+
+/// A RIFF file with an odd chunk before its data.
+inline Bytes riff(const std::string &form, const Bytes &data)
+{
+    const auto small = [](std::size_t size) {
+        return Bytes{static_cast<std::uint8_t>(size), static_cast<std::uint8_t>(size >> 8), 0, 0};
+    };
+    return join({{'R', 'I', 'F', 'F'}, small(data.size() + 26), Bytes(form.begin(), form.end()),
+        {'D', 'I', 'S', 'P', 3, 0, 0, 0, 1, 2, 3, 0}, {'d', 'a', 't', 'a'}, small(data.size()),
+        data});
 }
 
 } // namespace midi

@@ -97,6 +97,14 @@ private Q_SLOTS:
             join({header(0, 1, 480),
                 track(join({at(0, off), at(0, tempo(0)), at(0, on), at(480, off), end}))}),
             {{0, 0.5, 60, 80, 0, 0}});
+        row("patterns follow each other",
+            join({header(2, 2, 480),
+                track(join({at(0, tempo(250000)), at(0, on), at(480, off), end})),
+                track(join({at(480, {0x90, 62, 70}), at(480, {0x80, 62, 0}), end}))}),
+            {{0, 0.25, 60, 80, 0, 0}, {0.5, 0.25, 62, 70, 1, 0}});
+        row("within a RIFF file",
+            riff("RMID", join({header(0, 1, 480), track(join({at(0, on), at(480, off), end}))})),
+            {{0, 0.5, 60, 80, 0, 0}});
         row("a chunk that claims more than there is",
             join({header(0, 1, 480), {'M', 'T', 'r', 'k', 0xff, 0xff, 0xff, 0xff}, at(0, on),
                 at(480, off)}),
@@ -112,6 +120,31 @@ private Q_SLOTS:
         QCOMPARE(std::get<Piece>(read).notes, notes);
     }
 
+    void tellsOfFilesThatEndEarly()
+    {
+        const Bytes whole = join({header(1, 2, 480), scaleTrack(4), scaleTrack(4)});
+        QVERIFY(!std::get<Piece>(readMidiFile(whole)).endsEarly);
+        for (const std::size_t lost : {1U, 3U, 9U, 40U}) {
+            const auto read = readMidiFile({whole.data(), whole.size() - lost});
+            QVERIFY(std::get<Piece>(read).endsEarly);
+        }
+        const Bytes promised = join({header(1, 3, 480), scaleTrack(4), scaleTrack(4)});
+        QVERIFY(std::get<Piece>(readMidiFile(promised)).endsEarly);
+        const Bytes damaged = join({header(0, 1, 480),
+            track(join({at(0, {0x90, 60, 80}), at(480, {0x80, 60, 0}), {0, 0x90, 200}}))});
+        QVERIFY(std::get<Piece>(readMidiFile(damaged)).endsEarly);
+    }
+
+    void saysHowFarItHasCome()
+    {
+        MidiProgress progress;
+        const Bytes file = scale(30000);
+        QCOMPARE(std::get<Piece>(readMidiFile(file, &progress)).notes.size(), 30000U);
+        QVERIFY(progress.share > 0.8 && progress.share <= 1);
+        progress.cancelled = true;
+        QVERIFY(std::get<Piece>(readMidiFile(file, &progress)).notes.size() < 3000);
+    }
+
     void refuses_data()
     {
         const Table<Bytes, MidiFault> row{"file", "fault"};
@@ -119,7 +152,11 @@ private Q_SLOTS:
         row("nothing", {}, MidiFault::NotMidi);
         row("another file", {'R', 'I', 'F', 'F', 0, 0, 0, 6, 0, 0, 0, 1, 1, 1}, MidiFault::NotMidi);
         row("half a header", {'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 1}, MidiFault::NotMidi);
-        row("independent patterns", join({header(2, 1, 480), body}), MidiFault::Unsupported);
+        row("a format of the future", join({header(3, 1, 480), body}), MidiFault::Unsupported);
+        row("a RIFF file of sound", riff("WAVE", join({header(0, 1, 480), body})),
+            MidiFault::NotMidi);
+        row("a RIFF file without data",
+            join({{'R', 'I', 'F', 'F', 4, 0, 0, 0, 'R', 'M', 'I', 'D'}}), MidiFault::NotMidi);
         row("no ticks a quarter note", join({header(0, 1, 0), body}), MidiFault::Unsupported);
         row("no ticks a frame", join({header(0, 1, 0xe700), body}), MidiFault::Unsupported);
         row("no notes", join({header(0, 1, 480), track(end)}), MidiFault::Empty);

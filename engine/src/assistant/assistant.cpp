@@ -1,8 +1,7 @@
 #include "assistant/assistant.h"
 
 #include "activities/home_activity.h"
-#include "activities/pieces.h"
-#include "activities/playback_activity.h"
+#include "activities/loading_activity.h"
 #include "assistant/keys.h"
 #include "listen/understanding.h"
 #include "protocol/text.h"
@@ -180,10 +179,7 @@ void Assistant::obey(std::string_view line, const Moment &now)
         say(rest, now);
     } else if (keyword == "play") {
         hush();
-        const std::filesystem::path file(rest);
-        const std::string name = oneLine(file.stem().string());
-        if (auto piece = heardFrom(session_, loadMidiFile(file), name, now))
-            begin(std::make_unique<PlaybackActivity>(session_, std::move(*piece), name + "."), now);
+        playFile(session_, rest, now);
     } else if (keyword == "jazz") {
         const auto words = wordsOf(rest);
         const auto number = numberAt(words);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 namespace kelo::engine {
 
@@ -101,9 +102,11 @@ public:
         tails_.fill(none);
     }
 
+    void reserve(std::size_t notes) { next_.reserve(notes); }
+
     void press(const Note &note)
     {
-        const std::size_t index = notes_.size();
+        const auto index = static_cast<Index>(notes_.size());
         notes_.push_back(note);
         next_.push_back(none);
         const std::size_t key = keyOf(note.channel, note.pitch);
@@ -113,7 +116,7 @@ public:
 
     void release(int channel, int pitch, double at)
     {
-        std::size_t &head = heads_[keyOf(channel, pitch)];
+        Index &head = heads_[keyOf(channel, pitch)];
         if (head == none)
             return;
         notes_[head].duration = at - notes_[head].at;
@@ -122,95 +125,174 @@ public:
 
     void releaseAll(double at)
     {
-        for (std::size_t &head : heads_) {
+        for (Index &head : heads_) {
             for (; head != none; head = next_[head])
                 notes_[head].duration = at - notes_[head].at;
         }
     }
 
 private:
-    static constexpr std::size_t none = static_cast<std::size_t>(-1);
+    using Index = std::uint32_t;
+    static constexpr Index none = static_cast<Index>(-1);
     static std::size_t keyOf(int channel, int pitch)
     {
         return static_cast<std::size_t>(channel) * 128 + static_cast<std::size_t>(pitch);
     }
 
     std::vector<Note> &notes_;
-    std::vector<std::size_t> next_;
-    std::array<std::size_t, std::size_t{16} * 128> heads_{};
-    std::array<std::size_t, std::size_t{16} * 128> tails_{};
+    std::vector<Index> next_;
+    std::array<Index, std::size_t{16} * 128> heads_{};
+    std::array<Index, std::size_t{16} * 128> tails_{};
 };
 
-Piece assemble(std::vector<MidiEvent> events, std::uint16_t division)
-{
-    std::stable_sort(events.begin(), events.end(),
-        [](const MidiEvent &a, const MidiEvent &b) { return a.at < b.at; });
-    Piece piece;
-    TempoMap tempo(division);
-    NotePairing pairing(piece.notes);
-    BarLines barLines(piece.bars, (division & 0x8000) == 0 ? division : 0);
-    double now = 0;
-    for (const MidiEvent &event : events) {
-        if (tempo.timeOf(event.at) > longest)
-            break;
-        barLines.drawTo(event.at, tempo);
-        now = tempo.advance(event.at);
-        if (event.tempo > 0)
-            tempo.setTempo(event.tempo);
-        if (event.bar > 0)
-            barLines.setBar(event.at, now, event.bar);
-        if (event.sharps)
-            piece.spelling = *event.sharps > 0 ? Spelling::Sharps
-                : *event.sharps < 0            ? Spelling::Flats
-                                               : Spelling::Mixed;
-        if (event.message.status == 0)
-            continue;
-        const ChannelMessage message = event.message;
-        piece.messages.push_back({now, message});
-        if (message.kind() == 0x90 && message.second > 0)
-            pairing.press({now, 0, message.first, message.second, event.track, message.channel()});
-        else if (message.kind() == 0x80 || message.kind() == 0x90)
-            pairing.release(message.channel(), message.first, now);
+/// Puts the notes and messages of all tracks in order into a piece.
+class Assembly {
+public:
+    Assembly(std::uint16_t division, std::size_t notes, std::size_t messages)
+        : tempo_(division)
+        , barLines_(piece_.bars, (division & 0x8000) == 0 ? division : 0)
+    {
+        piece_.notes.reserve(notes);
+        piece_.messages.reserve(messages);
+        pairing_.reserve(notes);
     }
-    pairing.releaseAll(now);
-    for (const Note &note : piece.notes)
-        piece.length = std::max(piece.length, note.at + note.duration);
-    return piece;
-}
+
+    /// False when it is long enough.
+    bool add(const MidiEvent &event)
+    {
+        if (tempo_.timeOf(event.at) > longest)
+            return false;
+        barLines_.drawTo(event.at, tempo_);
+        now_ = tempo_.advance(event.at);
+        if (event.tempo > 0)
+            tempo_.setTempo(event.tempo);
+        if (event.bar > 0)
+            barLines_.setBar(event.at, now_, event.bar);
+        if (event.sharps)
+            piece_.spelling = *event.sharps > 0 ? Spelling::Sharps
+                : *event.sharps < 0             ? Spelling::Flats
+                                                : Spelling::Mixed;
+        const ChannelMessage message = event.message;
+        if (message.status == 0)
+            return true;
+        piece_.messages.push_back({now_, message});
+        if (message.presses())
+            pairing_.press(
+                {now_, 0, message.first, message.second, event.track, message.channel()});
+        else if (message.releases())
+            pairing_.release(message.channel(), message.first, now_);
+        return true;
+    }
+
+    Piece finish()
+    {
+        pairing_.releaseAll(now_);
+        for (const Note &note : piece_.notes)
+            piece_.length = std::max(piece_.length, note.at + note.duration);
+        return std::move(piece_);
+    }
+
+private:
+    Piece piece_;
+    TempoMap tempo_;
+    NotePairing pairing_{piece_.notes};
+    BarLines barLines_;
+    double now_ = 0;
+};
 
 std::string_view tag(MidiBytes bytes)
 {
     return {reinterpret_cast<const char *>(bytes.data()), bytes.size()};
 }
 
-} // namespace
-
-std::variant<Piece, MidiFault> readMidiFile(std::span<const std::uint8_t> bytes)
+/// What a RIFF file of MIDI holds; other bytes as they are.
+MidiBytes unwrapped(MidiBytes bytes)
 {
     MidiReader file(bytes);
+    if (tag(file.take(4)) != "RIFF")
+        return bytes;
+    file.take(4); // its size; what is there counts
+    if (tag(file.take(4)) != "RMID")
+        return bytes;
+    while (!file.atEnd()) {
+        const std::string_view name = tag(file.take(4));
+        std::size_t size = 0;
+        for (int shift = 0; shift < 32; shift += 8)
+            size |= std::size_t{file.byte()} << shift;
+        const MidiBytes body = file.take(size);
+        if (name == "data")
+            return body;
+        file.take(size % 2);
+    }
+    return {};
+}
+
+struct Chunks {
+    std::vector<MidiTrack> tracks;
+    bool whole = true;
+};
+
+Chunks tracksOf(MidiReader file, std::size_t promised)
+{
+    Chunks found;
+    while (!file.atEnd()) {
+        const std::string_view name = tag(file.take(4));
+        const std::uint32_t size = file.number(4);
+        const MidiBytes body = file.take(size);
+        found.whole = found.whole && !file.failed();
+        if (name == "MTrk")
+            found.tracks.emplace_back(body, static_cast<int>(found.tracks.size()));
+    }
+    found.whole = found.whole && found.tracks.size() >= promised;
+    return found;
+}
+
+} // namespace
+
+std::variant<Piece, MidiFault> readMidiFile(
+    std::span<const std::uint8_t> bytes, MidiProgress *progress)
+{
+    constexpr std::size_t tellEvery = 4096;
+    MidiReader file(unwrapped(bytes));
     if (tag(file.take(4)) != "MThd")
         return MidiFault::NotMidi;
     MidiReader header(file.take(file.number(4)));
     const std::uint32_t format = header.number(2);
-    header.number(2); // how many tracks it says it has; those that are there count
+    const std::uint32_t promised = header.number(2);
     const auto division = static_cast<std::uint16_t>(header.number(2));
     if (header.failed())
         return MidiFault::NotMidi;
     const bool timeless = (division & 0x8000) != 0 ? (division & 0xff) == 0 : division == 0;
-    if (format > 1 || timeless)
+    if (format > 2 || timeless)
         return MidiFault::Unsupported;
 
-    std::vector<MidiEvent> events;
-    int track = 0;
-    while (!file.atEnd()) {
-        const std::string_view name = tag(file.take(4));
-        const MidiBytes body = file.take(file.number(4));
-        if (name == "MTrk")
-            readTrack(body, track++, events);
+    const auto [tracks, whole] = tracksOf(file, promised);
+    // Counted first, so that no list takes twice what it needs while it grows.
+    std::size_t notes = 0;
+    std::size_t messages = 0;
+    for (MidiTrack track : tracks) {
+        while (const auto event = track.next()) {
+            messages += event->message.status != 0 ? 1 : 0;
+            notes += event->message.presses() ? 1 : 0;
+        }
     }
-    Piece piece = assemble(std::move(events), division);
+    MidiTracks events(tracks, format == 2);
+    const auto size = static_cast<double>(bytes.size());
+    Assembly assembly(division, notes, messages);
+    for (std::size_t count = 1;; ++count) {
+        const auto event = events.next();
+        if (!event || !assembly.add(*event))
+            break;
+        if (progress && count % tellEvery == 0) {
+            progress->share = 1 - static_cast<double>(events.bytesLeft()) / size;
+            if (progress->cancelled)
+                break;
+        }
+    }
+    Piece piece = assembly.finish();
     if (piece.notes.empty())
         return MidiFault::Empty;
+    piece.endsEarly = !whole || events.broken();
     return piece;
 }
 

@@ -2,6 +2,7 @@
 
 #include "music/piece.h"
 
+#include <atomic>
 #include <cstdint>
 #include <span>
 #include <variant>
@@ -10,8 +11,16 @@ namespace kelo::engine {
 
 enum class MidiFault { NotMidi, Unsupported, Empty };
 
-/// Reads a Standard MIDI File of format 0 or 1. A damaged one gives what is whole in it; notes
-/// that are never released end with their track. What lies beyond a day is left out.
-[[nodiscard]] std::variant<Piece, MidiFault> readMidiFile(std::span<const std::uint8_t> bytes);
+/// How far reading has come, for other threads to look at.
+struct MidiProgress {
+    std::atomic<double> share = 0; ///< 0 to 1
+    std::atomic<bool> cancelled = false; ///< it may stop with what it has
+};
+
+/// Reads a Standard MIDI File, bare or in a RIFF file (RMID). The tracks of format 2 follow each
+/// other. A damaged file gives what is whole in it; notes that are never released end with their
+/// track. What lies beyond a day is left out.
+[[nodiscard]] std::variant<Piece, MidiFault> readMidiFile(
+    std::span<const std::uint8_t> bytes, MidiProgress *progress = nullptr);
 
 } // namespace kelo::engine

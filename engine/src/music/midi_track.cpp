@@ -4,63 +4,127 @@ namespace kelo::engine {
 
 namespace {
 
-std::size_t dataBytes(int kind)
-{
-    return kind == 0xc0 || kind == 0xd0 ? 1 : 2;
-}
+constexpr int tempoEvent = 0x51;
+constexpr int metreEvent = 0x58;
+constexpr int keyEvent = 0x59;
+constexpr int endEvent = 0x2f;
 
 } // namespace
 
-void readTrack(MidiBytes bytes, int track, std::vector<MidiEvent> &events)
+std::optional<MidiEvent> MidiTrack::next()
 {
-    constexpr int tempoEvent = 0x51;
-    constexpr int metreEvent = 0x58;
-    constexpr int keyEvent = 0x59;
-    constexpr int endEvent = 0x2f;
-    MidiReader reader(bytes);
-    Ticks now = 0;
-    std::uint8_t running = 0;
-    while (!reader.atEnd()) {
-        const std::uint32_t delta = reader.variable();
-        if (reader.failed())
-            break;
-        now += delta;
-        const int first = reader.peek();
+    while (state_ == State::Reading) {
+        if (reader_.atEnd())
+            return end(State::Broken);
+        const std::uint32_t delta = reader_.variable();
+        if (reader_.failed())
+            return end(State::Broken);
+        now_ += delta;
+        const int first = reader_.peek();
         if (first == 0xff) {
-            reader.byte();
-            const int kind = reader.byte();
-            const MidiBytes data = reader.take(reader.variable());
-            if (reader.failed() || kind == endEvent)
-                break;
-            if (kind == tempoEvent && data.size() == 3) {
-                const std::uint32_t microseconds = MidiReader(data).number(3);
-                if (microseconds > 0)
-                    events.push_back({now, track, {}, microseconds / 1e6});
-            } else if (kind == metreEvent && data.size() >= 2 && data[0] > 0 && data[1] <= 6) {
-                events.push_back({now, track, {}, 0, 4.0 * data[0] / (1 << data[1])});
-            } else if (kind == keyEvent && !data.empty()) {
-                events.push_back({now, track, {}, 0, 0, static_cast<std::int8_t>(data[0])});
-            }
+            reader_.byte();
+            const int kind = reader_.byte();
+            const MidiBytes data = reader_.take(reader_.variable());
+            if (reader_.failed())
+                return end(State::Broken);
+            if (kind == endEvent)
+                return end(State::Ended);
+            if (const auto event = meta(kind, data))
+                return event;
             continue;
         }
         if (first == 0xf0 || first == 0xf7) {
-            reader.byte();
-            reader.take(reader.variable());
-            running = 0;
+            reader_.byte();
+            reader_.take(reader_.variable());
+            running_ = 0;
             continue;
         }
         if (first >= 0x80)
-            running = reader.byte();
-        if (running < 0x80 || running >= 0xf0)
-            break;
-        ChannelMessage message{running, reader.byte(), 0};
-        if (dataBytes(message.kind()) == 2)
-            message.second = reader.byte();
-        if (reader.failed() || ((message.first | message.second) & 0x80) != 0)
-            break;
-        events.push_back({now, track, message});
+            running_ = reader_.byte();
+        if (running_ < 0x80 || running_ >= 0xf0)
+            return end(State::Broken);
+        ChannelMessage message{running_, reader_.byte(), 0};
+        if (message.size() == 3)
+            message.second = reader_.byte();
+        if (reader_.failed() || ((message.first | message.second) & 0x80) != 0)
+            return end(State::Broken);
+        return MidiEvent{now_, number_, message};
     }
-    events.push_back({now, track, {}});
+    return {};
+}
+
+std::optional<MidiEvent> MidiTrack::meta(int kind, MidiBytes data) const
+{
+    if (kind == tempoEvent && data.size() == 3) {
+        if (const std::uint32_t microseconds = MidiReader(data).number(3); microseconds > 0)
+            return MidiEvent{now_, number_, {}, microseconds / 1e6};
+    } else if (kind == metreEvent && data.size() >= 2 && data[0] > 0 && data[1] <= 6) {
+        return MidiEvent{now_, number_, {}, 0, 4.0 * data[0] / (1 << data[1])};
+    } else if (kind == keyEvent && !data.empty()) {
+        return MidiEvent{now_, number_, {}, 0, 0, static_cast<std::int8_t>(data[0])};
+    }
+    return {};
+}
+
+/// The last event is that end.
+MidiEvent MidiTrack::end(State state)
+{
+    state_ = state;
+    return {now_, number_, {}};
+}
+
+MidiTracks::MidiTracks(std::vector<MidiTrack> tracks, bool oneAfterTheOther)
+    : tracks_(std::move(tracks))
+    , sequence_(oneAfterTheOther)
+{
+    for (std::size_t i = 0; i < tracks_.size(); ++i)
+        read(i);
+}
+
+void MidiTracks::read(std::size_t track)
+{
+    if (const auto event = tracks_[track].next()) {
+        waiting_.push_back({*event, track});
+        std::ranges::push_heap(waiting_, later());
+    }
+}
+
+/// Tracks that follow each other are taken by their number, others by time.
+auto MidiTracks::later() const -> Later
+{
+    return Later{sequence_};
+}
+
+std::optional<MidiEvent> MidiTracks::next()
+{
+    if (waiting_.empty())
+        return {};
+    std::ranges::pop_heap(waiting_, later());
+    Waiting soonest = waiting_.back();
+    waiting_.pop_back();
+    read(soonest.track);
+    if (sequence_) {
+        if (soonest.track != current_) {
+            current_ = soonest.track;
+            offset_ = last_;
+        }
+        soonest.event.at += offset_;
+    }
+    last_ = soonest.event.at;
+    return soonest.event;
+}
+
+bool MidiTracks::broken() const
+{
+    return std::ranges::any_of(tracks_, &MidiTrack::broken);
+}
+
+std::size_t MidiTracks::bytesLeft() const
+{
+    std::size_t left = 0;
+    for (const MidiTrack &track : tracks_)
+        left += track.bytesLeft();
+    return left;
 }
 
 } // namespace kelo::engine

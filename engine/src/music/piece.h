@@ -35,6 +35,7 @@ struct Piece {
     std::vector<double> bars; ///< when each bar begins; an upbeat is part of the first
     int beats = 4; ///< of a bar
     Spelling spelling = Spelling::Mixed;
+    bool endsEarly = false; ///< it was cut off: a file that is not whole
 };
 
 /// Adds what a piano is told to play the notes, and the length.

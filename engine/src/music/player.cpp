@@ -16,6 +16,7 @@ constexpr double demonstrationDelay = 0.3;
 constexpr double carryOnDelay = 0.1; ///< longer than any block is on its way to the loudspeaker
 constexpr int drumChannel = 9;
 constexpr std::size_t notesPerLine = 64;
+constexpr std::size_t notesAtATime = 2048;
 
 unsigned char status(int kind, int channel)
 {
@@ -51,15 +52,6 @@ void Player::prepare(Piece music)
     stop();
     piece_ = std::move(music);
     instrument_.setGain(levellingGain(piece_));
-    lamps_.clear();
-    for (const Note &note : piece_.notes) {
-        if (note.channel == drumChannel)
-            continue;
-        lamps_.push_back({note.at, note.pitch, note.velocity});
-        lamps_.push_back({note.at + note.duration, note.pitch, 0});
-    }
-    std::stable_sort(
-        lamps_.begin(), lamps_.end(), [](const Lamp &a, const Lamp &b) { return a.at < b.at; });
 }
 
 void Player::again(double now)
@@ -159,9 +151,10 @@ void Player::playFrom(double from, double delay, double now)
         std::partition_point(piece_.messages.begin(), piece_.messages.end(),
             [&](const TimedMessage &message) { return message.at < from; })
         - piece_.messages.begin());
-    nextLamp_ = static_cast<std::size_t>(std::partition_point(lamps_.begin(), lamps_.end(),
-                                             [&](const Lamp &lamp) { return lamp.at < from; })
-        - lamps_.begin());
+    nextNote_ = static_cast<std::size_t>(
+        std::ranges::partition_point(piece_.notes, [&](const Note &note) { return note.at < from; })
+        - piece_.notes.begin());
+    lit_.clear();
     if (shown_) {
         char zero[64];
         std::snprintf(
@@ -174,25 +167,34 @@ void Player::playFrom(double from, double delay, double now)
 void Player::showRoll(double from)
 {
     wire_.send("rollnew", title_);
+    nextRollNote_ = 0;
+    rollFrom_ = from;
+    tellRoll();
+}
+
+/// Some more of the roll: all of a long piece at once would keep the display from drawing.
+void Player::tellRoll()
+{
     std::string line;
     std::size_t count = 0;
-    const auto flush = [&] {
-        if (count > 0)
-            wire_.send("rolln", line);
-        line.clear();
-        count = 0;
-    };
-    for (const Note &note : piece_.notes) {
-        if (note.channel == drumChannel || note.at + note.duration < from)
+    std::size_t told = 0;
+    for (; nextRollNote_ < piece_.notes.size() && told < notesAtATime; ++nextRollNote_) {
+        const Note &note = piece_.notes[nextRollNote_];
+        if (note.channel == drumChannel || note.at + note.duration < rollFrom_)
             continue;
         char text[96];
         std::snprintf(text, sizeof text, "%s%.4f,%.4f,%d,%d,%d", count > 0 ? ";" : "",
             note.at / speed_, note.duration / speed_, note.pitch, note.velocity, note.track);
         line += text;
-        if (++count == notesPerLine)
-            flush();
+        ++told;
+        if (++count == notesPerLine) {
+            wire_.send("rolln", line);
+            line.clear();
+            count = 0;
+        }
     }
-    flush();
+    if (count > 0)
+        wire_.send("rolln", line);
 }
 
 /// Gives every channel the instrument, the controllers and the pitch bend that it has at
@@ -244,14 +246,30 @@ void Player::restoreChannels(double until)
     }
 }
 
-void Player::light(const Lamp &lamp)
+/// Lights and puts out keys, in the order of time, up to this place of the piece.
+void Player::light(double until)
 {
-    int &count = sounding_[static_cast<std::size_t>(lamp.pitch)];
-    if (lamp.velocity > 0) {
-        ++count;
-        wire_.send("out", {lamp.pitch, lamp.velocity});
-    } else if (count > 0 && --count == 0) {
-        wire_.send("out", {lamp.pitch, 0});
+    const auto later = [](const Lit &a, const Lit &b) { return a.until > b.until; };
+    for (;;) {
+        const bool more = nextNote_ < piece_.notes.size() && piece_.notes[nextNote_].at <= until;
+        if (!lit_.empty() && lit_.front().until <= until
+            && (!more || lit_.front().until <= piece_.notes[nextNote_].at)) {
+            int &count = sounding_[static_cast<std::size_t>(lit_.front().pitch)];
+            if (count > 0 && --count == 0)
+                wire_.send("out", {lit_.front().pitch, 0});
+            std::ranges::pop_heap(lit_, later);
+            lit_.pop_back();
+        } else if (more) {
+            const Note &note = piece_.notes[nextNote_++];
+            if (note.channel == drumChannel)
+                continue;
+            ++sounding_[static_cast<std::size_t>(note.pitch)];
+            wire_.send("out", {note.pitch, note.velocity});
+            lit_.push_back({note.at + note.duration, note.pitch});
+            std::ranges::push_heap(lit_, later);
+        } else {
+            return;
+        }
     }
 }
 
@@ -267,8 +285,9 @@ void Player::advance(double now)
         ++nextMessage_;
     }
     const Frame heard = clock_.frameAt(now);
-    while (nextLamp_ < lamps_.size() && frameOf(lamps_[nextLamp_].at) <= heard)
-        light(lamps_[nextLamp_++]);
+    light(seconds(heard + 1 - origin_) * speed_); // all that begins with this sample
+    if (shown_)
+        tellRoll();
     nextSchedule_ = now + scheduleEvery;
     if (frameOf(piece_.length) <= heard)
         stop();
@@ -278,7 +297,11 @@ std::optional<double> Player::deadline() const
 {
     if (!playing())
         return {};
-    const double next = nextLamp_ < lamps_.size() ? lamps_[nextLamp_].at : piece_.length;
+    double next = piece_.length;
+    if (nextNote_ < piece_.notes.size())
+        next = std::min(next, piece_.notes[nextNote_].at);
+    if (!lit_.empty())
+        next = std::min(next, lit_.front().until);
     return std::min(clock_.timeOf(frameOf(next)), nextSchedule_);
 }
 

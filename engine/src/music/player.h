@@ -54,17 +54,18 @@ public:
 private:
     enum class State { Stopped, Playing, Paused };
 
-    struct Lamp {
-        double at = 0;
+    /// A key that is lit, until its note ends.
+    struct Lit {
+        double until = 0;
         int pitch = 0;
-        int velocity = 0; ///< 0 where the note ends
     };
 
     void playFrom(double from, double delay, double now);
     void showRoll(double from);
+    void tellRoll();
     void restoreChannels(double until);
     void halt();
-    void light(const Lamp &lamp);
+    void light(double until);
     [[nodiscard]] Frame frameOf(double at) const { return origin_ + frames(at / speed_); }
     [[nodiscard]] double positionAt(double now) const;
     void prepare(Piece music);
@@ -77,11 +78,13 @@ private:
     std::string title_;
     bool shown_ = true; ///< its roll is on the display
     double speed_ = 1;
-    std::vector<Lamp> lamps_; ///< in the order of time
     Frame origin_ = 0; ///< sounds when the piece's time 0 does
     double pausedAt_ = 0; ///< where it was paused
     std::size_t nextMessage_ = 0;
-    std::size_t nextLamp_ = 0;
+    std::size_t nextNote_ = 0; ///< to be lit
+    std::vector<Lit> lit_; ///< a heap, soonest end first
+    std::size_t nextRollNote_ = 0; ///< to be told
+    double rollFrom_ = 0;
     double nextSchedule_ = 0;
     std::array<int, 128> sounding_{}; ///< how many notes hold each key
 };

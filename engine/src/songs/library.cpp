@@ -72,15 +72,18 @@ std::variant<Piece, MidiFault> Library::load(std::size_t song) const
     return MidiFault::Empty;
 }
 
-std::variant<Piece, MidiFault> loadMidiFile(const std::filesystem::path &path)
+std::variant<Piece, MidiFault> loadMidiFile(
+    const std::filesystem::path &path, MidiProgress *progress)
 {
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error)
         || std::filesystem::file_size(path, error) > largestMidiFile)
         return MidiFault::NotMidi;
     std::ifstream file(path, std::ios::binary);
-    const std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(file), {}};
-    return readMidiFile(bytes);
+    std::vector<std::uint8_t> bytes(std::filesystem::file_size(path, error));
+    file.read(reinterpret_cast<char *>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<std::size_t>(file.gcount()));
+    return readMidiFile(bytes, progress);
 }
 
 std::filesystem::path songsFolder(const std::filesystem::path &home)

@@ -33,7 +33,8 @@ private:
 };
 
 /// Reads a MIDI file of a size that a piece of music may have.
-[[nodiscard]] std::variant<Piece, MidiFault> loadMidiFile(const std::filesystem::path &path);
+[[nodiscard]] std::variant<Piece, MidiFault> loadMidiFile(
+    const std::filesystem::path &path, MidiProgress *progress = nullptr);
 
 /// The music folder's "Kelo Songs", as the desktop's settings and `home` have it.
 [[nodiscard]] std::filesystem::path songsFolder(const std::filesystem::path &home);

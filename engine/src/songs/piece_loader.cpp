@@ -1,0 +1,30 @@
+#include "songs/piece_loader.h"
+
+#include "songs/library.h"
+
+#include <chrono>
+#include <utility>
+
+namespace kelo::engine {
+
+PieceLoader::PieceLoader(std::filesystem::path file)
+    : reading_(std::async(std::launch::async, [path = std::move(file), progress = progress_.get()] {
+        return loadMidiFile(path, progress);
+    }))
+{
+}
+
+PieceLoader::~PieceLoader()
+{
+    progress_->cancelled = true;
+}
+
+std::optional<std::variant<Piece, MidiFault>> PieceLoader::take(double seconds)
+{
+    if (!reading_.valid()
+        || reading_.wait_for(std::chrono::duration<double>(seconds)) != std::future_status::ready)
+        return {};
+    return reading_.get();
+}
+
+} // namespace kelo::engine

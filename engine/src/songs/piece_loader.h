@@ -1,0 +1,34 @@
+#pragma once
+
+#include "music/midi_file.h"
+
+#include <filesystem>
+#include <future>
+#include <memory>
+#include <optional>
+#include <variant>
+
+namespace kelo::engine {
+
+/// Reads a MIDI file on a thread of its own, so that a large one keeps nobody waiting.
+class PieceLoader {
+public:
+    explicit PieceLoader(std::filesystem::path file);
+
+    /// Gives up reading, which takes a moment.
+    ~PieceLoader();
+    PieceLoader(const PieceLoader &) = delete;
+    PieceLoader &operator=(const PieceLoader &) = delete;
+
+    /// What was read, once, if that is there within `seconds`.
+    [[nodiscard]] std::optional<std::variant<Piece, MidiFault>> take(double seconds = 0);
+
+    /// How much has been read, 0 to 1.
+    [[nodiscard]] double progress() const { return progress_->share; }
+
+private:
+    std::unique_ptr<MidiProgress> progress_ = std::make_unique<MidiProgress>();
+    std::future<std::variant<Piece, MidiFault>> reading_;
+};
+
+} // namespace kelo::engine
