@@ -2,6 +2,7 @@
 
 #include <QSocketNotifier>
 
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -22,6 +23,15 @@ void reportSignal(int)
 }
 
 } // namespace
+
+void openMissingStreams()
+{
+    // Each opens as the lowest number that is free.
+    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+        if (::fcntl(stream, F_GETFD) == -1 && ::open("/dev/null", O_RDWR) == -1)
+            return;
+    }
+}
 
 bool prepareDisplay()
 {

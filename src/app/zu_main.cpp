@@ -49,6 +49,7 @@ int runDisplay(const kelo::Arguments &arguments)
 
 extern "C" int zu_main(int argc, char **argv)
 {
+    kelo::session::openMissingStreams();
     QStringList list;
     for (int i = 0; i < argc; ++i)
         list.append(QString::fromLocal8Bit(argv[i]));

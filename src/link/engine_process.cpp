@@ -1,8 +1,8 @@
 #include "link/engine_process.h"
 
 #include <QDeadlineTimer>
-#include <QDir>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QLoggingCategory>
 #include <QScopedValueRollback>
 #include <QTimer>
@@ -24,7 +24,15 @@ constexpr int linesBetweenLooks = 8; // at the clock
 constexpr int lastChunks = 16; // read after the end, when others may still hold the pipe
 constexpr qint64 largestUnread = 8 << 20; // bytes written that the engine has not taken
 constexpr auto look = 50ms; // at the output of an engine that is waited for
-constexpr auto graceOfRetired = 2s;
+constexpr auto grace = 5s; // to end, for an engine that was told to
+constexpr auto betweenDrains = 50ms;
+
+// Kills process "$1" unless it has ended by itself in "$2" tenths of a second. For the program's
+// end, when nobody else is left to do it; one process and no group, since a mistake there is the
+// worst.
+constexpr auto killLater = u"i=0; while kill -0 \"$1\" 2>/dev/null; do "
+                           "[ $i -lt \"$2\" ] || { kill -KILL \"$1\"; exit; }; "
+                           "i=$((i+1)); sleep 0.1; done";
 
 void closeFile(int &file)
 {
@@ -42,11 +50,12 @@ EngineProcess::EngineProcess(const EngineCommand &command, LineHandler handler, 
     process_.setProcessEnvironment(command.environment);
     process_.setStandardErrorFile(QProcess::nullDevice());
     process_.setStandardOutputFile(QProcess::nullDevice());
-    process_.setChildProcessModifier([this] { ::dup2(outputOfEngine_, STDOUT_FILENO); });
-    if (QDir(command.workingDirectory).exists())
-        process_.setWorkingDirectory(command.workingDirectory);
-    else
-        qCWarning(linkLog) << "no data directory at" << command.workingDirectory;
+    process_.setChildProcessModifier([this] {
+        ::setpgid(0, 0);
+        ::dup2(outputOfEngine_, STDOUT_FILENO);
+    });
+    process_.setWorkingDirectory(command.workingDirectory);
+    connect(&draining_, &QTimer::timeout, this, &EngineProcess::drain);
 
     connect(&process_, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         if (error == QProcess::Timedout)
@@ -64,17 +73,19 @@ EngineProcess::EngineProcess(const EngineCommand &command, LineHandler handler, 
 EngineProcess::~EngineProcess()
 {
     process_.disconnect(this);
-    if (isRunning()) {
-        process_.kill();
-        process_.waitForFinished();
-    }
-    outputReady_.reset();
-    closeFile(output_);
+    if (isRunning())
+        leaveToItself();
+    closeOutput();
 }
 
 void EngineProcess::start()
 {
-    if (!openOutput()) {
+    // QProcess would find out too, but loses a file descriptor over it.
+    const QFileInfo program(process_.program());
+    const bool startable = program.isFile() && program.isExecutable();
+    if (!startable)
+        qCWarning(linkLog) << "no engine at" << program.filePath();
+    if (!startable || !openOutput()) {
         QMetaObject::invokeMethod(this, &EngineProcess::failedToStart, Qt::QueuedConnection);
         return;
     }
@@ -85,18 +96,29 @@ void EngineProcess::start()
 bool EngineProcess::openOutput()
 {
     std::array<int, 2> ends{};
-    if (::pipe(ends.data()) != 0) {
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
         qCWarning(linkLog) << "no pipe for the engine:" << qt_error_string();
         return false;
     }
     output_ = ends[0];
     outputOfEngine_ = ends[1];
-    for (const int end : ends)
-        ::fcntl(end, F_SETFD, FD_CLOEXEC);
     ::fcntl(output_, F_SETFL, O_NONBLOCK);
     outputReady_ = std::make_unique<QSocketNotifier>(output_, QSocketNotifier::Read);
     connect(outputReady_.get(), &QSocketNotifier::activated, this, &EngineProcess::readOutput);
     return true;
+}
+
+void EngineProcess::watchOutput(bool on)
+{
+    if (outputReady_)
+        outputReady_->setEnabled(on);
+}
+
+void EngineProcess::closeOutput()
+{
+    draining_.stop();
+    outputReady_.reset();
+    closeFile(output_);
 }
 
 void EngineProcess::write(const QByteArray &bytes)
@@ -134,6 +156,25 @@ void EngineProcess::condemn()
     process_.kill();
 }
 
+void EngineProcess::terminate()
+{
+    process_.terminate();
+}
+
+void EngineProcess::leaveToItself()
+{
+    const qint64 pid = process_.processId();
+    if (pid <= 1)
+        return;
+    process_.closeWriteChannel();
+    process_.terminate();
+    const auto tenths = std::chrono::duration_cast<std::chrono::milliseconds>(grace) / 100ms;
+    QProcess::startDetached(QStringLiteral("/bin/sh"),
+        {QStringLiteral("-c"), QString::fromUtf16(killLater), QStringLiteral("kelo"),
+            QString::number(pid), QString::number(tenths)});
+    process_.leave();
+}
+
 void EngineProcess::retire()
 {
     disconnect();
@@ -144,14 +185,22 @@ void EngineProcess::retire()
     }
     process_.closeWriteChannel();
     connect(&process_, &QProcess::finished, this, &QObject::deleteLater);
-    QTimer::singleShot(graceOfRetired, &process_, &QProcess::kill);
+    // Nobody listens, but an engine must not hang in its last words.
+    watchOutput(false);
+    draining_.start(betweenDrains);
+    QTimer::singleShot(grace, &process_, &QProcess::kill);
+}
+
+void EngineProcess::drain()
+{
+    for (int i = 0; i < lastChunks && !readChunk().isEmpty(); ++i) { }
 }
 
 QByteArrayView EngineProcess::readChunk()
 {
     const ssize_t count = ::read(output_, chunk_.data(), chunk_.size());
     if (count == 0)
-        outputReady_->setEnabled(false); // nobody is left to write
+        watchOutput(false); // nobody is left to write
     return {chunk_.data(), static_cast<qsizetype>(std::max<ssize_t>(count, 0))};
 }
 
@@ -166,7 +215,7 @@ void EngineProcess::readOutput()
 
 void EngineProcess::handleLines(std::chrono::milliseconds longest)
 {
-    outputReady_->setEnabled(false);
+    watchOutput(false);
     QElapsedTimer spent;
     spent.start();
     for (int count = 1; listening_; ++count) {
@@ -187,7 +236,7 @@ void EngineProcess::handleLines(std::chrono::milliseconds longest)
             return;
         }
     }
-    outputReady_->setEnabled(true);
+    watchOutput(listening_);
 }
 
 void EngineProcess::reportEnd(int code, QProcess::ExitStatus status)
@@ -205,6 +254,7 @@ void EngineProcess::reportEnd(int code, QProcess::ExitStatus status)
     }
     handleLines(withoutEnd);
     listening_ = false;
+    closeOutput(); // a child of the engine may still write to it
     qCInfo(linkLog) << "engine ended with" << code << status;
     Q_EMIT ended(status == QProcess::NormalExit && code == 0 && !condemned_);
 }

@@ -5,6 +5,7 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <array>
 #include <chrono>
@@ -20,6 +21,13 @@ struct EngineCommand {
     QProcessEnvironment environment;
 };
 
+/// A child process that may outlive its object.
+class LeavableProcess final : public QProcess {
+public:
+    /// It goes on by itself: neither watched nor killed from here on.
+    void leave() { setProcessState(NotRunning); }
+};
+
 /// One run of the engine. Starts it, hands on the lines it prints, reports its end once.
 /// Lives on the GUI thread and never blocks it, but for `waitForEnd`.
 ///
@@ -27,6 +35,9 @@ struct EngineCommand {
 /// runs, and nothing more is read before the last are handled, so an engine that prints faster
 /// has to wait; that is why its output comes through a pipe of our own and not through QProcess,
 /// which reads all there is. An engine that does not read what is written to it is ended.
+///
+/// It runs in a process group of its own, so what a terminal sends to ours does not reach it. Once
+/// told to end, it has seconds to do so, beyond the life of this object and of the program.
 class EngineProcess : public QObject {
     Q_OBJECT
 
@@ -48,14 +59,14 @@ public:
     /// after that, as is its end.
     void waitForEnd(std::chrono::milliseconds longest);
     void closeInput() { process_.closeWriteChannel(); }
-    void terminate() { process_.terminate(); }
+    void terminate();
 
     /// Kills an engine that can't be trusted any more. It is no longer listened to, and its end is
     /// reported as unclean.
     void condemn();
 
     /// Lets go of a process that is no longer ours to talk to: its input is closed, nothing it does
-    /// is reported any more, it is killed if it does not end by itself, and then this object
+    /// is reported any more, it is killed if it has not ended seconds later, and then this object
     /// deletes itself.
     void retire();
 
@@ -67,15 +78,20 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] bool openOutput();
+    void watchOutput(bool on);
+    void closeOutput();
+    void drain();
+    void leaveToItself();
     [[nodiscard]] QByteArrayView readChunk();
     void readOutput();
     void handleLines(std::chrono::milliseconds longest);
     void reportEnd(int code, QProcess::ExitStatus status);
 
-    QProcess process_;
+    LeavableProcess process_;
     int output_ = -1; // our end of the pipe from its standard output, never blocking
     int outputOfEngine_ = -1; // its end, ours only until it runs
     std::unique_ptr<QSocketNotifier> outputReady_;
+    QTimer draining_; // reads for nobody what a retired engine still prints
     std::array<char, 65536> chunk_; // as much as the pipe holds
     LineSplitter lines_;
     LineHandler handler_;

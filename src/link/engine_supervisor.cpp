@@ -3,12 +3,16 @@
 #include "link/bridge.h"
 #include "link/time_source.h"
 
+#include <QDir>
 #include <QFileInfo>
+#include <QLoggingCategory>
 #include <QPointer>
 
 #include <utility>
 
 using namespace Qt::StringLiterals;
+
+Q_DECLARE_LOGGING_CATEGORY(linkLog)
 
 namespace kelo {
 
@@ -31,7 +35,8 @@ EngineSupervisor::EngineSupervisor(Setup setup, EngineProcess::LineHandler handl
 
 void EngineSupervisor::start()
 {
-    stopping_ = false;
+    stopping_ = asked_ = false;
+    ++starts_;
     Q_EMIT stateChanged(EngineState::Starting);
     installBridge(setup_.payload, setup_.baseDir);
 
@@ -44,6 +49,11 @@ void EngineSupervisor::start()
         u"PATH"_s, u"/usr/bin:/bin:/usr/sbin:/sbin:/opt/homebrew/bin:/usr/local/bin"_s);
 
     release();
+    if (!QDir().mkpath(setup_.baseDir)) {
+        qCWarning(linkLog) << "no data directory can be at" << setup_.baseDir;
+        Q_EMIT stateChanged(EngineState::Offline);
+        return;
+    }
     // The engine runs in the data directory, where a relative path would lead elsewhere.
     const QString executable = QFileInfo(setup_.payload + "/kelo-engine"_L1).absoluteFilePath();
     process_ = new EngineProcess({executable, setup_.baseDir, environment}, handler_, this);
@@ -57,9 +67,9 @@ void EngineSupervisor::start()
 
 void EngineSupervisor::stop()
 {
-    if (!process_ || stopping_)
+    if (!process_ || asked_)
         return;
-    stopping_ = true;
+    stopping_ = asked_ = true;
     process_->write("q");
     process_->waitForEnd(quitPatience);
     process_->closeInput();
@@ -71,7 +81,10 @@ void EngineSupervisor::restart()
 {
     stop();
     release();
-    setup_.time.after(restartAfterStop, this, [this] { start(); });
+    setup_.time.after(restartAfterStop, this, [this, mine = ++starts_] {
+        if (mine == starts_)
+            start();
+    });
 }
 
 void EngineSupervisor::write(const QByteArray &bytes)

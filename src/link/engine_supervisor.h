@@ -28,9 +28,10 @@ public:
     EngineSupervisor(Setup setup, EngineProcess::LineHandler handler, QObject *parent);
 
     void start();
-    /// Asks the engine to quit and makes sure that it does; blocks for at most 1.5 seconds.
+    /// Asks the engine to quit, and tells it to after 1.5 seconds, for which it blocks. Then it has
+    /// seconds to end, in the background.
     void stop();
-    /// Stops the engine and starts a new one 0.4 seconds later.
+    /// Stops the engine and starts a new one 0.4 seconds after the last of these calls.
     void restart();
     /// From here to the next start an end of the engine is not its crash.
     void expectEnd() { stopping_ = true; }
@@ -54,7 +55,9 @@ private:
     EngineProcess::LineHandler handler_;
     EngineProcess *process_ = nullptr; // a child of ours; the identity of the current run
     CrashWindow crashes_;
-    bool stopping_ = false;
+    bool stopping_ = false; // an end is no crash
+    bool asked_ = false; // to quit
+    int starts_ = 0; // serial number of what was last started or is to be
 };
 
 } // namespace kelo

@@ -102,7 +102,7 @@ public:
 
     /// Launches the engine. "OFFLINE" when that fails; nothing is retried then.
     void start() { engine_.start(); }
-    /// Asks the engine to quit and makes sure that it does; blocks for at most 1.5 seconds.
+    /// Asks the engine to quit and makes sure that it will; blocks for at most 1.5 seconds.
     void stop() { engine_.stop(); }
     /// Stops the engine and starts a new one 0.4 seconds later.
     Q_INVOKABLE void restart() { engine_.restart(); }

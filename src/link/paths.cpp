@@ -14,7 +14,8 @@ namespace kelo {
 
 QString dataDirectory(const QProcessEnvironment &environment)
 {
-    QString directory = environment.value(u"KELO_HOME"_s);
+    // Relative, it would mean another place to the engine, which runs inside it.
+    QString directory = QDir::current().absoluteFilePath(environment.value(u"KELO_HOME"_s));
     if (!environment.contains(u"KELO_HOME"_s)) {
         directory =
             QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/Kelo"_L1;

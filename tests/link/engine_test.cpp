@@ -11,8 +11,6 @@
 
 #include <unistd.h>
 
-#include <csignal>
-
 using namespace Qt::StringLiterals;
 using namespace kelo;
 using namespace kelo::test;
@@ -28,6 +26,22 @@ public:
         QTRY_COMPARE(link().mode.get(), u"talk"_s);
     }
 };
+
+QStringList openFiles();
+const QStringList openAtStart = openFiles(); // what who started the test gave it
+
+QStringList openFiles()
+{
+    return QDir(u"/proc/self/fd"_s)
+        .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+}
+
+/// Runs, and is no mere entry in the table of processes.
+bool lives(qint64 pid)
+{
+    const QByteArray stat = readFile(u"/proc/%1/stat"_s.arg(pid));
+    return !stat.isEmpty() && !stat.mid(stat.lastIndexOf(')')).startsWith(") Z");
+}
 
 } // namespace
 
@@ -49,8 +63,13 @@ private Q_SLOTS:
                 writeFile(program, contents);
                 QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner);
             }
-            fixture->start();
-            QTRY_COMPARE(fixture->state.get(), u"OFFLINE"_s);
+            const qsizetype before = openFiles().size();
+            for (int i = 0; i < 3; ++i) {
+                fixture->start();
+                QTRY_COMPARE(fixture->state.get(), u"OFFLINE"_s);
+            }
+            QTest::qWait(0);
+            QVERIFY(*contents || openFiles().size() == before);
             fixture->send(u"~bg\n"_s);
             fixture->stop();
             fixture.time.advance(1000);
@@ -230,21 +249,88 @@ private Q_SLOTS:
         QCOMPARE(fixture.engine.runs(), 1);
     }
 
+    void thereIsTimeToEnd_data()
+    {
+        const Table<QByteArray> row{"end"};
+        row("the program ends", "stop");
+        row("it ends at once", "");
+        row("it starts anew", "relaunch stop");
+        row("the engine starts anew", "restart");
+        row("and the program ends then", "restart stop");
+    }
+
+    void thereIsTimeToEnd()
+    {
+        QFETCH(QByteArray, end);
+        auto fixture = std::make_unique<Talking>("saves 800\nline @mode talk");
+        const ScriptedEngine engine = fixture->engine;
+        fixture->folder.setAutoRemove(false);
+        if (end.startsWith("relaunch"))
+            fixture->say({"relaunch"});
+        if (end.startsWith("restart"))
+            (*fixture)->restart();
+        if (end.endsWith("stop"))
+            (*fixture)->stop();
+        QVERIFY(!engine.saved());
+        if (!end.endsWith("restart"))
+            fixture.reset();
+        QTRY_VERIFY(engine.saved());
+        QCOMPARE(engine.input(), QByteArray(end.isEmpty() ? "" : "q"));
+    }
+
+    void aStubbornOneIsKilledAtLast_data()
+    {
+        const Table<bool> row{"left"};
+        row("after a restart", false);
+        row("after the program's end", true);
+    }
+
     void aStubbornOneIsKilledAtLast()
     {
-        pid_t pid = 0;
-        {
-            Talking fixture("stubborn\nline @mode talk\nbytes 1000000");
-            pid = static_cast<pid_t>(fixture.engine.pid());
-            QElapsedTimer took;
-            took.start();
-            fixture->stop();
-            QVERIFY(took.elapsed() >= 1400);
-            QVERIFY(took.elapsed() < 2500);
-            QCOMPARE(::kill(pid, 0), 0);
-            fixture->restart(); // lets go of it; it dies with the link at the latest
+        QFETCH(bool, left);
+        auto fixture = std::make_unique<Talking>("stubborn\nline @mode talk\nbytes 1000000");
+        const qint64 pid = fixture->engine.pid();
+        QElapsedTimer took;
+        took.start();
+        left ? (*fixture)->stop() : (*fixture)->restart();
+        QVERIFY(took.elapsed() >= 1400);
+        if (left)
+            fixture.reset();
+        QTest::qWait(2000);
+        QVERIFY(lives(pid));
+        QTRY_VERIFY_WITH_TIMEOUT(!lives(pid), 8000);
+    }
+
+    void nothingOfOursReachesIt()
+    {
+        Talking fixture("line @mode talk");
+        QStringList files = QString::fromLatin1(fixture.engine.files()).split(u' ');
+        files.removeIf([](const QString &file) { return openAtStart.contains(file); });
+        QVERIFY2(files.size() <= 1, qPrintable(files.join(u' '))); // with which it looks
+        // What a terminal sends to our process group does not.
+        const auto pid = static_cast<pid_t>(fixture.engine.pid());
+        QCOMPARE(::getpgid(pid), pid);
+    }
+
+    void itsChildrenCostNothing()
+    {
+        Talking fixture("line @mode talk\nflood\nwait x\nexit 0");
+        QTRY_VERIFY(fixture.engine.flooder() > 0);
+        fixture->send(u"x"_s);
+        QTRY_COMPARE(fixture->state.get(), u"OFFLINE"_s);
+        QTRY_VERIFY(!lives(fixture.engine.flooder())); // its output leads nowhere
+    }
+
+    void restartingTwiceStartsOne()
+    {
+        Talking fixture("line @mode talk");
+        for (int i = 0; i < 3; ++i) {
+            fixture->restart();
+            fixture.time.advance(0.3);
         }
-        QCOMPARE(::kill(pid, 0), -1);
+        fixture.time.advance(1);
+        QTRY_COMPARE(fixture->state.get(), u"ONLINE"_s);
+        QCOMPARE(fixture.engine.runs(), 2);
     }
 
     void restartingIgnoresTheOldOne_data()
@@ -294,7 +380,9 @@ private Q_SLOTS:
     void relaunchingIsNoCrash()
     {
         LinkFixture fixture;
-        fixture.start("line @relaunch\nexit 1");
+        fixture.start("line @relaunch\nwait q\nexit 1");
+        QTRY_COMPARE(fixture.shell.calls, QStringList{u"relaunch"_s});
+        fixture->stop();
         QTRY_COMPARE(fixture->state.get(), u"OFFLINE"_s);
         QCOMPARE(fixture.shell.calls, QStringList{u"relaunch"_s});
     }
@@ -348,12 +436,17 @@ private Q_SLOTS:
 
     void theDataDirectoryMayBeMissing()
     {
-        for (const QString &place : {u"missing"_s, u"script"_s}) { // the second is a file
-            LinkFixture fixture;
-            fixture.dataDir = fixture.folder.filePath(place);
-            fixture.start("line @mode talk");
-            QTRY_COMPARE(fixture->mode.get(), u"talk"_s);
-        }
+        LinkFixture made;
+        made.dataDir = made.folder.filePath(u"not/yet/there"_s);
+        made.start("line @mode talk");
+        QTRY_COMPARE(made->mode.get(), u"talk"_s);
+        QCOMPARE(made.engine.workingDirectory(), made.dataDir);
+
+        LinkFixture inTheWay;
+        inTheWay.dataDir = inTheWay.folder.filePath(u"script"_s);
+        inTheWay.start();
+        QCOMPARE(inTheWay->state.get(), u"OFFLINE"_s);
+        QCOMPARE(inTheWay.engine.runs(), 0);
     }
 };
 

@@ -21,6 +21,8 @@ namespace kelo::test {
 ///     sleep MS       does nothing for a while, not even reading
 ///     wait TEXT      reads its input until TEXT has come
 ///     stubborn       from here on ignores both "q" and the polite termination signal
+///     saves MS       ignores "q"; the termination signal has it take MS, note that, and end
+///     flood          starts a child that prints for as long as somebody reads
 ///     deaf           closes its input
 ///     crash          dies of a signal
 ///     exit N         ends with that status
@@ -51,6 +53,12 @@ public:
     [[nodiscard]] qsizetype runs() const { return notes("runs").size(); }
     /// Process id of the last run.
     [[nodiscard]] qint64 pid() const { return notes("pid").toLongLong(); }
+    /// Process id of the last flooding child.
+    [[nodiscard]] qint64 flooder() const { return notes("flooder").toLongLong(); }
+    /// One that "saves" had the time it needed.
+    [[nodiscard]] bool saved() const { return notes("saved") == "yes"; }
+    /// Numbers of the files that were open when the last run began.
+    [[nodiscard]] QByteArray files() const { return notes("files"); }
     /// All that was read from the standard input, over all runs.
     [[nodiscard]] QByteArray input() const { return notes("input"); }
     /// Working directory of the last run.

@@ -59,6 +59,24 @@ def serve():
     os._exit(0)
 
 
+def save_slowly(seconds):
+    def save(*_):
+        time.sleep(seconds)
+        note("saved", b"yes")
+        os._exit(0)
+
+    global stubborn
+    stubborn = True
+    signal.signal(signal.SIGTERM, save)
+
+
+def flood():
+    if os.fork() == 0:
+        note("flooder", b"%d" % os.getpid())
+        while True:
+            write(b"x" * 4096)
+
+
 STEPS = {
     "line": lambda rest: write(rest + b"\n"),
     "raw": lambda rest: write(rest.decode("unicode_escape").encode("latin-1")),
@@ -68,6 +86,8 @@ STEPS = {
     "sleep": lambda rest: time.sleep(int(rest) / 1000),
     "wait": wait,
     "stubborn": lambda rest: resist(),
+    "saves": lambda rest: save_slowly(int(rest) / 1000),
+    "flood": lambda rest: flood(),
     "deaf": lambda rest: os.close(0),
     "crash": lambda rest: os.kill(os.getpid(), signal.SIGKILL),
     "exit": lambda rest: os._exit(int(rest)),
@@ -79,6 +99,7 @@ signal.signal(signal.SIGPIPE, signal.SIG_DFL)
 note("runs", b".", "ab")
 note("cwd", os.getcwdb())
 note("pid", b"%d" % os.getpid())
+note("files", b" ".join(sorted(os.listdir(b"/proc/self/fd"))))
 note("environment", b"".join(b"%s=%s\n" % entry for entry in os.environb.items()))
 with open(SCRIPT, "rb") as script:
     for step in script.read().split(b"\n"):
