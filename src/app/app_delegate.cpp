@@ -3,12 +3,14 @@
 #include "app/announcer.h"
 #include "app/arguments.h"
 #include "app/desktop_contrast.h"
+#include "app/desktop_motion.h"
 #include "app/launch.h"
 #include "app/main_view.h"
 #include "app/overlay.h"
 #include "app/session.h"
 #include "hud/theme.h"
 #include "link/link.h"
+#include "visual/motion/scene_item.h"
 #include "voice/voice_control.h"
 
 #include <QCoreApplication>
@@ -72,6 +74,7 @@ void AppDelegate::launch(const Arguments &arguments, bool startedByLogin)
             link_.followContrast(true);
         });
     }
+    new DesktopMotion(&SceneItem::setReducedMotion, this);
     link_.start();
     voice_.resumeIfWanted();
 }

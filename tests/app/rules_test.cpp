@@ -1,5 +1,6 @@
 #include "app/announcement_queue.h"
 #include "app/arguments.h"
+#include "app/desktop_motion.h"
 #include "app/display_scale.h"
 #include "app/launch.h"
 #include "app/overlay_rules.h"
@@ -51,6 +52,25 @@ private Q_SLOTS:
             read.snapshotNames.isEmpty() ? u"-"_s : read.snapshotNames,
             read.wakeTestReport.value_or(QString()), read.wakeTestName};
         QTEST(parts.join(u'|'), "understood");
+    }
+
+    void followsTheDesktopsWishForLessMotion()
+    {
+        QList<bool> said;
+        DesktopMotion motion([&said](bool reduced) { said << reduced; });
+        const auto set = [&motion](
+                             const QString &group, const QString &key, const QVariant &value) {
+            motion.settingChanged(group, key, QDBusVariant(value));
+        };
+        const QString shared = u"org.freedesktop.appearance"_s;
+        const QString older = u"org.gnome.desktop.interface"_s;
+        set(shared, u"reduced-motion"_s, QVariant::fromValue(QDBusVariant(1U)));
+        set(older, u"enable-animations"_s, false);
+        set(shared, u"contrast"_s, 0U);
+        set(shared, u"reduced-motion"_s, 0U);
+        QCOMPARE(said, QList<bool>{true});
+        set(older, u"enable-animations"_s, true);
+        QCOMPARE(said, (QList<bool>{true, false}));
     }
 
     void opensNoWindowAtLogin()
