@@ -50,8 +50,8 @@ public:
     [[nodiscard]] bool magnified() const { return magnified_; }
     void setMagnified(bool on);
 
-    /// The system's fixed-width face, `size` logical pixels high (whole ones: the font engine
-    /// knows no others), with `tracking` pixels added after each letter.
+    /// The system's fixed-width face, `size` logical pixels high, fractions included, with
+    /// `tracking` pixels added after each letter.
     Q_INVOKABLE [[nodiscard]] static QFont mono(
         double size, int weight = QFont::Normal, double tracking = 0);
 

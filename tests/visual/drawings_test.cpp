@@ -1,24 +1,58 @@
-#include "item_window.h"
+#include "support/link_fixture.h"
 #include "support/table.h"
 #include "visual/caption/caption_item.h"
 #include "visual/ring/ring_node.h"
 
-#include <QFontMetricsF>
 #include <QGuiApplication>
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QSGRendererInterface>
 #include <QSignalSpy>
 #include <QTest>
+#include <QtQml/qqmlextensionplugin.h>
 
 #include <cmath>
 #include <functional>
+
+Q_IMPORT_QML_PLUGIN(Kelo_VisualPlugin)
 
 using namespace Qt::StringLiterals;
 using namespace kelo;
 using namespace kelo::test;
 
 namespace {
+
+/// A window with one item of the module in it, over a link of its own. It is shown only on demand.
+class ItemWindow {
+public:
+    explicit ItemWindow(const QString &type, QSize size = {400, 440})
+    {
+        window.engine()->addImportPath(u"qrc:/qt/qml"_s);
+        QQmlComponent component(window.engine());
+        component.setData(u"import Kelo.Visual\n%1 {}"_s.arg(type).toUtf8(), QUrl());
+        item = qobject_cast<SceneItem *>(component.create());
+        if (!item)
+            qFatal("%s", qPrintable(component.errorString()));
+        window.setContent(QUrl(), nullptr, item);
+        window.resize(size);
+        window.contentItem()->setSize(size);
+        item->setSize(size);
+        item->setLink(&fixture.link());
+    }
+
+    /// What it shows of the link as it is now.
+    QImage picture()
+    {
+        item->refresh();
+        return window.grabWindow();
+    }
+
+    LinkFixture fixture;
+    QQuickView window;
+    SceneItem *item = nullptr;
+};
 
 /// An item that is one node.
 template <typename Node> class Pictured final : public QQuickItem {
@@ -101,55 +135,9 @@ private Q_SLOTS:
         QVERIFY2(offScope <= 2, QByteArray::number(offScope));
     }
 
-    void captionLettersHaveTheirColour_data()
-    {
-        const Table<bool, bool> row{"contrast", "large"};
-        row("normal", false, false);
-        row("contrast", true, false);
-        row("large", false, true);
-    }
-
-    void captionLettersHaveTheirColour()
-    {
-        QFETCH(bool, contrast);
-        QFETCH(bool, large);
-        ItemWindow stand(u"Caption"_s, {900, 100});
-        stand.fixture->followContrast(contrast);
-        stand.fixture->setAccess(u"large"_s, large);
-        // Full blocks: every pixel of a cell's middle has the letter's colour.
-        const QString blocks(24, QChar(0x2588));
-        stand.fixture.say({"say " + blocks.toUtf8(), "word 0 10 1000"});
-        for (int i = 0; i < 60; ++i) {
-            stand.fixture.time.advance(1.0 / 60);
-            stand.item->refresh();
-        }
-        const QImage image = stand.picture();
-        auto *caption = qobject_cast<CaptionItem *>(stand.item);
-        const double advance = QFontMetricsF(caption->font()).horizontalAdvance(QChar(0x2588));
-        const double left = (900 - advance * 24) / 2;
-        // A second into a word of a second the cursor is all but at 10.
-        const double position = stand.fixture->glide(10, stand.fixture.time.now());
-        QVERIFY(position > 9 && position <= 10.2);
-        for (const int unit : {0, 4, 9, 11, 12, 20}) {
-            const int x = static_cast<int>(left + advance * (unit + 0.5));
-            const QRgb meant = captionColour(position - unit, contrast).toQColor().rgb();
-            QVERIFY2(difference(image.pixel(x, 50), meant) <= 2,
-                qPrintable(u"unit %1: %2, not %3"_s.arg(unit)
-                               .arg(image.pixel(x, 50), 0, 16)
-                               .arg(meant, 0, 16)));
-        }
-    }
-
-    void theTextToSelectLiesOnTheDrawnOne_data()
-    {
-        const Table<int> row{"width"};
-        row("one line", 900);
-        row("wrapped", 300);
-    }
-
     void theTextToSelectLiesOnTheDrawnOne()
     {
-        QFETCH(int, width);
+        constexpr int width = 300; // wrapped
         ItemWindow stand(u"Caption"_s, {width, 160});
         stand.fixture.say({"say We take it hand by hand, two bars at a time."});
         (void)stand.picture();

@@ -4,8 +4,6 @@
 
 #include <QTest>
 
-#include <random>
-
 using namespace Qt::StringLiterals;
 using namespace kelo;
 using namespace kelo::test;
@@ -172,31 +170,6 @@ private Q_SLOTS:
         const Sprite progress = *std::ranges::find(lights, 1.5F, &Sprite::halfHeight);
         QVERIFY(std::abs(progress.halfWidth * 2 / width - part) < 1e-4);
         QCOMPARE(progress.y + progress.halfHeight, height);
-    }
-
-    void notesLandOnTime_data()
-    {
-        const Table<double> row{"refresh"};
-        row("24 Hz", 24.0);
-        row("120 Hz", 120.0);
-        row("irregular", 0.0);
-    }
-
-    void notesLandOnTime()
-    {
-        QFETCH(double, refresh);
-        Stand stand({"rollnew A Piece", "rolln 2.5,1,60,90,0", "rollstart 1 30"});
-        const double due = stand.fixture.time.now() + 1 + 2.5;
-        std::mt19937 random(7);
-        double step = 0;
-        do {
-            QVERIFY(stand.fixture.time.now() <= due);
-            step = refresh > 0 ? 1 / refresh : 0.001 + static_cast<double>(random() % 45) / 1000;
-            stand.run({"!" + QByteArray::number(step, 'g', 17)});
-        } while (!stand.on(60).contains(u"bar"_s)
-            || stand.on(60).section(u"bar "_s, 1).section(u'+', 0, 0).toDouble() > 160);
-        const double late = stand.fixture.time.now() - due;
-        QVERIFY2(late > -1e-4 && late < step + 1e-4, QByteArray::number(late));
     }
 
     void aResizeRebuildsWhatBelongsThere()
