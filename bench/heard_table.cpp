@@ -109,7 +109,7 @@ void Table::row(const QString &kind, const Listener &listener, const QString &sa
         speakToFile(sentence, voice, speed, file) ? readSpeech(file) : std::optional<Samples>();
     if (!speech)
         qFatal("espeak-ng is missing");
-    RecognitionRequest request{{}, taught, true};
+    RecognitionRequest request{{}, taught, true, {}};
     for (const std::string &phrase : vocabulary(where, library.names()))
         request.contextualStrings << QString::fromStdString(phrase);
     const QStringList steps = stepsOf(inRoom(*speech, room, random), request);

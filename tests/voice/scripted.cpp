@@ -1,8 +1,7 @@
 #include "voice/scripted.h"
 
-#include <QThread>
-
 #include <stdexcept>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -14,12 +13,10 @@ QFuture<bool> ScriptedPermissions::answer(bool allowed) const
         return QtFuture::makeReadyFuture(allowed);
     auto promise = std::make_shared<QPromise<bool>>();
     promise->start();
-    auto *thread = QThread::create([promise, allowed] {
+    std::thread([promise, allowed] {
         promise->addResult(allowed);
         promise->finish();
-    });
-    QObject::connect(thread, &QThread::finished, thread, &QObject::deleteLater);
-    thread->start();
+    }).detach();
     return promise->future();
 }
 

@@ -109,6 +109,10 @@ private Q_SLOTS:
         f.model.prepare(u"Kelo"_s, f.then);
         QTRY_COMPARE(
             f.logged, QStringList{u"the name could not be taught to the recogniser: no room"_s});
+        f.model.prepare(u"Kelo"_s, f.then); // again and again, and told once
+        QTRY_COMPARE(f.recogniser.taughtNames.load(), 2);
+        QTRY_VERIFY(!f.model.isBuilding());
+        QCOMPARE(f.logged.size(), 1);
         f.recogniser.teachingFails.clear();
         f.model.prepare(u"Kelo"_s, f.then);
         QTRY_COMPARE(f.told, 1);

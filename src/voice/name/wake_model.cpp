@@ -3,10 +3,14 @@
 #include "voice/name/wake_training.h"
 
 #include <QDir>
+#include <QLoggingCategory>
 
 #include <stdexcept>
+#include <utility>
 
 using namespace Qt::StringLiterals;
+
+Q_DECLARE_LOGGING_CATEGORY(voiceLog)
 
 namespace kelo {
 
@@ -50,13 +54,18 @@ void WakeModel::build(const QString &name, const Teacher &teach, const std::func
             ready_ = model;
             builtFor_ = name;
             building_ = false;
+            lastFailure_.clear();
             log_(u"the recogniser has been taught the name"_s);
             then();
         };
     } catch (const std::exception &error) {
-        outcome = [this, reason = QString::fromUtf8(error.what())] {
+        outcome = [this, name, reason = QString::fromUtf8(error.what())] {
             building_ = false;
-            log_(u"the name could not be taught to the recogniser: "_s + reason);
+            // It is tried again and again; once is enough to say so.
+            if (std::exchange(lastFailure_, name + reason) != name + reason) {
+                qCWarning(voiceLog) << "the name could not be taught:" << reason;
+                log_(u"the name could not be taught to the recogniser: "_s + reason);
+            }
         };
     }
     QMetaObject::invokeMethod(this, std::move(outcome), Qt::QueuedConnection);

@@ -36,6 +36,7 @@ private:
     std::function<void(const QString &)> log_;
     std::optional<TaughtModel> ready_;
     QString builtFor_;
+    QString lastFailure_; // of which name and why
     bool building_ = false;
     std::stop_source stop_; // the end of this
     QThreadPool background_;

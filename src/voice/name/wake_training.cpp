@@ -92,7 +92,8 @@ QByteArray WakeTraining::exported() const
 void saveWhole(const QString &path, const QByteArray &contents)
 {
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size()
+    // On a full disk it is only known after flushing.
+    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size() || !file.flush()
         || !file.commit())
         throw std::runtime_error(file.errorString().toStdString());
 }

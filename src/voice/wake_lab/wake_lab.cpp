@@ -2,6 +2,7 @@
 
 #include "voice/capture/permissions.h"
 #include "voice/name/wake_model.h"
+#include "voice/name/wake_training.h"
 #include "voice/recognition/recogniser.h"
 #include "voice/wake_lab/recording.h"
 #include "voice/wake_lab/speech_sample.h"
@@ -10,7 +11,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QSaveFile>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -241,10 +241,7 @@ void Lab::advise(const PassResult &plain, const PassResult &taught, const Taught
 void Lab::line(const QString &text)
 {
     lines_.append(text);
-    QSaveFile file(out_);
-    const QByteArray report = (lines_.join(u'\n') + u'\n').toUtf8();
-    if (!file.open(QIODevice::WriteOnly) || file.write(report) != report.size() || !file.commit())
-        throw std::runtime_error(file.errorString().toStdString());
+    saveWhole(out_, (lines_.join(u'\n') + u'\n').toUtf8());
 }
 
 } // namespace
