@@ -270,6 +270,7 @@ std::variant<Piece, MidiFault> readMidiFile(
     // Counted first, so that no list takes twice what it needs while it grows.
     std::size_t notes = 0;
     std::size_t messages = 0;
+    const auto size = static_cast<double>(bytes.size());
     for (MidiTrack track : tracks) {
         while (const auto event = track.next()) {
             messages += event->message.status != 0 ? 1 : 0;
@@ -277,14 +278,13 @@ std::variant<Piece, MidiFault> readMidiFile(
         }
     }
     MidiTracks events(tracks, format == 2);
-    const auto size = static_cast<double>(bytes.size());
     Assembly assembly(division, notes, messages);
     for (std::size_t count = 1;; ++count) {
         const auto event = events.next();
         if (!event || !assembly.add(*event))
             break;
         if (progress && count % tellEvery == 0) {
-            progress->share = 1 - static_cast<double>(events.bytesLeft()) / size;
+            progress->share = 1 - 0.7 * static_cast<double>(events.bytesLeft()) / size;
             if (progress->cancelled)
                 break;
         }

@@ -45,7 +45,8 @@ Engine::Engine(Wire &lines, std::function<void()> news, bool showsItself)
     , output_(mixer_, clock_, setting("KELO_SOUND"), news)
     , dispatcher_(setting("KELO_SPEECH") == "speech-dispatcher", news)
     , voice_(news)
-    , piano_(std::move(news), setting("KELO_PIANO"))
+    , piano_(news, setting("KELO_PIANO"))
+    , surfacePort_("Kelo Control", std::move(news))
 {
     piano_.look(monotonicNow());
     if (showsItself)
@@ -69,7 +70,16 @@ void Engine::advance(std::span<const Input> inputs)
         assistant_.soundCame(currentMoment());
     if (demo_)
         show();
+    mackie_.advance(monotonicNow());
+    reaper_.advance(monotonicNow());
     assistant_.advance(currentMoment());
+}
+
+std::uint64_t Engine::millisecondsSinceEpoch()
+{
+    using namespace std::chrono;
+    return static_cast<std::uint64_t>(
+        duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count());
 }
 
 std::optional<double> Engine::deadline() const

@@ -14,7 +14,11 @@
 #include "sound/sound_desk.h"
 #include "speech/speaker.h"
 #include "speech/synthesiser.h"
+#include "studio/mackie_control.h"
+#include "studio/reaper_control.h"
+#include "studio/virtual_midi_port.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -39,6 +43,7 @@ public:
 
 private:
     void show();
+    [[nodiscard]] static std::uint64_t millisecondsSinceEpoch();
 
     Wire &wire_;
     AudioClock clock_{monotonicNow()};
@@ -48,6 +53,8 @@ private:
     SpeechDispatcher dispatcher_;
     Synthesiser voice_;
     Piano piano_;
+    VirtualMidiPort surfacePort_;
+    MackieControl mackie_{surfacePort_};
     MidiThru through_{
         mixer_.music(), clock_, [this](ChannelMessage message) { piano_.send(message); }};
     Speaker speaker_{wire_, dispatcher_, voice_, mixer_, clock_};
@@ -57,9 +64,11 @@ private:
     const std::filesystem::path home_ = homeFolder();
     const std::filesystem::path songs_ = songsFolder(setting("HOME"));
     Library library_{songs_};
+    ReaperControl reaper_{home_ / "reaper", millisecondsSinceEpoch()};
     Assistant assistant_{{wire_, speaker_, player_, metronome_, band_, through_, mixer_.keys(),
                              library_, desk_, openWithDesktop},
-        {home_ / "profile.json", home_ / "commands.html", songs_, home_ / "takes"}, std::random_device{}()};
+        {home_ / "profile.json", home_ / "commands.html", songs_, home_ / "takes"},
+        std::random_device{}()};
     std::optional<Demo> demo_;
     bool audible_ = false;
 };
