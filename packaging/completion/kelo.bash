@@ -5,7 +5,7 @@ _kelo()
     case $before in
         --snapshot) mapfile -t COMPREPLY < <(compgen -d -- "$word") ;;
         --wake-test) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
-        *) mapfile -t COMPREPLY < <(compgen -W '--help --hidden --quick --snapshot --version --wake-test' -- "$word") ;;
+        *) mapfile -t COMPREPLY < <(compgen -W '--help --hidden --quick --show --snapshot --version --wake-test' -- "$word") ;;
     esac
 }
 complete -o filenames -F _kelo kelo
