@@ -1,5 +1,7 @@
 #include "link/engine_process.h"
 
+#include "link/parse.h"
+
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -228,7 +230,7 @@ void EngineProcess::handleLines(std::chrono::milliseconds longest)
             if (text.isValidUtf8())
                 handler_(text);
             else
-                handler_(QString::fromUtf8(text).toUtf8());
+                handler_(parse::text(text).toUtf8());
         }
         if (count % linesBetweenLooks == 0
             && std::chrono::milliseconds(spent.elapsed()) > longest) {

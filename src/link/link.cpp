@@ -57,7 +57,7 @@ Link::Link(LinkSetup setup, QObject *parent)
     const auto named = [&profile](const QString &key, QString &name) {
         const QVariant value = profile.value(key);
         if (value.typeId() == QMetaType::QString)
-            name = value.toString();
+            name = bounds::bounded(value.toString(), bounds::name);
     };
     named(u"assistant"_s, state_.names.assistant);
     named(u"user"_s, state_.names.user);

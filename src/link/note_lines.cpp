@@ -1,9 +1,12 @@
 #include "link/note_lines.h"
 
+#include "link/bounds.h"
 #include "link/keywords.h"
 #include "link/link_editor.h"
 #include "link/note_listener.h"
 #include "link/parse.h"
+
+#include <algorithm>
 
 namespace kelo {
 
@@ -78,8 +81,9 @@ void NoteLines::out(QByteArrayView rest, double now)
 void NoteLines::buttons(QByteArrayView rest, double /*now*/)
 {
     const parse::Integers pitches = parse::integers(rest);
+    const auto kept = std::min(pitches.size(), bounds::buttons);
     link_.poke([&](LinkState &all) {
-        all.keyboard.buttons = QList<qint64>(pitches.begin(), pitches.end());
+        all.keyboard.buttons = QList<qint64>(pitches.begin(), pitches.begin() + kept);
     });
     link_.tell(&Link::buttonsChanged);
 }
@@ -87,7 +91,7 @@ void NoteLines::buttons(QByteArrayView rest, double /*now*/)
 void NoteLines::rollNew(QByteArrayView rest, double /*now*/)
 {
     link_.change({&Link::rollNameChanged, &Link::rollingChanged, &Link::visualChanged},
-        [title = parse::text(rest)](LinkState &all) {
+        [title = parse::text(rest, bounds::readout)](LinkState &all) {
             all.roll.begin(title);
             all.display.visual = true;
         });

@@ -1,5 +1,8 @@
 #include "link/parse.h"
 
+#include "link/bounds.h"
+
+#include <QStringDecoder>
 #include <QtNumeric>
 
 #include <algorithm>
@@ -54,12 +57,32 @@ qint64 saturatedSum(qint64 a, qint64 b)
 
 QString text(QByteArrayView bytes)
 {
-    return QString::fromUtf8(bytes);
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    return decoder(bytes);
 }
 
-QStringList list(QByteArrayView bytes)
+QString text(QByteArrayView bytes, qsizetype most)
 {
-    return text(bytes).split(u'|', Qt::SkipEmptyParts);
+    // No character takes more than three bytes a unit.
+    return bounds::bounded(text(bytes.first(std::min(bytes.size(), 3 * most + 3))), most);
+}
+
+QStringList list(QByteArrayView bytes, qsizetype most, qsizetype longest)
+{
+    QStringList texts;
+    while (!bytes.isEmpty() && texts.size() < most) {
+        if (const QByteArrayView part = takePart(bytes); !part.isEmpty())
+            texts << text(part, longest);
+    }
+    return texts;
+}
+
+QByteArrayView takePart(QByteArrayView &bytes)
+{
+    const qsizetype end = bytes.indexOf('|');
+    const QByteArrayView part = end < 0 ? bytes : bytes.first(end);
+    bytes = end < 0 ? QByteArrayView() : bytes.sliced(end + 1);
+    return part;
 }
 
 Pieces pieces(QByteArrayView text, char separator, int most)

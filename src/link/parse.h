@@ -19,11 +19,18 @@ namespace kelo::parse {
 /// The sum, or the nearest number that there is.
 [[nodiscard]] qint64 saturatedSum(qint64 a, qint64 b);
 
-/// The text of valid UTF-8.
+/// The text of UTF-8, bytes that are none replaced; a byte-order mark is a character like others.
 [[nodiscard]] QString text(QByteArrayView bytes);
 
-/// The texts between "|", empty ones dropped.
-[[nodiscard]] QStringList list(QByteArrayView bytes);
+/// The same, of at most `most` UTF-16 units.
+[[nodiscard]] QString text(QByteArrayView bytes, qsizetype most);
+
+/// The first `most` texts between "|", empty ones dropped, each of at most `longest` UTF-16 units.
+[[nodiscard]] QStringList list(QByteArrayView bytes, qsizetype most, qsizetype longest);
+
+/// What stands before the first "|", and takes it and the "|" off `bytes`. Nothing is left when
+/// there is none; `bytes` is null then.
+[[nodiscard]] QByteArrayView takePart(QByteArrayView &bytes);
 
 using Pieces = QVarLengthArray<QByteArrayView, 8>;
 using Integers = QVarLengthArray<qint64, 16>;

@@ -1,5 +1,6 @@
 #include "link/readout_lines.h"
 
+#include "link/bounds.h"
 #include "link/keywords.h"
 #include "link/link_editor.h"
 #include "link/parse.h"
@@ -61,22 +62,24 @@ bool ReadoutLines::handle(std::string_view keyword, QByteArrayView rest, double 
         {"jazz", &Is::jazz},
     }};
     return handleBy(*this, table, keyword, rest, now) || store(link_, flags, keyword, rest == "1")
-        || store(link_, texts, keyword, parse::text(rest));
+        || store(link_, texts, keyword, parse::text(rest, bounds::readout));
 }
 
 void ReadoutLines::jazz(QByteArrayView rest, double /*now*/)
 {
-    link_.change(
-        {&Link::jazzChanged}, [&](LinkState &all) { all.readouts.jazz = parse::list(rest); });
+    link_.change({&Link::jazzChanged}, [&](LinkState &all) {
+        all.readouts.jazz = parse::list(rest, bounds::lessons, bounds::name);
+    });
 }
 
 void ReadoutLines::name(QByteArrayView rest, double /*now*/)
 {
-    const QStringList names = parse::text(rest).split(u'|');
+    const QString assistant = parse::text(parse::takePart(rest), bounds::name);
+    const QString user = parse::text(parse::takePart(rest), bounds::name);
     link_.change({&Link::assistantChanged, &Link::userChanged}, [&](LinkState &all) {
-        all.names.assistant = names[0].isEmpty() ? u"Kelo"_s : names[0];
+        all.names.assistant = assistant.isEmpty() ? u"Kelo"_s : assistant;
         // "friend" is what the engine calls a user whose name it does not know.
-        all.names.user = names.size() > 1 && names[1] != u"friend" ? names[1] : QString();
+        all.names.user = user == u"friend" ? QString() : user;
     });
 }
 
@@ -91,7 +94,7 @@ void ReadoutLines::beat(QByteArrayView rest, double /*now*/)
 void ReadoutLines::flash(QByteArrayView rest, double /*now*/)
 {
     link_.change({&Link::flashChanged, &Link::flashAtChanged}, [&](LinkState &all) {
-        all.flash.kind = parse::text(rest);
+        all.flash.kind = parse::text(rest, bounds::readout);
         all.flash.at = link_.time().now();
     });
 }

@@ -1,5 +1,6 @@
 #include "link/request_lines.h"
 
+#include "link/bounds.h"
 #include "link/keywords.h"
 #include "link/link_editor.h"
 #include "link/parse.h"
@@ -51,7 +52,7 @@ void RequestLines::earReset(QByteArrayView /*rest*/, double /*now*/)
 void RequestLines::vocab(QByteArrayView rest, double /*now*/)
 {
     if (VoiceInput *input = link_.voiceInput())
-        input->setVocabulary(parse::list(rest));
+        input->setVocabulary(parse::list(rest, bounds::phrases, bounds::name));
 }
 
 void RequestLines::ears(QByteArrayView rest, double /*now*/)
@@ -63,7 +64,7 @@ void RequestLines::ears(QByteArrayView rest, double /*now*/)
 void RequestLines::access(QByteArrayView rest, double /*now*/)
 {
     const parse::Pieces tokens = parse::pieces(rest);
-    if (tokens.size() == 2)
+    if (tokens.size() == 2 && tokens[0].size() <= bounds::name)
         link_.setAccess(parse::text(tokens[0]), tokens[1] == "1");
 }
 
@@ -75,10 +76,11 @@ void RequestLines::welcome(QByteArrayView /*rest*/, double /*now*/)
 
 void RequestLines::update(QByteArrayView rest, double /*now*/)
 {
-    const QStringList parts = parse::text(rest).split(u'|');
-    const QString version = trimmedWithinLine(parts[0]);
+    const QString version =
+        bounds::bounded(trimmedWithinLine(parse::text(parse::takePart(rest))), bounds::name);
+    const QString notes = parse::text(parse::takePart(rest), bounds::updateNotes);
     link_.change({&Link::updateVersionChanged, &Link::updateNotesChanged}, [&](LinkState &all) {
-        all.update = {version, parts.value(1)};
+        all.update = {version, notes};
     });
     if (Shell *shell = link_.shell(); shell && !version.isEmpty())
         shell->showOverlay(updateNotice);

@@ -37,7 +37,7 @@ bool SpeechLines::handle(std::string_view keyword, QByteArrayView rest, double n
 
 void SpeechLines::say(QByteArrayView rest, double now)
 {
-    const QString sentence = parse::text(rest);
+    const QString sentence = parse::text(rest, bounds::sentence);
     const QString time = link_.time().timeOfDay();
     link_.change({&Link::captionChanged, &Link::captionLiveChanged, &Link::spokenToChanged,
                      &Link::speakingChanged, &Link::transcriptChanged},
@@ -123,7 +123,7 @@ void SpeechLines::spec(QByteArrayView rest, double /*now*/)
 
 void SpeechLines::heard(QByteArrayView rest, double /*now*/)
 {
-    const QString words = parse::text(rest);
+    const QString words = parse::text(rest, bounds::sentence);
     const QString time = link_.time().timeOfDay();
     link_.change({&Link::heardChanged, &Link::transcriptChanged}, [&](LinkState &all) {
         all.readouts.heard = words;

@@ -58,6 +58,10 @@ private Q_SLOTS:
         environment.insert(u"KELO_HOME"_s, wanted);
         QCOMPARE(dataDirectory(environment), wanted);
         QVERIFY(QDir(wanted).exists());
+        // Relative, it is ours to resolve: the engine runs elsewhere.
+        QVERIFY(QDir::setCurrent(folder.path()));
+        environment.insert(u"KELO_HOME"_s, u"a/b c"_s);
+        QCOMPARE(dataDirectory(environment), wanted);
         environment.insert(u"KELO_HOME"_s, u"/proc/nowhere"_s);
         QCOMPARE(dataDirectory(environment), u"/proc/nowhere"_s);
 

@@ -187,13 +187,21 @@ private:
     }
 
     /// A line of the engine. "*N " before it repeats it, with "#" in it replaced by 0, 1, 2 ...;
-    /// "{LETTER*N}" stands for so many of these letters.
+    /// "{LETTER*N}" stands for so many of these letters, "{N..M,}" for these numbers with commas.
     void play(QString line)
     {
         static const QRegularExpression many(u"\\{(.)\\*(\\d+)\\}"_s);
         for (auto found = many.match(line); found.hasMatch(); found = many.match(line))
             line.replace(found.capturedStart(), found.capturedLength(),
                 QString(found.captured(2).toInt(), found.captured(1)[0]));
+        static const QRegularExpression numbered(u"\\{(\\d+)\\.\\.(\\d+)(.)\\}"_s);
+        if (const auto found = numbered.match(line); found.hasMatch()) {
+            QStringList numbers;
+            for (int n = found.captured(1).toInt(); n <= found.captured(2).toInt(); ++n)
+                numbers << QString::number(n);
+            line.replace(
+                found.capturedStart(), found.capturedLength(), numbers.join(found.captured(3)));
+        }
         if (!line.startsWith(u'*'))
             return link().handle(line.toUtf8());
         muted_ = true;

@@ -57,7 +57,8 @@ public:
     void listen() override { calls << QStringLiteral("listen"); }
     void setVocabulary(const QStringList &phrases) override
     {
-        calls << QStringLiteral("vocabulary ") + phrases.join(u',');
+        calls << (phrases.size() > 9 ? QStringLiteral("%1 phrases").arg(phrases.size())
+                                     : QStringLiteral("vocabulary ") + phrases.join(u','));
     }
 
 private:
