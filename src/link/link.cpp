@@ -182,7 +182,8 @@ void Link::finishWelcome(const QString &assistantName, const QString &userName)
 {
     change(
         {&Link::assistantChanged, &Link::userChanged, &Link::welcomeChanged}, [&](LinkState &all) {
-            all.names = {assistantName, userName};
+            all.names = {bounds::bounded(assistantName, bounds::name),
+                bounds::bounded(userName, bounds::name)};
             all.display.welcome = false;
         });
 }

@@ -61,7 +61,7 @@ QString shown(double value)
 
 QString shown(const QString &text)
 {
-    QString escaped = text.size() > 200 ? text.left(20) + u"...%1"_s.arg(text.size()) : text;
+    QString escaped = text.size() > 100 ? text.left(20) + u"...%1"_s.arg(text.size()) : text;
     escaped.replace(u'\n', u"\\n"_s).replace(u'\r', u"\\r"_s).replace(u'\t', u"\\t"_s);
     return u'"' + escaped + u'"';
 }
