@@ -162,14 +162,13 @@ private:
         window.resize(size);
         window.contentItem()->setSize(size);
         window.rootObject()->setSize(size);
-        window.grabWindow(); // lays everything out
-        return window.grabWindow();
+        return window.grabWindow().convertToFormat(QImage::Format_ARGB32);
     }
 
     /// Measures all texts in the window once everything that arrives has done so.
     void measure(QQuickView &window, ManualTime &time)
     {
-        photograph(window);
+        photograph(window); // lays everything out
         const auto scenes = window.rootObject()->findChildren<SceneItem *>();
         for (int frame = 0; frame < 60; ++frame) {
             time.advance(1.0 / 60);
@@ -221,8 +220,13 @@ private:
         const QRect area = place.toAlignedRect() & picture.rect();
         Pixels pixels;
         for (int y = area.top(); y <= area.bottom(); ++y) {
-            for (int x = area.left(); x <= area.right(); ++x)
-                ++pixels[picture.pixel(x, y)];
+            const auto *line = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
+            for (int x = area.left(), from = x; x <= area.right(); ++x) {
+                if (x == area.right() || line[x + 1] != line[x]) {
+                    pixels[line[x]] += x + 1 - from;
+                    from = x + 1;
+                }
+            }
         }
         QRgb ground = 0;
         for (const auto [pixel, count] : pixels.asKeyValueRange()) {
