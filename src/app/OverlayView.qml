@@ -20,10 +20,6 @@ Item {
         scale: view.magnification.factor
         transformOrigin: Item.TopLeft
         opacity: view.overlay.visible ? 1 : 0
-        onOpacityChanged: {
-            if (opacity === 0)
-                view.overlay.faded();
-        }
 
         Behavior on opacity {
             NumberAnimation {

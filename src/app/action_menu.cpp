@@ -25,7 +25,7 @@ void fill(QMenu &menu, const std::vector<MenuEntry> &entries)
         action->setCheckable(entry.checked.has_value());
         action->setChecked(entry.checked.value_or(false));
         if (entry.action)
-            action->setData(static_cast<int>(*entry.action));
+            action->setData(QVariantList{static_cast<int>(*entry.action), entry.id});
         if (!entry.below.empty())
             fill(*action->menu(), entry.below);
     }
@@ -38,7 +38,9 @@ ActionMenu::ActionMenu(std::function<std::vector<MenuEntry>()> entries)
 {
     connect(this, &QMenu::aboutToShow, this, &ActionMenu::refresh);
     connect(this, &QMenu::triggered, this, [this](const QAction *action) {
-        Q_EMIT chosen(static_cast<MenuAction>(action->data().toInt()));
+        const QVariantList data = action->data().toList();
+        if (data.size() == 2)
+            Q_EMIT chosen(static_cast<MenuAction>(data[0].toInt()), data[1].toString());
     });
 }
 

@@ -21,7 +21,8 @@ public:
     void refresh();
 
 Q_SIGNALS:
-    void chosen(kelo::MenuAction action);
+    /// `id` is the entry's own.
+    void chosen(kelo::MenuAction action, const QString &id);
 
 private:
     std::function<std::vector<MenuEntry>()> entries_;

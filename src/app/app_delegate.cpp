@@ -41,6 +41,7 @@ AppDelegate::AppDelegate(Link &link, VoiceControl &voice, QObject *parent)
     link_.setShell(this);
     link_.setVoiceInput(&voice_);
     connect(&menuBar_, &MenuBar::chosen, this, &AppDelegate::choose);
+    connect(&menuBar_, &MenuBar::opening, &voice_, &VoiceControl::refreshMicrophones);
     connect(&windowMenu_, &ActionMenu::chosen, this, &AppDelegate::choose);
     connect(&questions_, &WelcomeQuestions::asked, this, [this] { closedHalfWay_ = false; });
 }
@@ -67,6 +68,7 @@ void AppDelegate::launch(const Arguments &arguments, bool startedByLogin)
 
     overlay_->setUp();
     menuBar_.setUp();
+    connect(&voice_, &VoiceControl::microphonesChanged, &menuBar_, &MenuBar::refresh);
     connect(qApp, &QCoreApplication::aboutToQuit, this, &AppDelegate::end);
     session::onEndRequested(this, [this] { quit(); });
     if (!settings_.contains(u"contrast"_s)) {
@@ -234,10 +236,14 @@ void AppDelegate::chooseMidiFile(const QString &folder, MidiChooser::Chosen chos
 
 MenuFacts AppDelegate::menuFacts() const
 {
-    return {link_.assistant, voice_.on, overlay_->enabled(), loginItemOn()};
+    MenuFacts facts{link_.assistant, voice_.on, overlay_->enabled(), loginItemOn()};
+    for (const MicrophoneDevice &each : voice_.microphones())
+        facts.microphones.append({each.id, each.name});
+    facts.wantedMicrophone = voice_.wantedMicrophone();
+    return facts;
 }
 
-void AppDelegate::choose(MenuAction action)
+void AppDelegate::choose(MenuAction action, const QString &id)
 {
     switch (action) {
     case MenuAction::OpenWindow:
@@ -254,6 +260,8 @@ void AppDelegate::choose(MenuAction action)
     case MenuAction::ToggleLogin:
         setLoginItem(!loginItemOn());
         return;
+    case MenuAction::UseMicrophone:
+        return voice_.chooseMicrophone(id);
     case MenuAction::Larger:
         return scale_.larger();
     case MenuAction::Smaller:

@@ -70,7 +70,7 @@ private:
     void tellHowToComeBack();
     void end();
     [[nodiscard]] MenuFacts menuFacts() const;
-    void choose(MenuAction action);
+    void choose(MenuAction action, const QString &id);
     /// True when the key was consumed.
     bool handleKey(const KeyPress &press);
 

@@ -13,6 +13,7 @@ MenuBar::MenuBar(std::function<MenuFacts()> facts, QObject *parent)
     , facts_(std::move(facts))
     , menu_([this] { return trayMenu(facts_()); })
 {
+    connect(&menu_, &QMenu::aboutToShow, this, &MenuBar::opening);
     connect(&menu_, &ActionMenu::chosen, this, &MenuBar::chosen);
     connect(&presence_, &TrayPresence::arrived, this, &MenuBar::makeIcon);
 }
@@ -38,7 +39,7 @@ void MenuBar::makeIcon()
     connect(icon_.get(), &QSystemTrayIcon::activated, this,
         [this](QSystemTrayIcon::ActivationReason reason) {
             if (reason == QSystemTrayIcon::Trigger)
-                Q_EMIT chosen(MenuAction::OpenWindow);
+                Q_EMIT chosen(MenuAction::OpenWindow, {});
         });
     icon_->show();
 }

@@ -21,12 +21,16 @@ public:
     ~MenuBar() override;
 
     void setUp();
+    /// Shows the truth as it has become meanwhile, even while the menu is open.
+    void refresh() { menu_.refresh(); }
 
     /// There is a tray that shows the icon.
     [[nodiscard]] bool reachable() const { return presence_.present(); }
 
 Q_SIGNALS:
-    void chosen(kelo::MenuAction action);
+    /// The menu is about to open.
+    void opening();
+    void chosen(kelo::MenuAction action, const QString &id);
 
 private:
     void makeIcon();

@@ -24,6 +24,17 @@ std::vector<MenuEntry> ofTheWindow()
     };
 }
 
+std::vector<MenuEntry> microphones(const MenuFacts &facts)
+{
+    using enum MenuAction;
+    const QString &wanted = facts.wantedMicrophone;
+    std::vector<MenuEntry> entries{
+        {UseMicrophone, Menu::tr("As the system suggests"), wanted.isEmpty()}};
+    for (const MenuChoice &each : facts.microphones)
+        entries.push_back({UseMicrophone, each.title, each.id == wanted, {}, each.id});
+    return entries;
+}
+
 const char *keyOf(MenuAction action)
 {
     switch (action) {
@@ -59,6 +70,7 @@ std::vector<MenuEntry> trayMenu(const MenuFacts &facts)
         {ToggleVoice, Menu::tr("Listen for “%1”").arg(facts.assistant), facts.listening},
         {TogglePanel, Menu::tr("Show the panel when %1 speaks").arg(facts.assistant), facts.panel},
         {ToggleLogin, Menu::tr("Start when I log in"), facts.login},
+        {{}, Menu::tr("Microphone"), {}, microphones(facts)},
         {{}, Menu::tr("Window"), {}, ofTheWindow()},
         {},
         {Quit, Menu::tr("Quit Kelo")},

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
 #include <optional>
@@ -15,6 +16,7 @@ enum class MenuAction {
     ToggleVoice,
     TogglePanel,
     ToggleLogin,
+    UseMicrophone,
     Larger,
     Smaller,
     NormalSize,
@@ -24,12 +26,20 @@ enum class MenuAction {
     Quit,
 };
 
+/// Something to choose among others of its kind.
+struct MenuChoice {
+    QString id;
+    QString title;
+};
+
 /// The truth that the menus show, read anew each time one opens.
 struct MenuFacts {
     QString assistant;
     bool listening = false;
     bool panel = true;
     bool login = false;
+    QList<MenuChoice> microphones{}; ///< those that are there
+    QString wantedMicrophone{}; ///< the id of the one to listen with; empty: the system's choice
 };
 
 /// One line of a menu.
@@ -38,6 +48,7 @@ struct MenuEntry {
     QString title{};
     std::optional<bool> checked{}; ///< none: not a switch
     std::vector<MenuEntry> below{}; ///< what a menu of its own holds
+    QString id{}; ///< what is chosen, where the action does not say it all
 };
 
 /// The tray menu from top to bottom. Titles and marks depend on `facts`, the order does not.

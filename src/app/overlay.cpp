@@ -20,6 +20,7 @@ namespace kelo {
 namespace {
 
 constexpr QSize panelSize{848, 272};
+constexpr std::chrono::milliseconds fadeOutTime{450}; // as the view has it
 constexpr int gapBelow = 26; // between the panel and the edge of the work area
 
 const QString enabledKey = u"overlay"_s;
@@ -40,6 +41,9 @@ Overlay::Overlay(Parts parts, QObject *parent)
     checks_.setInterval(
         std::chrono::milliseconds(static_cast<int>(OverlayRules::checkInterval * 1000)));
     connect(&checks_, &QTimer::timeout, this, &Overlay::check);
+    fadeOut_.setSingleShot(true);
+    fadeOut_.setInterval(fadeOutTime);
+    connect(&fadeOut_, &QTimer::timeout, this, &Overlay::leave);
 }
 
 Overlay::~Overlay() = default;
@@ -105,15 +109,14 @@ void Overlay::check()
     if (!rules_.check(parts_.link->speaking, facts()))
         return;
     checks_.stop();
-    if (!drawn_)
-        return faded(); // nothing has shown that could fade
+    fadeOut_.start();
     Q_EMIT visibleChanged();
 }
 
-void Overlay::faded()
+void Overlay::leave()
 {
     if (rules_.visible())
-        return;
+        return; // it has come back meanwhile
     window_->hide();
     drawn_ = false;
 }

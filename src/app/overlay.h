@@ -61,9 +61,6 @@ public:
     /// The panel's window; null until it is first shown.
     [[nodiscard]] QQuickView *window() const { return window_.get(); }
 
-    /// The fade out is over.
-    Q_INVOKABLE void faded();
-
 Q_SIGNALS:
     void visibleChanged();
     void enabledChanged();
@@ -74,10 +71,12 @@ private:
     void place();
     void check();
     void firstFrameShown();
+    void leave();
 
     Parts parts_;
     OverlayRules rules_;
     QTimer checks_;
+    QTimer fadeOut_;
     std::unique_ptr<QQuickView> window_;
     bool seeThrough_ = true;
     bool drawn_ = false; // since it was last hidden

@@ -5,7 +5,7 @@
 #include "support/table.h"
 #include "visual/caption/caption_scene.h"
 #include "visual/motion/scene_item.h"
-#include "visual/sprites/palette.h"
+#include "visual/sprites/sprite_item.h"
 #include "voice/voice_control.h"
 #include "welcome/welcome_questions.h"
 
@@ -38,12 +38,6 @@ double ratio(const QColor &a, const QColor &b)
     return std::max(one, other) / std::min(one, other);
 }
 
-int distance(QRgb a, QRgb b)
-{
-    return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
-        std::abs(qBlue(a) - qBlue(b))});
-}
-
 QColor over(const QColor &ground, const QColor &color, double opacity)
 {
     const auto mixed = [opacity](float below, float above) {
@@ -53,57 +47,37 @@ QColor over(const QColor &ground, const QColor &color, double opacity)
         mixed(ground.greenF(), color.greenF()), mixed(ground.blueF(), color.blueF()));
 }
 
-QString nameOf(const QColor &color)
+QString nameOf(QColor color)
 {
-    const QList<std::pair<QString, QColor>> known{{u"bg"_s, Hud::bg()}, {u"panel"_s, Hud::panel()},
-        {u"green"_s, Hud::green()}, {u"faint"_s, Hud::faint()}, {u"soft"_s, Hud::shared().soft()},
-        {u"dim"_s, Hud::shared().dim()}, {u"shade"_s, colours::shade.toQColor()},
+    color.setAlpha(255);
+    const QList<std::pair<QString, QColor>> known{{u"bg"_s, Hud::bg()}, {u"green"_s, Hud::green()},
+        {u"faint"_s, Hud::faint()}, {u"soft"_s, Hud::shared().soft()},
+        {u"dim"_s, Hud::shared().dim()},
         {u"ahead"_s, captionColour(-20, Hud::shared().contrast()).toQColor()}};
     for (const auto &[name, value] : known) {
-        if (distance(value.rgb(), color.rgb()) <= 2)
+        if (value.rgb() == color.rgb())
             return name;
     }
     return color.name();
 }
 
-/// No scrolling ancestor cuts any of `item` off, or fades it out at its edge.
-bool isWhole(const QQuickItem *item, double fade)
-{
-    const QRectF rect = item->mapRectToScene(item->boundingRect());
-    for (const QQuickItem *above = item->parentItem(); above; above = above->parentItem()) {
-        const double edge = above->property("interactive").toBool() ? fade : 0;
-        const QRectF room = above->mapRectToScene(above->boundingRect());
-        if (above->clip() && !room.adjusted(0, edge, 0, -edge).contains(rect))
-            return false;
-    }
-    return true;
-}
-
 } // namespace
 
-/// What can be read, measured in pictures of the display: all text as it is really drawn, with
-/// what lies over and under it.
+/// What can be read: the colour and opacity of all text on every screen against what the display
+/// puts under it, which is its background, a panel or, for dark text, a lit control.
 class ContrastTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        styles_.clear();
-        undrawn_.clear();
-    }
+    void init() { styles_.clear(); }
+
     void textIsReadable_data()
     {
         const Table<bool, QMap<QString, double>> row{"contrast", "exceptions"};
         // The look's fixed colours, and how far they get. High contrast is the way out for all but
         // the visualiser's title, which nobody needs.
-        row("normal", false,
-            {
-                {u"ahead on bg"_s, 3.3},
-                {u"dim on panel"_s, 6.7},
-                {u"green at 50 % on bg"_s, 4.3},
-            });
-        row("high contrast", true, {{u"green at 50 % on bg"_s, 4.3}});
+        row("normal", false, {{u"ahead"_s, 3.2}, {u"dim"_s, 6.7}, {u"green at 50 %"_s, 4.2}});
+        row("high contrast", true, {{u"green at 50 %"_s, 4.2}});
     }
 
     void textIsReadable()
@@ -121,8 +95,7 @@ private Q_SLOTS:
         for (int question = 0; question < questionCount; ++question)
             measureScreen(question, {"mode idle", "welcome"});
 
-        QVERIFY2(undrawn_.isEmpty(), qPrintable(undrawn_.join(u"; "_s)));
-        QVERIFY2(styles_.size() >= 10, "hardly anything was met");
+        QVERIFY2(styles_.size() > 6, "hardly anything was met");
         using Ratios = QMap<QString, double>;
         QFETCH(Ratios, exceptions);
         for (const auto [style, measured] : styles_.asKeyValueRange()) {
@@ -132,13 +105,11 @@ private Q_SLOTS:
             QVERIFY2(exceptions.contains(style), qPrintable(finding));
             QVERIFY2(measured > exceptions.take(style) - 0.05, qPrintable(finding));
         }
-        QVERIFY2(exceptions.isEmpty(), "some exception is no longer one");
+        const QStringList left = exceptions.keys();
+        QVERIFY2(left.isEmpty(), qPrintable(left.join(u", "_s)));
     }
 
 private:
-    static constexpr double zoom = 2.5; // letters must have pixels that are all letter
-    using Pixels = QHash<QRgb, int>;
-
     /// The display as the engine's `lines` leave it.
     void measureScreen(int question, std::initializer_list<QByteArrayView> lines)
     {
@@ -148,113 +119,60 @@ private:
         VoiceControl voice;
         WelcomeQuestions questions(link.link(), link.ears);
         QSettings settings(link.folder.filePath(u"display.ini"_s), QSettings::IniFormat);
-        settings.setValue(u"scale"_s, zoom);
         DisplayScale scale(settings);
         link.say(lines);
         QQuickView window;
         fillWithMainView(window, {&link.link(), &voice, &questions, &scale, nullptr, nullptr});
-        measure(window, link.time);
-    }
-
-    static QImage photograph(QQuickView &window)
-    {
-        const QSize size = QSize(1240, 840) * zoom;
-        window.resize(size);
-        window.contentItem()->setSize(size);
-        window.rootObject()->setSize(size);
-        return window.grabWindow().convertToFormat(QImage::Format_ARGB32);
-    }
-
-    /// Measures all texts in the window once everything that arrives has done so.
-    void measure(QQuickView &window, ManualTime &time)
-    {
-        photograph(window); // lays everything out
+        window.resize(1240, 840);
+        window.contentItem()->setSize(window.size());
+        window.rootObject()->setSize(window.size());
+        window.grabWindow(); // lays everything out
         const auto scenes = window.rootObject()->findChildren<SceneItem *>();
         for (int frame = 0; frame < 60; ++frame) {
-            time.advance(1.0 / 60);
+            link.time.advance(1.0 / 60);
             for (SceneItem *scene : scenes)
                 scene->refresh();
         }
-        measureTexts(window.rootObject(), 1, photograph(window));
+        measureTexts(window.rootObject(), 1);
     }
 
-    void measureTexts(QQuickItem *item, double opacity, const QImage &picture)
+    void measureTexts(QQuickItem *item, double opacity)
     {
         opacity *= item->opacity();
         if (!item->isVisible() || opacity == 0)
             return;
-        const QString words = item->property("text").toString().trimmed();
-        QList<QColor> colours;
         if (item->inherits("QQuickText") || item->inherits("QQuickTextInput")) {
-            colours += item->property("color").value<QColor>();
+            if (!item->property("text").toString().trimmed().isEmpty())
+                measure(item->property("color").value<QColor>(), opacity);
         } else if (item->inherits("kelo::CaptionItem")) {
             for (const double past : {-20.0, 20.0})
-                colours += captionColour(past, Hud::shared().contrast()).toQColor();
+                measure(captionColour(past, Hud::shared().contrast()).toQColor(), opacity);
+        } else if (const auto *scene = qobject_cast<SpriteItem *>(item)) {
+            for (const Layer &layer : scene->picture()) {
+                for (const Label &label : layer.labels)
+                    measure(label.colour.toQColor(), opacity);
+            }
         }
-        if (words.isEmpty() || !isWhole(item, 14 * zoom))
-            colours.clear();
-        if (const auto *scene = qobject_cast<SpriteItem *>(item))
-            measureLabels(*scene, opacity, picture);
-        for (const QColor &colour : colours)
-            measureText(
-                words, item->mapRectToScene(item->boundingRect()), colour, opacity, picture);
         if (item->inherits("QQuickText"))
             return; // what is inside it lights it from behind
         for (QQuickItem *child : item->childItems())
-            measureTexts(child, opacity, picture);
+            measureTexts(child, opacity);
     }
 
-    void measureLabels(const SpriteItem &scene, double opacity, const QImage &picture)
+    void measure(const QColor &color, double opacity)
     {
-        for (const Layer &layer : scene.picture()) {
-            for (const Label &label : layer.labels)
-                measureText(label.text,
-                    scene.mapRectToScene(SetLabel(label, scene.height()).text()),
-                    label.colour.toQColor(), opacity, picture);
-        }
-    }
-
-    void measureText(const QString &words, const QRectF &place, const QColor &color, double opacity,
-        const QImage &picture)
-    {
-        const QRect area = place.toAlignedRect() & picture.rect();
-        Pixels pixels;
-        for (int y = area.top(); y <= area.bottom(); ++y) {
-            const auto *line = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
-            for (int x = area.left(), from = x; x <= area.right(); ++x) {
-                if (x == area.right() || line[x + 1] != line[x]) {
-                    pixels[line[x]] += x + 1 - from;
-                    from = x + 1;
-                }
-            }
-        }
-        QRgb ground = 0;
-        for (const auto [pixel, count] : pixels.asKeyValueRange()) {
-            if (distance(pixel, color.rgb()) > 12 && count > pixels.value(ground))
-                ground = pixel;
-        }
-        const QColor expected = over(QColor(ground), color, color.alphaF() * opacity);
-        QRgb drawn = 0;
-        for (const auto [pixel, count] : pixels.asKeyValueRange()) {
-            if (distance(pixel, expected.rgb()) <= 12 && count > pixels.value(drawn))
-                drawn = pixel;
-        }
-        if (pixels.value(drawn) < 3) {
-            undrawn_ += words + u" in "_s + expected.name();
-            return;
-        }
-        QColor opaque = color;
-        opaque.setAlpha(255);
-        const int percent = qRound(color.alphaF() * opacity * 100);
-        const QString style = nameOf(opaque)
-            + (percent < 100 ? u" at %1 %"_s.arg(percent) : QString()) + u" on "_s
-            + nameOf(QColor(ground));
-        const double measured = ratio(QColor(drawn), QColor(ground));
-        styles_[style] = std::min(styles_.value(style, measured), measured);
+        const double seen = color.alphaF() * opacity;
+        double least = 21;
+        for (const QColor &ground :
+            luminance(color) > 0.1 ? QList{Hud::bg(), Hud::panel()} : QList{Hud::green()})
+            least = std::min(least, ratio(over(ground, color, seen), ground));
+        const int percent = qRound(seen * 100);
+        const QString style =
+            nameOf(color) + (percent < 100 ? u" at %1 %"_s.arg(percent) : QString());
+        styles_[style] = std::min(styles_.value(style, least), least);
     }
 
     QMap<QString, double> styles_; // the least ratio of each style that was met
-    QStringList undrawn_; // texts whose colour is nowhere to be seen
 };
 
 QTEST_MAIN(ContrastTest)

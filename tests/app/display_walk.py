@@ -192,7 +192,7 @@ def tray(program):
     assert host.property("Title") == "Luna" and host.property("ToolTip")[2] == "Luna"
     titles = ["Open the window", "Change my name, city or wake word…", "Install the natural voice…",
               "Listen for “Luna”", "Show the panel when Luna speaks", "Start when I log in",
-              "Window", "Quit Kelo"]
+              "Microphone", "Window", "Quit Kelo"]
 
     def marks():
         return {title: mark for title, (_, mark, _) in host.menu().items() if mark is not None}
@@ -212,8 +212,11 @@ def tray(program):
     assert host.property("Title") == "Luna"
     host.choose("Start when I log in")
     until(lambda: not entry.exists(), "the login entry's end")
-    (program.home / "input").unlink(missing_ok=True)  # the microphone's level, if there is one
-
+    suggested = "As the system suggests"
+    assert host.menu()["Microphone"][2][suggested][1] == 0, "another one is wanted"
+    host.choose(suggested, within="Microphone")
+    program.settings_say("microphone=")
+    assert host.menu()["Microphone"][2][suggested][1] == 1
     host.choose("Listen for “Nova”")
     program.settings_say("voice=false")
     host.choose("Install the natural voice…")
@@ -439,7 +442,8 @@ def ends(start):
 WALKS = {walk.__name__: walk for walk in (
     announcements, answers, beginnings, console, contrast, ends, questions, relaunch, tray, updates,
     window)}
-STARTS = {"tray": {"arguments": ["--hidden"], "assistant": "Luna"},
+STARTS = {"tray": {"arguments": ["--hidden"], "assistant": "Luna",
+                   "settings": "microphone=usb\n"},
           "relaunch": {"DESKTOP_AUTOSTART_ID": "10a8"}}
 
 if __name__ == "__main__":

@@ -41,12 +41,10 @@ private Q_SLOTS:
         const auto shift = Qt::ShiftModifier;
 
         row("a letter", {Qt::Key_H, {}, u"h"_s}, plain, sends(u"h"_s));
-        row("punctuation", {Qt::Key_BracketLeft, {}, u"["_s}, plain, sends(u"["_s));
         row("the last printable one", {Qt::Key_AsciiTilde, shift, u"~"_s}, plain, sends(u"~"_s));
         row("Alt does not bypass", {Qt::Key_N, Qt::AltModifier, u"n"_s}, plain, sends(u"n"_s));
         row("an accented letter", {Qt::Key_Eacute, {}, u"é"_s}, plain, {});
         row("an emoji", {Qt::Key_unknown, {}, u"🎹"_s}, plain, {});
-        row("a dead key", {Qt::Key_Dead_Acute, {}, {}}, plain, {});
         row("forward delete", {Qt::Key_Delete, {}, u"\x7f"_s}, plain, {});
         row("a function key", {Qt::Key_F5, {}, {}}, plain, {});
         row("return", {Qt::Key_Return, {}, u"\r"_s}, plain, sends(u"\n"_s));
@@ -56,13 +54,10 @@ private Q_SLOTS:
         row("right", {Qt::Key_Right, {}, {}}, plain, sends(u"\x1b[C"_s));
 
         row("Ctrl+Q never reaches the engine", {Qt::Key_Q, control, u"\x11"_s}, plain, {});
-        row("Meta+M neither", {Qt::Key_M, Qt::MetaModifier, u"m"_s}, plain, {});
         row("Ctrl+F is no shortcut of ours", {Qt::Key_F, control, u"\x06"_s}, visual, {});
-        row("Ctrl+C in the questions", {Qt::Key_C, control, u"\x03"_s}, welcome, {});
 
         row("the questions come first", {Qt::Key_F, {}, u"f"_s}, welcome,
             {Kind::OfferToWelcome, {}});
-        row("even for Tab", {Qt::Key_Tab, {}, u"\t"_s}, welcome, {Kind::OfferToWelcome, {}});
 
         const KeyAction offered{Kind::OfferToWelcome, {}};
         const KeyPress enter{Qt::Key_Enter, {}, u"\r"_s};
@@ -81,10 +76,7 @@ private Q_SLOTS:
         const KeyPress space{Qt::Key_Space, {}, u" "_s};
         const KeyPress escape{Qt::Key_Escape, {}, {}};
         row("Tab moves the focus", {Qt::Key_Tab, {}, u"\t"_s}, plain, {});
-        row("and back", {Qt::Key_Backtab, shift, u"\t"_s}, onButton, {});
         row("space presses the control", space, onButton, {});
-        row("one that is on or off too", space, {.focus = Focus::Choice}, {});
-        row("return too", {Qt::Key_Return, {}, u"\r"_s}, onButton, {});
         row("enter too", enter, onButton, {});
         row("what is read is not pressed", space, onRow, sends(u" "_s));
         row("nor what is not there", space, plain, sends(u" "_s));
@@ -95,13 +87,11 @@ private Q_SLOTS:
             {.focus = Focus::Button, .visual = true}, {Kind::LeaveControls, {}});
 
         row("f", {Qt::Key_F, {}, u"f"_s}, plain, {Kind::ToggleVisualiser, {}});
-        row("F", {Qt::Key_F, shift, u"F"_s}, visual, {Kind::ToggleVisualiser, {}});
         row("o", {Qt::Key_O, {}, u"o"_s}, plain, {Kind::ChooseFile, {}});
         row("escape leaves the visualiser", {Qt::Key_Escape, {}, {}}, visual,
             {Kind::LeaveVisualiser, {}});
         row("escape means nothing else", {Qt::Key_Escape, {}, u"\x1b"_s}, plain, {});
         row("f is a letter while typing", {Qt::Key_F, {}, u"f"_s}, typing, sends(u"f"_s));
-        row("O too", {Qt::Key_O, shift, u"O"_s}, typing, sends(u"O"_s));
         row("escape is nothing while typing", {Qt::Key_Escape, {}, u"\x1b"_s}, typingInVisual, {});
     }
 
