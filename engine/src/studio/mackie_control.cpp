@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <ranges>
 #include <utility>
 
 namespace kelo::engine {
@@ -115,7 +114,7 @@ void MackieControl::advance(double now)
 void MackieControl::take(const MidiPort::Message &message)
 {
     const bool system = message.size() > systemHead.size()
-        && std::ranges::equal(systemHead, message | std::views::take(5));
+        && std::equal(systemHead.begin(), systemHead.end(), message.begin());
     const bool light = message.size() == 3 && message[0] == 0x90;
     if (!system && !light)
         return;
