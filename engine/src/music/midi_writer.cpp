@@ -10,7 +10,6 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::uint32_t ticksPerQuarter = 480;
-constexpr double ticksPerSecond = 960; // two quarters, unless a file says otherwise
 constexpr std::uint32_t longestDelta = 0x0fffffff;
 
 void addNumber(Bytes &bytes, std::uint32_t value, int size)
@@ -28,11 +27,36 @@ void addVariable(Bytes &bytes, std::uint32_t value)
     bytes.push_back(static_cast<std::uint8_t>(value & 0x7f));
 }
 
+/// A meta event at the very beginning.
+void addMeta(Bytes &bytes, std::uint8_t kind, const Bytes &contents)
+{
+    bytes.insert(bytes.end(), {0, 0xff, kind, static_cast<std::uint8_t>(contents.size())});
+    bytes.insert(bytes.end(), contents.begin(), contents.end());
+}
+
+Bytes signatures(const MidiSignature &signature)
+{
+    constexpr std::uint32_t microsecondsPerMinute = 60'000'000;
+    Bytes tempo;
+    addNumber(tempo, microsecondsPerMinute / static_cast<std::uint32_t>(signature.tempo), 3);
+    std::uint8_t unitPower = 0;
+    while (1 << unitPower < signature.unit)
+        ++unitPower;
+    Bytes bytes;
+    addMeta(bytes, 0x51, tempo);
+    addMeta(bytes, 0x58, {static_cast<std::uint8_t>(signature.beats), unitPower, 24, 8});
+    addMeta(bytes, 0x59,
+        {static_cast<std::uint8_t>(signature.sharps),
+            static_cast<std::uint8_t>(signature.minor ? 1 : 0)});
+    return bytes;
+}
+
 } // namespace
 
-Bytes writeMidiFile(const Piece &piece)
+Bytes writeMidiFile(const Piece &piece, const MidiSignature &signature)
 {
-    Bytes track;
+    const double ticksPerSecond = ticksPerQuarter * signature.tempo / 60.0;
+    Bytes track = signatures(signature);
     std::uint32_t now = 0;
     for (const auto &[at, message] : piece.messages) {
         const double ticks = std::clamp(at * ticksPerSecond, 0.0, double{longestDelta});

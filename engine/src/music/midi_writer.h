@@ -7,7 +7,17 @@
 
 namespace kelo::engine {
 
-/// A Standard MIDI File of format 0 with the messages of a piece, at 120 quarters a minute.
-[[nodiscard]] std::vector<std::uint8_t> writeMidiFile(const Piece &piece);
+/// What a MIDI file says about the music in it.
+struct MidiSignature {
+    int tempo = 120; ///< quarters a minute
+    int beats = 4; ///< of a bar
+    int unit = 4; ///< 4 is a quarter, 8 an eighth
+    int sharps = 0; ///< below 0 flats
+    bool minor = false;
+};
+
+/// A Standard MIDI File of format 0 with the messages of a piece.
+[[nodiscard]] std::vector<std::uint8_t> writeMidiFile(
+    const Piece &piece, const MidiSignature &signature = {});
 
 } // namespace kelo::engine
