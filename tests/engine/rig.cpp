@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 using namespace kelo::engine;
@@ -43,7 +44,9 @@ void Rig::start(bool known)
     assistant = std::make_unique<Assistant>(
         Equipment{wire, speech, player, metronome, band, through, keys, *library, desk,
             [](const std::filesystem::path &) { return false; }},
-        Places{home / "profile.json", home / "commands.html", home / "songs", home / "takes"}, 7);
+        Places{home / "profile.json", home / "commands.html", home / "songs", home / "takes",
+            home / "composition.json"},
+        7);
     assistant->begin("", true, moment());
     assistant->greet("", moment());
 }
@@ -122,6 +125,16 @@ int Rig::notes(const QString &section) const
         return played.message.kind() == 0x90 && played.message.second > 0
             && (played.frame == 0 || played.frame >= since);
     }));
+}
+
+QList<int> Rig::programs() const
+{
+    QList<int> all;
+    for (const auto &played : music.played) {
+        if (played.message.kind() == 0xc0 && played.frame >= clock.frameAt(sentAt_))
+            all << played.message.first;
+    }
+    return all;
 }
 
 namespace {

@@ -62,6 +62,8 @@ public:
 
     /// Notes begun by the player, the player's own keys or the rhythm since the last `send`.
     [[nodiscard]] int notes(const QString &section) const;
+    /// Instruments that were chosen for pieces since the last `send`.
+    [[nodiscard]] QList<int> programs() const;
     [[nodiscard]] QString path(const QString &name) const { return folder_.filePath(name); }
 
     QStringList lines; ///< without "@"
@@ -102,5 +104,9 @@ private:
 ///     piano NAME      one is plugged in; without a name it is pulled out
 ///     sounds music    notes are begun there ("music", "rhythm", "keys"); "silent music": none
 ///     kept TEXT       the profile's file has this in it
-///     file PATTERN    a file of such a name is in the songs folder
+///     file PATTERN    there is a file of such a name, or "songs/" and a name; "nofile": none
+///     top 3           the third command key of the piano is pressed
+///     mode NAME       the mode now
+///     program 33      an instrument that was chosen since the last ">"
+///     tempo 90        percent; "loudness 80": of the voice; "thru": the piano plays, too
 [[nodiscard]] QString failureOf(Rig &rig, const QStringList &steps);

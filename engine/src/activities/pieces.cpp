@@ -1,8 +1,13 @@
 #include "activities/pieces.h"
 
+#include "composing/score_file.h"
+#include "composing/transcription.h"
+#include "setup/whole_file.h"
+
 #include <array>
 #include <cstdio>
 #include <fstream>
+#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -71,6 +76,38 @@ std::filesystem::path keepFile(const Session &session, const std::string &name,
     file << bytes;
     file.close();
     return file ? path : std::filesystem::path{};
+}
+
+std::optional<Score> usersTheme(Session &session, const Moment &now)
+{
+    if (session.composition)
+        return session.composition;
+    if (session.heard)
+        return themeOf(session.heard->piece, session.heard->title);
+    if (const auto take = session.recorder.lastTake(now.uptime))
+        return themeOf(*take, "What you played");
+    session.say("Play something first, or compose a piece.", now);
+    return {};
+}
+
+void loadDraft(Session &session)
+{
+    constexpr std::uintmax_t largest = 1 << 22;
+    std::error_code error;
+    if (std::filesystem::file_size(session.draft, error) > largest || error)
+        return;
+    std::ifstream file(session.draft, std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    session.composition = themeFromJson(text);
+}
+
+void keepDraft(const Session &session)
+{
+    if (session.composition)
+        replaceFile(session.draft, themeToJson(*session.composition));
+    std::error_code error;
+    if (!session.composition)
+        std::filesystem::remove(session.draft, error);
 }
 
 std::string stampOf(const Moment &now)

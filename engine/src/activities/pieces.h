@@ -22,6 +22,16 @@ bool chooseSong(Session &session, const Request &request, const Moment &now);
 [[nodiscard]] std::filesystem::path keepFile(const Session &session, const std::string &name,
     std::string_view extension, std::string_view bytes);
 
+/// The user's theme: the composition, or else what was heard or played last. Nothing after saying
+/// that there is none.
+[[nodiscard]] std::optional<Score> usersTheme(Session &session, const Moment &now);
+
+/// The composition that was not saved when the engine ended.
+void loadDraft(Session &session);
+
+/// Writes the composition where it outlives the engine, or forgets what was written.
+void keepDraft(const Session &session);
+
 /// "2025-03-07 14.05", for names of files.
 [[nodiscard]] std::string stampOf(const Moment &now);
 

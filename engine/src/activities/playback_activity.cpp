@@ -1,6 +1,7 @@
 #include "activities/playback_activity.h"
 
-#include "activities/home_activity.h"
+#include "activities/pieces.h"
+#include "music/midi_writer.h"
 
 #include <algorithm>
 #include <cmath>
@@ -33,9 +34,11 @@ Piece transposed(Piece piece, int semitones)
     return piece;
 }
 
-PlaybackActivity::PlaybackActivity(Session &shared, Heard what, std::string announcement)
+PlaybackActivity::PlaybackActivity(
+    Session &shared, Heard what, std::string announcement, Kind kind)
     : Activity(shared)
     , announcement_(std::move(announcement))
+    , kind_(kind)
 {
     session_.heard = std::move(what);
 }
@@ -73,7 +76,28 @@ bool PlaybackActivity::request(const Request &request, const Moment &now)
         {Action::PlayBars, &PlaybackActivity::toBars},
         {Action::Transpose, &PlaybackActivity::transpose},
     };
+    if (request.action == Action::Keep && kind_ == Kind::MadeUp) {
+        keep(now);
+        return true;
+    }
     return handle(*this, handlers, request, now);
+}
+
+void PlaybackActivity::note(int, int, const Moment &)
+{
+    kind_ = Kind::Known; // from now on what is kept is the player's
+}
+
+void PlaybackActivity::keep(const Moment &now)
+{
+    const auto bytes = writeMidiFile(session_.heard->piece);
+    const bool kept = !keepFile(session_, session_.heard->title, ".mid",
+        std::string(bytes.begin(), bytes.end()))
+                           .empty();
+    session_.library.refresh();
+    session_.songs.setSongs(session_.library.names());
+    say(kept ? "I kept this piece among your songs." : "I couldn't write it to the songs folder.",
+        now);
 }
 
 void PlaybackActivity::again(const Request &, const Moment &now)

@@ -7,10 +7,15 @@ namespace kelo::engine {
 /// Listening to a piece: a song, a file, or what the user played.
 class PlaybackActivity : public Activity {
 public:
-    PlaybackActivity(Session &shared, Heard what, std::string announcement);
+    /// What was made up is kept by S, as long as nothing is played on it.
+    enum class Kind { Known, MadeUp };
+
+    PlaybackActivity(
+        Session &shared, Heard what, std::string announcement, Kind kind = Kind::Known);
 
     void enter(const Moment &now) override;
     bool request(const Request &request, const Moment &now) override;
+    void note(int pitch, int velocity, const Moment &now) override;
     void advance(const Moment &now) override;
 
     [[nodiscard]] std::string place() const override;
@@ -31,8 +36,10 @@ private:
     void toBars(const Request &request, const Moment &now);
     void skip(int bars, const Moment &now);
     void transpose(const Request &request, const Moment &now);
+    void keep(const Moment &now);
 
     std::string announcement_;
+    Kind kind_;
     bool playing_ = false;
 };
 

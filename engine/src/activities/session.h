@@ -1,6 +1,7 @@
 #pragma once
 
 #include "activities/moment.h"
+#include "composing/score.h"
 #include "listen/request.h"
 #include "music/player.h"
 #include "piano/recorder.h"
@@ -21,6 +22,7 @@
 namespace kelo::engine {
 
 class Activity;
+class StudioControl;
 
 /// What an activity asks of the assistant.
 class Host {
@@ -56,13 +58,19 @@ struct Session {
     Band &band;
     Library &library;
     std::filesystem::path songsFolder; ///< what is to be kept goes there
+    std::filesystem::path draft; ///< of the composition that is not saved yet
     std::uint32_t seed = 0; ///< of all that is chosen by chance
+    StudioControl *logic = nullptr; ///< where there is one
+    StudioControl *reaper = nullptr;
 
     SongList songs{}; ///< with the song that was chosen last
     Hands hands = Hands::Both;
     Recorder recorder{};
     std::optional<Heard> heard{}; ///< what was played last
     std::map<std::string, int> reached{}; ///< bars of songs whose lessons were left
+    std::optional<Score> composition{}; ///< the user's theme
+    std::size_t jazzLesson = 0;
+    std::map<Action, double> done{}; ///< when something was last asked for
     bool pianoPresent = false;
 
     void say(std::string_view text, const Moment &now) const { host.say(text, now); }

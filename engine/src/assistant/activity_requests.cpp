@@ -1,17 +1,27 @@
 #include "assistant/activity_requests.h"
 
+#include "activities/album_activity.h"
 #include "activities/band_activity.h"
+#include "activities/compose_activity.h"
 #include "activities/ear_training_activity.h"
+#include "activities/jam_activity.h"
+#include "activities/jazz_activity.h"
 #include "activities/lesson_activity.h"
 #include "activities/menu_activity.h"
 #include "activities/metronome_activity.h"
 #include "activities/pieces.h"
 #include "activities/playback_activity.h"
+#include "activities/studio_activity.h"
+#include "composing/accompaniment.h"
+#include "composing/composer.h"
+#include "composing/variations.h"
 #include "lessons/excerpt.h"
+#include "lessons/jazz_course.h"
 #include "music/midi_writer.h"
 #include "theory/pitch_names.h"
 
 #include <algorithm>
+#include <random>
 #include <utility>
 
 namespace kelo::engine {
@@ -217,9 +227,123 @@ void ActivityRequests::noLesson(const Request &, const Moment &now)
     session_.say("There is no lesson now.", now);
 }
 
-void ActivityRequests::notYet(const Request &, const Moment &now)
+void ActivityRequests::album(const Request &, const Moment &now)
 {
-    session_.say("I can't do that.", now);
+    session_.library.refresh();
+    session_.songs.setSongs(session_.library.names());
+    for (std::size_t song = session_.library.firstFile(); song < session_.library.size(); ++song) {
+        auto read = session_.library.load(song);
+        if (auto *piece = std::get_if<Piece>(&read)) {
+            begin<AlbumActivity>(
+                now, song, Heard{session_.library.names()[song].title, std::move(*piece)});
+            return;
+        }
+    }
+    session_.say("Your album is empty. S keeps what you play.", now);
+}
+
+void ActivityRequests::makeUp(const Request &request, const Moment &now)
+{
+    const Score score = kelo::engine::makeUp(
+        {request.mood.value_or(moodAt(now.hour())), request.key}, session_.seedAt(now));
+    begin<PlaybackActivity>(
+        now, Heard{score.title, pieceOf(score)}, score.title + ".", PlaybackActivity::Kind::MadeUp);
+}
+
+/// What has not been done for longest among what can be done now.
+void ActivityRequests::surprise(const Request &, const Moment &now)
+{
+    std::vector<Action> possible{Action::MakeUp, Action::Jazz, Action::EarTraining, Action::Jam,
+        Action::ComposingIdea};
+    if (session_.composition || session_.heard) {
+        for (const Action action : {Action::Lullaby, Action::VideoGame, Action::FilmScore})
+            possible.push_back(action);
+    }
+    if (session_.library.firstFile() < session_.library.size())
+        possible.push_back(Action::Album);
+    std::minstd_rand random(session_.seedAt(now));
+    std::ranges::shuffle(possible, random);
+    const auto lastDone = [this](Action action) {
+        const auto found = session_.done.find(action);
+        return found == session_.done.end() ? -1.0 : found->second;
+    };
+    session_.host.perform({*std::ranges::min_element(possible, {}, lastDone)}, now);
+}
+
+void ActivityRequests::compose(const Request &request, const Moment &now)
+{
+    begin<ComposeActivity>(now, request.metre);
+}
+
+/// What only composing can do begins with composing.
+void ActivityRequests::inCompose(const Request &request, const Moment &now)
+{
+    begin<ComposeActivity>(now, request.metre);
+    session_.host.perform(request, now);
+}
+
+void ActivityRequests::variation(const Request &, const Moment &now)
+{
+    const auto theme = usersTheme(session_, now);
+    if (!theme)
+        return;
+    const int which = static_cast<int>(session_.seedAt(now) % variationCount);
+    Score score = variationOf(*theme, which);
+    accompany(score, {"Left hand"}, Figure::Broken, 48, 56);
+    const std::string title = theme->title.empty() ? "Your piece" : theme->title;
+    begin<PlaybackActivity>(now, Heard{title, pieceOf(score)},
+        title + ", " + std::string(variationName(which)) + ".", PlaybackActivity::Kind::MadeUp);
+}
+
+void ActivityRequests::arrangement(Arrangement which, const Moment &now)
+{
+    const auto theme = usersTheme(session_, now);
+    if (!theme)
+        return;
+    const Score score = arrange(*theme, which);
+    begin<PlaybackActivity>(
+        now, Heard{score.title, pieceOf(score)}, score.title + ".", PlaybackActivity::Kind::MadeUp);
+}
+
+void ActivityRequests::lullaby(const Request &, const Moment &now)
+{
+    arrangement(Arrangement::Lullaby, now);
+}
+
+void ActivityRequests::videoGame(const Request &, const Moment &now)
+{
+    arrangement(Arrangement::VideoGame, now);
+}
+
+void ActivityRequests::filmScore(const Request &, const Moment &now)
+{
+    arrangement(Arrangement::FilmScore, now);
+}
+
+void ActivityRequests::jam(const Request &, const Moment &now)
+{
+    begin<JamActivity>(now);
+}
+
+void ActivityRequests::jazz(const Request &request, const Moment &now)
+{
+    const int last = static_cast<int>(jazzLessonCount);
+    if (request.number && (*request.number < 1 || *request.number > last))
+        session_.say("There are " + std::to_string(last) + " lessons.", now);
+    else
+        begin<JazzActivity>(now,
+            request.number ? std::optional(static_cast<std::size_t>(*request.number) - 1)
+                           : std::nullopt);
+}
+
+void ActivityRequests::logic(const Request &, const Moment &now)
+{
+    begin<StudioActivity>(now, StudioActivity::Program::Logic);
+}
+
+void ActivityRequests::reaper(const Request &, const Moment &now)
+{
+    begin<StudioActivity>(now, StudioActivity::Program::Reaper);
 }
 
 } // namespace kelo::engine

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "activities/activity.h"
+#include "composing/arrangements.h"
 
 namespace kelo::engine {
 
@@ -32,7 +33,20 @@ public:
     void countIn(const Request &request, const Moment &now);
     void band(const Request &request, const Moment &now);
     void noLesson(const Request &request, const Moment &now);
-    void notYet(const Request &request, const Moment &now);
+    void album(const Request &request, const Moment &now);
+    void makeUp(const Request &request, const Moment &now);
+    void surprise(const Request &request, const Moment &now);
+    void compose(const Request &request, const Moment &now);
+    void inCompose(const Request &request, const Moment &now);
+    void variation(const Request &request, const Moment &now);
+    void lullaby(const Request &request, const Moment &now);
+    void videoGame(const Request &request, const Moment &now);
+    void filmScore(const Request &request, const Moment &now);
+    void jam(const Request &request, const Moment &now);
+    void jazz(const Request &request, const Moment &now);
+    void logic(const Request &request, const Moment &now);
+    void reaper(const Request &request, const Moment &now);
+    void nothing(const Request &, const Moment &) { }
 
     static constexpr Handler<ActivityRequests> handlers[] = {
         {Action::OpenMenu, &ActivityRequests::openMenu},
@@ -53,29 +67,31 @@ public:
         {Action::CountIn, &ActivityRequests::countIn},
         {Action::Band, &ActivityRequests::band},
         {Action::Drop, &ActivityRequests::noLesson},
-        {Action::Album, &ActivityRequests::notYet},
-        {Action::StartOver, &ActivityRequests::notYet},
-        {Action::MakeUp, &ActivityRequests::notYet},
-        {Action::Surprise, &ActivityRequests::notYet},
-        {Action::Compose, &ActivityRequests::notYet},
-        {Action::PlayAsBand, &ActivityRequests::notYet},
-        {Action::ReadBack, &ActivityRequests::notYet},
-        {Action::Variation, &ActivityRequests::notYet},
-        {Action::SavePiece, &ActivityRequests::notYet},
-        {Action::NewPiece, &ActivityRequests::notYet},
-        {Action::ComposingIdea, &ActivityRequests::notYet},
-        {Action::Lullaby, &ActivityRequests::notYet},
-        {Action::VideoGame, &ActivityRequests::notYet},
-        {Action::FilmScore, &ActivityRequests::notYet},
-        {Action::Jam, &ActivityRequests::notYet},
-        {Action::Jazz, &ActivityRequests::notYet},
-        {Action::JazzIdea, &ActivityRequests::notYet},
-        {Action::LogicControl, &ActivityRequests::notYet},
-        {Action::ReaperControl, &ActivityRequests::notYet},
-        {Action::BackALevel, &ActivityRequests::notYet},
+        {Action::Album, &ActivityRequests::album},
+        {Action::StartOver, &ActivityRequests::nothing},
+        {Action::MakeUp, &ActivityRequests::makeUp},
+        {Action::Surprise, &ActivityRequests::surprise},
+        {Action::Compose, &ActivityRequests::compose},
+        {Action::PlayAsBand, &ActivityRequests::inCompose},
+        {Action::ReadBack, &ActivityRequests::inCompose},
+        {Action::Variation, &ActivityRequests::variation},
+        {Action::SavePiece, &ActivityRequests::inCompose},
+        {Action::NewPiece, &ActivityRequests::inCompose},
+        {Action::ComposingIdea, &ActivityRequests::inCompose},
+        {Action::Lullaby, &ActivityRequests::lullaby},
+        {Action::VideoGame, &ActivityRequests::videoGame},
+        {Action::FilmScore, &ActivityRequests::filmScore},
+        {Action::Jam, &ActivityRequests::jam},
+        {Action::JamAgain, &ActivityRequests::jam},
+        {Action::Jazz, &ActivityRequests::jazz},
+        {Action::JazzIdea, &ActivityRequests::jazz},
+        {Action::LogicControl, &ActivityRequests::logic},
+        {Action::ReaperControl, &ActivityRequests::reaper},
+        {Action::BackALevel, &ActivityRequests::nothing},
     };
 
 private:
+    void arrangement(Arrangement which, const Moment &now);
     template <typename Next, typename... Arguments>
     void begin(const Moment &now, Arguments &&...arguments)
     {

@@ -1,7 +1,10 @@
 #include "assistant/assistant.h"
 
 #include "activities/home_activity.h"
+#include "activities/jazz_activity.h"
 #include "activities/loading_activity.h"
+#include "activities/pieces.h"
+#include "activities/playback_activity.h"
 #include "assistant/keys.h"
 #include "listen/understanding.h"
 #include "protocol/text.h"
@@ -99,7 +102,10 @@ Assistant::Assistant(const Equipment &equipment, const Places &places, std::uint
           .band = equipment.band,
           .library = equipment.library,
           .songsFolder = places.songs,
+          .draft = places.draft,
           .seed = seed,
+          .logic = equipment.logic,
+          .reaper = equipment.reaper,
           .recorder = Recorder(places.takes)}
     , activity_(std::make_unique<HomeActivity>(session_))
     , activityRequests_(session_, activity_)
@@ -112,6 +118,7 @@ Assistant::Assistant(const Equipment &equipment, const Places &places, std::uint
     , commandKeys_(settings_->topKey)
 {
     session_.songs.setSongs(equipment.library.names());
+    loadDraft(session_);
 }
 
 Assistant::~Assistant() = default;
@@ -129,6 +136,7 @@ void Assistant::begin(std::string_view piano, bool asksQuestions, const Moment &
     tellNames();
     soundRequests_.begin();
     wire_.send("hands", nameOf(session_.hands));
+    JazzActivity::tellLessons(session_);
     showMode();
     showPiano(piano);
     advance(now);
@@ -326,6 +334,7 @@ void Assistant::perform(const Request &request, const Moment &now)
 {
     hush();
     settingTopKey_ = false;
+    session_.done[request.action] = now.uptime;
     if (activity_->request(request, now) || handle(*this, handlers, request, now))
         return;
     static_cast<void>(handle(activityRequests_, ActivityRequests::handlers, request, now)

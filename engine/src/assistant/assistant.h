@@ -36,6 +36,8 @@ struct Equipment {
     Library &library;
     SoundDesk &desk;
     std::function<bool(const std::filesystem::path &)> openPage; ///< shows it to the user
+    StudioControl *logic = nullptr; ///< where there is one
+    StudioControl *reaper = nullptr;
 };
 
 /// Where the assistant keeps things.
@@ -44,6 +46,7 @@ struct Places {
     std::filesystem::path page; ///< of all commands
     std::filesystem::path songs; ///< what is to be kept goes there
     std::filesystem::path takes; ///< what was played last
+    std::filesystem::path draft; ///< of the composition that is not saved yet
 };
 
 /// Takes what comes in, by key, by voice, from the piano or from the display, makes requests of

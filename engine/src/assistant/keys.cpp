@@ -79,7 +79,7 @@ constexpr Legend legends[] = {
             Action::TalkMode, Action::Stop, Action::Compose, Action::Help, Action::Home,
             Action::Keep}},
     {"jazz",
-        {Action::Jam, Action::JazzIdea, Action::Next, Action::Previous, Action::TalkMode,
+        {Action::JamAgain, Action::JazzIdea, Action::Next, Action::Previous, Action::TalkMode,
             Action::Stop, Action::Compose, Action::Help, Action::Home, Action::Keep}},
     {"logic", inStudio},
     {"reaper", inStudio},

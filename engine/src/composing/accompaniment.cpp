@@ -22,7 +22,7 @@ constexpr unsigned fifth = 4;
 constexpr unsigned octave = 8;
 constexpr unsigned below = 16;
 constexpr unsigned fifthBelow = 32;
-constexpr unsigned chord = root | third | fifth;
+constexpr unsigned fullChord = root | third | fifth;
 constexpr unsigned drum = 64;
 
 constexpr int kick = 36;
@@ -34,19 +34,19 @@ constexpr Stroke alberti[] = {{0, 1, root, 8}, {1, 1, fifth}, {2, 1, third}, {3,
     {4, 1, root, 4}, {5, 1, fifth}, {6, 1, third}, {7, 1, fifth}};
 constexpr Stroke broken[] = {{0, 2, below, 8}, {1, 2, fifthBelow}, {2, 2, root}, {3, 2, third},
     {4, 2, fifth, 4}, {5, 2, third}, {6, 2, root}, {7, 1, fifthBelow}};
-constexpr Stroke waltz[] = {{0, 2, below, 10}, {2, 2, chord, -6}, {4, 2, chord, -8},
-    {6, 2, fifthBelow, 6}, {8, 2, chord, -6}, {10, 2, chord, -8}};
+constexpr Stroke waltz[] = {{0, 2, below, 10}, {2, 2, fullChord, -6}, {4, 2, fullChord, -8},
+    {6, 2, fifthBelow, 6}, {8, 2, fullChord, -6}, {10, 2, fullChord, -8}};
 constexpr Stroke march[] = {
-    {0, 2, below, 10}, {2, 2, chord}, {4, 2, fifthBelow, 6}, {6, 2, chord}};
-constexpr Stroke chords[] = {{0, 4, chord, 6}, {4, 4, chord}};
+    {0, 2, below, 10}, {2, 2, fullChord}, {4, 2, fifthBelow, 6}, {6, 2, fullChord}};
+constexpr Stroke chords[] = {{0, 4, fullChord, 6}, {4, 4, fullChord}};
 constexpr Stroke rocking[] = {{0, 1, below, 6}, {1, 1, root}, {2, 1, third}, {3, 1, fifth, 2},
     {4, 1, third}, {5, 1, root}, {6, 1, below, 4}, {7, 1, root}};
 constexpr Stroke pulse[] = {{0, 1, root, 8}, {1, 1, octave}, {2, 1, fifth}, {3, 1, octave},
     {4, 1, third, 4}, {5, 1, octave}, {6, 1, fifth}, {7, 1, octave}};
-constexpr Stroke sustained[] = {{0, 8, chord | octave}};
+constexpr Stroke sustained[] = {{0, 8, fullChord | octave}};
 constexpr Stroke bass[] = {{0, 3, below, 10}, {3, 1, below}, {4, 2, fifthBelow}, {6, 2, below}};
 constexpr Stroke walking[] = {{0, 2, below, 8}, {2, 2, third}, {4, 2, fifthBelow, 4}, {6, 2, fifth}};
-constexpr Stroke comping[] = {{0, 1, chord | octave, 6}, {3, 1, chord | octave, 2}};
+constexpr Stroke comping[] = {{0, 1, fullChord | octave, 6}, {3, 1, fullChord | octave, 2}};
 constexpr Stroke drums[] = {{0, 1, drum, 14, kick}, {0, 1, drum, 0, closedHat},
     {1, 1, drum, -14, closedHat}, {2, 1, drum, 10, snare}, {2, 1, drum, 0, closedHat},
     {3, 1, drum, -14, closedHat}, {4, 1, drum, 14, kick}, {4, 1, drum, 0, closedHat},

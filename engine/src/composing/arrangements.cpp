@@ -31,7 +31,7 @@ struct Backing {
     int velocity;
 };
 
-struct Style {
+struct Scoring {
     std::string_view name;
     int tempo; ///< quarters a minute; 0 as the theme has it
     int melodyProgram;
@@ -41,9 +41,9 @@ struct Style {
     std::size_t backingCount;
 };
 
-const std::array<Style, 4> &styles()
+const std::array<Scoring, 4> &scorings()
 {
-    static const std::array<Style, 4> all{{
+    static const std::array<Scoring, 4> all{{
         {"a band", 0, grandPiano, 72, -1,
             {{{{"Guitar", guitar, false, 90}, Figure::Comping, 52, 62},
                 {{"Bass", fingeredBass, false, 100}, Figure::Bass, 40, 84},
@@ -82,26 +82,26 @@ int octavesTo(const std::vector<Tone> &melody, int pitch)
 
 Score arrange(const Score &theme, Arrangement arrangement)
 {
-    const Style &style = styles()[static_cast<std::size_t>(arrangement)];
+    const Scoring &scoring = scorings()[static_cast<std::size_t>(arrangement)];
     Score score = theme;
     score.title = (theme.title.empty() ? "Your piece" : theme.title) + ", as "
-        + std::string(style.name);
-    score.tempo = style.tempo > 0 ? style.tempo : theme.tempo;
-    score.parts = {{"Melody", style.melodyProgram, false, 115}};
+        + std::string(scoring.name);
+    score.tempo = scoring.tempo > 0 ? scoring.tempo : theme.tempo;
+    score.parts = {{"Melody", scoring.melodyProgram, false, 115}};
     score.tones = theme.partTones(0);
-    const int octaves = octavesTo(score.tones, style.register_);
+    const int octaves = octavesTo(score.tones, scoring.register_);
     for (Tone &tone : score.tones)
         tone.pitch += 12 * octaves;
-    if (style.doubleProgram >= 0) {
-        score.parts.push_back({"Second melody", style.doubleProgram, false, 100});
+    if (scoring.doubleProgram >= 0) {
+        score.parts.push_back({"Second melody", scoring.doubleProgram, false, 100});
         for (Tone tone : score.partTones(0)) {
             tone.pitch += 12;
             tone.part = 1;
             score.tones.push_back(tone);
         }
     }
-    for (std::size_t i = 0; i < style.backingCount; ++i) {
-        const Backing &backing = style.backing[i];
+    for (std::size_t i = 0; i < scoring.backingCount; ++i) {
+        const Backing &backing = scoring.backing[i];
         const bool waltz = theme.metre.beats == 3 && backing.figure == Figure::Comping;
         accompany(score, backing.player, waltz ? Figure::Waltz : backing.figure, backing.lowest,
             backing.velocity);
@@ -112,7 +112,7 @@ Score arrange(const Score &theme, Arrangement arrangement)
 
 std::string_view nameOf(Arrangement arrangement)
 {
-    return styles()[static_cast<std::size_t>(arrangement)].name;
+    return scorings()[static_cast<std::size_t>(arrangement)].name;
 }
 
 } // namespace kelo::engine

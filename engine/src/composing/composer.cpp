@@ -17,13 +17,13 @@ constexpr std::size_t period = 8; ///< bars
 using Chords = std::array<int, period>; ///< degrees, a bar each
 
 /// Periods that begin and end at home, with a half close in the middle.
-constexpr Chords home[] = {{0, 3, 0, 4, 0, 3, 4, 0}, {0, 5, 3, 4, 0, 5, 4, 0},
+constexpr Chords homeward[] = {{0, 3, 0, 4, 0, 3, 4, 0}, {0, 5, 3, 4, 0, 5, 4, 0},
     {0, 0, 3, 4, 0, 1, 4, 0}, {0, 4, 5, 4, 0, 3, 4, 0}, {0, 3, 1, 4, 0, 5, 4, 0}};
 /// Periods that wander and lead back.
-constexpr Chords away[] = {{5, 2, 3, 4, 5, 3, 1, 4}, {3, 0, 3, 4, 1, 5, 3, 4},
+constexpr Chords wanderings[] = {{5, 2, 3, 4, 5, 3, 1, 4}, {3, 0, 3, 4, 1, 5, 3, 4},
     {4, 0, 4, 0, 3, 1, 5, 4}, {5, 5, 1, 4, 3, 0, 1, 4}};
 
-struct Style {
+struct MoodStyle {
     bool minor;
     int slowest;
     int fastest;
@@ -33,7 +33,7 @@ struct Style {
     std::string_view name;
 };
 
-constexpr Style styles[] = {
+constexpr MoodStyle moodStyles[] = {
     {false, 112, 132, {4, 4}, Figure::Alberti, true, "A bright piece"},
     {false, 66, 80, {4, 4}, Figure::Broken, false, "A calm piece"},
     {true, 58, 72, {4, 4}, Figure::Broken, false, "A sad piece"},
@@ -88,20 +88,20 @@ Score makeUp(const Wish &wish, std::uint32_t seed)
 {
     std::minstd_rand random(seed);
     random.discard(7); // near seeds begin alike
-    const Style &style = styles[static_cast<std::size_t>(wish.mood)];
+    const MoodStyle &manner = moodStyles[static_cast<std::size_t>(wish.mood)];
     constexpr std::array<int, 5> tonics{0, 7, 2, 5, 9};
     Score score;
-    score.key = wish.key.value_or(Tonality{oneOf(tonics, random), style.minor});
-    score.metre = style.metre;
-    score.tempo = std::uniform_int_distribution<int>(style.slowest, style.fastest)(random);
-    score.title = std::string(style.name) + " in " + nameOf(score.key);
+    score.key = wish.key.value_or(Tonality{oneOf(tonics, random), manner.minor});
+    score.metre = manner.metre;
+    score.tempo = std::uniform_int_distribution<int>(manner.slowest, manner.fastest)(random);
+    score.title = std::string(manner.name) + " in " + nameOf(score.key);
     score.parts = {{"Right hand"}};
 
     std::array<Section, 3> sections;
     for (std::size_t i = 0; i < sections.size(); ++i) {
         Section &section = sections[i];
-        section.chords = i == 0 ? oneOf(home, random) : oneOf(away, random);
-        section.melody = periodOver(section.chords, score.metre, style.lively, i > 0, random);
+        section.chords = i == 0 ? oneOf(homeward, random) : oneOf(wanderings, random);
+        section.melody = periodOver(section.chords, score.metre, manner.lively, i > 0, random);
     }
     int stress = 0;
     for (const char letter : oneOf(forms, random)) {
@@ -124,7 +124,7 @@ Score makeUp(const Wish &wish, std::uint32_t seed)
         }
         stress = which > 0 ? 4 : -2;
     }
-    accompany(score, {"Left hand"}, style.figure, 48, 56);
+    accompany(score, {"Left hand"}, manner.figure, 48, 56);
     return score;
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int highest = 11; ///< degrees above the tonic at middle C
 constexpr int lowest = -2;
-constexpr int period = 8; ///< bars
+constexpr int periodBars = 8; ///< bars
 
 /// Rhythms of a bar, in eighths.
 using Rhythm = std::vector<int>;
@@ -66,15 +66,15 @@ std::vector<DegreeTone> periodOver(std::span<const int> chords, const Metre &met
     const Rhythm &first = kinds[static_cast<std::size_t>(choose(static_cast<int>(kinds.size())))];
     const Rhythm &second = kinds[static_cast<std::size_t>(choose(static_cast<int>(kinds.size())))];
     // Where each bar begins: an arch that has its top in the sixth bar.
-    constexpr std::array<int, period> arch{2, 3, 4, 3, 4, 6, 5, 2};
-    std::array<int, period + 1> anchors{};
-    for (std::size_t bar = 0; bar < period; ++bar)
+    constexpr std::array<int, periodBars> arch{2, 3, 4, 3, 4, 6, 5, 2};
+    std::array<int, periodBars + 1> anchors{};
+    for (std::size_t bar = 0; bar < periodBars; ++bar)
         anchors[bar] = snapped(arch[bar] + choose(3) - 1, chords[bar]);
     anchors[4] = anchors[0]; // the motif comes back
-    anchors[period] = 0;
+    anchors[periodBars] = 0;
     std::vector<DegreeTone> tones;
     std::vector<DegreeTone> motif; ///< of the first bar
-    for (std::size_t bar = 0; bar < period; ++bar) {
+    for (std::size_t bar = 0; bar < periodBars; ++bar) {
         const int start = static_cast<int>(bar) * eighths * eighth;
         const int chord = chords[bar];
         if (bar % 4 == 3) { // a close

@@ -9,13 +9,13 @@ namespace kelo::engine {
 
 namespace {
 
-struct Value {
+struct NoteValue {
     int ticks;
     std::string_view type;
     bool dotted;
 };
 
-constexpr std::array<Value, 8> values{{{96, "whole", false}, {72, "half", true},
+constexpr std::array<NoteValue, 8> noteValues{{{96, "whole", false}, {72, "half", true},
     {48, "half", false}, {36, "quarter", true}, {24, "quarter", false}, {18, "eighth", true},
     {12, "eighth", false}, {6, "16th", false}}};
 
@@ -114,15 +114,15 @@ private:
         return xml + written(now, to, {}, false, false);
     }
 
-    /// Notes, or a rest, for a stretch of time, in as many written values as it takes.
+    /// Notes, or a rest, for a stretch of time, in as many written noteValues as it takes.
     [[nodiscard]] std::string written(int from, int to, std::span<const Tone> chord,
         bool tiedBefore, bool tiedAfter) const
     {
         std::string xml;
         while (from < to) {
             const auto value = std::ranges::find_if(
-                values, [&](const Value &each) { return each.ticks <= to - from; });
-            const int ticks = value == values.end() ? to - from : value->ticks;
+                noteValues, [&](const NoteValue &each) { return each.ticks <= to - from; });
+            const int ticks = value == noteValues.end() ? to - from : value->ticks;
             const bool stop = tiedBefore;
             const bool start = tiedAfter || from + ticks < to;
             bool second = false;
@@ -132,7 +132,7 @@ private:
                 if (!chord.empty())
                     xml += std::string(stop ? "<tie type=\"stop\"/>" : "")
                         + (start ? "<tie type=\"start\"/>" : "");
-                if (value != values.end())
+                if (value != noteValues.end())
                     xml += element("type", value->type) + (value->dotted ? "<dot/>" : "");
                 xml += "</note>";
                 second = true;

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int grid = ticksPerQuarter / 4;
 constexpr int mostBars = 64;
-constexpr int drumChannel = 9;
+constexpr int percussionChannel = 9;
 
 /// The highest note at a time, cut where the next begins; small gaps are closed.
 std::vector<Tone> melodyOf(std::vector<Tone> tones)
@@ -51,7 +51,7 @@ Score scoreOf(std::span<const Note> notes, double start, double quarter)
     score.parts = {{"Melody"}};
     std::vector<Tone> tones;
     for (const Note &note : notes) {
-        if (note.channel == drumChannel)
+        if (note.channel == percussionChannel)
             continue;
         const int at = snapped((note.at - start) / quarter * ticksPerQuarter);
         const int length =

@@ -66,6 +66,7 @@ enum class Action : std::uint8_t {
     VideoGame,
     FilmScore,
     Jam,
+    JamAgain,
     Jazz,
     JazzIdea,
     // Other programs.

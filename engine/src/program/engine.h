@@ -67,7 +67,8 @@ private:
     ReaperControl reaper_{home_ / "reaper", millisecondsSinceEpoch()};
     Assistant assistant_{{wire_, speaker_, player_, metronome_, band_, through_, mixer_.keys(),
                              library_, desk_, openWithDesktop},
-        {home_ / "profile.json", home_ / "commands.html", songs_, home_ / "takes"},
+        {home_ / "profile.json", home_ / "commands.html", songs_, home_ / "takes",
+            home_ / "composition.json"},
         std::random_device{}()};
     std::optional<Demo> demo_;
     bool audible_ = false;

@@ -60,6 +60,11 @@ void Library::refresh()
         songNames.push_back({titleOf(file), {}});
 }
 
+std::size_t Library::firstFile() const
+{
+    return shippedSongs().size();
+}
+
 std::variant<Piece, MidiFault> Library::load(std::size_t song) const
 {
     const std::size_t shipped = shippedSongs().size();

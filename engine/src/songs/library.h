@@ -20,6 +20,8 @@ public:
     void refresh();
 
     [[nodiscard]] const std::vector<SongName> &names() const { return songNames; }
+    /// The place of the first song that is a file.
+    [[nodiscard]] std::size_t firstFile() const;
     [[nodiscard]] std::size_t size() const { return songNames.size(); }
 
     [[nodiscard]] std::variant<Piece, MidiFault> load(std::size_t song) const;

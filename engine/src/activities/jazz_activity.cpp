@@ -1,0 +1,245 @@
+#include "activities/jazz_activity.h"
+
+#include "composing/backing_band.h"
+#include "lessons/jazz_course.h"
+#include "theory/pitch_names.h"
+
+namespace kelo::engine {
+
+namespace {
+
+constexpr int bandTempo = 112;
+constexpr int choruses = 4;
+constexpr double quietBeforeWords = 0.8;
+
+std::vector<Step> stepsOf(const Piece &piece)
+{
+    std::vector<Step> steps;
+    for (const Note &note : piece.notes) {
+        if (steps.empty() || note.at > steps.back().at + 0.01)
+            steps.push_back({note.at, {}});
+        steps.back().pitches.push_back(note.pitch);
+    }
+    return steps;
+}
+
+std::string keyName(std::size_t key)
+{
+    return "in " + pitchName(60 + jazzKeys[key], Spelling::Flats);
+}
+
+} // namespace
+
+JazzActivity::JazzActivity(Session &shared, std::optional<std::size_t> number)
+    : TeachingActivity(shared)
+{
+    if (number)
+        session_.jazzLesson = *number % jazzLessonCount;
+}
+
+void JazzActivity::tellLessons(const Session &session)
+{
+    std::string names;
+    for (std::size_t i = 0; i < jazzLessonCount; ++i)
+        names += (i == 0 ? "" : "|") + std::string(jazzLesson(i).title);
+    session.wire.send("jazz", names);
+}
+
+void JazzActivity::enter(const Moment &now)
+{
+    tellLessons(session_);
+    begin(session_.jazzLesson, now);
+}
+
+void JazzActivity::leave(const Moment &now)
+{
+    if (paused())
+        resume(now);
+    TeachingActivity::leave(now);
+}
+
+bool JazzActivity::request(const Request &request, const Moment &now)
+{
+    static constexpr Handler<JazzActivity> handlers[] = {
+        {Action::Jazz, &JazzActivity::open},
+        {Action::JamAgain, &JazzActivity::jam},
+        {Action::JazzIdea, &JazzActivity::idea},
+        {Action::ComposingIdea, &JazzActivity::idea},
+        {Action::Start, &JazzActivity::again},
+        {Action::Again, &JazzActivity::again},
+        {Action::Next, &JazzActivity::next},
+        {Action::Previous, &JazzActivity::previous},
+        {Action::Stop, &JazzActivity::stopBand},
+        {Action::NoteNames, &JazzActivity::names},
+    };
+    return handle(*this, handlers, request, now);
+}
+
+void JazzActivity::begin(std::size_t number, const Moment &now)
+{
+    session_.jazzLesson = number % jazzLessonCount;
+    key_ = 0;
+    attempt_.reset();
+    band_ = false;
+    idea({}, now);
+}
+
+void JazzActivity::open(const Request &request, const Moment &now)
+{
+    const int last = static_cast<int>(jazzLessonCount);
+    if (request.number && (*request.number < 1 || *request.number > last)) {
+        say("There are " + std::to_string(last) + " lessons.", now);
+        return;
+    }
+    begin(request.number ? static_cast<std::size_t>(*request.number) - 1 : session_.jazzLesson,
+        now);
+}
+
+void JazzActivity::idea(const Request &, const Moment &now)
+{
+    const JazzLesson &lesson = jazzLesson(session_.jazzLesson);
+    const std::size_t key = std::min(key_, jazzKeys.size() - 1);
+    attempt_.reset();
+    band_ = false;
+    teach({{},
+              "Lesson " + std::to_string(session_.jazzLesson + 1) + ": "
+                  + std::string(lesson.title) + ". " + std::string(lesson.idea) + " Listen, "
+                  + keyName(key) + ", then play it.",
+              true},
+        now);
+}
+
+void JazzActivity::again(const Request &request, const Moment &now)
+{
+    if (band_) {
+        jam(request, now);
+        return;
+    }
+    attempt_.reset();
+    teach({{}, {}, true}, now);
+}
+
+void JazzActivity::jam(const Request &, const Moment &now)
+{
+    attempt_.reset();
+    band_ = true;
+    teach({{}, "The band plays. Try it.", true}, now);
+}
+
+void JazzActivity::stopBand(const Request &, const Moment &)
+{
+    band_ = false;
+    endExample();
+}
+
+void JazzActivity::next(const Request &, const Moment &now)
+{
+    begin(session_.jazzLesson + 1, now);
+}
+
+void JazzActivity::previous(const Request &, const Moment &now)
+{
+    begin(session_.jazzLesson + jazzLessonCount - 1, now);
+}
+
+void JazzActivity::names(const Request &, const Moment &now)
+{
+    std::string text;
+    const std::size_t key = std::min(key_, jazzKeys.size() - 1);
+    for (const Step &step : stepsOf(jazzExample(jazzLesson(session_.jazzLesson), jazzKeys[key])))
+        text += (text.empty() ? "" : ", ") + pitchNames(step.pitches, Spelling::Flats)
+            + (step.pitches.size() > 1 ? " together" : "");
+    say(text + ".", now);
+}
+
+Piece JazzActivity::example() const
+{
+    const JazzLesson &lesson = jazzLesson(session_.jazzLesson);
+    if (band_)
+        return pieceOf(jazzBand(lesson.chords, bandTempo, choruses));
+    return jazzExample(lesson, jazzKeys[std::min(key_, jazzKeys.size() - 1)]);
+}
+
+void JazzActivity::listen(const Moment &)
+{
+    if (band_)
+        return; // over the band everything is right
+    attempt_.emplace(
+        stepsOf(jazzExample(jazzLesson(session_.jazzLesson),
+            jazzKeys[std::min(key_, jazzKeys.size() - 1)])),
+        Spelling::Flats);
+}
+
+bool JazzActivity::listening() const
+{
+    return band_ || attempt_.has_value();
+}
+
+Reply JazzActivity::press(int pitch, const Moment &now)
+{
+    if (!attempt_ || session_.player.playing())
+        return {};
+    missedAt_ = now.uptime;
+    const bool going = attempt_->state() == Attempt::State::Going;
+    const Attempt::State state = attempt_->press(pitch, now.uptime);
+    return going ? judged(state, now) : Reply{};
+}
+
+Reply JazzActivity::judged(Attempt::State state, const Moment &)
+{
+    if (state == Attempt::State::Missed)
+        return {false, {}, false, false};
+    if (state == Attempt::State::Going)
+        return {};
+    attempt_.reset();
+    if (++key_ < jazzKeys.size())
+        return {true, "Good. Now " + keyName(key_) + ".", true};
+    band_ = true;
+    return {true, "Good. Now try it over the band.", true};
+}
+
+std::optional<double> JazzActivity::deadline() const
+{
+    if (!attempt_)
+        return {};
+    if (attempt_->state() == Attempt::State::Missed)
+        return missedAt_ + quietBeforeWords;
+    return attempt_->deadline();
+}
+
+void JazzActivity::advance(const Moment &now)
+{
+    if (const auto due = deadline(); due && now.uptime >= *due && !paused()) {
+        if (attempt_->state() == Attempt::State::Missed) {
+            const std::string fault = attempt_->fault();
+            attempt_.reset();
+            listen(now);
+            say(fault + " Try again.", now);
+        } else if (attempt_->expire(now.uptime) == Attempt::State::Missed) {
+            missedAt_ = now.uptime;
+            teach({false, {}}, now);
+        }
+    }
+    TeachingActivity::advance(now);
+}
+
+std::string JazzActivity::place() const
+{
+    return "This is the jazz course. Lesson " + std::to_string(session_.jazzLesson + 1) + ": "
+        + std::string(jazzLesson(session_.jazzLesson).title) + ".";
+}
+
+std::string_view JazzActivity::help() const
+{
+    return "I say an idea and play it, you play it in three keys, then over a band. Space plays it "
+           "again, N says its notes, right goes to the next lesson, left to the one before. Return "
+           "pauses. Zero goes home.";
+}
+
+std::string_view JazzActivity::suggestions() const
+{
+    return "repeat; what notes; the idea of the lesson; jam again; next lesson; or jazz lesson "
+           "three";
+}
+
+} // namespace kelo::engine
