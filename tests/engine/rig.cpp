@@ -192,9 +192,33 @@ QString failureOf(Rig &rig, const QStringList &steps)
             good = (rig.notes(words[0]) > 0) == (verb == u"sounds");
         } else if (verb == u"kept") {
             good = kelo::test::readFile(rig.path(u"profile.json"_s)).contains(rest.toUtf8());
-        } else if (verb == u"file") {
-            good =
-                !QDir(rig.path(u"songs"_s)).entryList().filter(QRegularExpression(rest)).isEmpty();
+        } else if (verb == u"file" || verb == u"nofile") {
+            const QDir home(rig.path(u"."_s));
+            QStringList all = home.entryList(QDir::Files);
+            for (const QString &song : QDir(home.filePath(u"songs"_s)).entryList(QDir::Files))
+                all << u"songs/"_s + song;
+            const QRegularExpression wanted(u'^' + rest + u'$');
+            good = all.filter(wanted).isEmpty() == (verb == u"nofile");
+        } else if (verb == u"top") {
+            const QString keys = rig.lines.filter(QRegularExpression(u"^buttons ."_s)).last();
+            const int pitch = keys.section(u' ', rest.toInt(), rest.toInt()).toInt();
+            sent = rig.seen = rig.lines.size();
+            rig.send({});
+            rig.press(pitch);
+            rig.run(0.1);
+            rig.press(pitch, 0);
+        } else if (verb == u"mode") {
+            const QStringList modes = rig.lines.filter(QRegularExpression(u"^mode "_s));
+            good = !modes.isEmpty() && modes.last() == step;
+        } else if (verb == u"program") {
+            rig.run(5);
+            good = rig.programs().contains(rest.toInt());
+        } else if (verb == u"tempo") {
+            good = std::lround(rig.player.tempo() * 100) == rest.toInt();
+        } else if (verb == u"loudness") {
+            good = rig.desk.loudness(Fader::Voice) == rest.toInt();
+        } else if (verb == u"thru") {
+            good = rig.through.on();
         } else {
             return u"no such step: "_s + step;
         }

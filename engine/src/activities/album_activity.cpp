@@ -71,7 +71,8 @@ std::string AlbumActivity::place() const
 
 std::string_view AlbumActivity::help() const
 {
-    return "Right goes to the next piece of your album, left to the one before. Return pauses. Zero "
+    return "Right goes to the next piece of your album, left to the one before. Return pauses. "
+           "Zero "
            "goes home.";
 }
 

@@ -184,11 +184,11 @@ void ComposeActivity::readBack(const Request &, const Moment &now)
 
 Score ComposeActivity::forTwoHands() const
 {
-    Score score = variation_ < 0 ? *session_.composition
-                                 : variationOf(*session_.composition, variation_);
+    Score score =
+        variation_ < 0 ? *session_.composition : variationOf(*session_.composition, variation_);
     score.parts = {{"Right hand"}};
-    accompany(score, {"Left hand"}, score.metre.beats == 3 ? Figure::Waltz : Figure::Broken, 48,
-        56);
+    accompany(
+        score, {"Left hand"}, score.metre.beats == 3 ? Figure::Waltz : Figure::Broken, 48, 56);
     return score;
 }
 

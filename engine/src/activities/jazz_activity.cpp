@@ -91,8 +91,8 @@ void JazzActivity::open(const Request &request, const Moment &now)
         say("There are " + std::to_string(last) + " lessons.", now);
         return;
     }
-    begin(request.number ? static_cast<std::size_t>(*request.number) - 1 : session_.jazzLesson,
-        now);
+    begin(
+        request.number ? static_cast<std::size_t>(*request.number) - 1 : session_.jazzLesson, now);
 }
 
 void JazzActivity::idea(const Request &, const Moment &now)
@@ -101,11 +101,11 @@ void JazzActivity::idea(const Request &, const Moment &now)
     const std::size_t key = std::min(key_, jazzKeys.size() - 1);
     attempt_.reset();
     band_ = false;
-    teach({{},
-              "Lesson " + std::to_string(session_.jazzLesson + 1) + ": "
-                  + std::string(lesson.title) + ". " + std::string(lesson.idea) + " Listen, "
-                  + keyName(key) + ", then play it.",
-              true},
+    teach(
+        {{},
+            "Lesson " + std::to_string(session_.jazzLesson + 1) + ": " + std::string(lesson.title)
+                + ". " + std::string(lesson.idea) + " Listen, " + keyName(key) + ", then play it.",
+            true},
         now);
 }
 
@@ -164,9 +164,8 @@ void JazzActivity::listen(const Moment &)
 {
     if (band_)
         return; // over the band everything is right
-    attempt_.emplace(
-        stepsOf(jazzExample(jazzLesson(session_.jazzLesson),
-            jazzKeys[std::min(key_, jazzKeys.size() - 1)])),
+    attempt_.emplace(stepsOf(jazzExample(jazzLesson(session_.jazzLesson),
+                         jazzKeys[std::min(key_, jazzKeys.size() - 1)])),
         Spelling::Flats);
 }
 

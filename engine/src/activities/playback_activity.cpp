@@ -34,20 +34,19 @@ Piece transposed(Piece piece, int semitones)
     return piece;
 }
 
-PlaybackActivity::PlaybackActivity(
-    Session &shared, Heard what, std::string announcement, Kind kind)
+PlaybackActivity::PlaybackActivity(Session &shared, Heard what, std::string announcement, Kind kind)
     : Activity(shared)
+    , first_(std::move(what))
     , announcement_(std::move(announcement))
     , kind_(kind)
 {
-    session_.heard = std::move(what);
 }
 
 void PlaybackActivity::enter(const Moment &now)
 {
     if (!announcement_.empty())
         say(announcement_, now);
-    play(std::move(*session_.heard), now);
+    play(std::move(first_), now);
 }
 
 void PlaybackActivity::play(Heard what, const Moment &now)
@@ -91,9 +90,9 @@ void PlaybackActivity::note(int, int, const Moment &)
 void PlaybackActivity::keep(const Moment &now)
 {
     const auto bytes = writeMidiFile(session_.heard->piece);
-    const bool kept = !keepFile(session_, session_.heard->title, ".mid",
-        std::string(bytes.begin(), bytes.end()))
-                           .empty();
+    const bool kept =
+        !keepFile(session_, session_.heard->title, ".mid", std::string(bytes.begin(), bytes.end()))
+             .empty();
     session_.library.refresh();
     session_.songs.setSongs(session_.library.names());
     say(kept ? "I kept this piece among your songs." : "I couldn't write it to the songs folder.",

@@ -38,6 +38,7 @@ private:
     void transpose(const Request &request, const Moment &now);
     void keep(const Moment &now);
 
+    Heard first_; ///< until it is played
     std::string announcement_;
     Kind kind_;
     bool playing_ = false;

@@ -253,8 +253,8 @@ void ActivityRequests::makeUp(const Request &request, const Moment &now)
 /// What has not been done for longest among what can be done now.
 void ActivityRequests::surprise(const Request &, const Moment &now)
 {
-    std::vector<Action> possible{Action::MakeUp, Action::Jazz, Action::EarTraining, Action::Jam,
-        Action::ComposingIdea};
+    std::vector<Action> possible{
+        Action::MakeUp, Action::Jazz, Action::EarTraining, Action::Jam, Action::ComposingIdea};
     if (session_.composition || session_.heard) {
         for (const Action action : {Action::Lullaby, Action::VideoGame, Action::FilmScore})
             possible.push_back(action);

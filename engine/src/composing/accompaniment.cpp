@@ -45,7 +45,8 @@ constexpr Stroke pulse[] = {{0, 1, root, 8}, {1, 1, octave}, {2, 1, fifth}, {3, 
     {4, 1, third, 4}, {5, 1, octave}, {6, 1, fifth}, {7, 1, octave}};
 constexpr Stroke sustained[] = {{0, 8, fullChord | octave}};
 constexpr Stroke bass[] = {{0, 3, below, 10}, {3, 1, below}, {4, 2, fifthBelow}, {6, 2, below}};
-constexpr Stroke walking[] = {{0, 2, below, 8}, {2, 2, third}, {4, 2, fifthBelow, 4}, {6, 2, fifth}};
+constexpr Stroke walking[] = {
+    {0, 2, below, 8}, {2, 2, third}, {4, 2, fifthBelow, 4}, {6, 2, fifth}};
 constexpr Stroke comping[] = {{0, 1, fullChord | octave, 6}, {3, 1, fullChord | octave, 2}};
 constexpr Stroke drums[] = {{0, 1, drum, 14, kick}, {0, 1, drum, 0, closedHat},
     {1, 1, drum, -14, closedHat}, {2, 1, drum, 10, snare}, {2, 1, drum, 0, closedHat},

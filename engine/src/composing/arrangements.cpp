@@ -84,8 +84,8 @@ Score arrange(const Score &theme, Arrangement arrangement)
 {
     const Scoring &scoring = scorings()[static_cast<std::size_t>(arrangement)];
     Score score = theme;
-    score.title = (theme.title.empty() ? "Your piece" : theme.title) + ", as "
-        + std::string(scoring.name);
+    score.title =
+        (theme.title.empty() ? "Your piece" : theme.title) + ", as " + std::string(scoring.name);
     score.tempo = scoring.tempo > 0 ? scoring.tempo : theme.tempo;
     score.parts = {{"Melody", scoring.melodyProgram, false, 115}};
     score.tones = theme.partTones(0);

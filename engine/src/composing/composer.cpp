@@ -67,9 +67,9 @@ void append(Score &score, const Section &section, int phraseStress)
         const int chord = section.chords[static_cast<std::size_t>(bar)];
         const int swell = bar < 6 ? bar : 10 - bar; // louder towards the top of the arch
         const int beat = tone.at % score.barTicks() == 0 ? 6 : 0;
-        score.tones.push_back({start + tone.at, tone.length,
-            pitchOver(score.key, tone.degree, chord) + 12, 74 + swell * 2 + beat + phraseStress,
-            0});
+        score.tones.push_back(
+            {start + tone.at, tone.length, pitchOver(score.key, tone.degree, chord) + 12,
+                74 + swell * 2 + beat + phraseStress, 0});
     }
 }
 

@@ -92,8 +92,7 @@ Score pedal(const Score &theme)
 {
     Score score = motifOf(theme);
     score.parts.push_back({"Pedal note"});
-    score.tones.push_back(
-        {0, 2 * score.barTicks(), pitchOf(theme.key, 0) - 24, 70, 1});
+    score.tones.push_back({0, 2 * score.barTicks(), pitchOf(theme.key, 0) - 24, 70, 1});
     score.sort();
     return score;
 }
@@ -135,19 +134,20 @@ Score suspension(const Score &theme)
 }
 
 constexpr std::array<Device, deviceCount> devices{{
-    {"Sequence", "Say the same thing again, a step higher, and once more. It makes a short idea "
-                 "travel.",
+    {"Sequence",
+        "Say the same thing again, a step higher, and once more. It makes a short idea "
+        "travel.",
         &sequence},
     {"Inversion", "Turn the idea upside down: where it went up it now goes down by as much.",
         &inversion},
-    {"Imitation", "A second voice says the same a bar later, while the first goes on.",
-        &imitation},
+    {"Imitation", "A second voice says the same a bar later, while the first goes on.", &imitation},
     {"Pedal note", "One low note stays while everything above it moves. It makes the ground firm.",
         &pedal},
     {"Augmentation", "Make every note twice as long. The idea becomes solemn.", &augmentation},
     {"Diminution", "Make every note half as long. The idea becomes excited.", &diminution},
-    {"Suspension", "Hold the note before for a moment where the next is expected, then let it "
-                   "step down.",
+    {"Suspension",
+        "Hold the note before for a moment where the next is expected, then let it "
+        "step down.",
         &suspension},
     {"Retrograde", "Play it backwards, from the last note to the first.", &retrograde},
 }};

@@ -58,7 +58,9 @@ Score answerTo(const Score &phrase, int bars, std::uint32_t seed)
                 continue;
             const int place = tone.at - source * bar;
             const int degree = degreeOf(phrase.key, tone.pitch);
-            const int next = way == 0 ? 2 * axis - degree : way == 1 ? degree + step : degree - step;
+            const int next = way == 0 ? 2 * axis - degree
+                : way == 1            ? degree + step
+                                      : degree - step;
             tone.pitch = pitchOf(phrase.key, next);
             if (place % (2 * ticksPerQuarter) == 0)
                 tone.pitch = chordNoteNear(harmony, tone.pitch);

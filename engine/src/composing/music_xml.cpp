@@ -15,9 +15,9 @@ struct NoteValue {
     bool dotted;
 };
 
-constexpr std::array<NoteValue, 8> noteValues{{{96, "whole", false}, {72, "half", true},
-    {48, "half", false}, {36, "quarter", true}, {24, "quarter", false}, {18, "eighth", true},
-    {12, "eighth", false}, {6, "16th", false}}};
+constexpr std::array<NoteValue, 8> noteValues{
+    {{96, "whole", false}, {72, "half", true}, {48, "half", false}, {36, "quarter", true},
+        {24, "quarter", false}, {18, "eighth", true}, {12, "eighth", false}, {6, "16th", false}}};
 
 std::string element(std::string_view name, std::string_view contents)
 {
@@ -106,7 +106,7 @@ private:
             if (begins < ends) {
                 xml += written(now, begins, {}, false, false);
                 xml += written(begins, ends, std::span(tones_).subspan(i, next - i),
-                    tones_[i].at < from, end > to);
+                    tones_[i].at<from, end> to);
                 now = ends;
             }
             i = next;
@@ -115,8 +115,8 @@ private:
     }
 
     /// Notes, or a rest, for a stretch of time, in as many written noteValues as it takes.
-    [[nodiscard]] std::string written(int from, int to, std::span<const Tone> chord,
-        bool tiedBefore, bool tiedAfter) const
+    [[nodiscard]] std::string written(
+        int from, int to, std::span<const Tone> chord, bool tiedBefore, bool tiedAfter) const
     {
         std::string xml;
         while (from < to) {

@@ -54,8 +54,7 @@ Score scoreOf(std::span<const Note> notes, double start, double quarter)
         if (note.channel == percussionChannel)
             continue;
         const int at = snapped((note.at - start) / quarter * ticksPerQuarter);
-        const int length =
-            std::max(grid, snapped(note.duration / quarter * ticksPerQuarter));
+        const int length = std::max(grid, snapped(note.duration / quarter * ticksPerQuarter));
         tones.push_back({std::max(at, 0), length, note.pitch, note.velocity, 0});
     }
     score.tones = melodyOf(std::move(tones));
@@ -99,9 +98,9 @@ std::string lengthInWords(int ticks)
         int ticks;
         std::string_view name;
     };
-    constexpr std::array<Value, 9> values{{{96, "semibreve"}, {72, "dotted minim"},
-        {48, "minim"}, {36, "dotted crotchet"}, {24, "crotchet"}, {18, "dotted quaver"},
-        {12, "quaver"}, {6, "semiquaver"}, {0, ""}}};
+    constexpr std::array<Value, 9> values{
+        {{96, "semibreve"}, {72, "dotted minim"}, {48, "minim"}, {36, "dotted crotchet"},
+            {24, "crotchet"}, {18, "dotted quaver"}, {12, "quaver"}, {6, "semiquaver"}, {0, ""}}};
     std::string words;
     for (const Value &value : values) {
         while (value.ticks > 0 && ticks >= value.ticks) {
@@ -137,8 +136,8 @@ Score themeOf(const Piece &piece, std::string title)
     } else {
         score = transcribe(piece.notes);
     }
-    std::erase_if(score.tones,
-        [&](const Tone &tone) { return tone.at >= mostBars * score.barTicks(); });
+    std::erase_if(
+        score.tones, [&](const Tone &tone) { return tone.at >= mostBars * score.barTicks(); });
     score.title = std::move(title);
     harmonise(score);
     return score;
@@ -159,7 +158,8 @@ void harmonise(Score &theme)
             value += bar == bars - 2 && degree == 4 ? 0.8 : 0;
             double before = bar == 0 ? 0 : -std::numeric_limits<double>::infinity();
             for (int last = 0; bar > 0 && last < degrees; ++last) {
-                const double way = best[i - 1][static_cast<std::size_t>(last)] + leads(last, degree);
+                const double way =
+                    best[i - 1][static_cast<std::size_t>(last)] + leads(last, degree);
                 if (way > before) {
                     before = way;
                     from[i][d] = last;

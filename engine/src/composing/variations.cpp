@@ -80,8 +80,7 @@ Tones brokenChords(const Score &score, const Tones &melody)
         for (int i = 0; i < pieces; ++i) {
             const int from = tone.length * i / pieces;
             const int to = tone.length * (i + 1) / pieces;
-            varied.push_back(
-                {tone.at + from, to - from, pitch, tone.velocity - 3 * i, tone.part});
+            varied.push_back({tone.at + from, to - from, pitch, tone.velocity - 3 * i, tone.part});
             pitch = chordNote(harmony, pitch, i == 2 ? -5 : 1);
         }
     }
@@ -95,7 +94,8 @@ Tones mirrored(const Score &score, const Tones &melody)
     const int axis = melody.empty() ? 0 : degreeOf(score.key, melody.front().pitch);
     for (Tone tone : melody) {
         tone.pitch = pitchOf(score.key, 2 * axis - degreeOf(score.key, tone.pitch));
-        if (tone.at % (2 * ticksPerQuarter) == 0 && !contains(harmonyAt(score, tone.at), tone.pitch))
+        if (tone.at % (2 * ticksPerQuarter) == 0
+            && !contains(harmonyAt(score, tone.at), tone.pitch))
             tone.pitch = chordNote(harmonyAt(score, tone.at), tone.pitch, 0);
         varied.push_back(tone);
     }

@@ -67,7 +67,8 @@ int beatsOf(const std::vector<Onset> &onsets, double start, double period)
         int downbeats = 0;
         for (const Onset &onset : onsets) {
             const long beat = std::lround((onset.at - start) / period);
-            const bool isBeat = std::abs((onset.at - start) / period - static_cast<double>(beat)) < 0.2;
+            const bool isBeat =
+                std::abs((onset.at - start) / period - static_cast<double>(beat)) < 0.2;
             all += onset.weight;
             if (isBeat && beat % beats == 0) {
                 on += onset.weight;
