@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <utility>
 
@@ -16,6 +17,15 @@ namespace {
 constexpr int grid = ticksPerQuarter / 4;
 constexpr int mostBars = 64;
 constexpr int percussionChannel = 9;
+constexpr int longest = 96; ///< ticks that one note lasts
+
+/// The length nearest to this that one note has.
+int plain(int ticks)
+{
+    constexpr std::array<int, 8> lengths{longest, 72, 48, 36, 24, 18, 12, 6};
+    return *std::ranges::min_element(
+        lengths, {}, [ticks](int length) { return std::abs(length - ticks); });
+}
 
 /// The highest note at a time, cut where the next begins; small gaps are closed.
 std::vector<Tone> melodyOf(std::vector<Tone> tones)
@@ -32,10 +42,11 @@ std::vector<Tone> melodyOf(std::vector<Tone> tones)
             continue;
         melody.push_back(tone);
     }
-    for (std::size_t i = 0; i + 1 < melody.size(); ++i) {
-        const int room = melody[i + 1].at - melody[i].at;
-        if (melody[i].length > room || melody[i].length * 2 >= room)
-            melody[i].length = room;
+    for (std::size_t i = 0; i < melody.size(); ++i) {
+        Tone &tone = melody[i];
+        const bool last = i + 1 == melody.size();
+        const int room = last ? longest : melody[i + 1].at - tone.at;
+        tone.length = !last && tone.length * 2 >= room ? room : std::min(plain(tone.length), room);
     }
     return melody;
 }
@@ -72,7 +83,9 @@ double fit(const Score &theme, const Harmony &harmony, int bar)
         const int ends = std::min(tone.at + tone.length, from + theme.barTicks());
         if (begins >= ends)
             continue;
-        const double weight = (ends - begins) + (tone.at == from ? ticksPerQuarter : 0);
+        // What begins a bar counts for more, and so does what ends the theme.
+        const bool stressed = tone.at == from || &tone == &theme.tones.back();
+        const double weight = (ends - begins) + (stressed ? ticksPerQuarter : 0);
         sum += contains(harmony, tone.pitch) ? weight : -0.6 * weight;
     }
     return sum / ticksPerQuarter;

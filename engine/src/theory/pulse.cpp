@@ -93,7 +93,7 @@ Pulse pulseOf(std::span<const Note> notes, double period)
     pulse.start = onsets.front().at;
     if (period > 0) {
         pulse.period = period;
-    } else {
+    } else if (onsets.size() > 1) {
         double best = -1;
         for (double each = shortest; each <= longest; each += periodStep) {
             if (const double value = merit(onsets, each); value > best + 1e-9) {

@@ -3,6 +3,7 @@
 #include "theory/pitch_names.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 namespace kelo::engine {
@@ -28,7 +29,7 @@ double agreement(const PitchClassWeights &weights, const Tonality &key)
         sum += weights[(i + static_cast<std::size_t>(key.tonic)) % 12] * expected;
         size += expected * expected;
     }
-    return sum / size;
+    return sum / std::sqrt(size);
 }
 
 const std::array<int, 7> &scaleOf(const Tonality &key)
@@ -57,7 +58,7 @@ Tonality tonalityOf(const PitchClassWeights &weights)
 
 Tonality tonalityOf(std::span<const Note> notes)
 {
-    constexpr double closing = 1.5; // what a tune ends on is mostly its tonic
+    constexpr double closing = 0.5; // what a tune ends on is mostly its tonic
     PitchClassWeights weights{};
     for (const Note &note : notes)
         weights[static_cast<std::size_t>(note.pitch % 12)] += std::min(note.duration, 2.0);

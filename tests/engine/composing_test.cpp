@@ -1,0 +1,391 @@
+#include "composing/arrangements.h"
+#include "composing/backing_band.h"
+#include "composing/composer.h"
+#include "composing/devices.h"
+#include "composing/jam.h"
+#include "composing/music_xml.h"
+#include "composing/score_file.h"
+#include "composing/transcription.h"
+#include "composing/variations.h"
+#include "lessons/jazz_course.h"
+#include "music/midi_file.h"
+#include "support/table.h"
+
+#include <QTest>
+#include <QXmlStreamReader>
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+#include <set>
+
+using namespace Qt::StringLiterals;
+using namespace kelo::engine;
+using kelo::test::Table;
+
+namespace {
+
+/// "60@0+24": pitch, place and length of each tone of a part.
+QString text(const Score &score, int part = 0)
+{
+    QStringList all;
+    for (const Tone &tone : score.partTones(part))
+        all << u"%1@%2+%3"_s.arg(tone.pitch).arg(tone.at).arg(tone.length);
+    return all.join(u' ');
+}
+
+/// Roots of the chords, a bar each: "C F G7" is "0 5 7".
+QString roots(const Score &score)
+{
+    QStringList all;
+    for (const Harmony &harmony : score.harmony)
+        all << QString::number(harmony.root) + (harmony.third == 3 ? u"m"_s : QString());
+    return all.join(u' ');
+}
+
+/// As someone plays: quarters of `period` seconds, each a little early or late.
+std::vector<Note> played(
+    const QList<std::pair<int, double>> &tones, double period, double jitter, unsigned seed = 3)
+{
+    std::minstd_rand random(seed);
+    std::uniform_real_distribution<double> early(-jitter, jitter);
+    std::vector<Note> notes;
+    double at = 5;
+    for (const auto &[pitch, quarters] : tones) {
+        if (pitch > 0)
+            notes.push_back({at + early(random), quarters * period * 0.9, pitch, 80, 0, 0});
+        at += quarters * period;
+    }
+    return notes;
+}
+
+using Tune = QList<std::pair<int, double>>;
+
+const Tune joy{{64, 1}, {64, 1}, {65, 1}, {67, 1}, {67, 1}, {65, 1}, {64, 1}, {62, 1}, {60, 1},
+    {60, 1}, {62, 1}, {64, 1}, {64, 1.5}, {62, 0.5}, {62, 2}};
+const Tune waltz{{67, 2}, {69, 1}, {71, 2}, {69, 1}, {67, 2}, {62, 1}, {67, 3}, {67, 2}, {69, 1},
+    {71, 2}, {72, 1}, {74, 2}, {71, 1}, {67, 3}};
+
+Score theme(const Tune &tune)
+{
+    Score score = transcribe(played(tune, 0.6, 0));
+    harmonise(score);
+    return score;
+}
+
+bool inScale(const Tonality &key, int pitch)
+{
+    const bool leading = key.minor && (pitch - key.tonic) % 12 == 11;
+    return leading || pitchOf(key, degreeOf(key, pitch)) == pitch;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Tune)
+Q_DECLARE_METATYPE(Mood)
+
+class ComposingTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void makesUpWholePieces_data()
+    {
+        const Table<Mood, int, bool, QList<int>> row{"mood", "beats", "minor", "tempos"};
+        row("happy", Mood::Happy, 4, false, {112, 132});
+        row("calm", Mood::Calm, 4, false, {66, 80});
+        row("sad", Mood::Sad, 4, true, {58, 72});
+        row("waltz", Mood::Waltz, 3, false, {132, 156});
+        row("march", Mood::March, 4, false, {104, 116});
+        row("mysterious", Mood::Mysterious, 3, true, {76, 92});
+    }
+
+    void makesUpWholePieces()
+    {
+        QFETCH(Mood, mood);
+        QFETCH(int, beats);
+        QFETCH(bool, minor);
+        QFETCH(QList<int>, tempos);
+        std::set<QString> melodies;
+        std::set<int> lengths;
+        for (unsigned seed = 0; seed < 40; ++seed) {
+            const Score score = makeUp({mood, {}}, seed);
+            QVERIFY(text(score) == text(makeUp({mood, {}}, seed)));
+            melodies.insert(text(score));
+            lengths.insert(score.bars());
+            QVERIFY2(score.bars() >= 24 && score.bars() <= 48, qPrintable(text(score)));
+            QCOMPARE(score.metre.beats, beats);
+            QCOMPARE(score.key.minor, minor);
+            QVERIFY(score.tempo >= tempos[0] && score.tempo <= tempos[1]);
+            QCOMPARE(score.parts.size(), 2U);
+            int last = -1;
+            for (const Tone &tone : score.tones) {
+                const QString where = u"%1 at %2"_s.arg(tone.pitch).arg(tone.at);
+                QVERIFY2(inScale(score.key, tone.pitch), qPrintable(where));
+                QVERIFY2(tone.part == 0 ? tone.pitch >= 60 && tone.pitch <= 108
+                                        : tone.pitch >= 33 && tone.pitch <= 72,
+                    qPrintable(where));
+                QVERIFY2(tone.length > 0 && tone.velocity > 30 && tone.velocity < 112,
+                    qPrintable(where));
+                if (tone.part > 0)
+                    continue;
+                QVERIFY2(tone.at >= last, qPrintable(where)); // one voice
+                last = tone.at + tone.length;
+                // What begins a bar belongs to its chord.
+                const auto bar = static_cast<std::size_t>(tone.at / score.barTicks());
+                if (tone.at % score.barTicks() == 0 && bar % 8 == 0)
+                    QVERIFY2(contains(score.harmony[bar], tone.pitch), qPrintable(where));
+            }
+            QCOMPARE(score.harmony.back().root, score.key.tonic);
+            QVERIFY(contains(score.harmony.back(), score.partTones(0).back().pitch));
+            // The first section comes back somewhere.
+            const auto roots8 = roots(score).split(u' ').mid(0, 8);
+            QVERIFY(roots(score).count(roots8.join(u' ')) >= 2);
+        }
+        QVERIFY(melodies.size() > 38);
+        QVERIFY(lengths.size() > 2); // forms differ
+        const Score wished = makeUp({mood, Tonality{3, true}}, 1);
+        QVERIFY((wished.key == Tonality{3, true}));
+    }
+
+    void writesDownWhatIsPlayed_data()
+    {
+        const Table<Tune, double, double, QString> row{"tune", "period", "jitter", "reading"};
+        const QString inC =
+            u"In C major, 4 4. Bar 1: E crotchet, E crotchet, F crotchet, G crotchet. "
+            "Bar 2: G crotchet, F crotchet, E crotchet, D crotchet. Bar 3: C crotchet, "
+            "C crotchet, D crotchet, E crotchet. Bar 4: E dotted crotchet, D quaver, D "
+            "minim."_s;
+        const QString inG =
+            u"In G major, 3 4. Bar 1: G minim, A crotchet. Bar 2: B minim, A crotchet. Bar 3: G "
+            u"minim, "
+            "D crotchet. Bar 4: G dotted minim. Bar 5: G minim, A crotchet. Bar 6: B minim, C "
+            "crotchet. Bar 7: D minim, B crotchet. Bar 8: G dotted minim."_s;
+        row("exactly", joy, 0.6, 0.0, inC);
+        row("as people play", joy, 0.6, 0.03, inC);
+        row("slowly", joy, 0.85, 0.03, inC);
+        row("fast", joy, 0.42, 0.02, inC);
+        row("a waltz", waltz, 0.5, 0.02, inG);
+        row("a slow waltz", waltz, 0.66, 0.02, inG);
+        row("one note", {{61, 1}}, 0.6, 0.0, u"In C sharp minor, 4 4. Bar 1: C sharp crotchet."_s);
+    }
+
+    void writesDownWhatIsPlayed()
+    {
+        QFETCH(Tune, tune);
+        QFETCH(double, period);
+        QFETCH(double, jitter);
+        const Score score = transcribe(played(tune, period, jitter));
+        QTEST(QString::fromStdString(readBack(score)), "reading");
+        QVERIFY(std::abs(score.tempo - 60 / period) < 60 / period * 0.04 || tune.size() < 2);
+    }
+
+    void goesOnInTheSameTempo()
+    {
+        Score piece = theme(joy);
+        const Score more = transcribe(played({{60, 2}, {67, 2}}, 0.6, 0.02), &piece);
+        append(piece, more);
+        QCOMPARE(piece.bars(), 5);
+        QVERIFY(text(piece).endsWith(u"60@384+48 67@432+48"_s));
+        QVERIFY(transcribe({}).tones.empty());
+    }
+
+    void harmonises()
+    {
+        QCOMPARE(roots(theme(joy)), u"0 7 0 7"_s);
+        QCOMPARE(roots(theme(waltz)), u"7 4m 7 4m 0 7 2 7"_s);
+        Score minor = transcribe(played(
+            {{57, 1}, {60, 1}, {64, 1}, {57, 1}, {62, 2}, {65, 2}, {64, 2}, {68, 2}, {57, 4}}, 0.6,
+            0));
+        minor.key = {9, true};
+        harmonise(minor);
+        QCOMPARE(roots(minor), u"9m 2m 4 9m"_s);
+    }
+
+    void variesTheMelodyOnly()
+    {
+        const Score tune = theme(joy);
+        std::set<QString> melodies{text(tune)};
+        for (int which = 0; which < variationCount; ++which) {
+            const Score varied = variationOf(tune, which);
+            QCOMPARE(roots(varied), roots(tune));
+            QCOMPARE(varied.bars(), tune.bars());
+            melodies.insert(text(varied));
+            int last = 0;
+            for (const Tone &tone : varied.tones) {
+                QVERIFY(tone.at >= last && tone.length > 0);
+                last = tone.at + tone.length;
+            }
+        }
+        QCOMPARE(melodies.size(), std::size_t{variationCount} + 1);
+        QVERIFY(text(variationOf(tune, 0)).startsWith(u"64@0+12 65@12+12 64@24+12 65@36+12"_s));
+        QVERIFY(text(variationOf(tune, 1)).startsWith(u"64@0+36 64@36+12 65@48+36 67@84+12"_s));
+        QVERIFY(text(variationOf(tune, 2)).startsWith(u"64@0+6 67@6+6 72@12+6 67@18+6"_s));
+        QVERIFY(text(variationOf(tune, 3)).startsWith(u"64@0+24 64@24+24 64@48+24"_s));
+        QVERIFY(text(variationOf(tune, 4)).startsWith(u"77@0+6 76@6+6 74@12+6 76@18+6"_s));
+    }
+
+    void arrangesSoThatOneCanTell_data()
+    {
+        // programs in the order of parts; drums are -1; the melody's lowest and highest pitch
+        const Table<Arrangement, int, QList<int>, QList<int>> row{
+            "arrangement", "tempo", "programs", "range"};
+        row("band", Arrangement::Band, 100, {0, 25, 33, -1}, {72, 79});
+        row("lullaby", Arrangement::Lullaby, 58, {10, 46, 48}, {84, 91});
+        row("video game", Arrangement::VideoGame, 168, {80, 81, 38, -1}, {72, 79});
+        row("film score", Arrangement::FilmScore, 76, {60, 48, 48, 52, 48, 47}, {60, 67});
+    }
+
+    void arrangesSoThatOneCanTell()
+    {
+        QFETCH(Arrangement, arrangement);
+        const Score tune = theme(joy);
+        const Score score = arrange(tune, arrangement);
+        QTEST(score.tempo, "tempo");
+        QList<int> programs;
+        for (const Part &part : score.parts)
+            programs << (part.drums ? -1 : part.program);
+        QTEST(programs, "programs");
+        const auto melody = score.partTones(0);
+        QCOMPARE(melody.size(), tune.tones.size());
+        const auto [low, high] = std::ranges::minmax(melody, {}, &Tone::pitch);
+        QTEST(QList<int>({low.pitch, high.pitch}), "range");
+        QCOMPARE(roots(score), roots(tune));
+        for (int part = 1; part < static_cast<int>(score.parts.size()); ++part)
+            QVERIFY(!score.partTones(part).empty());
+        const Piece piece = pieceOf(score);
+        for (const Note &note : piece.notes)
+            QCOMPARE(note.channel == 9, score.parts[static_cast<std::size_t>(note.track)].drums);
+    }
+
+    void teachesIdeas_data()
+    {
+        const Table<int, QString> row{"which", "tones"};
+        const QString motif = u"64@0+24 64@24+24 65@48+24 67@72+24 67@96+24 65@120+24 64@144+24 "
+                              "62@168+24"_s;
+        row("sequence", 0, motif + u" 65@192+24 65@216+24 67@240+24"_s);
+        row("inversion", 1, motif + u" 64@192+24 64@216+24 62@240+24 60@264+24"_s);
+        row("imitation", 2, motif);
+        row("pedal note", 3, motif);
+        row("augmentation", 4, motif + u" 64@192+48 64@240+48 65@288+48"_s);
+        row("diminution", 5, motif + u" 64@192+12 64@204+12 65@216+12"_s);
+        row("suspension", 6, u"65@0+12 64@12+12 64@24+24 65@48+24 67@72+24 69@96+12 67@108+12"_s);
+        row("retrograde", 7, motif + u" 62@192+24 64@216+24 65@240+24"_s);
+    }
+
+    void teachesIdeas()
+    {
+        QFETCH(int, which);
+        QFETCH(QString, tones);
+        const Device &device = deviceAt(static_cast<std::size_t>(which));
+        QCOMPARE(QString::fromUtf8(device.name.data()).toLower(),
+            QString::fromUtf8(QTest::currentDataTag()));
+        const Score example = device.apply(theme(joy));
+        QVERIFY2(text(example).startsWith(tones), qPrintable(text(example)));
+        if (which == 2)
+            QVERIFY(text(example, 1).startsWith(u"52@96+24 52@120+24"_s));
+        if (which == 3)
+            QCOMPARE(text(example, 1), u"36@0+192"_s);
+        QVERIFY(
+            !device.apply(Score{}).tones.empty() || which != 3); // nothing to work on is no harm
+    }
+
+    void answersInKeyAndLength()
+    {
+        const Score phrase = transcribe(played(joy, 0.6, 0.02));
+        QCOMPARE(barsToTrade(phrase), 4);
+        QCOMPARE(barsToTrade(transcribe(played(waltz, 0.5, 0))), 8);
+        std::set<QString> answers;
+        for (unsigned seed = 0; seed < 20; ++seed) {
+            const Score answer = answerTo(phrase, 4, seed);
+            QCOMPARE(text(answer), text(answerTo(phrase, 4, seed)));
+            answers.insert(text(answer));
+            QCOMPARE(answer.bars(), 4);
+            QCOMPARE(answer.harmony.size(), 4U);
+            QVERIFY(answer.key == phrase.key && answer.tempo == phrase.tempo);
+            for (const Tone &tone : answer.partTones(0))
+                QVERIFY(inScale(phrase.key, tone.pitch) && tone.pitch >= 55 && tone.pitch <= 88);
+            QCOMPARE(answer.partTones(0).back().pitch % 12, phrase.key.tonic);
+            QCOMPARE(answer.partTones(0).back().at, 3 * answer.barTicks());
+        }
+        QVERIFY(answers.size() > 5);
+        QVERIFY(answers.count(text(phrase)) == 0);
+    }
+
+    void writesScoresThatOthersRead()
+    {
+        Score score = arrange(theme(joy), Arrangement::Band);
+        score.title = "Ann & <Bob>";
+        score.tones.push_back({90, 20, 61, 80, 0}); // over the bar line, and a black key
+        score.sort();
+        QXmlStreamReader xml(QString::fromStdString(musicXml(score)));
+        int part = 0;
+        int measures = 0;
+        int length = 0;
+        bool chord = false;
+        while (!xml.atEnd()) {
+            xml.readNext();
+            if (xml.isStartElement() && xml.name() == u"part")
+                ++part;
+            if (xml.isStartElement() && xml.name() == u"note")
+                chord = false;
+            if (xml.isStartElement() && xml.name() == u"chord")
+                chord = true;
+            if (xml.isStartElement() && xml.name() == u"work-title")
+                QCOMPARE(xml.readElementText(), u"Ann & <Bob>"_s);
+            if (xml.isStartElement() && xml.name() == u"duration" && !chord)
+                length += xml.readElementText().toInt();
+            if (xml.isEndElement() && xml.name() == u"measure") {
+                ++measures;
+                QCOMPARE(std::exchange(length, 0), score.barTicks());
+            }
+        }
+        QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+        QCOMPARE(part, 3); // the drums have no staff
+        QCOMPARE(measures, 3 * score.bars());
+        const auto read = readMidiFile(midiOf(theme(waltz)));
+        const auto &piece = std::get<Piece>(read);
+        QCOMPARE(piece.bars.size(), 8U);
+        QVERIFY(std::abs(piece.bars[1] - 1.8) < 0.01 && piece.spelling == Spelling::Sharps);
+    }
+
+    void theDraftOutlivesTheEngine()
+    {
+        const Score tune = theme(waltz);
+        const auto read = themeFromJson(themeToJson(tune));
+        QVERIFY(read && read->tones == tune.tones && read->metre == tune.metre);
+        QVERIFY(read->key == tune.key && read->tempo == tune.tempo);
+        QCOMPARE(roots(*read), roots(tune));
+        for (const char *bad : {"", "[]", "{}", "{\"tones\":[]}", "{\"tones\":7}",
+                 R"({"tonic":12,"minor":0,"beats":4,"unit":4,"tempo":100,"tones":[]})",
+                 R"({"tonic":1,"minor":0,"beats":4,"unit":3,"tempo":100,"tones":[]})",
+                 R"({"tonic":1,"minor":0,"beats":4,"unit":4,"tempo":100,
+                     "tones":[{"at":-1,"length":1,"pitch":60,"velocity":80},{"at":1e99}]})"})
+            QVERIFY2(!themeFromJson(bad), bad);
+    }
+
+    void everyJazzLessonCanBePlayed()
+    {
+        std::set<std::string_view> titles;
+        for (std::size_t i = 0; i < jazzLessonCount; ++i) {
+            const JazzLesson &lesson = jazzLesson(i);
+            titles.insert(lesson.title);
+            const Piece piece = jazzExample(lesson, 0);
+            QVERIFY2(piece.notes.size() >= 4, lesson.title.data());
+            QCOMPARE(jazzExample(lesson, -2).notes[0].pitch, piece.notes[0].pitch - 2);
+            const Score band = jazzBand(lesson.chords, 120, 2);
+            const auto chords = std::ranges::count(lesson.chords, ' ') + 1;
+            QCOMPARE(static_cast<std::ptrdiff_t>(band.harmony.size()), 2 * chords);
+            for (const Tone &tone : band.partTones(0)) {
+                const auto bar = static_cast<std::size_t>(tone.at / band.barTicks());
+                QVERIFY(contains(band.harmony[bar], tone.pitch) && tone.pitch < 64);
+            }
+            QVERIFY(!band.partTones(1).empty());
+        }
+        QCOMPARE(titles.size(), jazzLessonCount);
+        QVERIFY((chordFrom("Bb7") == Harmony{10, 4, 7}) && (chordFrom("F#m7") == Harmony{6, 3, 7}));
+        QVERIFY(!chordFrom("") && !chordFrom(" ") && !chordFrom("H"));
+    }
+};
+
+QTEST_APPLESS_MAIN(ComposingTest)
+#include "composing_test.moc"
