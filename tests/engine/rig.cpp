@@ -202,7 +202,16 @@ QString failureOf(Rig &rig, const QStringList &steps)
         } else if (verb == u"top") {
             const QString keys = rig.lines.filter(QRegularExpression(u"^buttons ."_s)).last();
             const int pitch = keys.section(u' ', rest.toInt(), rest.toInt()).toInt();
+            const QStringList modes = rig.lines.filter(QRegularExpression(u"^mode "_s));
+            const QStringList music{
+                u"mode teach"_s, u"mode ear"_s, u"mode compose"_s, u"mode jazz"_s};
             sent = rig.seen = rig.lines.size();
+            if (music.contains(modes.last())) { // where every key is music
+                const int lowest = keys.section(u' ', 10, 10).toInt();
+                rig.press(lowest);
+                rig.run(1.1);
+                rig.press(lowest, 0);
+            }
             rig.send({});
             rig.press(pitch);
             rig.run(0.1);

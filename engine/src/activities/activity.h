@@ -46,6 +46,9 @@ public:
     /// A key of the piano was pressed, or released where `velocity` is 0.
     virtual void note(int, int, const Moment &) { }
 
+    /// The key that was pressed last was no music after all.
+    virtual void takeBack(int, const Moment &) { }
+
     virtual void advance(const Moment &) { }
     [[nodiscard]] virtual std::optional<double> deadline() const { return {}; }
 

@@ -93,6 +93,13 @@ void ComposeActivity::note(int pitch, int velocity, const Moment &now)
         held->duration = now.uptime - held->at;
 }
 
+void ComposeActivity::takeBack(int pitch, const Moment &)
+{
+    const auto last = std::ranges::find(phrase_.rbegin(), phrase_.rend(), pitch, &Note::pitch);
+    if (last != phrase_.rend())
+        phrase_.erase(std::next(last).base());
+}
+
 std::optional<double> ComposeActivity::deadline() const
 {
     return phrase_.empty() ? std::nullopt : std::optional(lastKey_ + phraseEnds);

@@ -53,6 +53,13 @@ void JamActivity::note(int pitch, int velocity, const Moment &now)
         held->duration = now.uptime - held->at;
 }
 
+void JamActivity::takeBack(int pitch, const Moment &)
+{
+    const auto last = std::ranges::find(phrase_.rbegin(), phrase_.rend(), pitch, &Note::pitch);
+    if (last != phrase_.rend())
+        phrase_.erase(std::next(last).base());
+}
+
 std::optional<double> JamActivity::deadline() const
 {
     if (phrase_.size() < fewestNotes || held_ > 0)

@@ -15,6 +15,7 @@ public:
     void enter(const Moment &now) override;
     bool request(const Request &request, const Moment &now) override;
     void note(int pitch, int velocity, const Moment &now) override;
+    void takeBack(int pitch, const Moment &now) override;
     void advance(const Moment &now) override;
     [[nodiscard]] std::optional<double> deadline() const override;
 

@@ -27,6 +27,13 @@ void TeachingActivity::note(int pitch, int velocity, const Moment &now)
         teach(press(pitch, now), now);
 }
 
+/// What was played before it has to be played again, but nothing was wrong.
+void TeachingActivity::takeBack(int, const Moment &now)
+{
+    if (listening() && !paused_ && !session_.player.playing())
+        listen(now);
+}
+
 void TeachingActivity::teach(const Reply &reply, const Moment &now)
 {
     if (reply.good)

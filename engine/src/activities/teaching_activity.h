@@ -14,6 +14,7 @@ public:
     void resume(const Moment &now) override;
     [[nodiscard]] bool paused() const override { return paused_; }
     void note(int pitch, int velocity, const Moment &now) override;
+    void takeBack(int pitch, const Moment &now) override;
     void advance(const Moment &now) override;
     [[nodiscard]] bool everyKeyIsMusic() const override { return true; }
     [[nodiscard]] bool presenting() const override

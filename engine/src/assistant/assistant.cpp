@@ -524,6 +524,7 @@ void Assistant::advance(const Moment &now)
     session_.recorder.advance(now.uptime);
     setCommandKeysRule();
     if (commandKeys_.advance(now.uptime)) {
+        activity_->takeBack(commandKeys_.pitches().back(), now);
         constexpr ChannelMessage softTick{0x99, 76, 45};
         keys_.play(0, softTick);
     }

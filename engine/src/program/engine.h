@@ -66,7 +66,7 @@ private:
     Library library_{songs_};
     ReaperControl reaper_{home_ / "reaper", millisecondsSinceEpoch()};
     Assistant assistant_{{wire_, speaker_, player_, metronome_, band_, through_, mixer_.keys(),
-                             library_, desk_, openWithDesktop},
+                             library_, desk_, openWithDesktop, &mackie_, &reaper_},
         {home_ / "profile.json", home_ / "commands.html", songs_, home_ / "takes",
             home_ / "composition.json"},
         std::random_device{}()};
