@@ -57,7 +57,9 @@ qint64 saturatedSum(qint64 a, qint64 b)
 
 QString text(QByteArrayView bytes)
 {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    // Stateless: a character that is cut off at the end is replaced too, not waited for.
+    QStringDecoder decoder(QStringDecoder::Utf8,
+        QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
     return decoder(bytes);
 }
 
