@@ -5,7 +5,7 @@
 function(kelo_test name)
     cmake_parse_arguments(PARSE_ARGV 1 TEST "DISPLAY" "TIMEOUT" "LIBRARIES")
     if(NOT TEST_TIMEOUT)
-        set(TEST_TIMEOUT 60)
+        set(TEST_TIMEOUT 120)
     endif()
     set(home ${CMAKE_BINARY_DIR}/tests/home/${name})
     set(environment
