@@ -4,7 +4,6 @@
 #include "visual/caption/caption_scene.h"
 #include "visual/sprites/text.h"
 
-#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QTest>
 
@@ -99,23 +98,6 @@ private Q_SLOTS:
             covered += place.width() * place.height();
         }
         QCOMPARE(covered, raster.area.width() * raster.area.height());
-    }
-
-    // Text is laid out, so there must be fonts; nothing is shown.
-    void aLineStandsUnderEachWord()
-    {
-        const double letter = QFontMetricsF(mono(24)).horizontalAdvance(u'x');
-        const CaptionRaster raster = rasterise(u"Left hand,  softly"_s, mono(24), 11 * letter, 1);
-        const auto &words = raster.words;
-        QCOMPARE(words.size(), 3U); // the last one in a line of its own
-        QCOMPARE(words[1].start, 5);
-        QVERIFY(qAbs(words[0].under.width() - 4 * letter) < 1);
-        QVERIFY(qAbs(words[1].under.left() - words[0].under.left() - 5 * letter) < 1);
-        QCOMPARE(words[1].under.top(), words[0].under.top());
-        QVERIFY(words[2].under.top() > words[1].under.top() + 20);
-        for (const auto &word : words)
-            QVERIFY2(
-                raster.area.contains(word.under) && word.under.height() >= 2, "it can be seen");
     }
 };
 

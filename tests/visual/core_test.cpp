@@ -156,14 +156,6 @@ private Q_SLOTS:
             QVERIFY(first ? size == 0 || label.size == size : label.size >= 11);
         }
     }
-
-    void picturesLieAboveTheScope()
-    {
-        const Stand stand({"!0"});
-        QCOMPARE(stand.scene.ringPlace().center(), QPointF(200, 200));
-        QVERIFY(std::abs(stand.scene.ringPlace().width() - 1.72 * 196) < 1e-9);
-        QCOMPARE(stand.scene.scopePlace(), QRectF(40, 406, 320, 34));
-    }
 };
 
 QTEST_GUILESS_MAIN(CoreTest)

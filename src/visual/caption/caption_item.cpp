@@ -187,12 +187,19 @@ void CaptionItem::paint(QPainter &painter) const
     painter.translate(origin(*line_, {}));
     // Each letter's cell of the picture, coloured whole and then cut to the letter's shape.
     QImage coloured(raster.picture.size(), QImage::Format_ARGB32_Premultiplied);
+    QImage light(coloured.size(), coloured.format());
+    const QColor around = glow().toQColor();
     for (int y = 0; y < coloured.height(); ++y) {
         const uchar *from = raster.picture.constScanLine(y);
         auto *to = reinterpret_cast<QRgb *>(coloured.scanLine(y));
-        for (int x = 0; x < coloured.width(); ++x, from += 4)
-            *to++ = qRgba(*from, *from, *from, *from);
+        auto *lit = reinterpret_cast<QRgb *>(light.scanLine(y));
+        for (int x = 0; x < coloured.width(); ++x, from += 4) {
+            *to++ = qRgba(from[0], from[0], from[0], from[0]);
+            *lit++ = qPremultiply(
+                qRgba(around.red(), around.green(), around.blue(), around.alpha() * from[1] / 255));
+        }
     }
+    painter.drawImage(raster.area, light);
     QPainter tint(&coloured);
     tint.setCompositionMode(QPainter::CompositionMode_SourceIn);
     tint.scale(line_->pixels, line_->pixels);
