@@ -57,6 +57,7 @@ FocusScope {
             scene: Visual.Visualiser {
                 link: view.link
                 captionTop: visualiser.captionTop
+                textsTop: visualiser.textsTop
             }
         }
         flashFrame: Visual.FlashFrame {

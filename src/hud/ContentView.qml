@@ -63,7 +63,7 @@ Item {
             anchors.bottom: parent.bottom
             x: 20
             width: parent.width - 40
-            mostNotes: Math.min(96, view.height * 0.16)
+            most: view.height * 0.55
             link: view.link
         }
     }

@@ -30,7 +30,9 @@ HudText {
             font: glow.font
             fontSizeMode: glow.fontSizeMode
             minimumPixelSize: glow.minimumPixelSize
+            minimumPointSize: glow.minimumPointSize
             verticalAlignment: glow.verticalAlignment
+            wrapMode: glow.wrapMode
             color: glow.shadow
             opacity: glow.strength * (index < 12 ? 0.06 : 0.025)
         }

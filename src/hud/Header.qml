@@ -10,7 +10,13 @@ GridLayout {
     required property real room // width there is; its own grows with what stands in it
     readonly property bool online: link.state === "ONLINE"
 
-    columns: room >= 740 ? 4 : room >= 440 ? 2 : 1
+    readonly property real buttons: play.implicitWidth + visualiser.implicitWidth + columnSpacing
+
+    columns: {
+        if (room >= 200 + state.implicitWidth + buttons + 3 * columnSpacing)
+            return 4;
+        return room >= buttons ? 2 : 1;
+    }
     columnSpacing: 16
     rowSpacing: 10
 
@@ -22,7 +28,7 @@ GridLayout {
         Glow {
             Layout.fillWidth: true
             text: header.link.assistant.slice(0, 40)
-            font: Hud.mono(24, Font.Bold, 9)
+            font: Hud.mono(24, Font.Normal, 9)
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 12
             color: Hud.green
@@ -39,6 +45,8 @@ GridLayout {
     }
 
     ColumnLayout {
+        id: state
+
         spacing: 4
 
         Row { // repeats in light what the line below says
@@ -70,12 +78,18 @@ GridLayout {
     }
 
     HudButton {
+        id: play
+
+        widest: header.room
         text: qsTr("PLAY A MIDI FILE  [ O ]")
         hint: qsTr("Choose a MIDI file and watch its notes fall onto the keys")
         onClicked: header.link.chooseFile()
     }
 
     HudButton {
+        id: visualiser
+
+        widest: header.room
         text: qsTr("VISUALISER  [ F ]")
         hint: qsTr("Open the visualiser: your playing as rising light")
         onClicked: header.link.showVisualiser()

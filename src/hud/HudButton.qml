@@ -10,9 +10,11 @@ Pressable {
     property int look: HudButton.Look.Outlined
     property real size: 12
     property real tracking: 2
+    property real widest: Infinity // longer words wrap
 
     readonly property bool filled: look === HudButton.Look.Filled
 
+    implicitWidth: Math.min(implicitContentWidth + leftPadding + rightPadding, widest)
     horizontalPadding: 16
     verticalPadding: 10
     rightPadding: horizontalPadding - tracking // each letter brings its tracking, the last one too
@@ -25,6 +27,7 @@ Pressable {
                 return Hud.bg;
             return button.look === HudButton.Look.Quiet ? Hud.dim : Hud.green;
         }
+        wrapMode: Text.Wrap
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
     }

@@ -6,6 +6,7 @@ import Kelo.Hud
 Text {
     color: Hud.soft
     font: Hud.mono(13)
+    minimumPointSize: Math.max(1, 0.75 * minimumPixelSize) // a font knows its size in either unit
     textFormat: Text.PlainText
     renderType: Hud.magnified ? Text.QtRendering : Text.NativeRendering
 }

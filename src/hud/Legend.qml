@@ -47,7 +47,7 @@ Flow {
                 HudText {
                     anchors.centerIn: parent
                     text: entry.job.label
-                    font: Hud.mono(11, Font.Bold)
+                    font: Hud.mono(11)
                     color: Hud.bg
                 }
             }

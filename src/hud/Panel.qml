@@ -28,7 +28,10 @@ Item {
         id: heading
 
         x: 16
+        width: Math.min(implicitWidth, panel.width - 32)
         height: 34
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: 8
         verticalAlignment: Text.AlignVCenter
         text: panel.title
         font: Hud.mono(12, Font.Normal, 3)
@@ -38,14 +41,10 @@ Item {
     Passage {
         anchors.right: parent.right
         anchors.rightMargin: 16
-        anchors.left: heading.right
-        anchors.leftMargin: 12
         height: heading.height
-        horizontalAlignment: Text.AlignRight
         verticalAlignment: Text.AlignVCenter
         text: panel.note
-        visible: text !== ""
-        elide: Text.ElideRight
+        visible: text !== "" && implicitWidth <= panel.width - heading.width - 44
         font: Hud.mono(11)
     }
 

@@ -21,7 +21,11 @@ Item {
     HudText {
         id: caption
 
-        anchors.verticalCenter: parent.verticalCenter
+        width: Math.min(implicitWidth, readout.width * 0.62)
+        height: parent.height
+        verticalAlignment: Text.AlignVCenter
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: 7
         text: readout.label
         font: Hud.mono(11.5, Font.Normal, 1.5)
         color: Hud.dim
@@ -37,7 +41,7 @@ Item {
         text: readout.line
         font: Hud.mono(14)
         fontSizeMode: Text.HorizontalFit
-        minimumPixelSize: 10
+        minimumPixelSize: 8
         elide: Text.ElideRight
         color: readout.lit ? Hud.soft : Hud.dim
     }

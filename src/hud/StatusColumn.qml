@@ -49,7 +49,7 @@ Scroller {
     Readout {
         width: parent.width
         label: qsTr("HANDS")
-        value: status.link.hands === "both" ? "both" : qsTr("%1 ONLY").arg(status.link.hands)
+        value: status.link.hands === "both" ? qsTr("both") : qsTr("%1 ONLY").arg(status.link.hands)
         lit: status.link.hands !== "both"
     }
 

@@ -6,13 +6,14 @@ Item {
     id: banner
 
     required property Link link
-    property real mostNotes: 96 // what of the notes shows without scrolling
+    property real most: 300 // height; what does not fit scrolls
+    readonly property real mostNotes: Math.min(96, most * 0.3)
 
     // While the banner leaves it still names what it offered.
     property string version
     property string notes
 
-    implicitHeight: box.height + 28
+    implicitHeight: Math.min(all.contentHeight, most)
 
     Binding {
         banner.version: banner.link.updateVersion.slice(0, 40)
@@ -33,12 +34,12 @@ Item {
 
     Corners {}
 
-    Column {
-        id: box
+    Scroller {
+        id: all
 
-        x: 16
-        y: 14
-        width: parent.width - 32
+        anchors.fill: parent
+        inset: 14
+        sideInset: 16
         spacing: 10
 
         Glow {
@@ -46,10 +47,8 @@ Item {
 
             width: parent.width
             text: qsTr("NEW UPDATE  //  VERSION %1").arg(banner.version)
-            font: Hud.mono(16, Font.Bold, 4)
-            fontSizeMode: Text.HorizontalFit
-            minimumPixelSize: 11
-            elide: Text.ElideRight
+            font: Hud.mono(16, Font.Normal, 4)
+            wrapMode: Text.Wrap
             color: Hud.green
             Accessible.role: Accessible.Heading
             Accessible.name: text
@@ -82,7 +81,8 @@ Item {
             }
         }
 
-        Row {
+        Flow {
+            width: parent.width
             spacing: 12
 
             HudButton {
@@ -90,6 +90,7 @@ Item {
                 label: qsTr("Update now to version %1").arg(banner.version)
                 size: 13
                 tracking: 3
+                widest: banner.width - 32
                 horizontalPadding: 20
                 verticalPadding: 11
                 look: HudButton.Look.Filled
@@ -101,6 +102,7 @@ Item {
                 label: qsTr("Update later")
                 size: 13
                 tracking: 3
+                widest: banner.width - 32
                 horizontalPadding: 20
                 verticalPadding: 11
                 look: HudButton.Look.Quiet

@@ -2,6 +2,8 @@ import QtQuick
 import Kelo.Hud
 
 // The visualiser in the whole window: the scene, which is handed in, and a row of controls over it.
+// Where they leave the scene's title no room they stand above all its texts, in as many rows as it
+// takes.
 Item {
     id: screen
 
@@ -9,28 +11,37 @@ Item {
     required property VoiceControl voice
     property Component scene
 
-    readonly property bool narrow: width < 620 // too narrow for all controls in a row
+    readonly property int title: 180 // what the scene's title takes, from the left
+    readonly property bool stacked: width < title + controls.aRow
+    readonly property real textsTop: stacked ? controls.y + controls.height + 8 : 0 // of the scene
 
     // Where a text in the upper middle may begin: below the title while it fits beside the
     // controls, else below all that stands at the top.
-    readonly property real captionTop: (width + Math.min(width * 0.5, 620)) / 2 + 16 < buttons.x ? 40 : 144
+    readonly property real captionTop: (width + Math.min(width * 0.5, 620)) / 2 + 16 < controls.x ? 40 : 144
 
     Loader {
         anchors.fill: parent
         sourceComponent: screen.scene
     }
 
-    Grid {
-        id: buttons
+    Flow {
+        id: controls
 
-        y: 20
-        anchors.right: screen.narrow ? parent.right : ears.left
-        anchors.rightMargin: screen.narrow ? 30 : 2 * spacing
-        columns: screen.narrow ? 1 : 2 // one below the other they leave the title its place
-        horizontalItemAlignment: Grid.AlignRight
-        spacing: screen.narrow ? 6 : 12
+        readonly property int margin: screen.stacked ? 16 : 30
+        readonly property real aRow: Math.max(play.implicitWidth, stop.implicitWidth)
+            + back.implicitWidth + ears.wanted + 4 * spacing + 30
+
+        x: screen.stacked ? margin : screen.width - width - margin
+        y: screen.stacked ? 12 : 20
+        width: screen.stacked ? screen.width - 2 * margin
+            : (stop.visible ? stop : play).width + back.width + ears.width + 2 * spacing
+        spacing: 12
 
         HudButton {
+            id: play
+
+            height: Math.max(implicitHeight, ears.height)
+            widest: screen.width - 32
             visible: !screen.link.rolling
             text: qsTr("PLAY A MIDI FILE  [ O ]")
             hint: qsTr("Choose a MIDI file and watch its notes fall onto the keys")
@@ -38,6 +49,10 @@ Item {
         }
 
         HudButton {
+            id: stop
+
+            height: Math.max(implicitHeight, ears.height)
+            widest: screen.width - 32
             visible: screen.link.rolling
             text: qsTr("STOP  [ RETURN ]")
             hint: qsTr("Stop the MIDI file")
@@ -45,28 +60,31 @@ Item {
         }
 
         HudButton {
+            id: back
+
+            height: Math.max(implicitHeight, ears.height)
+            widest: screen.width - 32
             text: qsTr("BACK  [ F ]")
             hint: qsTr("Leave the visualiser")
             onClicked: screen.link.showVisualiser(false)
         }
-    }
 
-    VoiceReadout {
-        id: ears
+        VoiceReadout {
+            id: ears
 
-        y: screen.narrow ? buttons.y + buttons.height + 6 : buttons.y + (buttons.height - height) / 2
-        anchors.right: parent.right
-        anchors.rightMargin: 30
-        width: 190
-        voice: screen.voice
+            readonly property int wanted: 190
 
-        Rectangle {
-            z: -1
-            anchors.fill: parent
-            anchors.margins: -6
-            radius: 6
-            color: Hud.bg
-            opacity: 0.75
+            width: screen.stacked ? 160 : wanted
+            voice: screen.voice
+
+            Rectangle {
+                z: -1
+                anchors.fill: parent
+                anchors.margins: -6
+                radius: 6
+                color: Hud.bg
+                opacity: 0.75
+            }
         }
     }
 }

@@ -67,6 +67,7 @@ Scroller {
     function follow() {
         if (!current?.activeFocus) // who reads keeps the place
             current = lines.itemAt(lines.count - 1);
+        scrollTo(contentHeight);
     }
 
     onContentHeightChanged: scrollTo(contentHeight)

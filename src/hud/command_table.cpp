@@ -3,7 +3,6 @@
 #include "link/link.h"
 
 #include <algorithm>
-#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -91,34 +90,39 @@ QList<CommandGroup> Commands::table(const QString &assistant)
     };
 }
 
-using Jobs = std::array<QStringView, 8>;
+/// What the first eight command keys do, by mode.
+struct PianoKeys {
+    Q_DECLARE_TR_FUNCTIONS(PianoKeys)
 
-struct ModeJobs {
-    QStringView mode;
-    Jobs jobs;
+public:
+    static QStringList jobs(QStringView mode);
 };
 
-constexpr Jobs inLessons{u"START / HEAR AGAIN", u"SAY THE NOTES", u"SKIP AHEAD", u"GO BACK",
-    u"TALK MODE", u"PAUSE", u"COMPOSE", u"HELP"};
-constexpr Jobs inStudio{
-    u"CHOOSE", u"BACK A LEVEL", u"NEXT", u"PREVIOUS", u"TALK MODE", u"STOP", u"COMPOSE", u"HELP"};
-
-constexpr std::array jobsByMode{
-    ModeJobs{u"compose",
-        {u"PLAY AS BAND", u"SAY WHAT I WROTE", u"VARIATION", u"SAVE", u"LEARN AN IDEA",
-            u"STOP SOUND", u"NEW PIECE", u"HELP"}},
-    ModeJobs{u"menu",
-        {u"START IT", u"COUNT SONGS", u"NEXT", u"PREVIOUS", u"TALK MODE", u"PAUSE", u"COMPOSE",
-            u"HELP"}},
-    ModeJobs{u"idle",
-        {u"OPEN IT", u"LIST CHOICES", u"NEXT CHOICE", u"PREVIOUS", u"TALK MODE", u"STOP",
-            u"COMPOSE", u"HELP"}},
-    ModeJobs{u"jazz",
-        {u"JAM AGAIN", u"THE IDEA", u"NEXT LESSON", u"PREVIOUS", u"TALK MODE", u"STOP BAND",
-            u"COMPOSE", u"HELP"}},
-    ModeJobs{u"logic", inStudio},
-    ModeJobs{u"reaper", inStudio},
-};
+QStringList PianoKeys::jobs(QStringView mode)
+{
+    if (mode == u"compose") {
+        return {tr("PLAY AS BAND"), tr("SAY WHAT I WROTE"), tr("VARIATION"), tr("SAVE"),
+            tr("LEARN AN IDEA"), tr("STOP SOUND"), tr("NEW PIECE"), tr("HELP")};
+    }
+    if (mode == u"menu") {
+        return {tr("START IT"), tr("COUNT SONGS"), tr("NEXT"), tr("PREVIOUS"), tr("TALK MODE"),
+            tr("PAUSE"), tr("COMPOSE"), tr("HELP")};
+    }
+    if (mode == u"idle") {
+        return {tr("OPEN IT"), tr("LIST CHOICES"), tr("NEXT CHOICE"), tr("PREVIOUS"),
+            tr("TALK MODE"), tr("STOP"), tr("COMPOSE"), tr("HELP")};
+    }
+    if (mode == u"jazz") {
+        return {tr("JAM AGAIN"), tr("THE IDEA"), tr("NEXT LESSON"), tr("PREVIOUS"), tr("TALK MODE"),
+            tr("STOP BAND"), tr("COMPOSE"), tr("HELP")};
+    }
+    if (mode == u"logic" || mode == u"reaper") {
+        return {tr("CHOOSE"), tr("BACK A LEVEL"), tr("NEXT"), tr("PREVIOUS"), tr("TALK MODE"),
+            tr("STOP"), tr("COMPOSE"), tr("HELP")};
+    }
+    return {tr("START / HEAR AGAIN"), tr("SAY THE NOTES"), tr("SKIP AHEAD"), tr("GO BACK"),
+        tr("TALK MODE"), tr("PAUSE"), tr("COMPOSE"), tr("HELP")};
+}
 
 /// More lessons than any course has, and longer names than theirs: no engine can fill the display
 /// with a list without end.
@@ -166,13 +170,11 @@ QList<Command> jazzLessons(const QStringList &names)
 
 QList<ButtonJob> buttonJobs(const QString &mode)
 {
-    const auto *const known = std::find_if(jobsByMode.begin(), jobsByMode.end(),
-        [&mode](const ModeJobs &entry) { return entry.mode == mode; });
     QList<ButtonJob> result;
-    for (const QStringView job : known == jobsByMode.end() ? inLessons : known->jobs)
-        result.append({QString::number(result.size() + 1), job.toString()});
-    result.append({u"H"_s, u"HOME"_s});
-    result.append({u"K"_s, u"KEEP"_s});
+    for (const QString &job : PianoKeys::jobs(mode))
+        result.append({QString::number(result.size() + 1), job});
+    result.append({u"H"_s, PianoKeys::tr("HOME")});
+    result.append({u"K"_s, PianoKeys::tr("KEEP")});
     return result;
 }
 

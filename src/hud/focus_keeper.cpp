@@ -142,7 +142,7 @@ QQuickItem *FocusKeeper::successor()
         if (QQuickItem *opener = openers_.value(screen_); canBeUsed(opener))
             return opener;
     }
-    if (held_ || screenLeft) {
+    if (screenLeft || (held_ && held_->window())) {
         stops_.clear();
         collectStops(window()->contentItem(), stops_);
         place_ = stops_.indexOf(held_);

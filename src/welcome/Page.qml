@@ -95,6 +95,7 @@ Column {
                 text: qsTr("BACK")
                 label: qsTr("Back to the question before")
                 size: 16
+                widest: page.width
                 verticalPadding: 13
                 visible: page.step > 0
                 hint: page.questions.hint
@@ -105,6 +106,7 @@ Column {
                 text: qsTr("SKIP")
                 label: qsTr("Skip this question")
                 size: 16
+                widest: page.width
                 verticalPadding: 13
                 hint: page.questions.hint
                 onClicked: page.questions.next()
@@ -116,6 +118,7 @@ Column {
                 text: page.questions.goOnLabel
                 look: HudButton.Look.Filled
                 size: 16
+                widest: page.width
                 horizontalPadding: 26
                 verticalPadding: 13
                 hint: page.questions.hint

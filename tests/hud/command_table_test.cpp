@@ -1,15 +1,16 @@
 #include "hud/command_table.h"
-#include "link/link.h"
-#include "support/table.h"
+#include "hud/transcript_model.h"
+#include "support/link_fixture.h"
 
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 namespace kelo {
 
-using test::Table;
-
+/// What the display lists: commands, jazz lessons, the piano's keys, the conversation.
 class CommandTableTest : public QObject {
     Q_OBJECT
 
@@ -17,13 +18,10 @@ private Q_SLOTS:
     /// Keys and what they send, a group a line. What engines out there answer to.
     void sendsToTheByte()
     {
-        const char *const assistant =
-            "ASSISTANT|♪=~say play me something\n|ALBUM=~say play my album\n|JAM=~say jam with me\n"
-            "|LULL=~say make it a lullaby\n|8BIT=~say make it a video game\n|EPIC=~say make it "
-            "epic\n"
-            "|?!=~say surprise me\n";
         const QByteArrayList expected{
-            assistant,
+            "ASSISTANT|♪=~say play me something\n|ALBUM=~say play my album\n|JAM=~say jam with me\n"
+            "|LULL=~say make it a lullaby\n|8BIT=~say make it a video game\n"
+            "|EPIC=~say make it epic\n|?!=~say surprise me\n",
             "PLAY|⌫=\177|STOP=~drop\n|SPACE= |N=n|→=\033[C|←=\033[D|RETURN=\n|S=s|0=0|H=h",
             "MODES|C=c|B=b|STYLE=~bandstyle\n|T=t|J=j|M=m|L=l|G=g|R=r",
             "SOUND|−=-|===|[=[|]=]|,=,|.=.|V=v|P=p",
@@ -41,76 +39,70 @@ private Q_SLOTS:
         QCOMPARE(actual, expected);
     }
 
-    void isTheSameRecordEachTime()
+    void saysWhatItDoesInEachMode()
     {
-        QSet<QUuid> ids;
-        qsizetype commands = 0;
-        for (const CommandGroup &group : commandGroups()) {
-            commands += group.commands.size();
-            for (const Command &command : group.commands)
-                ids.insert(command.id);
-        }
-        QCOMPARE(ids.size(), commands);
-        QVERIFY(ids.contains(commandGroups().constLast().commands.constLast().id));
+        QStringList composing;
+        for (const Command &command : commandGroups()[1].commands + commandGroups()[2].commands)
+            composing << command.description(true);
+        QCOMPARE(composing.join(u'|'),
+            u"Start over, without saving|Stop learning this song for good|Play it back as a band|"
+            "Say what you wrote|Play the next variation|Save it as a MIDI file|Stop the sound|"
+            "Keep what you just played|Home: leave any mode|Spoken help|New composition|"
+            "Live band: it follows you as you play|Band style: simple or full|"
+            "Learn a new composing idea|Jazz course|Song menu|List the songs|Logic control|"
+            "REAPER control"_s);
+        const auto jobs = [](const QString &mode) {
+            QString all;
+            for (const ButtonJob &each : buttonJobs(mode))
+                all += u'|' + each.label + u' ' + each.job;
+            return all;
+        };
+        QCOMPARE(jobs(u"compose"_s),
+            u"|1 PLAY AS BAND|2 SAY WHAT I WROTE|3 VARIATION|4 SAVE|"
+            "5 LEARN AN IDEA|6 STOP SOUND|7 NEW PIECE|8 HELP|H HOME|K KEEP"_s);
+        QCOMPARE(jobs(u"menu"_s),
+            u"|1 START IT|2 COUNT SONGS|3 NEXT|4 PREVIOUS|5 TALK MODE|6 PAUSE|"
+            "7 COMPOSE|8 HELP|H HOME|K KEEP"_s);
+        QCOMPARE(jobs(u"idle"_s),
+            u"|1 OPEN IT|2 LIST CHOICES|3 NEXT CHOICE|4 PREVIOUS|5 TALK MODE|"
+            "6 STOP|7 COMPOSE|8 HELP|H HOME|K KEEP"_s);
+        QCOMPARE(jobs(u"logic"_s),
+            u"|1 CHOOSE|2 BACK A LEVEL|3 NEXT|4 PREVIOUS|5 TALK MODE|6 STOP|"
+            "7 COMPOSE|8 HELP|H HOME|K KEEP"_s);
+        QCOMPARE(jobs(u"reaper"_s), jobs(u"logic"_s));
+        QCOMPARE(jobs(u"Compose"_s), jobs(u"teach"_s));
     }
 
     void keepsTheFirstName()
     {
-        const auto microphone = [] { return commandGroups()[4].commands[0].description(false); };
-        QCOMPARE(microphone(), u"Voice control: say Kelo, then what you want"_s);
+        Link::shared().finishWelcome(u"Luna"_s, {});
         QCOMPARE(commandGroups()[4].commands[1].description(false),
             u"Type to Kelo: a command or a question"_s);
-        Link::shared().handle("name Luna");
-        QCOMPARE(microphone(), u"Voice control: say Kelo, then what you want"_s);
     }
 
-    void listsByMode_data()
+    void isBoundedWhateverTheEngineSays()
     {
-        const Table<QString> row{"keys"}; // of what can be played
-        const QString rest = u"SPACE N → ← RETURN S 0 H"_s;
-        row("idle", rest);
-        row("Compose", rest); // unknown: case matters
-        row("compose", u"⌫ "_s + rest);
-        row("teach", u"STOP "_s + rest);
-    }
-
-    void listsByMode()
-    {
-        const QString mode = QString::fromLatin1(QTest::currentDataTag());
-        QStringList listed;
-        for (const Command &command : commandGroups()[1].commands) {
-            if (command.listed(mode))
-                listed << command.key;
-        }
-        QTEST(listed.join(u' '), "keys");
-    }
-
-    void numbersJazzLessons()
-    {
-        const QList<Command> lessons = jazzLessons({u"Swing feel"_s, u"Shell voicings"_s});
-        QCOMPARE(lessons.size(), 2);
-        QCOMPARE(lessons[1].send, u"~jazz 2\n"_s);
-        QCOMPARE(lessons[1].description(true), u"Shell voicings"_s);
-        QVERIFY(jazzLessons(QStringList(100'000, u"x"_s)).size() < 1000);
-    }
-
-    void labelsThePianosKeys()
-    {
-        const auto jobs = [](const QString &mode) {
-            QStringList all;
-            for (const ButtonJob &each : buttonJobs(mode))
-                all << each.label + u' ' + each.job;
-            return all;
+        QCOMPARE(jazzLessons(QStringList(100'000, QString(9999, u'x'))).size(), 200);
+        QCOMPARE(jazzLessons({QString(9999, u'x')})[0].description(false).size(), 160);
+        test::LinkFixture link;
+        TranscriptModel model;
+        model.setLink(&link.link());
+        const QAbstractItemModelTester tester(
+            &model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        const QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
+        const auto last = [&model] {
+            QCoreApplication::processEvents();
+            return model.data(model.index(model.rowCount() - 1), TranscriptModel::TextRole)
+                .toString();
         };
-        QCOMPARE(jobs(u"logic"_s), jobs(u"reaper"_s));
-        for (const QString &mode : {u""_s, u"Compose"_s, u"unknown"_s})
-            QCOMPARE(jobs(mode), jobs(u"teach"_s));
-        const QStringList different{
-            u"teach"_s, u"compose"_s, u"menu"_s, u"idle"_s, u"jazz"_s, u"logic"_s};
-        QSet<QStringList> all;
-        for (const QString &mode : different)
-            all << jobs(mode);
-        QCOMPARE(all.size(), different.size());
+        for (int i = 0; i < 999; ++i)
+            link.say({"say line"});
+        QCOMPARE(last(), u"line"_s);
+        QVERIFY2(inserted.size() == 1 && model.rowCount() == 60, "a burst is one step");
+        link.say({"say " + QByteArray(1'000'000, 'x')});
+        QVERIFY(last().size() <= TranscriptModel::mostText);
+        model.setLink(nullptr);
+        QCOMPARE(model.rowCount(), 0);
     }
 };
 

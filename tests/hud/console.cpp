@@ -1,8 +1,12 @@
 #include "console.h"
 
-#include <QAccessible>
+#include "hud/focus_keeper.h"
+
+#include <QCursor>
+#include <QGuiApplication>
 #include <QQmlEngine>
 #include <QQmlExtensionPlugin>
+#include <QStyleHints>
 #include <QTest>
 
 Q_IMPORT_QML_PLUGIN(Kelo_HudPlugin)
@@ -13,9 +17,6 @@ namespace kelo::test {
 
 namespace {
 
-const QStringList places{u"backdrop"_s, u"core"_s, u"caption"_s, u"keyStrip"_s,
-    u"visualiserScreen"_s, u"welcomeScreen"_s, u"flashFrame"_s};
-
 void collect(QQuickItem *item, QList<QQuickItem *> &found)
 {
     if (!item->isVisible())
@@ -25,40 +26,133 @@ void collect(QQuickItem *item, QList<QQuickItem *> &found)
         collect(child, found);
 }
 
+int pixelsApart(const QImage &a, const QImage &b)
+{
+    if (a.size() != b.size())
+        return std::max(a.width() * a.height(), 1);
+    int count = 0;
+    const auto far = [](int p, int q) { return std::abs(p - q) > 24; };
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            const QRgb p = a.pixel(x, y);
+            const QRgb q = b.pixel(x, y);
+            count += far(qRed(p), qRed(q)) || far(qGreen(p), qGreen(q)) || far(qBlue(p), qBlue(q));
+        }
+    }
+    return count;
+}
+
 } // namespace
 
 void Console::show(QSize size, bool furnished)
 {
-    QVariantMap properties{
-        {u"link"_s, QVariant::fromValue(&link.link())}, {u"voice"_s, QVariant::fromValue(&voice)}};
-    if (furnished) {
-        QByteArray qml = "import QtQuick\nQtObject {\n";
-        for (const QString &place : places) {
-            qml += "property Component " + place.toUtf8() + ": Rectangle { objectName: \""
-                + place.toUtf8() + "\"; color: \"transparent\" }\n";
-        }
-        QQmlComponent component(view.engine());
-        component.setData(qml + "}\n", {});
-        furniture_.reset(component.create());
-        for (const QString &place : places)
-            properties.insert(place, furniture_->property(place.toUtf8()));
-    }
+    QGuiApplication::styleHints()->setCursorFlashTime(0);
+    QCursor::setPos(1599, 999); // beside the window
     view.engine()->addImportPath(u"qrc:/qt/qml"_s);
     view.setResizeMode(QQuickView::SizeRootObjectToView);
-    view.setInitialProperties(properties);
+    QVariantMap given{
+        {u"link"_s, QVariant::fromValue(&link.link())}, {u"voice"_s, QVariant::fromValue(&voice)}};
+    QByteArray qml = "import QtQuick\nimport Kelo.Hud\n" + import
+        + "\nQtObject { id: room; property Link link; property VoiceControl voice\n"
+          "property QtObject questions\n"
+          "property Component visualiserScreen: VisualiserScreen {\n"
+          "link: room.link; voice: room.voice; scene: Item { objectName: 'scene' } }\n"
+          "property Component welcomeScreen: "
+        + welcomeScreen + '\n';
+    QStringList places{u"visualiserScreen"_s, u"welcomeScreen"_s};
+    for (const char *place : {"backdrop", "core", "caption", "keyStrip", "flashFrame"}) {
+        qml += "property Component " + QByteArray(place) + ": Rectangle { objectName: '" + place
+            + "'; color: 'transparent'; border.color: '#204020' }\n";
+        if (furnished)
+            places << QString::fromLatin1(place);
+    }
+    QQmlComponent component(view.engine());
+    component.setData(qml + "}\n", {});
+    room_.reset(component.createWithInitialProperties({{u"link"_s, given[u"link"_s]},
+        {u"voice"_s, given[u"voice"_s]}, {u"questions"_s, QVariant::fromValue(questions)}}));
+    QVERIFY2(room_, qPrintable(component.errorString()));
+    for (const QString &place : places)
+        given.insert(place, room_->property(place.toUtf8()));
+    view.setInitialProperties(given);
     view.setSource(QUrl(u"qrc:/qt/qml/Kelo/Hud/ContentView.qml"_s));
     view.resize(size);
     view.show();
     view.requestActivate();
     QVERIFY(QTest::qWaitForWindowActive(&view));
+    resize(size);
+}
+
+void Console::resize(QSize size)
+{
+    view.resize(size);
     QTRY_COMPARE(view.size(), size);
     QTest::qWait(50); // a few frames, so that everything has found its place
+}
+
+QString Console::follow(const QString &script)
+{
+    for (const QString &step : script.split(u'\n', Qt::SkipEmptyParts)) {
+        if (!take(step.trimmed()))
+            return step.trimmed() + u"  The focus is on: "_s + focused();
+    }
+    return {};
+}
+
+bool Console::take(const QString &step)
+{
+    const QString word = step.section(u' ', 0, 0);
+    const QString rest = step.section(u' ', 1);
+    QAccessibleInterface *named = word == u"press" || word == u"focus" ? find(rest) : nullptr;
+    if (step.startsWith(u'@')) {
+        link.say({step.sliced(1).toUtf8()});
+    } else if (word == u"state") {
+        link.bring(rest);
+    } else if (word == u"leave") {
+        FocusKeeper::of(view)->leave();
+    } else if (word == u"press" || word == u"focus") {
+        if (named)
+            named->actionInterface()->doAction(word == u"press"
+                    ? QAccessibleActionInterface::pressAction()
+                    : QAccessibleActionInterface::setFocusAction());
+        return named;
+    } else if (word == u"=") {
+        return QTest::qWaitFor(
+            [&] { return rest.isEmpty() ? focused().isEmpty() : focused().startsWith(rest); });
+    } else if (word == u"sent") {
+        return QTest::qWaitFor([&] {
+            const QByteArray input = link.engine.input();
+            return input.endsWith(rest.toUtf8()) || input.endsWith(rest.toUtf8() + '\n');
+        });
+    } else if (word == u">") {
+        for (int i = 0; i < 200 && !focused().startsWith(rest); ++i)
+            QTest::keyClick(&view, Qt::Key_Tab);
+        return focused().startsWith(rest);
+    } else {
+        const QKeyCombination key = QKeySequence::fromString(step)[0];
+        QTest::keyClick(&view, key.key(), key.keyboardModifiers());
+    }
+    return true;
 }
 
 QList<QQuickItem *> Console::visibleItems() const
 {
     QList<QQuickItem *> found;
     collect(view.rootObject(), found);
+    return found;
+}
+
+QStringList Console::texts() const
+{
+    QStringList found;
+    for (const QQuickItem *item : visibleItems()) {
+        const QRectF place = item->mapRectToScene(item->boundingRect());
+        if (item->inherits("QQuickText"))
+            found << u"%1 at %2,%3 %4x%5"_s.arg(item->property("text").toString())
+                         .arg(place.x())
+                         .arg(place.y())
+                         .arg(place.width())
+                         .arg(place.height());
+    }
     return found;
 }
 
@@ -72,20 +166,52 @@ QRectF Console::shown(const QQuickItem *item)
     return rect;
 }
 
-bool Console::tabTo(const QString &name)
+int Console::unlike(const QString &kept)
 {
-    for (int i = 0; i < 200; ++i) {
-        QTest::keyClick(&view, Qt::Key_Tab);
-        if (accessibleName(view.activeFocusItem()) == name)
-            return true;
+    const QString file = QStringLiteral(KEPT_PICTURES) + u'/' + kept + u".png"_s;
+    if (qEnvironmentVariableIsSet("KELO_KEEP_PICTURES")) {
+        QTest::qWait(2000);
+        view.grabWindow().save(file);
     }
-    return false;
+    const QImage expected(file);
+    int apart = 0;
+    const auto alike = [&] {
+        apart = pixelsApart(view.grabWindow(), expected);
+        return apart <= 8;
+    };
+    if (QTest::qWaitFor(alike, 4000))
+        return 0;
+    view.grabWindow().save(kept + u".png"_s); // beside the log
+    return apart;
 }
 
-QString Console::accessibleName(QQuickItem *item)
+QList<QAccessibleInterface *> Console::tree()
 {
-    QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(item);
-    return interface ? interface->text(QAccessible::Name) : QString();
+    QList<QAccessibleInterface *> found;
+    const std::function<void(QAccessibleInterface *)> collect = [&](QAccessibleInterface *from) {
+        for (int i = 0; i < from->childCount(); ++i) {
+            found.append(from->child(i));
+            collect(found.constLast());
+        }
+    };
+    collect(QAccessible::queryAccessibleInterface(&view));
+    return found;
+}
+
+QAccessibleInterface *Console::find(const QString &name)
+{
+    for (QAccessibleInterface *each : tree()) {
+        if (each->text(QAccessible::Name).startsWith(name))
+            return each;
+    }
+    return nullptr;
+}
+
+QString Console::focused() const
+{
+    if (FocusKeeper::of(view)->kind() == FocusKeeper::Kind::Nothing)
+        return {};
+    return QAccessible::queryAccessibleInterface(view.activeFocusItem())->text(QAccessible::Name);
 }
 
 } // namespace kelo::test

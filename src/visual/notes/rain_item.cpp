@@ -69,6 +69,7 @@ void RainItem::advance(Link &link, double now)
     const double even = clock_.step(now, pacer().period());
     motion_.advance(even, drift());
     scene_->setCaptionTop(captionTop_);
+    scene_->setTextsTop(textsTop_);
     scene_->update(even, motion_.now());
 }
 

@@ -13,6 +13,7 @@ namespace kelo {
 class RainItem : public kelo::SceneItem {
     Q_OBJECT
     Q_PROPERTY(double captionTop MEMBER captionTop_ NOTIFY captionTopChanged)
+    Q_PROPERTY(double textsTop MEMBER textsTop_ NOTIFY textsTopChanged)
     QML_NAMED_ELEMENT(Visualiser)
 
 public:
@@ -20,6 +21,7 @@ public:
 
 Q_SIGNALS:
     void captionTopChanged();
+    void textsTopChanged();
 
 protected:
     void linkSet(Link *link) override;
@@ -38,6 +40,7 @@ private:
     FrameClock clock_;
     MotionTime motion_;
     double captionTop_ = RainScene::captionTop; // points
+    double textsTop_ = 0; // points
 };
 
 } // namespace kelo

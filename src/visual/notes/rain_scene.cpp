@@ -20,6 +20,10 @@ constexpr double gridSpacing = 80; // points
 constexpr double gridPeriod = 1.6; // seconds in which the grid drifts up by one space
 
 constexpr double leftMargin = 26; // points from the left edge to what is written there
+// Where texts stand one below the other, in points.
+constexpr double stackedMargin = 16;
+constexpr double stackedGap = 4;
+constexpr double stackedSize = 15;
 constexpr double progressHeight = 3;
 constexpr double shadeReach = 24; // points around what is written
 
@@ -171,15 +175,26 @@ void RainScene::writeMarks(LabelList &list) const
 
 void RainScene::writeWords(Layer &layer) const
 {
+    LabelList labels = words();
+    if (textsTop_ > 0)
+        stack(labels);
+    for (Label &label : labels) {
+        layer.sprites.push_back(shadeBehind(label, shadeReach));
+        label.ground = Label::Ground::Outline;
+    }
+    layer.labels.append(labels);
+}
+
+/// What there is to read, the most important last.
+LabelList RainScene::words() const
+{
     const double left = leftMargin;
     const double top = layout_.height;
     const double middle = layout_.width / 2;
-    const auto add = [&layer](Label label) {
-        if (label.text.isEmpty())
-            return;
-        layer.sprites.push_back(shadeBehind(label, shadeReach));
-        label.ground = Label::Ground::Outline;
-        layer.labels.append(std::move(label));
+    LabelList list;
+    const auto add = [&list](const Label &label) {
+        if (!label.text.isEmpty())
+            list.append(label);
     };
     add({.text = u"KELO  //  VISUALISER"_s,
         .x = left,
@@ -216,6 +231,29 @@ void RainScene::writeWords(Layer &layer) const
         .centred = true,
         .width = layout_.width - 2 * left,
         .colour = colours::soft});
+    return list;
+}
+
+/// One below the other, the most important first, as wide as the scene; what would come to lie on
+/// the keyboard is left out.
+void RainScene::stack(LabelList &labels) const
+{
+    double edge = layout_.height - textsTop_;
+    LabelList stacked;
+    for (auto each = labels.crbegin(); each != labels.crend(); ++each) {
+        Label label = *each;
+        label.width = layout_.width - 2 * stackedMargin;
+        label.x = label.centred ? layout_.width / 2 : stackedMargin;
+        label.y = edge;
+        label.size = std::min(label.size, stackedSize);
+        label.lines = 2;
+        const double height = SetLabel(label, layout_.height).text().height() + stackedGap;
+        if (edge - height < layout_.floor())
+            continue;
+        edge -= height;
+        stacked.append(label);
+    }
+    labels = stacked;
 }
 
 } // namespace kelo

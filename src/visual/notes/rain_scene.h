@@ -27,6 +27,9 @@ public:
     void resize(double width, double height);
     /// Where the caption's first line begins, in points from the upper edge.
     void setCaptionTop(double points) { captionTop_ = points; }
+    /// Where all texts begin, one below the other, in points from the upper edge, when what stands
+    /// there leaves them no room beside it; 0 when it does.
+    void setTextsTop(double points) { textsTop_ = points; }
 
     /// Brings the scene to `now`, in seconds of uptime.
     void update(double now) { update(now, now); }
@@ -48,6 +51,8 @@ private:
     void drawGrid(SpriteList &list, double driftTime) const;
     void writeMarks(LabelList &list) const;
     void writeWords(Layer &layer) const;
+    [[nodiscard]] LabelList words() const;
+    void stack(LabelList &labels) const;
 
     QPointer<Link> link_;
     RainLayout layout_;
@@ -59,6 +64,7 @@ private:
     double last_ = 0; // uptime of the previous frame
     double progress_ = 0; // 0 to 1
     double captionTop_ = captionTop;
+    double textsTop_ = 0;
     Picture picture_{2};
 };
 
