@@ -12,6 +12,8 @@
 #include <pocketsphinx.h>
 #include <sphinxbase/err.h>
 
+#include <tuple>
+
 using namespace Qt::StringLiterals;
 using namespace kelo;
 
@@ -107,29 +109,27 @@ private Q_SLOTS:
         QCOMPARE(next[1], next[0]); // nor does it change what comes after it
     }
 
-    void damagedModelsAreLeftOut_data()
-    {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QByteArray>("contents");
-        QTest::newRow("model cut short") << u"luna-lm"_s << QByteArray("\\data\\\nngram 1=5\n");
-        QTest::newRow("model gone") << u"luna-lm"_s << QByteArray();
-        QTest::newRow("not a model") << u"luna-lm"_s << QByteArray(5000, '\xff');
-        QTest::newRow("other words") << u"luna-vocab"_s << QByteArray("luna ZZ\n");
-    }
-
     void damagedModelsAreLeftOut()
     {
-        QFETCH(QString, file);
-        QFETCH(QByteArray, contents);
-        SphinxRecogniser recogniser(model);
-        const auto taught = taughtTo(recogniser, u"Luna"_s);
-        QFile damaged(folder_.filePath(file));
-        QVERIFY(contents.isEmpty() ? damaged.remove()
-                                   : damaged.open(QIODevice::WriteOnly) && damaged.write(contents));
-        damaged.close();
-        auto decoder = SphinxDecoder::load(model);
+        const std::tuple<const char *, QString, QByteArray> damages[] = {
+            {"model cut short", u"luna-lm"_s, "\\data\\\nngram 1=5\n"},
+            {"model gone", u"luna-lm"_s, {}},
+            {"not a model", u"luna-lm"_s, QByteArray(5000, '\xff')},
+            {"other words", u"luna-vocab"_s, "luna ZZ\n"},
+        };
+        const SphinxRecogniser recogniser(model);
+        const auto decoder = SphinxDecoder::load(model);
         QVERIFY(decoder);
-        QVERIFY(decoder->expect(taught, {}));
+        for (const auto &[damage, file, contents] : damages) {
+            const auto taught = taughtTo(recogniser, u"Luna"_s);
+            QFile damaged(folder_.filePath(file));
+            QVERIFY(contents.isEmpty()
+                    ? damaged.remove()
+                    : damaged.open(QIODevice::WriteOnly) && damaged.write(contents));
+            damaged.close();
+            QVERIFY(!decoder->expect({}, {}));
+            QVERIFY2(decoder->expect(taught, {}), damage);
+        }
         decoder->begin(); // and goes on without
         decoder->process(spoken(u"what time is it"_s));
         decoder->end();
@@ -141,10 +141,10 @@ private Q_SLOTS:
         auto decoder = SphinxDecoder::load(model);
         QVERIFY(decoder);
         const Samples speech = spoken(u"what time is it"_s);
-        for (int i = 0; i < 30; ++i) {
+        for (int i = 0; i < 12; ++i) {
             QVERIFY(!decoder->expect({},
-                i % 10 ? QStringList{u"jazz lesson"_s, u"number %1"_s.arg(i % 7)}
-                       : QStringList{u"qwzx%1"_s.arg(i), u"!"_s}));
+                i % 4 ? QStringList{u"jazz lesson"_s, u"number %1"_s.arg(i % 7)}
+                      : QStringList{u"qwzx%1"_s.arg(i), u"!"_s}));
             decoder->begin();
             decoder->process(speech);
             decoder->end();

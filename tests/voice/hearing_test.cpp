@@ -207,7 +207,7 @@ private:
     {
         QStringList lines;
         const bool began = microphone_.speak(text);
-        QDeadlineTimer patience(8000);
+        QDeadlineTimer patience(20000);
         while (began && !patience.hasExpired() && lines.filter(u"~ear 1 "_s).isEmpty()) {
             QTest::qWait(50);
             lines += sent();
