@@ -75,6 +75,8 @@ private Q_SLOTS:
         QCOMPARE(accents("M ER AA B Y UW T OW", 100),
             u"M ER AA B Y UW T OW, M ER AO B Y UW T OW, M ER AE B Y UW T OW, M ER AA B Y UW D OW, M ER AA B Y UW T AO, M ER AA B Y UW T UH, M ER AA B UW T OW"_s);
         QCOMPARE(accents("HH AA R M AH N IY", 2), u"HH AA R M AH N IY, HH AO R M AH N IY"_s);
+        QCOMPARE(accents("M ER R AA B OW", 100),
+            u"M ER R AA B OW, M ER R AO B OW, M ER R AE B OW, M IH R AA B OW, M AH R AA B OW, M ER AA B OW, M ER R AA B AO, M ER R AA B UH"_s);
         QCOMPARE(accents("M", 12), u"M"_s);
         const QList<Phones> both{{u"K"_s, u"EH"_s, u"L"_s, u"OW"_s}, {u"K"_s, u"EY"_s}};
         QCOMPARE(accentsOf(both, 1), both); // what is known is never left out

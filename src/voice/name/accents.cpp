@@ -29,6 +29,7 @@ constexpr std::array accentRules{
     AccentRule{u"V", u"R", u"C", u""}, // no r but before vowels
     AccentRule{u"V", u"R", u"#", u""},
     AccentRule{u"*", u"ER", u"#", u"AH"},
+    AccentRule{u"*", u"ER", u"R", u"IH"}, // mirror
     AccentRule{u"*", u"ER", u"R", u"AH"}, // an r of one syllable or of both
     AccentRule{u"ER", u"R", u"V", u""},
     AccentRule{u"*", u"AH", u"#", u"AA"}, // the full vowel of an ending
