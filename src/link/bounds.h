@@ -23,7 +23,7 @@ inline constexpr std::size_t voiceFrames = 36'000; ///< ten minutes of one utter
 inline constexpr qsizetype settings = 256; ///< keys in the user's settings
 
 // Texts, in UTF-16 units
-inline constexpr qsizetype sentence = 2'000; ///< what is said, by the assistant or to it
+inline constexpr qsizetype sentence = 1'000; ///< what is said, by the assistant or to it
 inline constexpr qsizetype updateNotes = 8'000;
 inline constexpr qsizetype name =
     160; ///< of the assistant, the user, a lesson, a version, a phrase
