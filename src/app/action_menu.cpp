@@ -38,9 +38,9 @@ ActionMenu::ActionMenu(std::function<std::vector<MenuEntry>()> entries)
 {
     connect(this, &QMenu::aboutToShow, this, &ActionMenu::refresh);
     connect(this, &QMenu::triggered, this, [this](const QAction *action) {
-        const QVariantList data = action->data().toList();
-        if (data.size() == 2)
-            Q_EMIT chosen(static_cast<MenuAction>(data[0].toInt()), data[1].toString());
+        const QVariantList what = action->data().toList();
+        if (what.size() == 2)
+            Q_EMIT chosen(static_cast<MenuAction>(what[0].toInt()), what[1].toString());
     });
 }
 
