@@ -85,8 +85,11 @@ private Q_SLOTS:
         QTest::addColumn<QString>("meaning");
         const QString all = QString::fromUtf8(kelo::test::readFile(QFINDTESTDATA("sentences.txt")));
         for (const QString &line : all.split(u'\n')) {
-            if (const auto at = line.indexOf(u" => "_s); at > 0 && !line.startsWith(u'#'))
-                QTest::newRow(qPrintable(line.left(at))) << line.mid(at + 4);
+            const auto at = line.indexOf(u" => "_s);
+            if (at < 0 || line.startsWith(u'#'))
+                continue;
+            for (const QString &sentence : line.left(at).split(u"; "_s))
+                QTest::newRow(qPrintable(sentence)) << line.mid(at + 4);
         }
     }
 

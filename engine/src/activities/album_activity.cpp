@@ -16,7 +16,7 @@ std::string announced(std::size_t number, const std::string &title)
 
 } // namespace
 
-AlbumActivity::AlbumActivity(Session &shared, std::size_t first, Heard piece)
+AlbumActivity::AlbumActivity(Session &shared, std::size_t first, const Heard &piece)
     : PlaybackActivity(shared, piece, "Your album. " + announced(1, piece.title))
     , first_(first)
     , song_(first)

@@ -8,7 +8,7 @@ namespace kelo::engine {
 class AlbumActivity : public PlaybackActivity {
 public:
     /// `first`: the place of the first piece in the library.
-    AlbumActivity(Session &shared, std::size_t first, Heard piece);
+    AlbumActivity(Session &shared, std::size_t first, const Heard &piece);
 
     void advance(const Moment &now) override;
     [[nodiscard]] std::string place() const override;
