@@ -57,7 +57,7 @@ AnnouncementItem::AnnouncementItem(QQuickItem *parent)
     : QQuickItem(parent)
 {
     hold_.setSingleShot(true);
-    hold_.setInterval(700ms);
+    hold_.setInterval(1s);
     connect(&hold_, &QTimer::timeout, this, &AnnouncementItem::sayNext);
 }
 

@@ -277,7 +277,6 @@ class Listener:
         if "announcement" in self.event:
             self.heard.append(event.any_data)
         elif event.detail1:
-            time.sleep(0.2)  # it takes its time to ask
             self.heard.append(event.source.get_name())
 
     def expect(self, *texts):

@@ -150,7 +150,7 @@ class Program:
 
     @property
     def window(self):
-        return self.windows()["Kelo"]
+        return until(lambda: self.windows().get("Kelo"), "the main window in the tree")
 
     def wait_for_window(self):
         """The main window with the keyboard focus."""
