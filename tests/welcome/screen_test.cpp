@@ -119,7 +119,7 @@ private Q_SLOTS:
             reached << console_->focused();
         }
         QCOMPARE(reached, QSet<QString>(stops.begin(), stops.end()));
-        console_->follow(u"leave"_s);
+        QCOMPARE(console_->follow(u"leave"_s), QString());
         if (console_->unlike(u"question-"_s + step) != 0)
             QFAIL("it looks different");
     }

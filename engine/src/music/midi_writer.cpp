@@ -55,7 +55,7 @@ Bytes signatures(const MidiSignature &signature)
 
 Bytes writeMidiFile(const Piece &piece, const MidiSignature &signature)
 {
-    const double ticksPerSecond = ticksPerQuarter * signature.tempo / 60.0;
+    const double ticksPerSecond = double{ticksPerQuarter} * signature.tempo / 60.0;
     Bytes track = signatures(signature);
     std::uint32_t now = 0;
     for (const auto &[at, message] : piece.messages) {

@@ -5,12 +5,13 @@
 namespace kelo::engine {
 
 SpeechDispatcher::SpeechDispatcher(bool, std::function<void()> ready)
-    : notify(std::move(ready))
+    : notify_(std::move(ready))
 {
 }
 
 SpeechDispatcher::~SpeechDispatcher() = default;
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): where there is a service, it is kept
 void SpeechDispatcher::say(std::string) { }
 
 void SpeechDispatcher::setLoudness(float) { }
