@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace kelo::engine {
 
@@ -66,7 +67,9 @@ Reply EarTrainer::begin()
     currentLevel = 0;
     streak = asking = found = 0;
     ask();
-    return {{}, std::string("Ear training. ") + levels[0].words, true};
+    std::string words = "Ear training. ";
+    words += levels[0].words;
+    return {{}, std::move(words), true};
 }
 
 void EarTrainer::listen()
