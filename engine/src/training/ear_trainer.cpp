@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <utility>
 
 namespace kelo::engine {
 
@@ -67,9 +66,9 @@ Reply EarTrainer::begin()
     currentLevel = 0;
     streak = asking = found = 0;
     ask();
-    std::string words = "Ear training. ";
-    words += levels[0].words;
-    return {{}, std::move(words), true};
+    Reply opening{.words = "Ear training. ", .demo = true};
+    opening.words += levels[0].words;
+    return opening;
 }
 
 void EarTrainer::listen()
