@@ -9,8 +9,8 @@ namespace kelo {
 
 namespace {
 
-constexpr std::size_t mayWait = 2 * 16000; // samples
-constexpr std::size_t speechMayWait = 6 * 16000;
+constexpr std::size_t mayWait = std::size_t{2} * 16000; // samples
+constexpr std::size_t speechMayWait = std::size_t{6} * 16000;
 
 } // namespace
 
