@@ -5,6 +5,8 @@
 #include "assistant/assistant.h"
 #include "sound/mixer.h"
 #include "sound/sound_desk.h"
+#include "speech/speaker.h"
+#include "speech/speech_dispatcher.h"
 #include "speech/synthesiser.h"
 #include "support/figures.h"
 
@@ -36,7 +38,12 @@ public:
 private:
     void take(std::string_view line);
     void play();
-    [[nodiscard]] Moment moment() const { return {now, {2026, 3, 7}, 20, 0}; }
+    [[nodiscard]] Moment moment() const
+    {
+        using namespace std::chrono;
+        constexpr auto evening = local_days(year(2026) / 3 / 7) + hours(20);
+        return {now, evening + std::chrono::seconds(static_cast<int>(now))};
+    }
 
     // The pupil.
     std::vector<int> shown; ///< keys of the part that was played
@@ -69,7 +76,9 @@ private:
     Library library{{}};
     Assistant assistant{{wire, speaker, player, metronome, band, through, mixer.keys(), library,
                             desk, [](const std::filesystem::path &) { return false; }},
-        {home / "profile.json", home / "commands.html", home, home / "takes"}, 1};
+        {home / "profile.json", home / "commands.html", home, home / "takes",
+            home / "composition.json"},
+        1};
 };
 
 void Hour::take(std::string_view line)

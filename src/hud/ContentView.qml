@@ -22,7 +22,7 @@ Item {
     readonly property bool visualising: link.visual && visualiserScreen !== null && !welcoming
 
     focus: true
-    Keys.forwardTo: console_ // keys that nothing else uses scroll it
+    Keys.forwardTo: [console_] // keys that nothing else uses scroll it
 
     FocusKeeper {
         screen: view.welcoming ? welcomePlace : view.visualising ? visualiserPlace : consolePlace

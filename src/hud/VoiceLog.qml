@@ -86,7 +86,7 @@ Scroller {
             link: log.link
         }
 
-        onItemAdded: Qt.callLater(log.follow)
+        onItemAdded: (index, item) => Qt.callLater(log.follow)
         onItemRemoved: (index, item) => {
             if (item.activeFocus) // the oldest line goes while it is read
                 lines.itemAt(0)?.forceActiveFocus();

@@ -14,7 +14,7 @@ FocusScope {
     readonly property bool narrow: width < 760
 
     focus: true
-    Keys.forwardTo: scroller
+    Keys.forwardTo: [scroller]
 
     function placeFocus() {
         const page = pages.itemAt(0) as Page;
