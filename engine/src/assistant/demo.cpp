@@ -91,25 +91,25 @@ const std::vector<Scene> &scenes()
 
 bool Demo::over() const
 {
-    return next >= scenes().size();
+    return next_ >= scenes().size();
 }
 
 std::optional<double> Demo::deadline() const
 {
-    return over() ? std::nullopt : std::optional(last + scenes()[next].after);
+    return over() ? std::nullopt : std::optional(last_ + scenes()[next_].after);
 }
 
 std::optional<Demo::Step> Demo::advance(bool quiet, double now)
 {
     if (over())
         return {};
-    const Scene &scene = scenes()[next];
+    const Scene &scene = scenes()[next_];
     if (scene.waits && !quiet)
-        last = now;
-    if (now < last + scene.after)
+        last_ = now;
+    if (now < last_ + scene.after)
         return {};
-    last = now;
-    ++next;
+    last_ = now;
+    ++next_;
     if (scene.command.empty())
         return scene.message;
     return Command{scene.command};

@@ -16,7 +16,7 @@ public:
     using Step = std::variant<Command, ChannelMessage>;
 
     explicit Demo(double now)
-        : last(now)
+        : last_(now)
     {
     }
 
@@ -27,8 +27,8 @@ public:
     [[nodiscard]] bool over() const;
 
 private:
-    std::size_t next = 0;
-    double last; ///< when the step before was taken, or the assistant last was not quiet
+    std::size_t next_ = 0;
+    double last_; ///< when the step before was taken, or the assistant last was not quiet
 };
 
 } // namespace kelo::engine

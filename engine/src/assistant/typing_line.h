@@ -20,12 +20,12 @@ public:
 
     [[nodiscard]] Change press(Key pressed);
 
-    [[nodiscard]] const std::string &text() const { return line; }
+    [[nodiscard]] const std::string &text() const { return line_; }
 
     static constexpr std::size_t longest = 500;
 
 private:
-    std::string line;
+    std::string line_;
 };
 
 } // namespace kelo::engine

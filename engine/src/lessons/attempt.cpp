@@ -28,107 +28,107 @@ bool contains(const std::vector<int> &pitches, int pitch)
 
 bool Attempt::missing(int pitch) const
 {
-    return contains(expected().pitches, pitch) && !contains(pressed, pitch);
+    return contains(expected().pitches, pitch) && !contains(pressed_, pitch);
 }
 
 void Attempt::take(int pitch, double now)
 {
-    if (pressed.empty())
-        times.push_back(now);
-    pressed.push_back(pitch);
-    if (pressed.size() < expected().pitches.size())
+    if (pressed_.empty())
+        times_.push_back(now);
+    pressed_.push_back(pitch);
+    if (pressed_.size() < expected().pitches.size())
         return;
-    pressed.clear();
-    if (++step == steps.size())
-        current = State::Passed;
+    pressed_.clear();
+    if (++step_ == steps_.size())
+        current_ = State::Passed;
 }
 
 Attempt::State Attempt::miss(int pitch)
 {
-    wrong = pitch;
-    early.reset();
-    return current = State::Missed;
+    wrong_ = pitch;
+    early_.reset();
+    return current_ = State::Missed;
 }
 
 Attempt::State Attempt::press(int pitch, double now)
 {
-    if (current != State::Going || expire(now) != State::Going)
-        return current;
+    if (current_ != State::Going || expire(now) != State::Going)
+        return current_;
     if (!missing(pitch)) {
-        const bool next = step + 1 < steps.size() && contains(steps[step + 1].pitches, pitch);
-        if (!next || pressed.empty() || early)
+        const bool next = step_ + 1 < steps_.size() && contains(steps_[step_ + 1].pitches, pitch);
+        if (!next || pressed_.empty() || early_)
             return miss(pitch);
-        early = Early{pitch, now};
-        return current;
+        early_ = Early{pitch, now};
+        return current_;
     }
     take(pitch, now);
-    if (early && pressed.empty()) {
-        const Early held = *early;
-        early.reset();
+    if (early_ && pressed_.empty()) {
+        const Early held = *early_;
+        early_.reset();
         take(held.pitch, held.at);
     }
-    return current;
+    return current_;
 }
 
 Attempt::State Attempt::expire(double now)
 {
-    if (current == State::Going && early && now >= early->at + together)
-        return miss(early->pitch);
-    return current;
+    if (current_ == State::Going && early_ && now >= early_->at + together)
+        return miss(early_->pitch);
+    return current_;
 }
 
 std::optional<double> Attempt::deadline() const
 {
-    return early && current == State::Going ? std::optional(early->at + together) : std::nullopt;
+    return early_ && current_ == State::Going ? std::optional(early_->at + together) : std::nullopt;
 }
 
 std::string Attempt::next() const
 {
-    return current == State::Going ? wordsFor(expected(), spelling) : "";
+    return current_ == State::Going ? wordsFor(expected(), spelling_) : "";
 }
 
 std::string Attempt::fault() const
 {
-    if (current != State::Missed)
+    if (current_ != State::Missed)
         return {};
     const auto &pitches = expected().pitches;
     const bool chord = pitches.size() > 1;
     const std::string place =
-        ordinalInWords(static_cast<int>(step) + 1) + (chord ? " chord" : " note");
-    if (!pressed.empty()) {
+        ordinalInWords(static_cast<int>(step_) + 1) + (chord ? " chord" : " note");
+    if (!pressed_.empty()) {
         std::vector<int> left;
         std::ranges::copy_if(
             pitches, std::back_inserter(left), [&](int pitch) { return missing(pitch); });
-        const bool ahead = step + 1 < steps.size() && contains(steps[step + 1].pitches, wrong);
+        const bool ahead = step_ + 1 < steps_.size() && contains(steps_[step_ + 1].pitches, wrong_);
         if (ahead)
-            return "You left out " + pitchNames(left, spelling) + " in the " + place + ".";
+            return "You left out " + pitchNames(left, spelling_) + " in the " + place + ".";
     }
     const auto octave = std::ranges::find_if(
-        pitches, [&](int pitch) { return missing(pitch) && (pitch - wrong) % 12 == 0; });
-    if (octave != pitches.end() && *octave != wrong) {
-        const int octaves = std::abs(*octave - wrong) / 12;
-        return "The " + place + ": " + pitchName(wrong, spelling) + " is right, but "
+        pitches, [&](int pitch) { return missing(pitch) && (pitch - wrong_) % 12 == 0; });
+    if (octave != pitches.end() && *octave != wrong_) {
+        const int octaves = std::abs(*octave - wrong_) / 12;
+        return "The " + place + ": " + pitchName(wrong_, spelling_) + " is right, but "
             + (octaves == 1 ? "an octave" : numberInWords(octaves) + " octaves")
-            + (wrong < *octave ? " higher." : " lower.");
+            + (wrong_ < *octave ? " higher." : " lower.");
     }
-    return "The " + place + " was " + wordsFor(expected(), spelling) + ", you played "
-        + pitchName(wrong, spelling) + ".";
+    return "The " + place + " was " + wordsFor(expected(), spelling_) + ", you played "
+        + pitchName(wrong_, spelling_) + ".";
 }
 
 std::string Attempt::rhythm() const
 {
-    if (current != State::Passed || times.size() < enoughForRhythm)
+    if (current_ != State::Passed || times_.size() < enoughForRhythm)
         return {};
-    const double written = steps.back().at - steps.front().at;
-    const double played = times.back() - times.front();
+    const double written = steps_.back().at - steps_.front().at;
+    const double played = times_.back() - times_.front();
     if (written <= 0 || played <= 0)
         return {};
     std::size_t worst = 0;
     double most = 0;
     bool late = false;
-    for (std::size_t i = 1; i < times.size(); ++i) {
-        const double should = (steps[i].at - steps[i - 1].at) / written;
-        const double did = (times[i] - times[i - 1]) / played;
+    for (std::size_t i = 1; i < times_.size(); ++i) {
+        const double should = (steps_[i].at - steps_[i - 1].at) / written;
+        const double did = (times_[i] - times_[i - 1]) / played;
         const double off = std::log(std::max(did, 1e-6) / std::max(should, 1e-6));
         if (std::abs(off) <= most)
             continue;

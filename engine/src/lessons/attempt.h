@@ -16,9 +16,9 @@ class Attempt {
 public:
     enum class State { Going, Passed, Missed };
 
-    Attempt(std::vector<Step> what, Spelling how)
-        : steps(std::move(what))
-        , spelling(how)
+    Attempt(std::vector<Step> steps, Spelling spelling)
+        : steps_(std::move(steps))
+        , spelling_(spelling)
     {
     }
 
@@ -28,8 +28,8 @@ public:
     State expire(double now);
     [[nodiscard]] std::optional<double> deadline() const;
 
-    [[nodiscard]] State state() const { return current; }
-    [[nodiscard]] bool begun() const { return step > 0 || !pressed.empty(); }
+    [[nodiscard]] State state() const { return current_; }
+    [[nodiscard]] bool begun() const { return step_ > 0 || !pressed_.empty(); }
 
     /// What comes next: "E", or "C and G together".
     [[nodiscard]] std::string next() const;
@@ -46,19 +46,19 @@ private:
         double at;
     };
 
-    [[nodiscard]] const Step &expected() const { return steps[step]; }
+    [[nodiscard]] const Step &expected() const { return steps_[step_]; }
     [[nodiscard]] bool missing(int pitch) const;
     void take(int pitch, double now);
     State miss(int pitch);
 
-    std::vector<Step> steps;
-    Spelling spelling;
-    State current = State::Going;
-    std::size_t step = 0;
-    std::vector<int> pressed; ///< of the current step
-    std::vector<double> times; ///< of the first key of each step
-    std::optional<Early> early; ///< a key of the next step, before this one is complete
-    int wrong = 0;
+    std::vector<Step> steps_;
+    Spelling spelling_;
+    State current_ = State::Going;
+    std::size_t step_ = 0;
+    std::vector<int> pressed_; ///< of the current step
+    std::vector<double> times_; ///< of the first key of each step
+    std::optional<Early> early_; ///< a key of the next step, before this one is complete
+    int wrong_ = 0;
 };
 
 } // namespace kelo::engine

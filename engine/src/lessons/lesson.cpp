@@ -22,17 +22,17 @@ std::string spoken(Hands hands)
 
 } // namespace
 
-Lesson::Lesson(Piece music, std::string name, Hands which)
-    : piece(std::move(music))
-    , songTitle(std::move(name))
-    , chosen(which)
-    , excerpts(excerptsOf(piece, which))
+Lesson::Lesson(Piece piece, std::string title, Hands hands)
+    : piece_(std::move(piece))
+    , title_(std::move(title))
+    , hands_(hands)
+    , excerpts_(excerptsOf(piece_, hands))
 {
 }
 
 std::string Lesson::whereWeAre() const
 {
-    const Excerpt &excerpt = excerpts[place];
+    const Excerpt &excerpt = excerpts_[place_];
     const std::string first = numberInWords(excerpt.firstBar);
     return (excerpt.lastBar > excerpt.firstBar
                    ? "Bars " + first + " and " + numberInWords(excerpt.lastBar)
@@ -42,7 +42,7 @@ std::string Lesson::whereWeAre() const
 
 Reply Lesson::present(std::string before)
 {
-    attempt.reset();
+    attempt_.reset();
     if (!before.empty())
         before += ' ';
     return {{}, before + whereWeAre(), true};
@@ -52,17 +52,17 @@ Reply Lesson::present(std::string before)
 void Lesson::goTo(int bar)
 {
     const auto found = std::ranges::find_if(
-        excerpts, [&](const Excerpt &excerpt) { return excerpt.lastBar >= bar; });
-    place = found == excerpts.end() ? 0 : static_cast<std::size_t>(found - excerpts.begin());
-    misses = 0;
+        excerpts_, [&](const Excerpt &excerpt) { return excerpt.lastBar >= bar; });
+    place_ = found == excerpts_.end() ? 0 : static_cast<std::size_t>(found - excerpts_.begin());
+    misses_ = 0;
 }
 
 Reply Lesson::begin(int bar)
 {
     goTo(bar);
     const std::string how =
-        place > 0 ? ". We go on where we were." : ". Listen, then play it back.";
-    return present("A lesson on " + songTitle + how);
+        place_ > 0 ? ". We go on where we were." : ". Listen, then play it back.";
+    return present("A lesson on " + title_ + how);
 }
 
 Reply Lesson::repeat()
@@ -72,38 +72,38 @@ Reply Lesson::repeat()
 
 Reply Lesson::skip()
 {
-    if (place + 1 >= excerpts.size())
+    if (place_ + 1 >= excerpts_.size())
         return {{}, "This is the last part."};
-    ++place;
-    misses = 0;
+    ++place_;
+    misses_ = 0;
     return present();
 }
 
 Reply Lesson::back()
 {
-    if (place == 0)
+    if (place_ == 0)
         return present("This is the first part.");
-    --place;
-    misses = 0;
+    --place_;
+    misses_ = 0;
     return present();
 }
 
 Reply Lesson::toBar(int bar)
 {
-    if (bar > excerpts.back().lastBar)
-        return {{}, "The last bar is " + numberInWords(excerpts.back().lastBar) + "."};
+    if (bar > excerpts_.back().lastBar)
+        return {{}, "The last bar is " + numberInWords(excerpts_.back().lastBar) + "."};
     goTo(bar);
     return present();
 }
 
 Reply Lesson::setHands(Hands which)
 {
-    auto found = excerptsOf(piece, which);
+    auto found = excerptsOf(piece_, which);
     if (found.empty())
         return {{}, "There is nothing for the " + spoken(which) + " in this piece."};
-    const int bar = excerpts.empty() ? 1 : excerpts[place].firstBar;
-    excerpts = std::move(found);
-    chosen = which;
+    const int bar = excerpts_.empty() ? 1 : excerpts_[place_].firstBar;
+    excerpts_ = std::move(found);
+    hands_ = which;
     goTo(bar);
     return present();
 }
@@ -112,42 +112,42 @@ std::string Lesson::notes() const
 {
     const auto handNotes = [&](Hands hand) {
         std::string text;
-        for (const Excerpt &excerpt : excerptsOf(piece, hand)) {
-            if (excerpt.lastBar < excerpts[place].firstBar
-                || excerpt.firstBar > excerpts[place].lastBar)
+        for (const Excerpt &excerpt : excerptsOf(piece_, hand)) {
+            if (excerpt.lastBar < excerpts_[place_].firstBar
+                || excerpt.firstBar > excerpts_[place_].lastBar)
                 continue;
             for (const Step &step : excerpt.steps) {
-                if (step.at < excerpts[place].from || step.at >= excerpts[place].to)
+                if (step.at < excerpts_[place_].from || step.at >= excerpts_[place_].to)
                     continue;
-                text += (text.empty() ? "" : ", ") + pitchNames(step.pitches, piece.spelling);
+                text += (text.empty() ? "" : ", ") + pitchNames(step.pitches, piece_.spelling);
                 text += step.pitches.size() > 1 ? " together" : "";
             }
         }
         return text.empty() ? text
                             : (hand == Hands::Right ? "Right hand: " : "Left hand: ") + text + ".";
     };
-    if (excerpts[place].hands != Hands::Both)
-        return handNotes(excerpts[place].hands);
+    if (excerpts_[place_].hands != Hands::Both)
+        return handNotes(excerpts_[place_].hands);
     return handNotes(Hands::Right) + " " + handNotes(Hands::Left);
 }
 
 void Lesson::listen(double now)
 {
-    if (excerpts.empty())
+    if (excerpts_.empty())
         return;
-    attempt.emplace(excerpts[place].steps, piece.spelling);
-    lastKey = now;
-    reminded = false;
+    attempt_.emplace(excerpts_[place_].steps, piece_.spelling);
+    lastKey_ = now;
+    reminded_ = false;
 }
 
 Reply Lesson::press(int pitch, double now)
 {
-    if (!attempt)
+    if (!attempt_)
         return {};
-    const bool was = attempt->state() == Attempt::State::Going;
-    lastKey = now;
-    reminded = false;
-    switch (attempt->press(pitch, now)) {
+    const bool was = attempt_->state() == Attempt::State::Going;
+    lastKey_ = now;
+    reminded_ = false;
+    switch (attempt_->press(pitch, now)) {
     case Attempt::State::Passed:
         return passed();
     case Attempt::State::Missed:
@@ -160,16 +160,16 @@ Reply Lesson::press(int pitch, double now)
 
 Reply Lesson::passed()
 {
-    const std::string rhythm = attempt->rhythm();
+    const std::string rhythm = attempt_->rhythm();
     const std::string praise = rhythm.empty() ? "Good." : "Good. " + rhythm;
     Reply reply;
-    if (place + 1 < excerpts.size()) {
-        ++place;
-        misses = 0;
+    if (place_ + 1 < excerpts_.size()) {
+        ++place_;
+        misses_ = 0;
         reply = present(praise);
     } else {
-        attempt.reset();
-        reply.words = praise + " That was the whole of " + songTitle + ". Well done.";
+        attempt_.reset();
+        reply.words = praise + " That was the whole of " + title_ + ". Well done.";
         reply.over = true;
     }
     reply.good = true;
@@ -178,13 +178,13 @@ Reply Lesson::passed()
 
 Reply Lesson::missed()
 {
-    std::string words = attempt->fault();
-    if (++misses % missesBeforeDemo == 0) {
-        attempt.reset();
+    std::string words = attempt_->fault();
+    if (++misses_ % missesBeforeDemo == 0) {
+        attempt_.reset();
         return {{}, words + " Listen again.", true};
     }
-    attempt.emplace(excerpts[place].steps, piece.spelling);
-    reminded = false;
+    attempt_.emplace(excerpts_[place_].steps, piece_.spelling);
+    reminded_ = false;
     return {{}, words + " Try again."};
 }
 
@@ -193,27 +193,28 @@ Reply Lesson::advance(double now)
     const auto due = deadline();
     if (!due || now < *due)
         return {};
-    if (attempt->state() == Attempt::State::Going) {
-        if (attempt->expire(now) == Attempt::State::Missed)
+    if (attempt_->state() == Attempt::State::Going) {
+        if (attempt_->expire(now) == Attempt::State::Missed)
             return {false, {}};
-        reminded = true;
-        return {{}, attempt->begun() ? "Next comes " + attempt->next() + "." : "It is your turn."};
+        reminded_ = true;
+        return {
+            {}, attempt_->begun() ? "Next comes " + attempt_->next() + "." : "It is your turn."};
     }
-    lastKey = now;
+    lastKey_ = now;
     return missed();
 }
 
 std::optional<double> Lesson::deadline() const
 {
-    if (!attempt)
+    if (!attempt_)
         return {};
-    if (attempt->state() == Attempt::State::Missed)
-        return lastKey + quietBeforeWords;
-    if (const auto early = attempt->deadline())
+    if (attempt_->state() == Attempt::State::Missed)
+        return lastKey_ + quietBeforeWords;
+    if (const auto early = attempt_->deadline())
         return early;
-    if (reminded)
+    if (reminded_)
         return {};
-    return lastKey + (attempt->begun() ? quietBeforeHint : quietBeforeReminder);
+    return lastKey_ + (attempt_->begun() ? quietBeforeHint : quietBeforeReminder);
 }
 
 } // namespace kelo::engine

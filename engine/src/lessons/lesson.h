@@ -14,10 +14,10 @@ namespace kelo::engine {
 /// nothing. Seconds throughout.
 class Lesson {
 public:
-    Lesson(Piece music, std::string name, Hands which);
+    Lesson(Piece piece, std::string title, Hands hands);
 
     /// Nothing can be learnt where there are no notes for these hands.
-    [[nodiscard]] bool empty() const { return excerpts.empty(); }
+    [[nodiscard]] bool empty() const { return excerpts_.empty(); }
 
     /// At the part that has this bar, from 1 on.
     [[nodiscard]] Reply begin(int bar = 1);
@@ -28,7 +28,7 @@ public:
     [[nodiscard]] Reply toBar(int bar);
 
     /// The bar where the part begins.
-    [[nodiscard]] int bar() const { return excerpts[place].firstBar; }
+    [[nodiscard]] int bar() const { return excerpts_[place_].firstBar; }
 
     /// "Bars one and two, right hand."
     [[nodiscard]] std::string whereWeAre() const;
@@ -37,7 +37,7 @@ public:
     [[nodiscard]] std::string notes() const;
 
     /// What `demo` means: the phrase, by itself.
-    [[nodiscard]] Piece demo() const { return pieceOf(excerpts[place], piece); }
+    [[nodiscard]] Piece demo() const { return pieceOf(excerpts_[place_], piece_); }
 
     /// It has said and played what it wanted to; it is the player's turn.
     void listen(double now);
@@ -46,10 +46,10 @@ public:
     [[nodiscard]] Reply advance(double now);
     [[nodiscard]] std::optional<double> deadline() const;
 
-    [[nodiscard]] const Piece &wholePiece() const { return piece; }
-    [[nodiscard]] const std::string &title() const { return songTitle; }
-    [[nodiscard]] Hands hands() const { return chosen; }
-    [[nodiscard]] bool listening() const { return attempt.has_value(); }
+    [[nodiscard]] const Piece &wholePiece() const { return piece_; }
+    [[nodiscard]] const std::string &title() const { return title_; }
+    [[nodiscard]] Hands hands() const { return hands_; }
+    [[nodiscard]] bool listening() const { return attempt_.has_value(); }
 
 private:
     void goTo(int bar);
@@ -57,15 +57,15 @@ private:
     [[nodiscard]] Reply missed();
     [[nodiscard]] Reply passed();
 
-    Piece piece;
-    std::string songTitle;
-    Hands chosen;
-    std::vector<Excerpt> excerpts;
-    std::size_t place = 0;
-    std::optional<Attempt> attempt;
-    int misses = 0; ///< of this excerpt
-    double lastKey = 0;
-    bool reminded = false;
+    Piece piece_;
+    std::string title_;
+    Hands hands_;
+    std::vector<Excerpt> excerpts_;
+    std::size_t place_ = 0;
+    std::optional<Attempt> attempt_;
+    int misses_ = 0; ///< of this excerpt
+    double lastKey_ = 0;
+    bool reminded_ = false;
 };
 
 } // namespace kelo::engine

@@ -29,47 +29,47 @@ bool silences(std::string_view command)
 
 void Ear::setName(std::string_view spoken)
 {
-    name.clear();
+    name_.clear();
     for (const Word &word : wordsOf(spoken))
-        name += word.text;
+        name_ += word.text;
 }
 
 /// How many of `words` belong to an utterance that has been dealt with. A shorter transcript
 /// is the next utterance.
 std::size_t Ear::spentWords(std::span<const Word> words, bool final, double now)
 {
-    if (spent.empty())
+    if (spent_.empty())
         return 0;
-    const auto differs = std::mismatch(words.begin(), words.end(), spent.begin(), spent.end(),
+    const auto differs = std::mismatch(words.begin(), words.end(), spent_.begin(), spent_.end(),
         [](const Word &a, const Word &b) { return a.text == b.text; });
-    const auto common = static_cast<std::size_t>(differs.second - spent.begin());
-    const bool extends = common == spent.size();
-    const bool soon = now - spentAt < late;
-    const bool same = words.size() >= spent.size()
-        && (spentFinal ? soon && extends
-                       : (soon && common > 0) || (extends && now - spentAt < sessionRest));
+    const auto common = static_cast<std::size_t>(differs.second - spent_.begin());
+    const bool extends = common == spent_.size();
+    const bool soon = now - spentAt_ < late;
+    const bool same = words.size() >= spent_.size()
+        && (spentFinal_ ? soon && extends
+                        : (soon && common > 0) || (extends && now - spentAt_ < sessionRest));
     if (!same) {
-        spent.clear();
+        spent_.clear();
         return 0;
     }
-    spentAt = now;
-    spentFinal = spentFinal || final;
-    return spent.size();
+    spentAt_ = now;
+    spentFinal_ = spentFinal_ || final;
+    return spent_.size();
 }
 
 void Ear::spend(std::vector<Word> words, bool final, double now)
 {
-    spent = std::move(words);
-    spentFinal = final;
-    spentAt = now;
-    pending.reset();
+    spent_ = std::move(words);
+    spentFinal_ = final;
+    spentAt_ = now;
+    pending_.reset();
 }
 
 std::optional<std::string> Ear::commandIn(std::span<const Word> words, double now) const
 {
-    if (const auto found = findCommand(words, name, understands))
+    if (const auto found = findCommand(words, name_, understands_))
         return joined(words.subspan(found->first, found->count));
-    if (!words.empty() && (open || now < answerUntil) && understandsAll(words))
+    if (!words.empty() && (open_ || now < answerUntil_) && understandsAll_(words))
         return joined(words);
     return {};
 }
@@ -80,24 +80,24 @@ std::optional<std::string> Ear::hear(
     std::vector<Word> words = wordsOf(transcript);
     const auto fresh = std::span(words).subspan(spentWords(words, final, now));
     if (speaking) {
-        overheard = true;
-        const auto found = findCommand(fresh, name, understands);
+        overheard_ = true;
+        const auto found = findCommand(fresh, name_, understands_);
         std::string command = found ? joined(fresh.subspan(found->first, found->count)) : "";
         spend(std::move(words), final, now);
         return silences(command) ? std::optional("stop") : std::nullopt;
     }
     auto command = commandIn(fresh, now);
     if (!command) {
-        pending.reset();
+        pending_.reset();
         return {};
     }
-    if (!pending || pending->command != *command)
-        pending = Pending{*command, now};
-    latest = std::move(words);
+    if (!pending_ || pending_->command != *command)
+        pending_ = Pending{*command, now};
+    latest_ = std::move(words);
     if (!final)
         return {};
-    answerUntil = -1;
-    spend(std::move(latest), true, now);
+    answerUntil_ = -1;
+    spend(std::move(latest_), true, now);
     return command;
 }
 
@@ -106,15 +106,15 @@ std::optional<std::string> Ear::expire(double now)
     const auto due = deadline();
     if (!due || now < *due)
         return {};
-    std::string command = std::move(pending->command);
-    answerUntil = -1;
-    spend(std::move(latest), false, now);
+    std::string command = std::move(pending_->command);
+    answerUntil_ = -1;
+    spend(std::move(latest_), false, now);
     return command;
 }
 
 std::optional<double> Ear::deadline() const
 {
-    return pending ? std::optional(pending->since + settle) : std::nullopt;
+    return pending_ ? std::optional(pending_->since + settle) : std::nullopt;
 }
 
 } // namespace kelo::engine

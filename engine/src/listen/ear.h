@@ -19,19 +19,19 @@ public:
     static constexpr double settle = 0.7;
 
     /// Of what is said without the name only that counts which `understandsAll` of.
-    Ear(Understands understandsCommand, Understands understandsAllOfIt)
-        : understands(std::move(understandsCommand))
-        , understandsAll(std::move(understandsAllOfIt))
+    Ear(Understands understands, Understands understandsAll)
+        : understands_(std::move(understands))
+        , understandsAll_(std::move(understandsAll))
     {
     }
 
     void setName(std::string_view name);
 
     /// Whatever is said may be meant for the assistant, without its name.
-    void setOpen(bool on) { open = on; }
+    void setOpen(bool on) { open_ = on; }
 
     /// What is said next needs no name, if it comes soon.
-    void expectAnswer(double now) { answerUntil = now + answerTime; }
+    void expectAnswer(double now) { answerUntil_ = now + answerTime; }
 
     /// The whole of what this session of the recogniser has understood so far. Gives the words
     /// of a command that is complete; none of them where only the name was said.
@@ -43,7 +43,7 @@ public:
     [[nodiscard]] std::optional<double> deadline() const;
 
     /// Whether it listened to the assistant itself since this was last asked.
-    [[nodiscard]] bool takeOverheard() { return std::exchange(overheard, false); }
+    [[nodiscard]] bool takeOverheard() { return std::exchange(overheard_, false); }
 
 private:
     struct Pending {
@@ -58,19 +58,19 @@ private:
         std::span<const Word> words, double now) const;
     void spend(std::vector<Word> words, bool final, double now);
 
-    Understands understands;
-    Understands understandsAll;
-    std::string name = "kelo";
-    bool open = false;
-    bool overheard = false;
-    double answerUntil = -1;
-    std::optional<Pending> pending;
-    std::vector<Word> latest; ///< of the pending command's utterance
+    Understands understands_;
+    Understands understandsAll_;
+    std::string name_ = "kelo";
+    bool open_ = false;
+    bool overheard_ = false;
+    double answerUntil_ = -1;
+    std::optional<Pending> pending_;
+    std::vector<Word> latest_; ///< of the pending command's utterance
 
     // What has been dealt with: the words of one utterance.
-    std::vector<Word> spent;
-    bool spentFinal = false;
-    double spentAt = 0;
+    std::vector<Word> spent_;
+    bool spentFinal_ = false;
+    double spentAt_ = 0;
 };
 
 } // namespace kelo::engine

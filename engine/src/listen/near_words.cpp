@@ -40,13 +40,13 @@ public:
     {
         for (const SongName &song : songs) {
             for (Word &word : wordsOf(song.title + ' ' + song.composer))
-                words.insert(std::move(word.text));
+                words_.insert(std::move(word.text));
         }
     }
 
     [[nodiscard]] bool knows(const std::string &word) const
     {
-        return isCourtesy(word) || words.contains(word);
+        return isCourtesy(word) || words_.contains(word);
     }
 
     /// The known word that sounds most like `word`.
@@ -54,7 +54,7 @@ public:
     {
         std::optional<std::string> best;
         double least = 0;
-        for (const std::string &known : words) {
+        for (const std::string &known : words_) {
             const double distance = soundDistance(word, known);
             const bool alike =
                 soundsOf(known).size() < certainSounds ? distance <= 0 : soundsLike(word, known);
@@ -70,14 +70,14 @@ public:
     [[nodiscard]] std::optional<std::string> homophone(const std::string &word) const
     {
         const std::string sounds = soundsOf(word);
-        const auto found = std::ranges::find_if(words, [&](const std::string &known) {
+        const auto found = std::ranges::find_if(words_, [&](const std::string &known) {
             return sounds.size() >= certainSounds && soundsOf(known) == sounds;
         });
-        return found == words.end() ? std::nullopt : std::optional(*found);
+        return found == words_.end() ? std::nullopt : std::optional(*found);
     }
 
 private:
-    std::set<std::string, std::less<>> words = wordsOfPhrases();
+    std::set<std::string, std::less<>> words_ = wordsOfPhrases();
 };
 
 } // namespace

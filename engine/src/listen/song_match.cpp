@@ -22,10 +22,10 @@ constexpr std::string_view courtesies[] = {"a", "an", "the", "please", "me", "my
 class Naming {
 public:
     Naming(std::span<const Word> heard, Spoken how)
-        : words(heard)
+        : words_(heard)
     {
         for (const Word &word : how == Spoken::Roughly ? heard : std::span<const Word>{})
-            sounds.push_back(soundsOf(word.text));
+            sounds_.push_back(soundsOf(word.text));
     }
 
     /// The part of `name` that was said and not counted before.
@@ -49,19 +49,19 @@ private:
     [[nodiscard]] std::optional<std::size_t> find(
         const std::string &part, const std::vector<bool> &named) const
     {
-        for (std::size_t i = 0; i < words.size(); ++i) {
-            if (!named[i] && words[i].text == part)
+        for (std::size_t i = 0; i < words_.size(); ++i) {
+            if (!named[i] && words_[i].text == part)
                 return i;
         }
-        for (std::size_t i = 0; i < sounds.size(); ++i) {
-            if (!named[i] && sounds[i] == soundsOf(part))
+        for (std::size_t i = 0; i < sounds_.size(); ++i) {
+            if (!named[i] && sounds_[i] == soundsOf(part))
                 return i;
         }
         return {};
     }
 
-    std::span<const Word> words;
-    std::vector<std::string> sounds; ///< of each word, where they count
+    std::span<const Word> words_;
+    std::vector<std::string> sounds_; ///< of each word, where they count
 };
 
 } // namespace

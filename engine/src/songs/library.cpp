@@ -33,31 +33,31 @@ std::string titleOf(const std::filesystem::path &file)
 
 } // namespace
 
-Library::Library(std::filesystem::path where)
-    : folder(std::move(where))
+Library::Library(std::filesystem::path folder)
+    : folder_(std::move(folder))
 {
     refresh();
 }
 
 void Library::refresh()
 {
-    songNames.clear();
-    files.clear();
+    names_.clear();
+    files_.clear();
     for (const Sheet &sheet : shippedSongs())
-        songNames.push_back({sheet.title, sheet.composer});
+        names_.push_back({sheet.title, sheet.composer});
     std::error_code error;
-    for (auto it = std::filesystem::directory_iterator(folder, error);
-         !error && it != std::filesystem::directory_iterator() && files.size() < mostFiles;
+    for (auto it = std::filesystem::directory_iterator(folder_, error);
+         !error && it != std::filesystem::directory_iterator() && files_.size() < mostFiles;
          it.increment(error)) {
         const std::string kind = lowered(it->path().extension().string());
         std::error_code unreadable;
         if ((kind == ".mid" || kind == ".midi") && it->is_regular_file(unreadable))
-            files.push_back(it->path());
+            files_.push_back(it->path());
     }
-    std::ranges::sort(
-        files, {}, [](const std::filesystem::path &file) { return lowered(file.stem().string()); });
-    for (const auto &file : files)
-        songNames.push_back({titleOf(file), {}});
+    std::ranges::sort(files_, {},
+        [](const std::filesystem::path &file) { return lowered(file.stem().string()); });
+    for (const auto &file : files_)
+        names_.push_back({titleOf(file), {}});
 }
 
 std::size_t Library::firstFile() const
@@ -71,7 +71,7 @@ std::variant<Piece, MidiFault> Library::load(std::size_t song) const
     if (song >= size())
         return MidiFault::Empty;
     if (song >= shipped)
-        return loadMidiFile(files[song - shipped]);
+        return loadMidiFile(files_[song - shipped]);
     if (auto piece = readSheet(shippedSongs()[song]))
         return std::move(*piece);
     return MidiFault::Empty;

@@ -15,23 +15,23 @@ namespace kelo::engine {
 class Library {
 public:
     /// Looks into the folder; a missing one holds nothing.
-    explicit Library(std::filesystem::path songsFolder);
+    explicit Library(std::filesystem::path folder);
 
     void refresh();
 
-    [[nodiscard]] const std::vector<SongName> &names() const { return songNames; }
+    [[nodiscard]] const std::vector<SongName> &names() const { return names_; }
     /// The place of the first song that is a file.
     [[nodiscard]] std::size_t firstFile() const;
-    [[nodiscard]] std::size_t size() const { return songNames.size(); }
+    [[nodiscard]] std::size_t size() const { return names_.size(); }
 
     [[nodiscard]] std::variant<Piece, MidiFault> load(std::size_t song) const;
 
     static constexpr std::size_t mostFiles = 500;
 
 private:
-    std::filesystem::path folder;
-    std::vector<SongName> songNames;
-    std::vector<std::filesystem::path> files; ///< of the songs after the shipped ones
+    std::filesystem::path folder_;
+    std::vector<SongName> names_;
+    std::vector<std::filesystem::path> files_; ///< of the songs after the shipped ones
 };
 
 /// Reads a MIDI file of a size that a piece of music may have.

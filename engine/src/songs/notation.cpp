@@ -60,8 +60,8 @@ std::optional<int> lengthOf(std::string_view text)
 class VoiceReader {
 public:
     VoiceReader(int barTicks, int upbeatTicks)
-        : barLength(barTicks)
-        , barEnd(upbeatTicks > 0 ? upbeatTicks : barTicks)
+        : barLength_(barTicks)
+        , barEnd_(upbeatTicks > 0 ? upbeatTicks : barTicks)
     {
     }
 
@@ -73,18 +73,18 @@ public:
                 return false;
             text.remove_prefix(std::min(end + 1, text.size()));
         }
-        return now == barEnd && tied.empty();
+        return now_ == barEnd_ && tied_.empty();
     }
 
-    std::vector<Tone> tones;
-    int now = 0;
+    [[nodiscard]] const std::vector<Tone> &tones() const { return tones_; }
+    [[nodiscard]] int end() const { return now_; } ///< ticks
 
 private:
     bool take(std::string_view token)
     {
         if (token == "|") {
-            const bool full = now == barEnd;
-            barEnd += barLength;
+            const bool full = now_ == barEnd_;
+            barEnd_ += barLength_;
             return full;
         }
         const bool ties = token.ends_with('~');
@@ -94,13 +94,13 @@ private:
             const auto given = lengthOf(token.substr(slash + 1));
             if (!given)
                 return false;
-            length = *given;
+            length_ = *given;
             token = token.substr(0, slash);
         }
-        if (length == 0)
+        if (length_ == 0)
             return false;
         const bool read = token == "r" || chord(token, ties);
-        now += length;
+        now_ += length_;
         return read;
     }
 
@@ -116,25 +116,27 @@ private:
             if (!pitch)
                 return false;
             const auto before = std::ranges::find_if(
-                tied, [&](std::size_t tone) { return tones[tone].pitch == *pitch; });
-            if (before == tied.end()) {
-                held.push_back(tones.size());
-                tones.push_back({now, length, *pitch});
+                tied_, [&](std::size_t tone) { return tones_[tone].pitch == *pitch; });
+            if (before == tied_.end()) {
+                held.push_back(tones_.size());
+                tones_.push_back({now_, length_, *pitch});
             } else {
                 held.push_back(*before);
-                tones[*before].length += length;
-                tied.erase(before);
+                tones_[*before].length += length_;
+                tied_.erase(before);
             }
         }
-        const bool resolved = tied.empty();
-        tied = ties ? std::move(held) : std::vector<std::size_t>{};
+        const bool resolved = tied_.empty();
+        tied_ = ties ? std::move(held) : std::vector<std::size_t>{};
         return resolved;
     }
 
-    int barLength;
-    int barEnd;
-    int length = 0;
-    std::vector<std::size_t> tied; ///< the tones that go on with the next notes
+    std::vector<Tone> tones_;
+    int now_ = 0;
+    int barLength_;
+    int barEnd_;
+    int length_ = 0;
+    std::vector<std::size_t> tied_; ///< the tones that go on with the next notes
 };
 
 } // namespace
@@ -150,10 +152,10 @@ std::optional<Piece> readSheet(const Sheet &sheet)
     std::optional<int> end;
     const auto addVoice = [&](const std::string &text, int track) {
         VoiceReader voice(bar, upbeat);
-        if (!voice.read(text) || (end && voice.now != *end))
+        if (!voice.read(text) || (end && voice.end() != *end))
             return false;
-        end = voice.now;
-        for (const Tone &tone : voice.tones) {
+        end = voice.end();
+        for (const Tone &tone : voice.tones()) {
             const bool downbeat = (tone.at - upbeat) % bar == 0;
             const int velocity =
                 (track == 0 ? rightVelocity : leftVelocity) + (downbeat ? downbeatStress : 0);

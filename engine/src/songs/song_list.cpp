@@ -12,48 +12,48 @@ constexpr std::size_t longestList = 40;
 
 std::size_t SongList::current() const
 {
-    return names.empty() ? 0 : std::min(chosen, names.size() - 1);
+    return names_.empty() ? 0 : std::min(chosen_, names_.size() - 1);
 }
 
 void SongList::next()
 {
-    chosen = names.empty() ? 0 : (current() + 1) % names.size();
+    chosen_ = names_.empty() ? 0 : (current() + 1) % names_.size();
 }
 
 void SongList::previous()
 {
-    chosen = names.empty() ? 0 : (current() + names.size() - 1) % names.size();
+    chosen_ = names_.empty() ? 0 : (current() + names_.size() - 1) % names_.size();
 }
 
 bool SongList::choose(int number)
 {
-    if (number < 1 || static_cast<std::size_t>(number) > names.size())
+    if (number < 1 || static_cast<std::size_t>(number) > names_.size())
         return false;
-    chosen = static_cast<std::size_t>(number) - 1;
+    chosen_ = static_cast<std::size_t>(number) - 1;
     return true;
 }
 
 std::string SongList::describe() const
 {
-    if (names.empty())
+    if (names_.empty())
         return "There are no songs.";
-    const SongName &song = names[current()];
-    return "Song " + std::to_string(current() + 1) + " of " + std::to_string(names.size()) + ": "
+    const SongName &song = names_[current()];
+    return "Song " + std::to_string(current() + 1) + " of " + std::to_string(names_.size()) + ": "
         + song.title + (song.composer.empty() ? "" : ", " + song.composer) + ".";
 }
 
 std::string SongList::count() const
 {
-    return names.size() == 1 ? "There is one song."
-                             : "There are " + std::to_string(names.size()) + " songs.";
+    return names_.size() == 1 ? "There is one song."
+                              : "There are " + std::to_string(names_.size()) + " songs.";
 }
 
 std::string SongList::list() const
 {
     std::string text = count();
-    for (std::size_t i = 0; i < std::min(names.size(), longestList); ++i)
-        text += " " + std::to_string(i + 1) + ": " + names[i].title + ".";
-    if (names.size() > longestList)
+    for (std::size_t i = 0; i < std::min(names_.size(), longestList); ++i)
+        text += " " + std::to_string(i + 1) + ": " + names_[i].title + ".";
+    if (names_.size() > longestList)
         text += " And more. Ask for them by name.";
     return text;
 }

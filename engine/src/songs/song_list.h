@@ -13,7 +13,7 @@ namespace kelo::engine {
 class SongList {
 public:
     /// `songs` may have changed since: the choice stays within them.
-    void setSongs(std::span<const SongName> songs) { names = songs; }
+    void setSongs(std::span<const SongName> songs) { names_ = songs; }
 
     [[nodiscard]] std::size_t current() const;
 
@@ -32,8 +32,8 @@ public:
     [[nodiscard]] std::string list() const;
 
 private:
-    std::span<const SongName> names;
-    std::size_t chosen = 0;
+    std::span<const SongName> names_;
+    std::size_t chosen_ = 0;
 };
 
 } // namespace kelo::engine

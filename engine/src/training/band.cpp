@@ -33,54 +33,54 @@ ChannelMessage message(int kind, int channel, int first, int second)
 
 } // namespace
 
-Band::Band(Wire &lines, Instrument &sound, const AudioClock &audioClock)
-    : wire(lines)
-    , instrument(sound)
-    , clock(audioClock)
+Band::Band(Wire &wire, Instrument &instrument, const AudioClock &clock)
+    : wire_(wire)
+    , instrument_(instrument)
+    , clock_(clock)
 {
 }
 
 void Band::start()
 {
-    if (live)
+    if (live_)
         return;
-    live = true;
-    harmony.reset();
-    held.clear();
+    live_ = true;
+    harmony_.reset();
+    held_.clear();
     tellInstrument();
-    wire.send("live", "1");
+    wire_.send("live", "1");
 }
 
 void Band::stop()
 {
-    if (!live)
+    if (!live_)
         return;
-    live = false;
+    live_ = false;
     rest();
-    wire.send("live", "0");
+    wire_.send("live", "0");
 }
 
 void Band::rest()
 {
-    playing = false;
-    bassPitch = -1;
-    instrument.silence();
+    playing_ = false;
+    bassPitch_ = -1;
+    instrument_.silence();
 }
 
 void Band::setStyle(Style value)
 {
-    current = value;
-    wire.send("bandstyle", current == Style::Simple ? "simple" : "full");
+    current_ = value;
+    wire_.send("bandstyle", current_ == Style::Simple ? "simple" : "full");
 }
 
 void Band::setTempo(int value)
 {
-    wantedTempo = std::clamp(value, slowest, fastest);
+    wantedTempo_ = std::clamp(value, slowest, fastest);
 }
 
 void Band::setLoudness(int value)
 {
-    volume = std::clamp(value, 0, 127);
+    volume_ = std::clamp(value, 0, 127);
     tellInstrument();
 }
 
@@ -89,103 +89,103 @@ void Band::tellInstrument()
     constexpr int programChange = 0xc0;
     constexpr int control = 0xb0;
     constexpr int volumeController = 7;
-    instrument.play(0, message(programChange, bassChannel, fingeredBass, 0));
+    instrument_.play(0, message(programChange, bassChannel, fingeredBass, 0));
     for (const int channel : {bassChannel, drumChannel})
-        instrument.play(0, message(control, channel, volumeController, volume));
+        instrument_.play(0, message(control, channel, volumeController, volume_));
 }
 
 void Band::key(int pitch, int velocity, double now)
 {
-    if (!live)
+    if (!live_)
         return;
-    std::erase(held, pitch);
+    std::erase(held_, pitch);
     if (velocity == 0)
         return;
-    held.push_back(pitch);
-    lastKey = now;
-    if (const auto heard = harmonyOf(held))
-        harmony = heard;
-    if (harmony && !playing)
+    held_.push_back(pitch);
+    lastKey_ = now;
+    if (const auto heard = harmonyOf(held_))
+        harmony_ = heard;
+    if (harmony_ && !playing_)
         comeIn(now);
 }
 
 void Band::comeIn(double now)
 {
-    playing = true;
-    tempoOfBar = wantedTempo;
-    barStart = clock.frameAt(now);
-    bar = 0;
-    slot = 0;
+    playing_ = true;
+    tempoOfBar_ = wantedTempo_;
+    barStart_ = clock_.frameAt(now);
+    bar_ = 0;
+    slot_ = 0;
     advance(now);
 }
 
 Frame Band::slotLength() const
 {
-    return frames(30.0 / tempoOfBar);
+    return frames(30.0 / tempoOfBar_);
 }
 
 Frame Band::slotFrame() const
 {
-    return barStart + slot * slotLength();
+    return barStart_ + slot_ * slotLength();
 }
 
 void Band::advance(double now)
 {
-    nextAdvance = now + scheduleEvery;
-    if (!playing)
+    nextAdvance_ = now + scheduleEvery;
+    if (!playing_)
         return;
-    if (now - lastKey > restAfterBars * 240 / tempoOfBar && held.empty()) {
+    if (now - lastKey_ > restAfterBars * 240 / tempoOfBar_ && held_.empty()) {
         rest();
         return;
     }
-    const Frame heard = clock.frameAt(now);
-    for (const Frame until = clock.frameAt(now + scheduleAhead); slotFrame() < until;) {
+    const Frame heard = clock_.frameAt(now);
+    for (const Frame until = clock_.frameAt(now + scheduleAhead); slotFrame() < until;) {
         if (slotFrame() > heard - slotLength())
             playSlot(slotFrame());
-        if (++slot < slotsPerBar)
+        if (++slot_ < slotsPerBar)
             continue;
-        barStart = slotFrame();
-        slot = 0;
-        ++bar;
-        tempoOfBar = wantedTempo;
+        barStart_ = slotFrame();
+        slot_ = 0;
+        ++bar_;
+        tempoOfBar_ = wantedTempo_;
     }
 }
 
 void Band::bass(Frame frame, int pitch, int velocity)
 {
-    if (bassPitch >= 0)
-        instrument.play(frame, message(0x80, bassChannel, bassPitch, 0));
-    bassPitch = pitch;
-    instrument.play(frame, message(0x90, bassChannel, pitch, velocity));
+    if (bassPitch_ >= 0)
+        instrument_.play(frame, message(0x80, bassChannel, bassPitch_, 0));
+    bassPitch_ = pitch;
+    instrument_.play(frame, message(0x90, bassChannel, pitch, velocity));
 }
 
 void Band::drum(Frame frame, int pitch, int velocity)
 {
-    instrument.play(frame, message(0x90, drumChannel, pitch, velocity));
+    instrument_.play(frame, message(0x90, drumChannel, pitch, velocity));
 }
 
 void Band::playSlot(Frame frame)
 {
-    const int root = lowestBass + (harmony->root + 12 - lowestBass % 12) % 12;
-    const int fifth = root + harmony->fifth - (root + harmony->fifth > 40 ? 12 : 0);
-    const bool beat = slot % 2 == 0;
-    if (current == Style::Simple) {
-        if (slot == 0 || slot == 4) {
-            bass(frame, slot == 0 ? root : fifth, 88);
+    const int root = lowestBass + (harmony_->root + 12 - lowestBass % 12) % 12;
+    const int fifth = root + harmony_->fifth - (root + harmony_->fifth > 40 ? 12 : 0);
+    const bool beat = slot_ % 2 == 0;
+    if (current_ == Style::Simple) {
+        if (slot_ == 0 || slot_ == 4) {
+            bass(frame, slot_ == 0 ? root : fifth, 88);
             drum(frame, kick, 88);
         }
-        if (slot == 2 || slot == 6)
+        if (slot_ == 2 || slot_ == 6)
             drum(frame, snare, 66);
         if (beat)
-            drum(frame, closedHat, slot == 0 ? 58 : 46);
+            drum(frame, closedHat, slot_ == 0 ? 58 : 46);
         return;
     }
-    const bool last = bar % barsPerPhrase == barsPerPhrase - 1;
-    const bool fill = last && slot >= 6;
-    switch (slot) {
+    const bool last = bar_ % barsPerPhrase == barsPerPhrase - 1;
+    const bool fill = last && slot_ >= 6;
+    switch (slot_) {
     case 0:
     case 3:
-        bass(frame, root, slot == 0 ? 96 : 78);
+        bass(frame, root, slot_ == 0 ? 96 : 78);
         break;
     case 4:
         bass(frame, fifth, 86);
@@ -194,26 +194,26 @@ void Band::playSlot(Frame frame)
         bass(frame, root + 12, 80);
         break;
     case 7:
-        bass(frame, last ? root : root + harmony->third, 74);
+        bass(frame, last ? root : root + harmony_->third, 74);
         break;
     default:
         break;
     }
-    if (slot == 0 || slot == 4 || slot == 5)
-        drum(frame, kick, slot == 5 ? 70 : 94);
-    if (slot == 2 || (slot == 6 && !fill))
+    if (slot_ == 0 || slot_ == 4 || slot_ == 5)
+        drum(frame, kick, slot_ == 5 ? 70 : 94);
+    if (slot_ == 2 || (slot_ == 6 && !fill))
         drum(frame, snare, 84);
     if (fill)
-        drum(frame, slot == 6 ? highTom : lowTom, 84);
-    else if (slot == 0 && bar % barsPerPhrase == 0)
+        drum(frame, slot_ == 6 ? highTom : lowTom, 84);
+    else if (slot_ == 0 && bar_ % barsPerPhrase == 0)
         drum(frame, crash, 72);
     else
-        drum(frame, slot == 7 ? openHat : closedHat, beat ? 62 : 44);
+        drum(frame, slot_ == 7 ? openHat : closedHat, beat ? 62 : 44);
 }
 
 std::optional<double> Band::deadline() const
 {
-    return playing ? std::optional(nextAdvance) : std::nullopt;
+    return playing_ ? std::optional(nextAdvance_) : std::nullopt;
 }
 
 } // namespace kelo::engine

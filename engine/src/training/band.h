@@ -21,22 +21,22 @@ public:
     static constexpr int slowest = 50; ///< beats a minute
     static constexpr int fastest = 200;
 
-    Band(Wire &lines, Instrument &instrument, const AudioClock &clock);
+    Band(Wire &wire, Instrument &instrument, const AudioClock &clock);
 
     void start();
     void stop();
-    [[nodiscard]] bool on() const { return live; }
+    [[nodiscard]] bool on() const { return live_; }
 
     void setStyle(Style value);
-    [[nodiscard]] Style style() const { return current; }
+    [[nodiscard]] Style style() const { return current_; }
 
     /// From the next bar on, kept within its bounds.
     void setTempo(int value);
-    [[nodiscard]] int tempo() const { return wantedTempo; }
+    [[nodiscard]] int tempo() const { return wantedTempo_; }
 
     /// From 0 to 127.
     void setLoudness(int value);
-    [[nodiscard]] int loudness() const { return volume; }
+    [[nodiscard]] int loudness() const { return volume_; }
 
     void key(int pitch, int velocity, double now);
 
@@ -53,23 +53,23 @@ private:
     [[nodiscard]] Frame slotFrame() const;
     [[nodiscard]] Frame slotLength() const;
 
-    Wire &wire;
-    Instrument &instrument;
-    const AudioClock &clock;
-    bool live = false;
-    bool playing = false;
-    Style current = Style::Full;
-    int wantedTempo = 100;
-    int tempoOfBar = 100;
-    int volume = 100;
-    std::vector<int> held;
-    std::optional<Harmony> harmony;
-    double lastKey = 0;
-    Frame barStart = 0;
-    std::int64_t bar = 0;
-    int slot = 0; ///< the next eighth of the bar
-    int bassPitch = -1; ///< that sounds
-    double nextAdvance = 0;
+    Wire &wire_;
+    Instrument &instrument_;
+    const AudioClock &clock_;
+    bool live_ = false;
+    bool playing_ = false;
+    Style current_ = Style::Full;
+    int wantedTempo_ = 100;
+    int tempoOfBar_ = 100;
+    int volume_ = 100;
+    std::vector<int> held_;
+    std::optional<Harmony> harmony_;
+    double lastKey_ = 0;
+    Frame barStart_ = 0;
+    std::int64_t bar_ = 0;
+    int slot_ = 0; ///< the next eighth of the bar
+    int bassPitch_ = -1; ///< that sounds
+    double nextAdvance_ = 0;
 };
 
 } // namespace kelo::engine

@@ -42,29 +42,29 @@ bool isBlack(int pitch)
 
 void EarTrainer::ask()
 {
-    const Level &level = levels[currentLevel];
-    const auto before = notes;
+    const Level &level = levels[currentLevel_];
+    const auto before = notes_;
     do {
-        notes.clear();
-        while (static_cast<int>(notes.size()) < level.notes) {
+        notes_.clear();
+        while (static_cast<int>(notes_.size()) < level.notes) {
             const int pitch =
-                middleC + std::uniform_int_distribution<int>(0, level.highest)(random);
+                middleC + std::uniform_int_distribution<int>(0, level.highest)(random_);
             const bool usable = level.blackKeys || !isBlack(pitch);
-            const bool repeats = !notes.empty() && notes.back() == pitch;
+            const bool repeats = !notes_.empty() && notes_.back() == pitch;
             const bool reference = level.notes == 1 && pitch == middleC;
             if (usable && !repeats && !reference)
-                notes.push_back(pitch);
+                notes_.push_back(pitch);
         }
-    } while (notes == before);
-    played.clear();
-    triesLeft = tries;
-    waiting = told = false;
+    } while (notes_ == before);
+    played_.clear();
+    triesLeft_ = tries;
+    waiting_ = told_ = false;
 }
 
 Reply EarTrainer::begin()
 {
-    currentLevel = 0;
-    streak = asking = found = 0;
+    currentLevel_ = 0;
+    streak_ = asking_ = found_ = 0;
     ask();
     Reply opening{.words = "Ear training. ", .demo = true};
     opening.words += levels[0].words;
@@ -73,27 +73,27 @@ Reply EarTrainer::begin()
 
 void EarTrainer::listen()
 {
-    played.clear();
-    waiting = true;
+    played_.clear();
+    waiting_ = true;
 }
 
 std::string EarTrainer::tally() const
 {
-    if (asking == 0)
+    if (asking_ == 0)
         return "Nothing found yet.";
-    return "You found " + numberInWords(found) + " of " + numberInWords(asking) + ".";
+    return "You found " + numberInWords(found_) + " of " + numberInWords(asking_) + ".";
 }
 
 std::string EarTrainer::tallyNowAndThen() const
 {
-    return asking % tallyEvery == 0 ? " " + tally() : "";
+    return asking_ % tallyEvery == 0 ? " " + tally() : "";
 }
 
 std::string EarTrainer::answer() const
 {
-    std::string text = pitchName(notes.front(), Spelling::Mixed);
-    for (std::size_t i = 1; i < notes.size(); ++i)
-        text += ", then " + pitchName(notes[i], Spelling::Mixed);
+    std::string text = pitchName(notes_.front(), Spelling::Mixed);
+    for (std::size_t i = 1; i < notes_.size(); ++i)
+        text += ", then " + pitchName(notes_[i], Spelling::Mixed);
     return text;
 }
 
@@ -105,9 +105,9 @@ Piece EarTrainer::demo() const
         piece.notes.push_back({at, noteLength, pitch, 84, 0, 0});
         at += noteEvery;
     };
-    if (notes.size() == 1)
+    if (notes_.size() == 1)
         add(middleC);
-    for (const int pitch : notes)
+    for (const int pitch : notes_)
         add(pitch);
     addMessages(piece);
     return piece;
@@ -115,31 +115,31 @@ Piece EarTrainer::demo() const
 
 Reply EarTrainer::press(int pitch)
 {
-    if (!waiting)
+    if (!waiting_)
         return {};
-    played.push_back(pitch);
-    const std::size_t count = played.size();
-    const bool starts = (played.front() - notes.front()) % 12 == 0;
+    played_.push_back(pitch);
+    const std::size_t count = played_.size();
+    const bool starts = (played_.front() - notes_.front()) % 12 == 0;
     const bool fits = starts
-        && (count == 1 || played.back() - played.front() == notes[count - 1] - notes.front());
+        && (count == 1 || played_.back() - played_.front() == notes_[count - 1] - notes_.front());
     if (!fits)
         return wrong();
-    return count == notes.size() ? right() : Reply{};
+    return count == notes_.size() ? right() : Reply{};
 }
 
 Reply EarTrainer::right()
 {
     std::string words = "Yes, " + answer() + ".";
-    if (!told) {
-        ++asking;
-        ++found;
-        streak = std::max(streak, 0) + (triesLeft == tries ? 1 : 0);
+    if (!told_) {
+        ++asking_;
+        ++found_;
+        streak_ = std::max(streak_, 0) + (triesLeft_ == tries ? 1 : 0);
         words += tallyNowAndThen();
     }
-    if (streak >= rightToClimb && currentLevel + 1 < static_cast<int>(std::size(levels))) {
-        ++currentLevel;
-        streak = 0;
-        words += std::string(" ") + levels[currentLevel].words;
+    if (streak_ >= rightToClimb && currentLevel_ + 1 < static_cast<int>(std::size(levels))) {
+        ++currentLevel_;
+        streak_ = 0;
+        words += std::string(" ") + levels[currentLevel_].words;
     }
     ask();
     return {true, words, true};
@@ -147,9 +147,9 @@ Reply EarTrainer::right()
 
 Reply EarTrainer::wrong()
 {
-    const int away = notes[played.size() - 1] - played.back();
-    waiting = false;
-    if (--triesLeft > 0)
+    const int away = notes_[played_.size() - 1] - played_.back();
+    waiting_ = false;
+    if (--triesLeft_ > 0)
         return {false, away > 0 ? "It is higher." : "It is lower.", true};
     Reply reply = skip();
     reply.good = false;
@@ -159,12 +159,12 @@ Reply EarTrainer::wrong()
 Reply EarTrainer::skip()
 {
     std::string words = "It was " + answer() + ".";
-    ++asking;
-    streak = std::min(streak, 0) - 1;
+    ++asking_;
+    streak_ = std::min(streak_, 0) - 1;
     words += tallyNowAndThen();
-    if (streak <= -missedToDescend && currentLevel > 0) {
-        --currentLevel;
-        streak = 0;
+    if (streak_ <= -missedToDescend && currentLevel_ > 0) {
+        --currentLevel_;
+        streak_ = 0;
     }
     ask();
     return {{}, words, true};

@@ -17,7 +17,7 @@ namespace kelo::engine {
 class EarTrainer {
 public:
     explicit EarTrainer(std::uint32_t seed)
-        : random(seed)
+        : random_(seed)
     {
     }
 
@@ -37,16 +37,16 @@ public:
     [[nodiscard]] std::string answer() const;
 
     /// It was asked for the answer, so that finding it is worth nothing any more.
-    void tell() { told = true; }
+    void tell() { told_ = true; }
 
     /// It has said and played what it wanted to; it is the player's turn.
     void listen();
-    [[nodiscard]] bool listening() const { return waiting; }
+    [[nodiscard]] bool listening() const { return waiting_; }
 
     [[nodiscard]] Reply press(int pitch);
 
-    [[nodiscard]] int level() const { return currentLevel; }
-    [[nodiscard]] const std::vector<int> &asked() const { return notes; }
+    [[nodiscard]] int level() const { return currentLevel_; }
+    [[nodiscard]] const std::vector<int> &asked() const { return notes_; }
 
 private:
     void ask();
@@ -54,16 +54,16 @@ private:
     [[nodiscard]] Reply wrong();
     [[nodiscard]] std::string tallyNowAndThen() const;
 
-    std::minstd_rand random;
-    int currentLevel = 0;
-    std::vector<int> notes;
-    std::vector<int> played;
-    bool waiting = false; ///< for the player
-    bool told = false; ///< the answer
-    int triesLeft = 0;
-    int streak = 0; ///< right ones in a row, or below 0 missed ones
-    int asking = 0; ///< how many have been asked and dealt with
-    int found = 0;
+    std::minstd_rand random_;
+    int currentLevel_ = 0;
+    std::vector<int> notes_;
+    std::vector<int> played_;
+    bool waiting_ = false; ///< for the player
+    bool told_ = false; ///< the answer
+    int triesLeft_ = 0;
+    int streak_ = 0; ///< right ones in a row, or below 0 missed ones
+    int asking_ = 0; ///< how many have been asked and dealt with
+    int found_ = 0;
 };
 
 } // namespace kelo::engine

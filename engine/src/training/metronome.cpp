@@ -17,99 +17,99 @@ constexpr unsigned char lowWoodBlock = 77;
 
 } // namespace
 
-Metronome::Metronome(Wire &lines, Instrument &sound, const AudioClock &audioClock)
-    : wire(lines)
-    , instrument(sound)
-    , clock(audioClock)
+Metronome::Metronome(Wire &wire, Instrument &instrument, const AudioClock &clock)
+    : wire_(wire)
+    , instrument_(instrument)
+    , clock_(clock)
 {
 }
 
 Frame Metronome::frameOf(std::int64_t beat) const
 {
     // From the first beat, not from the last: nothing adds up.
-    const double seconds = static_cast<double>(beat) * 60 / beatsPerMinute;
-    return origin + static_cast<Frame>(std::llround(seconds * sampleRate));
+    const double seconds = static_cast<double>(beat) * 60 / beatsPerMinute_;
+    return origin_ + static_cast<Frame>(std::llround(seconds * sampleRate));
 }
 
 void Metronome::start(int tempo, int beats, double now)
 {
-    if (!running) {
+    if (!running_) {
         start(tempo, beats, now, now + firstBeatDelay);
         return;
     }
     // The last beat that has been handed on is the first of the new tempo.
-    const std::int64_t last = std::max<std::int64_t>(nextTick - 1, 0);
-    origin = frameOf(last);
-    firstInBar = static_cast<int>((firstInBar + last) % beatsPerBar);
-    nextBeat -= last;
-    nextTick = 1;
-    beatsPerMinute = std::clamp(tempo, slowest, fastest);
-    beatsPerBar = std::clamp(beats, 1, 12);
-    firstInBar %= beatsPerBar;
-    lastBeat.reset();
+    const std::int64_t last = std::max<std::int64_t>(nextTick_ - 1, 0);
+    origin_ = frameOf(last);
+    firstInBar_ = static_cast<int>((firstInBar_ + last) % beatsPerBar_);
+    nextBeat_ -= last;
+    nextTick_ = 1;
+    beatsPerMinute_ = std::clamp(tempo, slowest, fastest);
+    beatsPerBar_ = std::clamp(beats, 1, 12);
+    firstInBar_ %= beatsPerBar_;
+    lastBeat_.reset();
     advance(now);
 }
 
 void Metronome::start(int tempo, int beats, double now, double firstBeat)
 {
     stop();
-    running = true;
-    beatsPerMinute = std::clamp(tempo, slowest, fastest);
-    beatsPerBar = std::clamp(beats, 1, 12);
-    origin = clock.frameAt(firstBeat);
-    firstInBar = 0;
-    nextTick = nextBeat = 0;
-    lastBeat.reset();
+    running_ = true;
+    beatsPerMinute_ = std::clamp(tempo, slowest, fastest);
+    beatsPerBar_ = std::clamp(beats, 1, 12);
+    origin_ = clock_.frameAt(firstBeat);
+    firstInBar_ = 0;
+    nextTick_ = nextBeat_ = 0;
+    lastBeat_.reset();
     advance(now);
 }
 
 void Metronome::countIn(int tempo, int beats, double now)
 {
     start(tempo, beats, now, now + clicksAhead); // nothing is handed on yet
-    lastBeat = beatsPerBar;
+    lastBeat_ = beatsPerBar_;
     advance(now);
 }
 
 void Metronome::stop()
 {
-    if (!running)
+    if (!running_)
         return;
-    running = false;
-    instrument.silence();
+    running_ = false;
+    instrument_.silence();
 }
 
 void Metronome::advance(double now)
 {
-    if (!running)
+    if (!running_)
         return;
-    const Frame heard = clock.frameAt(now);
-    const Frame until = clock.frameAt(now + clicksAhead);
+    const Frame heard = clock_.frameAt(now);
+    const Frame until = clock_.frameAt(now + clicksAhead);
     const Frame missed = heard - frames(tooLate);
-    for (; frameOf(nextTick) < until && (!lastBeat || nextTick < *lastBeat); ++nextTick) {
-        if (frameOf(nextTick) < missed)
+    for (; frameOf(nextTick_) < until && (!lastBeat_ || nextTick_ < *lastBeat_); ++nextTick_) {
+        if (frameOf(nextTick_) < missed)
             continue;
-        const bool accent = (firstInBar + nextTick) % beatsPerBar == 0;
+        const bool accent = (firstInBar_ + nextTick_) % beatsPerBar_ == 0;
         const ChannelMessage tick{drumPress, accent ? highWoodBlock : lowWoodBlock,
             static_cast<unsigned char>(accent ? 120 : 90)};
-        if (!instrument.play(frameOf(nextTick), tick))
+        if (!instrument_.play(frameOf(nextTick_), tick))
             break;
     }
-    for (; frameOf(nextBeat) <= heard; ++nextBeat) {
-        if (nextBeat == lastBeat) {
+    for (; frameOf(nextBeat_) <= heard; ++nextBeat_) {
+        if (nextBeat_ == lastBeat_) {
             stop();
             return;
         }
-        if (nextBeat >= 0 && frameOf(nextBeat) >= missed)
-            wire.send("beat", {static_cast<int>((firstInBar + nextBeat) % beatsPerBar)});
+        if (nextBeat_ >= 0 && frameOf(nextBeat_) >= missed)
+            wire_.send("beat", {static_cast<int>((firstInBar_ + nextBeat_) % beatsPerBar_)});
     }
-    nextSchedule = now + clicksEvery;
+    nextSchedule_ = now + clicksEvery;
 }
 
 std::optional<double> Metronome::deadline() const
 {
-    if (!running)
+    if (!running_)
         return {};
-    return std::min(clock.timeOf(frameOf(nextBeat)), nextSchedule);
+    return std::min(clock_.timeOf(frameOf(nextBeat_)), nextSchedule_);
 }
 
 } // namespace kelo::engine

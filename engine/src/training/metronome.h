@@ -14,7 +14,7 @@ public:
     static constexpr int slowest = 30; ///< beats a minute
     static constexpr int fastest = 300;
 
-    Metronome(Wire &lines, Instrument &instrument, const AudioClock &clock);
+    Metronome(Wire &wire, Instrument &instrument, const AudioClock &clock);
 
     /// Ticks at `tempo` beats a minute, kept within its bounds, with an accent on the first of
     /// `beats`. When it ticks already the next beat comes in the new tempo.
@@ -25,9 +25,9 @@ public:
     void countIn(int tempo, int beats, double now);
     void stop();
 
-    [[nodiscard]] bool ticking() const { return running; }
-    [[nodiscard]] int tempo() const { return beatsPerMinute; }
-    [[nodiscard]] int beats() const { return beatsPerBar; }
+    [[nodiscard]] bool ticking() const { return running_; }
+    [[nodiscard]] int tempo() const { return beatsPerMinute_; }
+    [[nodiscard]] int beats() const { return beatsPerBar_; }
 
     void advance(double now);
     [[nodiscard]] std::optional<double> deadline() const;
@@ -35,18 +35,18 @@ public:
 private:
     [[nodiscard]] Frame frameOf(std::int64_t beat) const;
 
-    Wire &wire;
-    Instrument &instrument;
-    const AudioClock &clock;
-    bool running = false;
-    int beatsPerMinute = 90;
-    int beatsPerBar = 4;
-    Frame origin = 0; ///< of beat number 0 of this tempo
-    std::optional<std::int64_t> lastBeat; ///< where it counts in
-    int firstInBar = 0; ///< place in the bar of beat number 0
-    std::int64_t nextTick = 0; ///< to be handed to the instrument
-    std::int64_t nextBeat = 0; ///< to be told
-    double nextSchedule = 0;
+    Wire &wire_;
+    Instrument &instrument_;
+    const AudioClock &clock_;
+    bool running_ = false;
+    int beatsPerMinute_ = 90;
+    int beatsPerBar_ = 4;
+    Frame origin_ = 0; ///< of beat number 0 of this tempo
+    std::optional<std::int64_t> lastBeat_; ///< where it counts in
+    int firstInBar_ = 0; ///< place in the bar of beat number 0
+    std::int64_t nextTick_ = 0; ///< to be handed to the instrument
+    std::int64_t nextBeat_ = 0; ///< to be told
+    double nextSchedule_ = 0;
 };
 
 } // namespace kelo::engine
