@@ -1,3 +1,4 @@
+#include "activities/moment.h"
 #include "log/log.h"
 #include "program/engine.h"
 #include "program/environment.h"
@@ -61,11 +62,6 @@ bool wait(int news, int piano, const std::optional<double> &deadline)
     return ready > 0 && sources[0].revents != 0;
 }
 
-std::optional<double> earlier(std::optional<double> a, std::optional<double> b)
-{
-    return a && b ? std::min(a, b) : a ? a : b;
-}
-
 /// A sound driver that will not close must not keep the display waiting.
 void leaveWithinASecond()
 {
@@ -94,7 +90,7 @@ int main(int argc, char *argv[])
     std::array<char, 65536> bytes{};
     while (open && !engine.finished()) {
         std::vector<Input> inputs;
-        if (wait(news, engine.pianoFile(), earlier(engine.deadline(), input.deadline()))) {
+        if (wait(news, engine.pianoFile(), earliest({engine.deadline(), input.deadline()}))) {
             const ssize_t count = read(STDIN_FILENO, bytes.data(), bytes.size());
             if (count == 0 || (count < 0 && errno != EINTR && errno != EAGAIN))
                 break;

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
+#include <initializer_list>
+#include <optional>
 
 namespace kelo::engine {
 
@@ -23,5 +26,17 @@ struct Moment {
             std::chrono::duration_cast<std::chrono::minutes>(local - midnight).count());
     }
 };
+
+/// The first of the times that there are.
+[[nodiscard]] inline std::optional<double> earliest(
+    std::initializer_list<std::optional<double>> times)
+{
+    std::optional<double> first;
+    for (const auto &time : times) {
+        if (time)
+            first = std::min(first.value_or(*time), *time);
+    }
+    return first;
+}
 
 } // namespace kelo::engine

@@ -5,7 +5,7 @@
 
 namespace kelo::engine {
 
-/// Opens activities, and does with songs and notes what needs none.
+/// Opens the activities that begin with no song.
 class ActivityRequests {
 public:
     /// `current` is the activity that the user is in, never empty.
@@ -16,18 +16,6 @@ public:
     }
 
     void openMenu(const Request &request, const Moment &now);
-    void playSong(const Request &request, const Moment &now);
-    void learn(const Request &request, const Moment &now);
-    void listSongs(const Request &request, const Moment &now);
-    void countSongs(const Request &request, const Moment &now);
-    void keep(const Request &request, const Moment &now);
-    void playKept(const Request &request, const Moment &now);
-    void playNote(const Request &request, const Moment &now);
-    void playBars(const Request &request, const Moment &now);
-    void noteNames(const Request &request, const Moment &now);
-    void transpose(const Request &request, const Moment &now);
-    void nextHands(const Request &request, const Moment &now);
-    void setHands(const Request &request, const Moment &now);
     void trainEars(const Request &request, const Moment &now);
     void metronome(const Request &request, const Moment &now);
     void countIn(const Request &request, const Moment &now);
@@ -50,18 +38,6 @@ public:
 
     static constexpr Handler<ActivityRequests> handlers[] = {
         {Action::OpenMenu, &ActivityRequests::openMenu},
-        {Action::PlaySong, &ActivityRequests::playSong},
-        {Action::Learn, &ActivityRequests::learn},
-        {Action::ListSongs, &ActivityRequests::listSongs},
-        {Action::CountSongs, &ActivityRequests::countSongs},
-        {Action::Keep, &ActivityRequests::keep},
-        {Action::PlayKept, &ActivityRequests::playKept},
-        {Action::PlayNote, &ActivityRequests::playNote},
-        {Action::PlayBars, &ActivityRequests::playBars},
-        {Action::NoteNames, &ActivityRequests::noteNames},
-        {Action::Transpose, &ActivityRequests::transpose},
-        {Action::Hands, &ActivityRequests::nextHands},
-        {Action::SetHands, &ActivityRequests::setHands},
         {Action::EarTraining, &ActivityRequests::trainEars},
         {Action::Metronome, &ActivityRequests::metronome},
         {Action::CountIn, &ActivityRequests::countIn},

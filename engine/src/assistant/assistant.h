@@ -3,17 +3,18 @@
 #include "activities/activity.h"
 #include "assistant/activity_requests.h"
 #include "assistant/display_requests.h"
+#include "assistant/mode_display.h"
+#include "assistant/piano_input.h"
+#include "assistant/song_requests.h"
 #include "assistant/sound_requests.h"
 #include "assistant/talk_requests.h"
-#include "assistant/typing_line.h"
-#include "listen/ear.h"
-#include "piano/command_keys.h"
+#include "assistant/transport_requests.h"
+#include "assistant/word_input.h"
 #include "piano/midi_thru.h"
 #include "protocol/input.h"
 #include "setup/settings.h"
 #include "speech/text_to_speech.h"
 
-#include <bitset>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -72,7 +73,7 @@ public:
     void takePiano(ChannelMessage message, const Moment &now);
 
     /// The piano was found, or lost where `name` is empty.
-    void pianoChanged(std::string_view name, const Moment &now);
+    void pianoChanged(std::string_view name, const Moment &now) { piano_.change(name, now); }
 
     /// What is said can be heard, which it could not be before.
     void soundCame(const Moment &now) { say("I have sound now.", now); }
@@ -86,17 +87,10 @@ public:
     /// It has been asked to quit.
     [[nodiscard]] bool finished() const { return quit_; }
 
-    void pauseOrCarryOn(const Request &request, const Moment &now);
-    void pause(const Request &request, const Moment &now);
-    void carryOn(const Request &request, const Moment &now);
-    void stop(const Request &request, const Moment &now);
     void goHome(const Request &request, const Moment &now);
     void sayAgain(const Request &request, const Moment &now);
-    void toChoices(const Request &request, const Moment &now);
     void switchTalk(const Request &request, const Moment &now);
-    void type(const Request &request, const Moment &now);
-    void setTopKey(const Request &request, const Moment &now);
-    void switchCommandKeys(const Request &request, const Moment &now);
+    void type(const Request &, const Moment &now) { words_.beginTyping(now); }
 
 private:
     void say(std::string_view text, const Moment &now) override;
@@ -106,65 +100,35 @@ private:
     void ask(std::string_view question, const Request &first, const Request &second,
         const Moment &now) override;
 
-    // What comes in.
     void obey(std::string_view line, const Moment &now);
     void press(Key pressed, const Moment &now);
-    void typeKey(Key pressed, const Moment &now);
-    void hear(std::string_view rest, const Moment &now);
-    void heard(const std::string &command, const Moment &now);
-    void answer(std::string_view words, const Moment &now);
-    [[nodiscard]] std::optional<Request> chosen(std::span<const Word> words) const;
-    void undertake(const Request &request, const Moment &now);
     void setUp(std::string_view fields, const Moment &now);
-    bool takeCommandKey(int pitch, int velocity, const Moment &now);
-    void showPiano(std::string_view name);
-    void setCommandKeysRule();
-
     void hush();
     void showMode();
-    void tellVocabulary();
-    void tellButtons();
     void tellNames();
-    [[nodiscard]] bool understands(std::span<const Word> words, bool allOfIt) const;
-
-    /// A question that was asked.
-    struct Question {
-        Request first;
-        Request second;
-        double until = 0;
-    };
 
     Wire &wire_;
     TextToSpeech &speech_;
     Player &player_;
     Metronome &metronome_;
     MidiThru &through_;
-    Instrument &keys_;
     Settings settings_;
     Session session_;
 
     std::unique_ptr<Activity> activity_; ///< never empty
     std::vector<std::unique_ptr<Activity>> left_; ///< until what they were doing has returned
+    TransportRequests transportRequests_;
     ActivityRequests activityRequests_;
+    SongRequests songRequests_;
     SoundRequests soundRequests_;
     DisplayRequests displayRequests_;
     TalkRequests talkRequests_;
 
+    WordInput words_;
+    PianoInput piano_;
+    ModeDisplay modeDisplay_;
     bool talking_ = false; ///< talk mode, beside whatever the activity is
-    std::string shownMode_;
-    Ear ear_;
-    bool answerExpected_ = false; ///< once it has finished speaking
-    std::optional<Question> question_;
-    std::optional<TypingLine> typing_;
     std::string lastSaid_;
-
-    std::string pianoName_;
-    CommandKeys commandKeys_;
-    bool commandKeysOn_ = true;
-    bool settingTopKey_ = false;
-    std::bitset<128> down_; ///< keys that are shown as held
-
-    int shownMinute_ = -1;
     bool quit_ = false;
 };
 

@@ -32,11 +32,6 @@ std::string troubleWith(const Output &output, const Mixer &mixer, const Piano &p
     return trouble.append(piano.trouble());
 }
 
-std::optional<double> earlier(std::optional<double> a, std::optional<double> b)
-{
-    return a && b ? std::min(a, b) : a ? a : b;
-}
-
 } // namespace
 
 Engine::Engine(Wire &lines, std::function<void()> news, bool showsItself)
@@ -84,8 +79,8 @@ std::uint64_t Engine::millisecondsSinceEpoch()
 
 std::optional<double> Engine::deadline() const
 {
-    const auto own = demo_ ? demo_->deadline() : std::nullopt;
-    return earlier(earlier(assistant_.deadline(), own), piano_.deadline());
+    return earliest(
+        {assistant_.deadline(), demo_ ? demo_->deadline() : std::nullopt, piano_.deadline()});
 }
 
 void Engine::show()
