@@ -76,6 +76,25 @@ private Q_SLOTS:
         stage.runTo(20);
     }
 
+    void theMetronomeDividesItsBeats()
+    {
+        Stage<Metronome> stage;
+        stage.player.divide(3, 0);
+        stage.player.start(60, 2, 0);
+        stage.runTo(2);
+        stage.player.divide(2, 2);
+        stage.player.setAccent(false);
+        stage.runTo(4);
+        QCOMPARE(presses(stage.sound, 9).join(u' '),
+            u"76@0.10 42@0.43 42@0.77 77@1.10 42@1.43 42@1.77 76@2.10 42@2.60 77@3.10 42@3.60 "
+            "77@4.10"_s);
+        QCOMPARE(
+            stage.lines, QStringList({u"@beat 0"_s, u"@beat 1"_s, u"@beat 0"_s, u"@beat 1"_s}));
+        stage.player.countIn(60, 2, 4);
+        stage.runTo(8);
+        QCOMPARE(presses(stage.sound, 9, 4.15), QStringList({u"77@4.20"_s, u"77@5.20"_s}));
+    }
+
     void theMetronomeSleepsWithTheMachine()
     {
         Stage<Metronome> stage;

@@ -55,6 +55,8 @@ QString text(const std::optional<Request> &request)
         all += u" bars=%1-%2"_s.arg(request->bars->first).arg(request->bars->last);
     if (request->metre)
         all += u" metre=%1/%2"_s.arg(request->metre->beats).arg(request->metre->unit);
+    if (request->parts)
+        all += u" parts=%1"_s.arg(*request->parts);
     if (request->pitch)
         all += u" pitch=%1"_s.arg(*request->pitch);
     if (request->mood)

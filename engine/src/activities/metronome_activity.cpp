@@ -7,6 +7,21 @@ namespace kelo::engine {
 namespace {
 
 constexpr int metronomeStep = 4;
+constexpr int mostBeats = 7; ///< that a key chooses
+
+std::string dividedInto(int parts)
+{
+    switch (parts) {
+    case 2:
+        return "in eighths";
+    case 3:
+        return "in triplets";
+    case 4:
+        return "in sixteenths";
+    default:
+        return "beats alone";
+    }
+}
 
 } // namespace
 
@@ -23,6 +38,8 @@ bool MetronomeActivity::request(const Request &request, const Moment &now)
         {Action::Slower, &MetronomeActivity::slower},
         {Action::Faster, &MetronomeActivity::faster},
         {Action::Start, &MetronomeActivity::again},
+        {Action::Next, &MetronomeActivity::moreParts},
+        {Action::Previous, &MetronomeActivity::nextMetre},
     };
     return handle(*this, handlers, request, now);
 }
@@ -30,17 +47,20 @@ bool MetronomeActivity::request(const Request &request, const Moment &now)
 void MetronomeActivity::set(const Request &request, const Moment &now)
 {
     const Metronome &metronome = session_.metronome;
-    const bool changes = request.number || request.metre;
+    const bool changes = request.number || request.metre || request.parts;
     if (!request.on.value_or(changes || !metronome.ticking())) {
         begin<HomeActivity>(now);
         say("Metronome off.", now);
         return;
     }
+    if (request.parts)
+        session_.metronome.divide(*request.parts, now.uptime);
     start(request.number.value_or(metronome.tempo()),
         request.metre ? request.metre->beats : metronome.beats(), now);
     const int beats = metronome.beats();
     say("Metronome at " + std::to_string(metronome.tempo())
-            + (request.metre ? ", " + std::to_string(beats) + " beats." : "."),
+            + (request.metre ? ", " + std::to_string(beats) + " beats" : "")
+            + (request.parts ? ", " + dividedInto(metronome.parts()) : "") + ".",
         now);
 }
 
@@ -61,6 +81,20 @@ void MetronomeActivity::faster(const Request &, const Moment &now)
 {
     start(session_.metronome.tempo() + metronomeStep, session_.metronome.beats(), now);
     say(std::to_string(session_.metronome.tempo()) + ".", now);
+}
+
+void MetronomeActivity::moreParts(const Request &, const Moment &now)
+{
+    Metronome &metronome = session_.metronome;
+    metronome.divide(metronome.parts() % Metronome::mostParts + 1, now.uptime);
+    say("Now " + dividedInto(metronome.parts()) + ".", now);
+}
+
+void MetronomeActivity::nextMetre(const Request &, const Moment &now)
+{
+    const int beats = session_.metronome.beats() % mostBeats + 1;
+    start(session_.metronome.tempo(), beats, now);
+    say(std::to_string(beats) + (beats == 1 ? " beat." : " beats."), now);
 }
 
 void MetronomeActivity::again(const Request &, const Moment &now)
@@ -90,12 +124,15 @@ std::string MetronomeActivity::place() const
 
 std::string_view MetronomeActivity::help() const
 {
-    return "Minus and equals change the metronome's tempo, Return pauses it. Zero goes home.";
+    return "Minus and equals change the metronome's tempo, left the beats of a bar, right the "
+           "parts "
+           "of a beat. Return pauses it. Zero goes home.";
 }
 
 std::string_view MetronomeActivity::suggestions() const
 {
-    return "metronome at ninety; metronome in three four; faster; or metronome off";
+    return "metronome at ninety; metronome in three four; in triplets; without accent; faster; or "
+           "metronome off";
 }
 
 } // namespace kelo::engine

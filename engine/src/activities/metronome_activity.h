@@ -27,6 +27,8 @@ private:
     void set(const Request &request, const Moment &now);
     void slower(const Request &request, const Moment &now);
     void faster(const Request &request, const Moment &now);
+    void moreParts(const Request &request, const Moment &now);
+    void nextMetre(const Request &request, const Moment &now);
     void again(const Request &request, const Moment &now);
     void start(int tempo, int beats, const Moment &now);
 

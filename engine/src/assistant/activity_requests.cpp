@@ -40,7 +40,7 @@ void ActivityRequests::metronome(const Request &request, const Moment &now)
         begin<MetronomeActivity>(now, request);
         return;
     }
-    if (!request.on.value_or(request.number || !session_.metronome.ticking())) {
+    if (!request.on.value_or(request.number || request.parts || !session_.metronome.ticking())) {
         session_.metronome.stop();
         session_.say("Metronome off.", now);
         return;
@@ -51,8 +51,18 @@ void ActivityRequests::metronome(const Request &request, const Moment &now)
             now.uptime);
         beat = current_->beat(now);
     }
+    if (request.parts)
+        session_.metronome.divide(*request.parts, now.uptime);
     session_.metronome.start(beat->tempo, beat->beats, now.uptime, beat->nextBar);
     session_.say("Metronome at " + std::to_string(beat->tempo) + ".", now);
+}
+
+void ActivityRequests::metronomeAccent(const Request &request, const Moment &now)
+{
+    const bool on = request.on.value_or(!session_.metronome.accented());
+    session_.metronome.setAccent(on);
+    session_.say(
+        on ? "The metronome accents the first beat." : "The metronome accents no beat.", now);
 }
 
 void ActivityRequests::countIn(const Request &request, const Moment &now)

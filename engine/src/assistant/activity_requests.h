@@ -18,6 +18,7 @@ public:
     void openMenu(const Request &request, const Moment &now);
     void trainEars(const Request &request, const Moment &now);
     void metronome(const Request &request, const Moment &now);
+    void metronomeAccent(const Request &request, const Moment &now);
     void countIn(const Request &request, const Moment &now);
     void band(const Request &request, const Moment &now);
     void noLesson(const Request &request, const Moment &now);
@@ -40,6 +41,7 @@ public:
         {Action::OpenMenu, &ActivityRequests::openMenu},
         {Action::EarTraining, &ActivityRequests::trainEars},
         {Action::Metronome, &ActivityRequests::metronome},
+        {Action::MetronomeAccent, &ActivityRequests::metronomeAccent},
         {Action::CountIn, &ActivityRequests::countIn},
         {Action::Band, &ActivityRequests::band},
         {Action::Drop, &ActivityRequests::noLesson},

@@ -44,6 +44,7 @@ enum class Action : std::uint8_t {
     // Training.
     EarTraining,
     Metronome,
+    MetronomeAccent,
     CountIn,
     PlayNote,
     Band,

@@ -33,6 +33,9 @@ constexpr std::pair<std::string_view, Metre> metres[] = {
     {"waltz", {3, 4}}, {"common", {4, 4}}, {"march", {2, 4}}};
 constexpr std::pair<std::string_view, int> noteValues[] = {
     {"quarter", 4}, {"quarters", 4}, {"eighth", 8}, {"eighths", 8}, {"half", 2}, {"halves", 2}};
+constexpr std::pair<std::string_view, int> partsOfBeats[] = {{"crotchets", 1}, {"quarters", 1},
+    {"eighth", 2}, {"eighths", 2}, {"quaver", 2}, {"quavers", 2}, {"triplet", 3}, {"triplets", 3},
+    {"sixteenth", 4}, {"sixteenths", 4}, {"semiquaver", 4}, {"semiquavers", 4}};
 constexpr std::pair<std::string_view, Mood> moods[] = {{"sad", Mood::Sad},
     {"melancholy", Mood::Sad}, {"sorrowful", Mood::Sad}, {"happy", Mood::Happy},
     {"cheerful", Mood::Happy}, {"bright", Mood::Happy}, {"merry", Mood::Happy},
@@ -123,6 +126,18 @@ std::optional<Detail<Metre>> metreIn(std::span<const Word> words)
             continue;
         const std::size_t count = at(words, i + 2) == "time" ? 3 : 2;
         return Detail<Metre>{{beats->value, *unit}, i, count};
+    }
+    return {};
+}
+
+std::optional<Detail<int>> partsIn(std::span<const Word> words)
+{
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const auto parts = named<int>(words[i].text, partsOfBeats);
+        const auto beats = i > 0 ? numberFrom(words, i - 1) : std::nullopt;
+        if (!parts || (beats && beats->value <= 12)) // "three eighths" is a metre
+            continue;
+        return Detail<int>{*parts, i, isOneOf(at(words, i + 1), {"note", "notes"}) ? 2U : 1U};
     }
     return {};
 }

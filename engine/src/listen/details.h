@@ -27,6 +27,9 @@ template <typename Value> struct Detail {
 /// "three four", "six eight time", "waltz time".
 [[nodiscard]] std::optional<Detail<Metre>> metreIn(std::span<const Word> words);
 
+/// "eighths", "in triplets": the parts of a beat.
+[[nodiscard]] std::optional<Detail<int>> partsIn(std::span<const Word> words);
+
 /// "middle c", "f sharp", "b flat three". The letter a alone is the article.
 [[nodiscard]] std::optional<Detail<int>> pitchIn(std::span<const Word> words);
 

@@ -31,11 +31,12 @@ enum Takes : unsigned {
     TakesKey = 8,
     TakesMood = 16,
     TakesNumber = 32,
+    TakesParts = 64,
 };
 
 /// One way to ask. `words` are what must be said, in any order: alternatives are separated by
 /// "|"; "?" marks what may be left out, "#" is a number and "@" the name of a song. Other details
-/// are "$bars", "$note", "$metre", "$key", "$mood" and "$hands".
+/// are "$bars", "$note", "$metre", "$parts", "$key", "$mood" and "$hands".
 struct Phrase {
     std::string_view words;
     std::string_view example; ///< how the command page and the recogniser have it, if at all
@@ -48,7 +49,7 @@ struct Job {
     unsigned where;
     std::string_view key; ///< as it stands on the key; empty where there is none
     std::string_view meaning;
-    std::array<Phrase, 6> phrases{};
+    std::array<Phrase, 8> phrases{};
     unsigned takes = 0;
 };
 

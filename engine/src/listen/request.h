@@ -28,6 +28,7 @@ struct Request {
     std::optional<Hands> hands{};
     std::optional<BarRange> bars{};
     std::optional<Metre> metre{};
+    std::optional<int> parts{}; ///< into which each beat is divided
     std::optional<int> pitch{};
     std::optional<Tonality> key{};
     std::optional<Mood> mood{};

@@ -46,6 +46,7 @@ struct Details {
         , hands(handsIn(words))
         , bars(barsIn(words))
         , metre(metreIn(words))
+        , parts(partsIn(words))
         , pitch(pitchIn(words))
         , key(keyIn(words))
         , mood(moodIn(words))
@@ -69,6 +70,7 @@ struct Details {
     std::optional<Detail<Hands>> hands;
     std::optional<Detail<BarRange>> bars;
     std::optional<Detail<Metre>> metre;
+    std::optional<Detail<int>> parts;
     std::optional<Detail<int>> pitch;
     std::optional<Detail<Tonality>> key;
     std::optional<Detail<Mood>> mood;
@@ -176,6 +178,8 @@ private:
             return keep(details_.pitch, request_.pitch);
         if (group == "$metre")
             return keep(details_.metre, request_.metre);
+        if (group == "$parts")
+            return keep(details_.parts, request_.parts);
         if (group == "$key")
             return keep(details_.key, request_.key);
         if (group == "$mood")
@@ -205,6 +209,8 @@ private:
             keep(details_.bars, request_.bars);
         if ((job_.takes & TakesMetre) != 0)
             keep(details_.metre, request_.metre);
+        if ((job_.takes & TakesParts) != 0)
+            keep(details_.parts, request_.parts);
         if ((job_.takes & TakesKey) != 0)
             keep(details_.key, request_.key);
         if ((job_.takes & TakesMood) != 0)

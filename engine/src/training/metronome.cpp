@@ -14,6 +14,7 @@ constexpr double firstBeatDelay = 0.1;
 constexpr unsigned char drumPress = 0x99;
 constexpr unsigned char highWoodBlock = 76;
 constexpr unsigned char lowWoodBlock = 77;
+constexpr unsigned char closedHat = 42;
 
 } // namespace
 
@@ -24,29 +25,50 @@ Metronome::Metronome(Wire &wire, Instrument &instrument, const AudioClock &clock
 {
 }
 
+Frame Metronome::frameOfTick(std::int64_t tick) const
+{
+    // From the first tick, not from the last: nothing adds up.
+    const auto beats = static_cast<double>(tick) / static_cast<double>(ticksPerBeat());
+    return origin_ + static_cast<Frame>(std::llround(beats * 60 / beatsPerMinute_ * sampleRate));
+}
+
 Frame Metronome::frameOf(std::int64_t beat) const
 {
-    // From the first beat, not from the last: nothing adds up.
-    const double seconds = static_cast<double>(beat) * 60 / beatsPerMinute_;
-    return origin_ + static_cast<Frame>(std::llround(seconds * sampleRate));
+    return frameOfTick(beat * ticksPerBeat());
 }
 
 void Metronome::start(int tempo, int beats, double now)
 {
-    if (!running_) {
+    if (running_)
+        change(tempo, beats, parts_, now);
+    else
         start(tempo, beats, now, now + firstBeatDelay);
-        return;
-    }
-    // The last beat that has been handed on is the first of the new tempo.
-    const std::int64_t last = std::max<std::int64_t>(nextTick_ - 1, 0);
-    origin_ = frameOf(last);
-    firstInBar_ = static_cast<int>((firstInBar_ + last) % beatsPerBar_);
-    nextBeat_ -= last;
-    nextTick_ = 1;
+}
+
+void Metronome::divide(int parts, double now)
+{
+    if (running_)
+        change(beatsPerMinute_, beatsPerBar_, parts, now);
+    else
+        parts_ = std::clamp(parts, 1, mostParts);
+}
+
+void Metronome::change(int tempo, int beats, int parts, double now)
+{
+    const bool begun = nextTick_ > 0;
+    const std::int64_t handed = std::max<std::int64_t>(nextTick_ - 1, 0);
+    const Frame last = std::max(frameOfTick(handed), clock_.frameAt(now));
+    const std::int64_t beat = handed / ticksPerBeat();
+    origin_ = frameOf(beat);
+    firstInBar_ = static_cast<int>((firstInBar_ + beat) % beatsPerBar_);
+    nextBeat_ -= beat;
     beatsPerMinute_ = std::clamp(tempo, slowest, fastest);
     beatsPerBar_ = std::clamp(beats, 1, 12);
+    parts_ = std::clamp(parts, 1, mostParts);
     firstInBar_ %= beatsPerBar_;
     lastBeat_.reset();
+    for (nextTick_ = begun ? 1 : 0; begun && frameOfTick(nextTick_) <= last;)
+        ++nextTick_;
     advance(now);
 }
 
@@ -78,6 +100,17 @@ void Metronome::stop()
     instrument_.silence();
 }
 
+ChannelMessage Metronome::soundOf(std::int64_t tick) const
+{
+    constexpr ChannelMessage accent{drumPress, highWoodBlock, 120};
+    constexpr ChannelMessage beat{drumPress, lowWoodBlock, 90};
+    constexpr ChannelMessage part{drumPress, closedHat, 60};
+    if (tick % ticksPerBeat() != 0)
+        return part;
+    const bool first = (firstInBar_ + tick / ticksPerBeat()) % beatsPerBar_ == 0;
+    return first && accented_ ? accent : beat;
+}
+
 void Metronome::advance(double now)
 {
     if (!running_)
@@ -85,13 +118,9 @@ void Metronome::advance(double now)
     const Frame heard = clock_.frameAt(now);
     const Frame until = clock_.frameAt(now + clicksAhead);
     const Frame missed = heard - frames(tooLate);
-    for (; frameOf(nextTick_) < until && (!lastBeat_ || nextTick_ < *lastBeat_); ++nextTick_) {
-        if (frameOf(nextTick_) < missed)
-            continue;
-        const bool accent = (firstInBar_ + nextTick_) % beatsPerBar_ == 0;
-        const ChannelMessage tick{drumPress, accent ? highWoodBlock : lowWoodBlock,
-            static_cast<unsigned char>(accent ? 120 : 90)};
-        if (!instrument_.play(frameOf(nextTick_), tick))
+    for (; frameOfTick(nextTick_) < until && (!lastBeat_ || nextTick_ < *lastBeat_); ++nextTick_) {
+        const Frame frame = frameOfTick(nextTick_);
+        if (frame >= missed && !instrument_.play(frame, soundOf(nextTick_)))
             break;
     }
     for (; frameOf(nextBeat_) <= heard; ++nextBeat_) {
