@@ -39,13 +39,14 @@ void Rig::start(bool known)
 {
     if (known && !QFile::exists(path(u"profile.json"_s)))
         kelo::test::writeFile(path(u"profile.json"_s), R"({"assistant": "Kelo", "user": "Ann"})");
+    assistant.reset();
     const std::filesystem::path home = folder_.path().toStdString();
     library = std::make_unique<Library>(home / "songs");
     assistant = std::make_unique<Assistant>(
         Equipment{wire, speech, player, metronome, band, through, keys, *library, desk,
             [](const std::filesystem::path &) { return false; }},
         Places{home / "profile.json", home / "commands.html", home / "songs", home / "takes",
-            home / "composition.json"},
+            home / "composition.json", home / "progress.json"},
         7);
     assistant->begin("", true, moment());
     assistant->greet("", moment());
@@ -184,6 +185,8 @@ QString failureOf(Rig &rig, const QStringList &steps)
             }
         } else if (verb == u"wait") {
             rig.run(rest.toDouble());
+        } else if (verb == u"restart") {
+            rig.start();
         } else if (verb == u"piano") {
             rig.plug(rest);
         } else if (verb == u"sounds" || verb == u"silent") {

@@ -101,6 +101,7 @@ private:
 ///     ! PATTERN       no such line has come since the last ">", nor comes for two seconds
 ///     tap 60 64       presses these keys one after the other; "hold 48 52 2" together, for seconds
 ///     wait 3          seconds pass
+///     restart         the engine is gone without a word, and another begins
 ///     piano NAME      one is plugged in; without a name it is pulled out
 ///     sounds music    notes are begun there ("music", "rhythm", "keys"); "silent music": none
 ///     kept TEXT       the profile's file has this in it

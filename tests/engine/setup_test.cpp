@@ -1,5 +1,6 @@
 #include "setup/greeting.h"
 #include "setup/profile.h"
+#include "setup/progress.h"
 #include "support/files.h"
 #include "support/table.h"
 
@@ -96,6 +97,27 @@ private Q_SLOTS:
         QVERIFY(profile->topKey >= 36 && profile->topKey <= 127);
         QVERIFY(profile->voice < 100 && profile->voiceLoudness <= 200);
         QVERIFY(profile->birthday.empty());
+    }
+
+    void progressIsBoundedAndSurvivesAnyFile()
+    {
+        const std::filesystem::path file = path(u"progress.json"_s).toStdString();
+        Progress progress(file);
+        for (int i = 0; i < 600; ++i)
+            progress.reach("Piece " + std::to_string(i % 510), i + 1);
+        progress.forget("Piece 5");
+        progress.reach({4, 2});
+        const Progress again(file);
+        QCOMPARE(again.barOf("Piece 10"), 521); // reached once more
+        QCOMPARE(again.barOf("Piece 95"), 1); // longest ago
+        QCOMPARE(again.barOf("Piece 5"), 1);
+        QVERIFY(again.jazz() == JazzPlace(4, 2));
+        for (const QByteArray text :
+            {R"({"lessons": 5, "jazz": [1]})", "[1]", R"({"lessons": "x"})",
+                R"({"lessons": [{"piece": 5, "bar": -1}, 3, {}], "jazz": {"lesson": 1e300}})"}) {
+            writeFile(path(u"progress.json"_s), text);
+            QVERIFY(Progress(file).jazz() == JazzPlace());
+        }
     }
 
     void failsWithoutADisk()

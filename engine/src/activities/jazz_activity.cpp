@@ -34,7 +34,9 @@ JazzActivity::JazzActivity(Session &shared, std::optional<std::size_t> number)
     : TeachingActivity(shared)
 {
     if (number)
-        session_.jazzLesson = *number % jazzLessonCount;
+        number_ = *number % jazzLessonCount;
+    else
+        goOn();
 }
 
 void JazzActivity::tellLessons(const Session &session)
@@ -48,7 +50,16 @@ void JazzActivity::tellLessons(const Session &session)
 void JazzActivity::enter(const Moment &now)
 {
     tellLessons(session_);
-    begin(session_.jazzLesson, now);
+    idea({}, now);
+}
+
+/// Where the course was left; after a lesson's last key with the next lesson.
+void JazzActivity::goOn()
+{
+    const JazzPlace left = session_.progress.jazz();
+    const bool done = left.key >= jazzKeys.size();
+    number_ = (left.lesson + (done ? 1 : 0)) % jazzLessonCount;
+    key_ = done ? 0 : left.key;
 }
 
 void JazzActivity::leave(const Moment &now)
@@ -77,7 +88,7 @@ bool JazzActivity::request(const Request &request, const Moment &now)
 
 void JazzActivity::begin(std::size_t number, const Moment &now)
 {
-    session_.jazzLesson = number % jazzLessonCount;
+    number_ = number % jazzLessonCount;
     key_ = 0;
     attempt_.reset();
     band_ = false;
@@ -91,21 +102,19 @@ void JazzActivity::open(const Request &request, const Moment &now)
         say("There are " + std::to_string(last) + " lessons.", now);
         return;
     }
-    begin(
-        request.number ? static_cast<std::size_t>(*request.number) - 1 : session_.jazzLesson, now);
+    begin(request.number ? static_cast<std::size_t>(*request.number) - 1 : number_, now);
 }
 
 void JazzActivity::idea(const Request &, const Moment &now)
 {
-    const JazzLesson &lesson = jazzLesson(session_.jazzLesson);
+    const JazzLesson &lesson = jazzLesson(number_);
     const std::size_t key = std::min(key_, jazzKeys.size() - 1);
     attempt_.reset();
     band_ = false;
-    teach(
-        {{},
-            "Lesson " + std::to_string(session_.jazzLesson + 1) + ": " + std::string(lesson.title)
-                + ". " + std::string(lesson.idea) + " Listen, " + keyName(key) + ", then play it.",
-            true},
+    teach({{},
+              "Lesson " + std::to_string(number_ + 1) + ": " + std::string(lesson.title) + ". "
+                  + std::string(lesson.idea) + " Listen, " + keyName(key) + ", then play it.",
+              true},
         now);
 }
 
@@ -134,19 +143,19 @@ void JazzActivity::stopBand(const Request &, const Moment &)
 
 void JazzActivity::next(const Request &, const Moment &now)
 {
-    begin(session_.jazzLesson + 1, now);
+    begin(number_ + 1, now);
 }
 
 void JazzActivity::previous(const Request &, const Moment &now)
 {
-    begin(session_.jazzLesson + jazzLessonCount - 1, now);
+    begin(number_ + jazzLessonCount - 1, now);
 }
 
 void JazzActivity::names(const Request &, const Moment &now)
 {
     std::string text;
     const std::size_t key = std::min(key_, jazzKeys.size() - 1);
-    for (const Step &step : stepsOf(jazzExample(jazzLesson(session_.jazzLesson), jazzKeys[key])))
+    for (const Step &step : stepsOf(jazzExample(jazzLesson(number_), jazzKeys[key])))
         text += (text.empty() ? "" : ", ") + pitchNames(step.pitches, Spelling::Flats)
             + (step.pitches.size() > 1 ? " together" : "");
     say(text + ".", now);
@@ -154,7 +163,7 @@ void JazzActivity::names(const Request &, const Moment &now)
 
 Piece JazzActivity::example() const
 {
-    const JazzLesson &lesson = jazzLesson(session_.jazzLesson);
+    const JazzLesson &lesson = jazzLesson(number_);
     if (band_)
         return pieceOf(jazzBand(lesson.chords, bandTempo, choruses));
     return jazzExample(lesson, jazzKeys[std::min(key_, jazzKeys.size() - 1)]);
@@ -164,8 +173,8 @@ void JazzActivity::listen(const Moment &)
 {
     if (band_)
         return; // over the band everything is right
-    attempt_.emplace(stepsOf(jazzExample(jazzLesson(session_.jazzLesson),
-                         jazzKeys[std::min(key_, jazzKeys.size() - 1)])),
+    attempt_.emplace(
+        stepsOf(jazzExample(jazzLesson(number_), jazzKeys[std::min(key_, jazzKeys.size() - 1)])),
         Spelling::Flats);
 }
 
@@ -220,12 +229,13 @@ void JazzActivity::advance(const Moment &now)
         }
     }
     TeachingActivity::advance(now);
+    session_.progress.reach({number_, key_});
 }
 
 std::string JazzActivity::place() const
 {
-    return "This is the jazz course. Lesson " + std::to_string(session_.jazzLesson + 1) + ": "
-        + std::string(jazzLesson(session_.jazzLesson).title) + ".";
+    return "This is the jazz course. Lesson " + std::to_string(number_ + 1) + ": "
+        + std::string(jazzLesson(number_).title) + ".";
 }
 
 std::string_view JazzActivity::help() const

@@ -40,9 +40,11 @@ private:
     void previous(const Request &request, const Moment &now);
     void stopBand(const Request &request, const Moment &now);
     void names(const Request &request, const Moment &now);
+    void goOn();
     void begin(std::size_t number, const Moment &now);
     [[nodiscard]] Reply judged(Attempt::State state, const Moment &now);
 
+    std::size_t number_ = 0; ///< of the lesson, from 0
     std::size_t key_ = 0; ///< which of the keys; past the last the band plays
     std::optional<Attempt> attempt_;
     double missedAt_ = 0;

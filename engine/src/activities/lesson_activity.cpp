@@ -15,9 +15,7 @@ LessonActivity::LessonActivity(Session &shared, Lesson lesson, std::optional<Bar
 
 void LessonActivity::enter(const Moment &now)
 {
-    const auto left = session_.reached.find(lesson_.title());
-    const int bar = bars_ ? bars_->first : left == session_.reached.end() ? 1 : left->second;
-    Reply reply = lesson_.begin(bar);
+    Reply reply = lesson_.begin(bars_ ? bars_->first : session_.progress.barOf(lesson_.title()));
     if (!session_.pianoPresent)
         reply.words.insert(0, "I don't see a piano yet. ");
     teach(reply, now);
@@ -27,9 +25,7 @@ void LessonActivity::leave(const Moment &now)
 {
     session_.heard = {lesson_.title(), lesson_.wholePiece()};
     if (dropped_)
-        session_.reached.erase(lesson_.title());
-    else
-        session_.reached[lesson_.title()] = lesson_.bar();
+        session_.progress.forget(lesson_.title());
     if (paused())
         resume(now);
     TeachingActivity::leave(now);
@@ -58,6 +54,8 @@ void LessonActivity::advance(const Moment &now)
     if (!paused())
         teach(lesson_.advance(now.uptime), now);
     TeachingActivity::advance(now);
+    if (!dropped_)
+        session_.progress.reach(lesson_.title(), lesson_.bar());
 }
 
 void LessonActivity::repeat(const Request &, const Moment &now)

@@ -6,6 +6,7 @@
 #include "music/player.h"
 #include "piano/recorder.h"
 #include "protocol/wire.h"
+#include "setup/progress.h"
 #include "songs/library.h"
 #include "songs/song_list.h"
 #include "training/band.h"
@@ -67,9 +68,8 @@ struct Session {
     Hands hands = Hands::Both;
     Recorder recorder{};
     std::optional<Heard> heard{}; ///< what was played last
-    std::map<std::string, int> reached{}; ///< bars of songs whose lessons were left
+    Progress progress{};
     std::optional<Score> composition{}; ///< the user's theme
-    std::size_t jazzLesson = 0;
     std::map<Action, double> done{}; ///< when something was last asked for
     bool pianoPresent = false;
 

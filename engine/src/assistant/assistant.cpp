@@ -74,7 +74,8 @@ Assistant::Assistant(const Equipment &equipment, const Places &places, std::uint
           .seed = seed,
           .logic = equipment.logic,
           .reaper = equipment.reaper,
-          .recorder = Recorder(places.takes)}
+          .recorder = Recorder(places.takes),
+          .progress = Progress(places.progress)}
     , activity_(std::make_unique<HomeActivity>(session_))
     , transportRequests_(session_, activity_)
     , activityRequests_(session_, activity_)

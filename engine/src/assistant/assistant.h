@@ -48,6 +48,7 @@ struct Places {
     std::filesystem::path songs; ///< what is to be kept goes there
     std::filesystem::path takes; ///< what was played last
     std::filesystem::path draft; ///< of the composition that is not saved yet
+    std::filesystem::path progress; ///< in lessons
 };
 
 /// Takes what comes in, by key, by voice, from the piano or from the display, makes requests of

@@ -1,17 +1,14 @@
 #include "setup/profile.h"
 
 #include "protocol/text.h"
-#include "setup/whole_file.h"
+#include "setup/json_file.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <chrono>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <nlohmann/json.hpp>
-#include <system_error>
 #include <type_traits>
 
 namespace kelo::engine {
@@ -20,7 +17,6 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr std::uintmax_t largestProfile = 1 << 20;
 constexpr std::size_t longestAnswer = 200;
 
 /// Calls `visit` with every key and the member that it holds.
@@ -47,18 +43,6 @@ template <typename Members, typename Visit> void visitMembers(Members &profile, 
     visit("ticksLoudness", profile.ticksLoudness);
     visit("soundfont", profile.soundfont);
     visit("keysSound", profile.keysSound);
-}
-
-Json readObject(const std::filesystem::path &path)
-{
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)
-        || std::filesystem::file_size(path, error) > largestProfile)
-        return {};
-    std::ifstream file(path, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
-    Json json = Json::parse(text, nullptr, false);
-    return json.is_object() ? json : Json();
 }
 
 bool isName(std::string_view name)
@@ -123,7 +107,7 @@ Profile profileFromSetup(std::string_view line, const Profile &old)
 
 std::optional<Profile> loadProfile(const std::filesystem::path &file)
 {
-    const Json json = readObject(file);
+    const Json json = readJsonFile(file);
     if (json.is_null())
         return {};
     Profile profile;
@@ -149,11 +133,9 @@ std::optional<Profile> loadProfile(const std::filesystem::path &file)
 
 bool saveProfile(const Profile &profile, const std::filesystem::path &file)
 {
-    Json json = readObject(file);
+    Json json = readJsonFile(file);
     visitMembers(profile, [&](const char *key, const auto &member) { json[key] = member; });
-    std::error_code error;
-    std::filesystem::create_directories(file.parent_path(), error);
-    return replaceFile(file, json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+    return writeJsonFile(file, json);
 }
 
 bool isBirthday(const Profile &profile, std::chrono::year_month_day today)
