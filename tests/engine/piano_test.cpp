@@ -5,6 +5,7 @@
 #include "piano/midi_thru.h"
 #include "piano/piano.h"
 #include "piano/recorder.h"
+#include "piano/sequencer_source.h"
 #include "stage.h"
 #include "support/files.h"
 #include "support/table.h"
@@ -31,6 +32,25 @@ QString text(const std::vector<ChannelMessage> &messages)
         all << u"%1 %2 %3"_s.arg(status, 0, 16).arg(first).arg(second);
     return all.join(u", "_s);
 }
+
+/// A MIDI system whose keyboards the test pulls out and plugs in.
+class DeskMidi : public MidiSystem {
+public:
+    std::vector<std::string> ports() override { return there; }
+    bool open(std::size_t place) override
+    {
+        opened << QString::fromStdString(there.at(place));
+        return true;
+    }
+    void close() override { }
+    News news() override { return std::exchange(told, {}); }
+    std::vector<ChannelMessage> take() override { return {}; }
+    void send(ChannelMessage) override { }
+
+    std::vector<std::string> there{"Midi Through:Midi Through Port-0 14:0"};
+    News told;
+    QStringList opened;
+};
 
 } // namespace
 
@@ -151,16 +171,21 @@ private Q_SLOTS:
         recorder.play({0xb0, 7, 99}, 102); // no pedal
         recorder.play({0x90, 64, 70}, 105);
         recorder.play({0x90, 64, 75}, 106); // pressed again without a release
+        recorder.play({0x90, 93, 80}, 106.5); // it turns out to ask for a command
+        recorder.play({0x90, 65, 60}, 107);
+        recorder.takeBack(93);
+        recorder.play({0x80, 93, 0}, 107.2);
+        recorder.play({0x80, 65, 0}, 107.5);
         const Piece take = recorder.lastTake(108).value();
-        const std::vector<Note> notes{
-            {0, 1, 60, 80, 0, 0}, {5, 1, 64, 70, 0, 0}, {6, 2, 64, 75, 0, 0}}; // is still held
+        const std::vector<Note> notes{{0, 1, 60, 80, 0, 0}, {5, 1, 64, 70, 0, 0},
+            {6, 2, 64, 75, 0, 0}, {7, 0.5, 65, 60, 0, 0}}; // one is still held
         QCOMPARE(take.notes, notes);
         QStringList messages;
         for (const auto &[at, message] : take.messages)
             messages << u"%1 %2"_s.arg(at).arg(text({message}));
         QCOMPARE(messages.join(u", "_s),
             u"0 b0 64 127, 0 90 60 80, 1 80 60 0, 2 b0 64 0, 5 90 64 70, 6 80 64 0, 6 90 64 75, "
-            "8 80 64 0"_s);
+            "7 90 65 60, 7.5 80 65 0, 8 80 64 0"_s);
         for (int i = 0; i < 100000; ++i)
             recorder.play({0x90, static_cast<unsigned char>(i % 128), 1}, 137 + i * 0.001);
         QCOMPARE(recorder.lastTake(300).value().notes.size(), Recorder::mostNotes);
@@ -268,6 +293,26 @@ private Q_SLOTS:
         QFile plain(folder.filePath(u"x"_s));
         QVERIFY(plain.open(QIODevice::WriteOnly));
         QVERIFY(!text.look(0));
+    }
+
+    void aKeyboardThatIsBackAtOnceIsConnectedAnew()
+    {
+        auto system = std::make_unique<DeskMidi>();
+        DeskMidi &desk = *system;
+        SequencerSource source(std::move(system));
+        QVERIFY(!source.look() && !source.stirred());
+        desk.there.push_back("Stage Piano:Stage Piano MIDI 1 20:0");
+        desk.told = {true, {}};
+        QVERIFY(source.stirred() && source.look());
+        QCOMPARE(source.name(), std::string("Stage Piano"));
+        desk.told = {true, {2, 200}}; // others
+        QVERIFY(source.stirred() && !source.look());
+        desk.told = {true, {20}}; // and there it is again, of the same name and number
+        QVERIFY(source.stirred() && source.look() && !source.look());
+        QCOMPARE(source.name(), std::string("Stage Piano"));
+        QCOMPARE(desk.opened.size(), 2);
+        desk.there.pop_back();
+        QVERIFY(source.look() && source.name().empty());
     }
 
     void aMachineWithoutMidiIsNoFault()

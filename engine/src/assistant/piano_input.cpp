@@ -93,7 +93,9 @@ void PianoInput::advance(const Moment &now)
     setRule();
     if (!commandKeys_.advance(now.uptime))
         return;
-    current_->takeBack(commandKeys_.pitches().back(), now);
+    const int held = commandKeys_.pitches().back();
+    session_.recorder.takeBack(held);
+    current_->takeBack(held, now);
     constexpr ChannelMessage softTick{0x99, 76, 45};
     keys_.play(0, softTick);
 }

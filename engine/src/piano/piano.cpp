@@ -8,7 +8,7 @@ namespace kelo::engine {
 Piano::Piano(std::function<void()> ready, std::string device)
 {
     if (device.empty())
-        source_ = std::make_unique<SequencerSource>(std::move(ready));
+        source_ = std::make_unique<SequencerSource>(systemMidi(std::move(ready)));
     else
         source_ = std::make_unique<RawDeviceSource>(std::move(device));
 }

@@ -56,6 +56,20 @@ void Recorder::key(int pitch, int velocity, double now)
     unwritten_ = true;
 }
 
+void Recorder::takeBack(int pitch)
+{
+    auto &taken = held_[static_cast<std::size_t>(pitch)];
+    if (!taken)
+        return;
+    const std::size_t place = *taken;
+    taken.reset();
+    notes_.erase(notes_.begin() + static_cast<std::ptrdiff_t>(place));
+    for (auto &note : held_) {
+        if (note && *note > place)
+            --*note;
+    }
+}
+
 void Recorder::begin(double now)
 {
     write(now);

@@ -32,6 +32,9 @@ public:
 
     void play(ChannelMessage message, double now);
 
+    /// The key that was pressed last at this pitch was no music after all.
+    void takeBack(int pitch);
+
     /// The last thing played, as a piece that begins at 0; nothing before the first key.
     [[nodiscard]] std::optional<Piece> lastTake(double now) const;
 
