@@ -1,3 +1,15 @@
+# kelo_test_part(<name> <source>... [LIBRARIES <library>...])
+#
+# What several tests share, compiled once.
+function(kelo_test_part name)
+    cmake_parse_arguments(PARSE_ARGV 1 PART "" "" "LIBRARIES")
+    qt_add_library(${name} STATIC ${PART_UNPARSED_ARGUMENTS})
+    target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+    target_link_libraries(
+        ${name} PUBLIC kelo_test_support Qt6::Test ${PART_LIBRARIES} PRIVATE Kelo::Rules
+    )
+endfunction()
+
 # kelo_test(<name> <source>... [LIBRARIES <library>...] [DISPLAY] [TIMEOUT <seconds>])
 #
 # A Qt Test program that ctest knows by its name. DISPLAY gives it a virtual screen of its own
@@ -28,7 +40,7 @@ function(kelo_test name)
 
     qt_add_executable(${name} ${TEST_UNPARSED_ARGUMENTS})
     if(TEST_DISPLAY AND KELO_SANITIZE)
-        target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/keep_loaded.cpp)
+        target_link_libraries(${name} PRIVATE kelo_keep_loaded)
         set_target_properties(${name} PROPERTIES ENABLE_EXPORTS ON)
     endif()
     set_target_properties(
@@ -42,6 +54,11 @@ function(kelo_test name)
     else()
         kelo_precompiled(${name} core)
     endif()
+    # It is nearly always empty; the headers would take longer to load than it to compile.
+    set_source_files_properties(
+        ${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/mocs_compilation.cpp
+        PROPERTIES SKIP_PRECOMPILE_HEADERS ON
+    )
     file(MAKE_DIRECTORY ${home})
     file(CHMOD ${home} DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
     add_test(NAME ${name} COMMAND ${runner} $<TARGET_FILE:${name}>)
