@@ -118,25 +118,6 @@ private Q_SLOTS:
         QVERIFY(excerptsOf(Piece{}, Hands::Both).empty());
     }
 
-    void knowsWhoseHandItIs()
-    {
-        const auto owners = [](std::vector<Note> notes) {
-            Piece piece;
-            piece.notes = std::move(notes);
-            QByteArray all;
-            for (const Hands hand : handsOf(piece))
-                all += "BRL"[static_cast<int>(hand)];
-            return all;
-        };
-        const auto note = [](int pitch, int track, int channel = 0) {
-            return Note{0, 1, pitch, 80, track, channel};
-        };
-        QCOMPARE(owners({note(72, 5), note(48, 2), note(50, 5)}), QByteArray("RLR")); // by track
-        QCOMPARE(owners({note(60, 1), note(59, 1)}), QByteArray("RL"));
-        QCOMPARE(owners({note(60, 1), note(59, 2), note(90, 3)}), QByteArray("RLR"));
-        QCOMPARE(owners({note(36, 3, 9), note(70, 1), note(40, 2)}), QByteArray("BRL")); // drums
-    }
-
     void leadsThroughAPiece()
     {
         Lesson lesson(sheet("c4/2 e4 | g4/1", "c3/1 | g2"), "Test", Hands::Right);

@@ -12,7 +12,7 @@ using kelo::test::Table;
 
 Q_DECLARE_METATYPE(Bytes)
 Q_DECLARE_METATYPE(std::vector<Note>)
-Q_DECLARE_METATYPE(MidiFault)
+Q_DECLARE_METATYPE(ReadFault)
 
 class MidiFileTest : public QObject {
     Q_OBJECT
@@ -147,32 +147,32 @@ private Q_SLOTS:
 
     void refuses_data()
     {
-        const Table<Bytes, MidiFault> row{"file", "fault"};
+        const Table<Bytes, ReadFault> row{"file", "fault"};
         const Bytes body = track(join({at(0, {0x90, 60, 80}), end}));
-        row("nothing", {}, MidiFault::NotMidi);
-        row("another file", {'R', 'I', 'F', 'F', 0, 0, 0, 6, 0, 0, 0, 1, 1, 1}, MidiFault::NotMidi);
-        row("half a header", {'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 1}, MidiFault::NotMidi);
-        row("a format of the future", join({header(3, 1, 480), body}), MidiFault::Unsupported);
+        row("nothing", {}, ReadFault::Unknown);
+        row("another file", {'R', 'I', 'F', 'F', 0, 0, 0, 6, 0, 0, 0, 1, 1, 1}, ReadFault::Unknown);
+        row("half a header", {'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 1}, ReadFault::Unknown);
+        row("a format of the future", join({header(3, 1, 480), body}), ReadFault::Unsupported);
         row("a RIFF file of sound", riff("WAVE", join({header(0, 1, 480), body})),
-            MidiFault::NotMidi);
+            ReadFault::Unknown);
         row("a RIFF file without data",
-            join({{'R', 'I', 'F', 'F', 4, 0, 0, 0, 'R', 'M', 'I', 'D'}}), MidiFault::NotMidi);
-        row("no ticks a quarter note", join({header(0, 1, 0), body}), MidiFault::Unsupported);
-        row("no ticks a frame", join({header(0, 1, 0xe700), body}), MidiFault::Unsupported);
-        row("no notes", join({header(0, 1, 480), track(end)}), MidiFault::Empty);
+            join({{'R', 'I', 'F', 'F', 4, 0, 0, 0, 'R', 'M', 'I', 'D'}}), ReadFault::Unknown);
+        row("no ticks a quarter note", join({header(0, 1, 0), body}), ReadFault::Unsupported);
+        row("no ticks a frame", join({header(0, 1, 0xe700), body}), ReadFault::Unsupported);
+        row("no notes", join({header(0, 1, 480), track(end)}), ReadFault::Empty);
         row("data without a status", join({header(0, 1, 480), track({0, 60, 80})}),
-            MidiFault::Empty);
+            ReadFault::Empty);
         row("an endless delta time",
             join({header(0, 1, 480), track({0xff, 0xff, 0xff, 0xff, 0x7f, 0x90, 60, 80})}),
-            MidiFault::Empty);
+            ReadFault::Empty);
     }
 
     void refuses()
     {
         QFETCH(Bytes, file);
         const auto read = readMidiFile(file);
-        QVERIFY(std::holds_alternative<MidiFault>(read));
-        QTEST(std::get<MidiFault>(read), "fault");
+        QVERIFY(std::holds_alternative<ReadFault>(read));
+        QTEST(std::get<ReadFault>(read), "fault");
     }
 
     void everyTruncationGivesAWholeBeginning()

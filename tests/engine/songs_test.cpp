@@ -126,8 +126,8 @@ private Q_SLOTS:
         QCOMPARE(library.size(), shipped + 2);
         QCOMPARE(library.names()[shipped].title, std::string("A tune"));
         QCOMPARE(library.names()[shipped + 1].title, std::string("b side"));
-        QVERIFY(std::get<MidiFault>(library.load(shipped)) == MidiFault::NotMidi);
-        QVERIFY(std::get<MidiFault>(library.load(999)) == MidiFault::Empty);
+        QVERIFY(std::get<ReadFault>(library.load(shipped)) == ReadFault::Unknown);
+        QVERIFY(std::get<ReadFault>(library.load(999)) == ReadFault::Empty);
         writeFile(folder.filePath(u"z.mid"_s), "x");
         library.refresh();
         QCOMPARE(library.size(), shipped + 3);

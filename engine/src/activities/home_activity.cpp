@@ -11,13 +11,14 @@ struct Choice {
     Action action;
 };
 
-constexpr std::array<Choice, 13> choices{{
+constexpr std::array<Choice, 14> choices{{
     {"Song menu", Action::OpenMenu},
     {"Play me something", Action::MakeUp},
     {"Compose", Action::Compose},
     {"Jam", Action::Jam},
     {"Live band", Action::Band},
     {"Jazz course", Action::Jazz},
+    {"Read a score", Action::ReadScore},
     {"Ear training", Action::EarTraining},
     {"Metronome", Action::Metronome},
     {"My album", Action::Album},

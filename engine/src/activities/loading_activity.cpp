@@ -18,7 +18,7 @@ constexpr double firstWord = 1;
 constexpr double wordEvery = 5;
 
 /// False after saying why it cannot be played.
-bool play(Session &session, std::variant<Piece, MidiFault> read, const std::string &title,
+bool play(Session &session, std::variant<Piece, ReadFault> read, const std::string &title,
     const Moment &now)
 {
     auto piece = heardFrom(session, std::move(read), title, now);

@@ -15,14 +15,16 @@ namespace kelo::engine {
 
 namespace {
 
-std::string_view explain(MidiFault fault)
+std::string_view explain(ReadFault fault)
 {
     switch (fault) {
-    case MidiFault::NotMidi:
-        return "That isn't a MIDI file that I can read.";
-    case MidiFault::Unsupported:
-        return "That is a kind of MIDI file that I can't play.";
-    case MidiFault::Empty:
+    case ReadFault::Unknown:
+        return "That isn't a MIDI file or a MusicXML score that I can read.";
+    case ReadFault::Unsupported:
+        return "That is a kind of music file that I can't play.";
+    case ReadFault::TooLarge:
+        return "That file is too large for a piece of music.";
+    case ReadFault::Empty:
         break;
     }
     return "There are no notes in that file.";
@@ -30,10 +32,10 @@ std::string_view explain(MidiFault fault)
 
 } // namespace
 
-std::optional<Heard> heardFrom(Session &session, std::variant<Piece, MidiFault> read,
+std::optional<Heard> heardFrom(Session &session, std::variant<Piece, ReadFault> read,
     const std::string &title, const Moment &now)
 {
-    if (const auto *fault = std::get_if<MidiFault>(&read)) {
+    if (const auto *fault = std::get_if<ReadFault>(&read)) {
         session.say(explain(*fault), now);
         return {};
     }
@@ -58,6 +60,15 @@ bool chooseSong(Session &session, const Request &request, const Moment &now)
     session.say(
         "There is no song " + std::to_string(*request.number) + ". " + session.songs.count(), now);
     return false;
+}
+
+std::optional<Heard> askedSong(Session &session, const Request &request, const Moment &now)
+{
+    if (!request.song && !request.number && session.heard)
+        return session.heard;
+    if (!chooseSong(session, request, now))
+        return {};
+    return loadSong(session, session.songs.current(), now);
 }
 
 std::filesystem::path keepFile(const Session &session, const std::string &name,

@@ -9,7 +9,7 @@
 namespace kelo::engine {
 
 /// What was read, or nothing after saying why not.
-[[nodiscard]] std::optional<Heard> heardFrom(Session &session, std::variant<Piece, MidiFault> read,
+[[nodiscard]] std::optional<Heard> heardFrom(Session &session, std::variant<Piece, ReadFault> read,
     const std::string &title, const Moment &now);
 
 /// A song of the library by its place.
@@ -17,6 +17,10 @@ namespace kelo::engine {
 
 /// Chooses the song that was asked for; false after saying that there is no such song.
 bool chooseSong(Session &session, const Request &request, const Moment &now);
+
+/// The piece that a request names, or else what was heard last; nothing after saying why.
+[[nodiscard]] std::optional<Heard> askedSong(
+    Session &session, const Request &request, const Moment &now);
 
 /// Writes `bytes` to a new file of the songs folder; empty where the disk would not have it.
 [[nodiscard]] std::filesystem::path keepFile(const Session &session, const std::string &name,

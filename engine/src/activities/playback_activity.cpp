@@ -134,14 +134,17 @@ void PlaybackActivity::skip(int bars, const Moment &now)
 
 void PlaybackActivity::toBars(const Request &request, const Moment &now)
 {
-    const auto &starts = session_.heard->piece.bars;
-    const auto bar = static_cast<std::size_t>(request.bars->first);
-    if (bar > starts.size()) {
-        say("This piece has " + std::to_string(starts.size()) + " bars.", now);
+    const Piece &piece = session_.heard->piece;
+    const auto place = barPlace(piece, request.bars->first);
+    if (!place) {
+        const std::size_t last = piece.barNumbers.empty()
+            ? piece.bars.size()
+            : static_cast<std::size_t>(std::ranges::max(piece.barNumbers));
+        say("This piece has " + std::to_string(last) + " bars.", now);
         return;
     }
     session_.metronome.stop();
-    session_.player.seek(starts[bar - 1], now.uptime);
+    session_.player.seek(piece.bars[*place], now.uptime);
     playing_ = true;
 }
 

@@ -37,6 +37,7 @@ consteval std::array<int, actionCount> handlersOfActions()
     count(TransportRequests::handlers);
     count(ActivityRequests::handlers);
     count(SongRequests::handlers);
+    count(ScoreRequests::handlers);
     count(SoundRequests::handlers);
     count(DisplayRequests::handlers);
     count(TalkRequests::handlers);
@@ -80,6 +81,7 @@ Assistant::Assistant(const Equipment &equipment, const Places &places, std::uint
     , transportRequests_(session_, activity_)
     , activityRequests_(session_, activity_)
     , songRequests_(session_)
+    , scoreRequests_(session_)
     , soundRequests_(
           session_, settings_, equipment.speech, equipment.through, equipment.keys, equipment.desk)
     , displayRequests_(session_)
@@ -198,6 +200,7 @@ void Assistant::perform(const Request &request, const Moment &now)
     static_cast<void>(handle(transportRequests_, TransportRequests::handlers, request, now)
         || handle(activityRequests_, ActivityRequests::handlers, request, now)
         || handle(songRequests_, SongRequests::handlers, request, now)
+        || handle(scoreRequests_, ScoreRequests::handlers, request, now)
         || handle(soundRequests_, SoundRequests::handlers, request, now)
         || handle(displayRequests_, DisplayRequests::handlers, request, now)
         || handle(piano_, PianoInput::handlers, request, now)

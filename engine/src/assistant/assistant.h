@@ -5,6 +5,7 @@
 #include "assistant/display_requests.h"
 #include "assistant/mode_display.h"
 #include "assistant/piano_input.h"
+#include "assistant/score_requests.h"
 #include "assistant/song_requests.h"
 #include "assistant/sound_requests.h"
 #include "assistant/talk_requests.h"
@@ -121,6 +122,7 @@ private:
     TransportRequests transportRequests_;
     ActivityRequests activityRequests_;
     SongRequests songRequests_;
+    ScoreRequests scoreRequests_;
     SoundRequests soundRequests_;
     DisplayRequests displayRequests_;
     TalkRequests talkRequests_;

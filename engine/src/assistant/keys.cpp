@@ -1,5 +1,8 @@
 #include "assistant/keys.h"
 
+#include <algorithm>
+#include <span>
+
 namespace kelo::engine {
 
 namespace {
@@ -26,6 +29,7 @@ constexpr KeyMeaning keys[] = {
     {key('j'), Action::Jazz},
     {key('m'), Action::OpenMenu},
     {key('l'), Action::ListSongs},
+    {key('w'), Action::ReadScore},
     {key('g'), Action::LogicControl},
     {key('r'), Action::ReaperControl},
     {key('-'), Action::Slower},
@@ -39,6 +43,18 @@ constexpr KeyMeaning keys[] = {
     {key('a'), Action::Type},
     {key('/'), Action::CommandPage},
     {key('K'), Action::TopKey},
+};
+
+constexpr KeyMeaning scoreKeys[] = {
+    {key('1'), Action::ByNote},
+    {key('2'), Action::ByBeat},
+    {key('3'), Action::ByBar},
+    {key('4'), Action::ByPhrase},
+    {key('d'), Action::ReadBars},
+    {key('i'), Action::WhatBefore},
+    {key('k'), Action::WhichKey},
+    {key('x'), Action::SpellChord},
+    {key('z'), Action::SilentScore},
 };
 
 struct CommandMeaning {
@@ -89,11 +105,14 @@ constexpr Legend legends[] = {
 
 std::optional<Action> actionFor(Key pressed, std::string_view mode)
 {
-    for (const KeyMeaning &meaning : keys) {
-        if (meaning.key == pressed)
-            return mode == "compose" ? meaning.whileComposing : meaning.action;
-    }
-    return {};
+    const auto in = [&](std::span<const KeyMeaning> table) -> std::optional<Action> {
+        const auto found = std::ranges::find(table, pressed, &KeyMeaning::key);
+        if (found == table.end())
+            return {};
+        return mode == "compose" ? found->whileComposing : found->action;
+    };
+    const auto special = mode == "score" ? in(scoreKeys) : std::nullopt;
+    return special ? special : in(keys);
 }
 
 std::optional<Action> actionFor(std::string_view command)

@@ -6,6 +6,7 @@
 #include "lessons/excerpt.h"
 #include "music/midi_writer.h"
 #include "theory/pitch_names.h"
+#include "written/performance.h"
 
 #include <algorithm>
 #include <utility>
@@ -35,17 +36,12 @@ void SongRequests::playSong(const Request &request, const Moment &now)
 
 void SongRequests::learn(const Request &request, const Moment &now)
 {
-    std::optional<Heard> song;
-    const bool this_one = !request.song && !request.number;
-    if (this_one && session_.heard)
-        song = session_.heard;
-    else if (chooseSong(session_, request, now))
-        song = loadSong(session_, session_.songs.current(), now);
+    const auto song = askedSong(session_, request, now);
     if (!song)
         return;
     if (request.hands)
         session_.hands = *request.hands;
-    Lesson lesson(std::move(song->piece), song->title, session_.hands);
+    Lesson lesson(studied(song->piece), song->title, session_.hands);
     if (lesson.empty()) {
         session_.say("There is nothing to learn in that song for these hands.", now);
         return;

@@ -47,6 +47,7 @@ Piece pieceOf(const Score &score)
     const double tick = 60.0 / score.tempo / ticksPerQuarter;
     Piece piece;
     piece.beats = score.metre.beats;
+    piece.unit = score.metre.unit;
     piece.spelling = spellingOf(score.key);
     for (int part = 0; part < static_cast<int>(score.parts.size()); ++part) {
         const Part &player = score.parts[static_cast<std::size_t>(part)];

@@ -1,8 +1,8 @@
 #include "lessons/excerpt.h"
 
+#include "written/hand_division.h"
+
 #include <algorithm>
-#include <map>
-#include <optional>
 
 namespace kelo::engine {
 
@@ -11,8 +11,6 @@ namespace {
 constexpr double writtenTogether = 0.04; ///< seconds within which the keys of a chord are written
 constexpr std::size_t mostSteps = 8; ///< that are easily kept in mind
 constexpr double barWithoutMetre = 2;
-constexpr int middleC = 60;
-constexpr int drumChannel = 9;
 
 std::vector<Step> stepsOf(
     const Piece &piece, const std::vector<Hands> &owners, Hands hands, double from, double to)
@@ -45,37 +43,6 @@ std::vector<double> barsOf(const Piece &piece)
 }
 
 } // namespace
-
-std::vector<Hands> handsOf(const Piece &piece)
-{
-    struct Height {
-        double sum = 0;
-        int count = 0;
-        [[nodiscard]] double mean() const { return sum / count; }
-    };
-    std::map<int, Height> tracks;
-    for (const Note &note : piece.notes) {
-        if (note.channel == drumChannel)
-            continue;
-        tracks[note.track].sum += note.pitch;
-        ++tracks[note.track].count;
-    }
-    std::optional<int> right;
-    if (tracks.size() == 2) {
-        right = std::ranges::max_element(tracks, {}, [](const auto &track) {
-            return track.second.mean();
-        })->first;
-    }
-    std::vector<Hands> owners;
-    owners.reserve(piece.notes.size());
-    for (const Note &note : piece.notes) {
-        const bool isRight = right ? note.track == *right : note.pitch >= middleC;
-        owners.push_back(note.channel == drumChannel ? Hands::Both
-                : isRight                            ? Hands::Right
-                                                     : Hands::Left);
-    }
-    return owners;
-}
 
 std::vector<Excerpt> excerptsOf(const Piece &piece, Hands hands)
 {

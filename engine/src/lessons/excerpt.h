@@ -23,10 +23,6 @@ struct Excerpt {
     std::vector<Step> steps; ///< at least one
 };
 
-/// Whose hand each note of a piece is: of two tracks the higher is the right hand's, otherwise
-/// middle C and what is above it. Drums are nobody's: they count as `Both`.
-[[nodiscard]] std::vector<Hands> handsOf(const Piece &piece);
-
 /// The way through a piece for `hands`, phrase by phrase: for both hands each phrase comes with
 /// the right hand alone, the left hand alone, then together. Bars without notes are left out.
 [[nodiscard]] std::vector<Excerpt> excerptsOf(const Piece &piece, Hands hands);

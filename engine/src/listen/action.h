@@ -36,6 +36,17 @@ enum class Action : std::uint8_t {
     Faster,
     Tempo,
     Transpose,
+    // Scores.
+    ReadScore,
+    ReadBars,
+    WhatBefore,
+    WhichKey,
+    SpellChord,
+    SilentScore,
+    ByNote,
+    ByBeat,
+    ByBar,
+    ByPhrase,
     // Lessons.
     NoteNames,
     Hands,

@@ -19,9 +19,10 @@ enum Where : unsigned {
     InCompose = 32,
     InJazz = 64,
     InStudio = 128,
+    InScore = 256,
 };
 inline constexpr unsigned Everywhere =
-    InIdle | InMenu | InLesson | InEar | InTalk | InCompose | InJazz | InStudio;
+    InIdle | InMenu | InLesson | InEar | InTalk | InCompose | InJazz | InStudio | InScore;
 
 /// What may be said besides, whatever the phrase.
 enum Takes : unsigned {

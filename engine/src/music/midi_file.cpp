@@ -166,8 +166,10 @@ public:
         now_ = tempo_.advance(event.at);
         if (event.tempo > 0)
             tempo_.setTempo(event.tempo);
-        if (event.bar > 0)
-            barLines_.setBar(event.at, now_, event.bar);
+        if (event.beats > 0)
+            setMetre(event);
+        if (!event.name.empty())
+            setName(event);
         if (event.sharps)
             piece_.spelling = *event.sharps > 0 ? Spelling::Sharps
                 : *event.sharps < 0             ? Spelling::Flats
@@ -182,6 +184,27 @@ public:
         else if (message.releases())
             pairing_.release(message.channel(), message.first, now_);
         return true;
+    }
+
+    void setMetre(const MidiEvent &event)
+    {
+        barLines_.setBar(event.at, now_, 4.0 * event.beats / event.unit);
+        if (now_ > 0)
+            return;
+        piece_.beats = event.beats;
+        piece_.unit = event.unit;
+    }
+
+    void setName(const MidiEvent &event)
+    {
+        constexpr std::size_t most = 256;
+        constexpr std::size_t longestName = 80;
+        const auto track = static_cast<std::size_t>(event.track);
+        if (track >= most)
+            return;
+        if (piece_.trackNames.size() <= track)
+            piece_.trackNames.resize(track + 1);
+        piece_.trackNames[track] = event.name.substr(0, longestName);
     }
 
     Piece finish()
@@ -249,22 +272,22 @@ Chunks tracksOf(MidiReader file, std::size_t promised)
 
 } // namespace
 
-std::variant<Piece, MidiFault> readMidiFile(
+std::variant<Piece, ReadFault> readMidiFile(
     std::span<const std::uint8_t> bytes, MidiProgress *progress)
 {
     constexpr std::size_t tellEvery = 4096;
     MidiReader file(unwrapped(bytes));
     if (tag(file.take(4)) != "MThd")
-        return MidiFault::NotMidi;
+        return ReadFault::Unknown;
     MidiReader header(file.take(file.number(4)));
     const std::uint32_t format = header.number(2);
     const std::uint32_t promised = header.number(2);
     const auto division = static_cast<std::uint16_t>(header.number(2));
     if (header.failed())
-        return MidiFault::NotMidi;
+        return ReadFault::Unknown;
     const bool timeless = (division & 0x8000) != 0 ? (division & 0xff) == 0 : division == 0;
     if (format > 2 || timeless)
-        return MidiFault::Unsupported;
+        return ReadFault::Unsupported;
 
     const auto [tracks, whole] = tracksOf(file, promised);
     // Counted first, so that no list takes twice what it needs while it grows.
@@ -291,7 +314,7 @@ std::variant<Piece, MidiFault> readMidiFile(
     }
     Piece piece = assembly.finish();
     if (piece.notes.empty())
-        return MidiFault::Empty;
+        return ReadFault::Empty;
     piece.endsEarly = !whole || events.broken();
     return piece;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "music/piece.h"
+#include "music/read_fault.h"
 
 #include <atomic>
 #include <cstdint>
@@ -8,8 +9,6 @@
 #include <variant>
 
 namespace kelo::engine {
-
-enum class MidiFault { NotMidi, Unsupported, Empty };
 
 /// How far reading has come, for other threads to look at.
 struct MidiProgress {
@@ -20,7 +19,7 @@ struct MidiProgress {
 /// Reads a Standard MIDI File, bare or in a RIFF file (RMID). The tracks of format 2 follow each
 /// other. A damaged file gives what is whole in it; notes that are never released end with their
 /// track. What lies beyond a day is left out.
-[[nodiscard]] std::variant<Piece, MidiFault> readMidiFile(
+[[nodiscard]] std::variant<Piece, ReadFault> readMidiFile(
     std::span<const std::uint8_t> bytes, MidiProgress *progress = nullptr);
 
 } // namespace kelo::engine

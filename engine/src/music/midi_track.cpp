@@ -5,6 +5,7 @@ namespace kelo::engine {
 namespace {
 
 constexpr int tempoEvent = 0x51;
+constexpr int nameEvent = 0x03;
 constexpr int metreEvent = 0x58;
 constexpr int keyEvent = 0x59;
 constexpr int endEvent = 0x2f;
@@ -57,11 +58,14 @@ std::optional<MidiEvent> MidiTrack::meta(int kind, MidiBytes data) const
 {
     if (kind == tempoEvent && data.size() == 3) {
         if (const std::uint32_t microseconds = MidiReader(data).number(3); microseconds > 0)
-            return MidiEvent{now_, number_, {}, microseconds / 1e6};
+            return MidiEvent{.at = now_, .track = number_, .tempo = microseconds / 1e6};
     } else if (kind == metreEvent && data.size() >= 2 && data[0] > 0 && data[1] <= 6) {
-        return MidiEvent{now_, number_, {}, 0, 4.0 * data[0] / (1 << data[1])};
+        return MidiEvent{.at = now_, .track = number_, .beats = data[0], .unit = 1 << data[1]};
     } else if (kind == keyEvent && !data.empty()) {
-        return MidiEvent{now_, number_, {}, 0, 0, static_cast<std::int8_t>(data[0])};
+        return MidiEvent{.at = now_, .track = number_, .sharps = static_cast<std::int8_t>(data[0])};
+    } else if (kind == nameEvent && !data.empty()) {
+        const std::string_view name(reinterpret_cast<const char *>(data.data()), data.size());
+        return MidiEvent{.at = now_, .track = number_, .name = name};
     }
     return {};
 }

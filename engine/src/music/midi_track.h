@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string_view>
 #include <vector>
 
 namespace kelo::engine {
@@ -71,8 +72,10 @@ struct MidiEvent {
     int track = 0;
     ChannelMessage message{}; ///< status 0 where something else is meant, or the track's end
     double tempo = 0; ///< seconds a quarter note
-    double bar = 0; ///< length of a bar from here on, in quarter notes
+    int beats = 0; ///< of a bar from here on; 0 where nothing is said of it
+    int unit = 4; ///< of a beat
     std::optional<int> sharps{}; ///< of the key signature; below 0 flats
+    std::string_view name{}; ///< of the track
 };
 
 /// Reads the events of a track up to its end, or to where it is damaged.

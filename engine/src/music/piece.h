@@ -1,7 +1,12 @@
 #pragma once
 
 #include "midi/channel_message.h"
+#include "music/hands.h"
 
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace kelo::engine {
@@ -18,6 +23,17 @@ struct Note {
     friend bool operator==(const Note &, const Note &) = default;
 };
 
+/// What is known of a note besides, where somebody wrote it down.
+struct NoteMark {
+    Hands hand = Hands::Both; ///< Both: no hand's
+    std::int8_t finger = 0; ///< 1 to 5; 0 where none is given
+    bool grace = false;
+    bool trill = false; ///< its neighbours may sound, too
+    bool rolled = false;
+};
+
+struct WrittenPiece;
+
 /// What an instrument is told, and when.
 struct TimedMessage {
     double at = 0;
@@ -33,10 +49,18 @@ struct Piece {
     std::vector<TimedMessage> messages;
     double length = 0; ///< seconds until the last note has ended
     std::vector<double> bars; ///< when each bar begins; an upbeat is part of the first
+    std::vector<int> barNumbers; ///< as they are printed; empty where they only count
+    std::vector<NoteMark> marks; ///< one a note; empty where nothing is known of them
+    std::vector<std::string> trackNames; ///< those that are given, by track
+    std::shared_ptr<const WrittenPiece> written; ///< where it was read from a score
     int beats = 4; ///< of a bar
+    int unit = 4; ///< of a beat: 4 is a quarter, 8 an eighth
     Spelling spelling = Spelling::Mixed;
     bool endsEarly = false; ///< it was cut off: a file that is not whole
 };
+
+/// Where the bar with this number begins in the list of bars; nothing where there is none.
+[[nodiscard]] std::optional<std::size_t> barPlace(const Piece &piece, int number);
 
 /// Adds what a piano is told to play the notes, and the length.
 void addMessages(Piece &piece);

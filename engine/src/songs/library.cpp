@@ -2,12 +2,18 @@
 
 #include "protocol/text.h"
 #include "songs/shipped.h"
+#include "written/music_xml_reader.h"
+#include "written/performance.h"
+#include "written/score_package.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cstdint>
 #include <fstream>
 #include <iterator>
+#include <memory>
+#include <span>
 #include <string_view>
 #include <system_error>
 
@@ -16,6 +22,7 @@ namespace kelo::engine {
 namespace {
 
 constexpr std::uintmax_t largestMidiFile = 8 << 20;
+constexpr std::array<std::string_view, 4> kinds{".mid", ".midi", ".musicxml", ".mxl"};
 
 std::string lowered(std::string text)
 {
@@ -29,6 +36,22 @@ std::string titleOf(const std::filesystem::path &file)
     std::string title = oneLine(file.stem().string());
     std::ranges::replace(title, '_', ' ');
     return title;
+}
+
+/// XML in whatever encoding begins with "<", after a mark of the encoding or without one.
+bool looksLikeXml(std::span<const std::uint8_t> bytes)
+{
+    constexpr std::size_t markAndSpace = 16;
+    const auto begin = bytes.first(std::min(bytes.size(), markAndSpace));
+    return std::ranges::find(begin, '<') != begin.end();
+}
+
+std::variant<Piece, ReadFault> pieceFrom(std::variant<WrittenPiece, ReadFault> read)
+{
+    if (const auto *fault = std::get_if<ReadFault>(&read))
+        return *fault;
+    return performed(std::make_shared<const WrittenPiece>(std::move(std::get<WrittenPiece>(read))),
+        Repeats::Played);
 }
 
 } // namespace
@@ -51,7 +74,7 @@ void Library::refresh()
          it.increment(error)) {
         const std::string kind = lowered(it->path().extension().string());
         std::error_code unreadable;
-        if ((kind == ".mid" || kind == ".midi") && it->is_regular_file(unreadable))
+        if (std::ranges::find(kinds, kind) != kinds.end() && it->is_regular_file(unreadable))
             files_.push_back(it->path());
     }
     std::ranges::sort(files_, {},
@@ -65,29 +88,40 @@ std::size_t Library::firstFile() const
     return shippedSongs().size();
 }
 
-std::variant<Piece, MidiFault> Library::load(std::size_t song) const
+std::variant<Piece, ReadFault> Library::load(std::size_t song) const
 {
     const std::size_t shipped = shippedSongs().size();
     if (song >= size())
-        return MidiFault::Empty;
+        return ReadFault::Empty;
     if (song >= shipped)
-        return loadMidiFile(files_[song - shipped]);
+        return loadPiece(files_[song - shipped]);
     if (auto piece = readSheet(shippedSongs()[song]))
         return std::move(*piece);
-    return MidiFault::Empty;
+    return ReadFault::Empty;
 }
 
-std::variant<Piece, MidiFault> loadMidiFile(
-    const std::filesystem::path &path, MidiProgress *progress)
+std::variant<Piece, ReadFault> loadPiece(const std::filesystem::path &path, MidiProgress *progress)
 {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)
-        || std::filesystem::file_size(path, error) > largestMidiFile)
-        return MidiFault::NotMidi;
+    if (!std::filesystem::is_regular_file(path, error))
+        return ReadFault::Unknown;
+    const std::uintmax_t size = std::filesystem::file_size(path, error);
+    if (error || size > largestScore)
+        return error ? ReadFault::Unknown : ReadFault::TooLarge;
     std::ifstream file(path, std::ios::binary);
-    std::vector<std::uint8_t> bytes(std::filesystem::file_size(path, error));
+    std::vector<std::uint8_t> bytes(size);
     file.read(reinterpret_cast<char *>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     bytes.resize(static_cast<std::size_t>(file.gcount()));
+    if (isPackage(bytes)) {
+        auto unpacked = unpackScore(bytes);
+        if (const auto *fault = std::get_if<ReadFault>(&unpacked))
+            return *fault;
+        return pieceFrom(readMusicXml(std::get<std::vector<std::uint8_t>>(unpacked)));
+    }
+    if (looksLikeXml(bytes))
+        return pieceFrom(readMusicXml(bytes));
+    if (size > largestMidiFile)
+        return ReadFault::TooLarge;
     return readMidiFile(bytes, progress);
 }
 

@@ -10,8 +10,8 @@
 
 namespace kelo::engine {
 
-/// The songs there are: those that ship, from easy to hard, then the MIDI files of a folder by
-/// name.
+/// The songs there are: those that ship, from easy to hard, then the MIDI files and the
+/// scores of a folder by name.
 class Library {
 public:
     /// Looks into the folder; a missing one holds nothing.
@@ -24,7 +24,7 @@ public:
     [[nodiscard]] std::size_t firstFile() const;
     [[nodiscard]] std::size_t size() const { return names_.size(); }
 
-    [[nodiscard]] std::variant<Piece, MidiFault> load(std::size_t song) const;
+    [[nodiscard]] std::variant<Piece, ReadFault> load(std::size_t song) const;
 
     static constexpr std::size_t mostFiles = 500;
 
@@ -34,8 +34,9 @@ private:
     std::vector<std::filesystem::path> files_; ///< of the songs after the shipped ones
 };
 
-/// Reads a MIDI file of a size that a piece of music may have.
-[[nodiscard]] std::variant<Piece, MidiFault> loadMidiFile(
+/// Reads a MIDI file or a MusicXML score, packed or not, of a size that a piece of music may have.
+/// What it is its contents tell, whatever its name.
+[[nodiscard]] std::variant<Piece, ReadFault> loadPiece(
     const std::filesystem::path &path, MidiProgress *progress = nullptr);
 
 /// The music folder's "Kelo Songs", as the desktop's settings and `home` have it.

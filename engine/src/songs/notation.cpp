@@ -149,6 +149,7 @@ std::optional<Piece> readSheet(const Sheet &sheet)
     Piece piece;
     piece.spelling = sheet.spelling;
     piece.beats = sheet.beats;
+    piece.unit = sheet.beatLength;
     std::optional<int> end;
     const auto addVoice = [&](const std::string &text, int track) {
         VoiceReader voice(bar, upbeat);

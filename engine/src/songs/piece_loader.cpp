@@ -8,9 +8,8 @@
 namespace kelo::engine {
 
 PieceLoader::PieceLoader(std::filesystem::path file)
-    : reading_(std::async(std::launch::async, [path = std::move(file), progress = progress_.get()] {
-        return loadMidiFile(path, progress);
-    }))
+    : reading_(std::async(std::launch::async,
+        [path = std::move(file), progress = progress_.get()] { return loadPiece(path, progress); }))
 {
 }
 
@@ -19,7 +18,7 @@ PieceLoader::~PieceLoader()
     progress_->cancelled = true;
 }
 
-std::optional<std::variant<Piece, MidiFault>> PieceLoader::take(double seconds)
+std::optional<std::variant<Piece, ReadFault>> PieceLoader::take(double seconds)
 {
     if (!reading_.valid()
         || reading_.wait_for(std::chrono::duration<double>(seconds)) != std::future_status::ready)

@@ -10,7 +10,7 @@
 
 namespace kelo::engine {
 
-/// Reads a MIDI file on a thread of its own, so that a large one keeps nobody waiting.
+/// Reads a file of music on a thread of its own, so that a large one keeps nobody waiting.
 class PieceLoader {
 public:
     explicit PieceLoader(std::filesystem::path file);
@@ -21,14 +21,14 @@ public:
     PieceLoader &operator=(const PieceLoader &) = delete;
 
     /// What was read, once, if that is there within `seconds`.
-    [[nodiscard]] std::optional<std::variant<Piece, MidiFault>> take(double seconds = 0);
+    [[nodiscard]] std::optional<std::variant<Piece, ReadFault>> take(double seconds = 0);
 
     /// How much has been read, 0 to 1.
     [[nodiscard]] double progress() const { return progress_->share; }
 
 private:
     std::unique_ptr<MidiProgress> progress_ = std::make_unique<MidiProgress>();
-    std::future<std::variant<Piece, MidiFault>> reading_;
+    std::future<std::variant<Piece, ReadFault>> reading_;
 };
 
 } // namespace kelo::engine

@@ -1,0 +1,39 @@
+#include "assistant/score_requests.h"
+
+#include "activities/pieces.h"
+#include "activities/score_activity.h"
+
+#include <utility>
+
+namespace kelo::engine {
+
+void ScoreRequests::read(const Request &request, const Moment &now)
+{
+    auto song = askedSong(session_, request, now);
+    if (!song)
+        return;
+    if (request.hands)
+        session_.hands = *request.hands;
+    session_.host.begin(
+        std::make_unique<ScoreActivity>(session_, std::move(*song), request.bars), now);
+}
+
+/// What only the score can tell begins with the score.
+void ScoreRequests::readFirst(const Request &request, const Moment &now)
+{
+    read({.action = Action::ReadScore}, now);
+    if (session_.heard)
+        session_.host.perform(request, now);
+}
+
+void ScoreRequests::key(const Request &, const Moment &now)
+{
+    if (!session_.heard) {
+        session_.say("I don't know of which piece.", now);
+        return;
+    }
+    const auto &[title, piece] = *session_.heard;
+    session_.say(title + " is in " + nameOf(tonalityOf(piece.notes)) + ".", now);
+}
+
+} // namespace kelo::engine

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "activities/activity.h"
+
+namespace kelo::engine {
+
+/// What is asked about scores where none is read yet.
+class ScoreRequests {
+public:
+    explicit ScoreRequests(Session &session)
+        : session_(session)
+    {
+    }
+
+    void read(const Request &request, const Moment &now);
+    void readFirst(const Request &request, const Moment &now);
+    void key(const Request &request, const Moment &now);
+
+    static constexpr Handler<ScoreRequests> handlers[] = {
+        {Action::ReadScore, &ScoreRequests::read},
+        {Action::ReadBars, &ScoreRequests::readFirst},
+        {Action::WhatBefore, &ScoreRequests::readFirst},
+        {Action::WhichKey, &ScoreRequests::key},
+        {Action::SpellChord, &ScoreRequests::readFirst},
+        {Action::SilentScore, &ScoreRequests::readFirst},
+        {Action::ByNote, &ScoreRequests::readFirst},
+        {Action::ByBeat, &ScoreRequests::readFirst},
+        {Action::ByBar, &ScoreRequests::readFirst},
+        {Action::ByPhrase, &ScoreRequests::readFirst},
+    };
+
+private:
+    Session &session_;
+};
+
+} // namespace kelo::engine
