@@ -21,6 +21,9 @@ Scroller {
     readonly property int lettersALine: Math.max(1, (width - 2 * sideInset) / (0.602 * letter) - 1)
     readonly property real captionHeight: Math.max(44, Math.ceil(86 / lettersALine) * letter * 1.17 + 4)
 
+    // The ring stands above the conversation, or where it would leave that too low beside the keys.
+    readonly property bool ringAtKeys: !stacked && core !== null && height - captionHeight < 640
+
     inset: 6
     sideInset: 18 // beside the scroll bar
     ground: Hud.bg
@@ -117,7 +120,7 @@ Scroller {
                     width: side
                     height: fits ? side : 0
                     visible: fits
-                    active: console_.core !== null
+                    active: console_.core !== null && !console_.ringAtKeys
                     sourceComponent: console_.core
                 }
 
@@ -162,14 +165,25 @@ Scroller {
             Layout.row: 4
             Layout.fillWidth: true
             title: qsTr("KEYBOARD  //  88 KEYS")
-            contentHeight: keyboard.height + 24
+            contentHeight: Math.max(keyboard.height, ring.height) + 24
+
+            Loader {
+                id: ring
+
+                x: 8
+                y: 12
+                width: active ? 180 : 0
+                height: width
+                active: console_.ringAtKeys
+                sourceComponent: console_.core
+            }
 
             Column {
                 id: keyboard
 
-                x: 15
+                x: ring.active ? ring.x + ring.width + 8 : 15
                 y: 12
-                width: parent.width - 30
+                width: parent.width - x - 15
                 spacing: 12
 
                 Loader {

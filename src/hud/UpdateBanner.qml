@@ -67,7 +67,7 @@ Item {
             Passage {
                 id: notes
 
-                width: parent.width
+                width: parent.width - 14 // beside a scroll bar
                 text: banner.notes
                 wrapMode: Text.Wrap
                 activeFocusOnTab: scroller.interactive // the arrow keys read on

@@ -77,13 +77,8 @@ Item {
             width: screen.stacked ? 160 : wanted
             voice: screen.voice
 
-            Rectangle {
-                z: -1
+            SoftGround {
                 anchors.fill: parent
-                anchors.margins: -6
-                radius: 6
-                color: Hud.bg
-                opacity: 0.75
             }
         }
     }

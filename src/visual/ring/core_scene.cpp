@@ -227,8 +227,13 @@ void CoreScene::write(Layer &layer, const Link &link) const
         : online                    ? u"LISTENING"_s
                                     : QString();
     const auto text = TextColours::of(link.contrast);
+    const auto modeScale = [&](double room) {
+        return wordScale(mode, modeSize, modeSize * capHeight - modeBelow, room * radius());
+    };
+    // Where it would be too small to read within the rim, the rim runs through it.
+    const bool within = modeScale(rimRoom) * modeSize >= subSize;
     const double scale =
-        wordScale(mode, modeSize, modeSize * capHeight - modeBelow, rimRoom * radius());
+        within ? modeScale(rimRoom) : std::min(modeScale(waveRoom), subSize / modeSize);
     const auto fits = [&](double room) {
         return wordScale(sub, subSize, subBelow, room * radius()) >= 1;
     };
@@ -238,8 +243,10 @@ void CoreScene::write(Layer &layer, const Link &link) const
         .size = modeSize * scale,
         .centred = true,
         .colour = text.soft});
+    if (!within)
+        layer.sprites.push_back(shadeBehind(layer.labels.last(), rimShade));
     // Too small to read, it is left out: the header says the same.
-    if (sub.isEmpty() || !fits(waveRoom))
+    if (sub.isEmpty() || !within || !fits(waveRoom))
         return;
     const Label small{.text = sub,
         .x = centreX(),

@@ -1,0 +1,26 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Kelo.Hud
+
+// What keeps a text readable over a picture in motion: dark behind the text, and fading out around
+// it, so that it cuts nothing off.
+Item {
+    id: ground
+
+    z: -1
+
+    Repeater {
+        model: 8
+
+        Rectangle {
+            required property int index
+
+            anchors.fill: parent
+            anchors.margins: -2 * (index + 1)
+            radius: 2 * (index + 2)
+            color: Hud.bg
+            opacity: 0.19 // where all of them lie, what shines through is less than a fifth
+        }
+    }
+}
