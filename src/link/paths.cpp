@@ -5,21 +5,28 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLoggingCategory>
 #include <QProcessEnvironment>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
 
+Q_DECLARE_LOGGING_CATEGORY(linkLog)
+
 namespace kelo {
 
 QString dataDirectory(const QProcessEnvironment &environment)
 {
+    const QString wanted = environment.value(u"KELO_HOME"_s);
     // Relative, it would mean another place to the engine, which runs inside it.
-    QString directory = QDir::current().absoluteFilePath(environment.value(u"KELO_HOME"_s));
-    if (!environment.contains(u"KELO_HOME"_s)) {
+    QString directory = QDir::current().absoluteFilePath(wanted);
+    const bool readable = !wanted.contains(QChar::ReplacementCharacter);
+    if (!environment.contains(u"KELO_HOME"_s) || !readable) {
         directory =
             QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/Kelo"_L1;
     }
+    if (!readable)
+        qCWarning(linkLog) << "KELO_HOME is not UTF-8: using" << directory;
     QDir().mkpath(directory);
     return directory;
 }

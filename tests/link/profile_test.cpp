@@ -65,6 +65,11 @@ private Q_SLOTS:
         environment.insert(u"KELO_HOME"_s, u"/proc/nowhere"_s);
         QCOMPARE(dataDirectory(environment), u"/proc/nowhere"_s);
 
+        environment.insert(u"KELO_HOME"_s,
+            QString::fromUtf8("/tmp/\xff"
+                              "a"));
+        QVERIFY(dataDirectory(environment).endsWith("/Kelo"_L1));
+
         for (const QString &payload : {u"some/where"_s, QString()}) {
             environment.insert(u"KELO_PAYLOAD"_s, payload);
             QCOMPARE(payloadDirectory(environment), payload);
