@@ -2,8 +2,10 @@
 #include "support/table.h"
 #include "visual/caption/caption_item.h"
 #include "visual/ring/ring_node.h"
+#include "visual/sprites/layer_node.h"
 
 #include <QGuiApplication>
+#include <QPainter>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -122,6 +124,44 @@ private Q_SLOTS:
             QVERIFY(
                 seen.center().y() > place.top() + top && seen.center().y() < place.bottom() + top);
         }
+    }
+
+    /// Where an item begins between two pixels, letters are as sharp as elsewhere.
+    void lettersMeetThePixels_data()
+    {
+        const Table<QPointF> row{"origin"};
+        row("on a pixel", {20, 30});
+        row("below one", {20, 30.75});
+        row("beside one", {20.75, 30});
+    }
+
+    void lettersMeetThePixels()
+    {
+        QFETCH(const QPointF, origin);
+        const Label label{
+            .text = u"LISTEN"_s, .x = 10, .y = 40, .size = 20, .colour = {1, 1, 1, 1}};
+        QQuickView window;
+        window.setColor(Qt::black);
+        auto *item = new Pictured<LabelsNode>([&](LabelsNode &node) {
+            node.show({label}, {window, 100, 1, origin});
+        });
+        window.setContent(QUrl(), nullptr, item);
+        window.resize(200, 200);
+        window.contentItem()->setSize({200, 200});
+        item->setPosition(origin);
+        const QImage drawn = window.grabWindow();
+        QImage meant(drawn.size(), drawn.format());
+        meant.fill(Qt::black);
+        QPainter painter(&meant);
+        painter.translate(origin);
+        SetLabel(label, 100).paint(painter);
+        painter.end();
+        int worst = 0;
+        for (int y = 0; y < meant.height(); ++y) {
+            for (int x = 0; x < meant.width(); ++x)
+                worst = std::max(worst, difference(drawn.pixel(x, y), meant.pixel(x, y)));
+        }
+        QVERIFY2(worst <= 2, QByteArray::number(worst));
     }
 
     void anUnseenWindowDrawsNothing()

@@ -61,6 +61,24 @@ public:
         return u"%1 from %2 to %3"_s.arg(count).arg(std::lround(low)).arg(std::lround(high));
     }
 
+    /// Where the grid's lines stand, one a C, and where the first few rows lie, from the bottom.
+    [[nodiscard]] QString grid() const
+    {
+        QStringList lines;
+        QStringList rows;
+        for (const Sprite &s : scene.picture()[0].sprites) {
+            if (s.top.alpha == 0.09F)
+                lines << u"%1 %2+%3 x%4"_s.arg(
+                    num(s.x), num(s.y - s.halfHeight), num(2 * s.halfHeight), num(2 * s.halfWidth));
+            if (s.top.alpha == 0.05F)
+                rows << u"%1 %2x%3"_s.arg(num(s.y), num(2 * s.halfWidth), num(2 * s.halfHeight));
+        }
+        return u"%1 from %2 to %3; %4 from %5, %6 to %7"_s.arg(lines.size())
+            .arg(lines.first(), lines.last())
+            .arg(rows.size())
+            .arg(rows[0], rows[1], rows.last());
+    }
+
     LinkFixture fixture;
     RainScene scene{fixture.link()};
 };
@@ -127,6 +145,22 @@ private Q_SLOTS:
         QFETCH(int, pitch);
         const Stand stand(script);
         QTEST(stand.on(pitch), "look");
+    }
+
+    void theGridDrifts_data()
+    {
+        const Table<QByteArrayList, QString> row{"script", "grid"};
+        row("at first", {"!0"},
+            u"8 from 40 160+640 x1 to 1020 160+640 x1; 11 from 240 1040x1, 320 1040x1 to 1040 1040x1"_s);
+        row("a second later", {"!1"},
+            u"8 from 40 160+640 x1 to 1020 160+640 x1; 11 from 210 1040x1, 290 1040x1 to 1010 1040x1"_s);
+    }
+
+    void theGridDrifts()
+    {
+        QFETCH(QByteArrayList, script);
+        const Stand stand(script);
+        QTEST(stand.grid(), "grid");
     }
 
     void sparksFly_data()
