@@ -256,6 +256,7 @@ def relaunch(program):
     time.sleep(1)
     assert not shown_windows(), "nobody looked at the window of the one before"
     tray.choose("Quit Kelo")
+    program.expect("qqq")  # each was asked to end
     assert (program.home / "runs").read_text() == "\n" * 3, "the session's mark is passed on"
 
 
