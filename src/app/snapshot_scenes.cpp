@@ -152,10 +152,10 @@ std::vector<SnapshotScene> references()
                   "first, then play it back to me as slowly as you like."}},
                 {0.5, {"word 49 6 300"}}, {0.3, {"word 56 2 150"}}, {0.15, {"word 59 3 150"}},
                 {0.1, {}}}),
-        referenceFlash(u"flash-first-beat"_s, "beat 0"),
-        referenceFlash(u"flash-beat"_s, "beat 2"),
-        referenceFlash(u"flash-good"_s, "flash good"),
-        referenceFlash(u"flash-wrong"_s, "flash wrong"),
+        referenceFlash(u"flashes-0"_s, "beat 0"),
+        referenceFlash(u"flashes-1"_s, "beat 2"),
+        referenceFlash(u"flashes-2"_s, "flash good"),
+        referenceFlash(u"flashes-3"_s, "flash wrong"),
     };
     return scenes;
 }

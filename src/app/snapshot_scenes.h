@@ -25,7 +25,9 @@ struct SnapshotScene {
     double scale = 1; ///< how large all is drawn
     std::vector<QSize> sizes{{1240, 840}, {900, 600}};
     QString item{}; ///< of the visual module, alone in the window; none: the whole display
-    bool reference = false; ///< one small picture, kept in the tree for comparison
+    /// One small picture, kept in the tree for comparison. Those whose names end in a number stand
+    /// on one sheet there.
+    bool reference = false;
 };
 
 [[nodiscard]] std::vector<SnapshotScene> snapshotScenes();

@@ -1,6 +1,7 @@
 #include "console.h"
 
 #include "hud/focus_keeper.h"
+#include "support/pictures.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -24,22 +25,6 @@ void collect(QQuickItem *item, QList<QQuickItem *> &found)
     found.append(item);
     for (QQuickItem *child : item->childItems())
         collect(child, found);
-}
-
-int pixelsApart(const QImage &a, const QImage &b)
-{
-    if (a.size() != b.size())
-        return std::max(a.width() * a.height(), 1);
-    int count = 0;
-    const auto far = [](int p, int q) { return std::abs(p - q) > 24; };
-    for (int y = 0; y < a.height(); ++y) {
-        for (int x = 0; x < a.width(); ++x) {
-            const QRgb p = a.pixel(x, y);
-            const QRgb q = b.pixel(x, y);
-            count += far(qRed(p), qRed(q)) || far(qGreen(p), qGreen(q)) || far(qBlue(p), qBlue(q));
-        }
-    }
-    return count;
 }
 
 } // namespace
@@ -166,23 +151,13 @@ QRectF Console::shown(const QQuickItem *item)
     return rect;
 }
 
-int Console::unlike(const QString &kept)
+QString Console::unlike(const QString &sheet, int number)
 {
-    const QString file = QStringLiteral(KEPT_PICTURES) + u'/' + kept + u".png"_s;
-    if (qEnvironmentVariableIsSet("KELO_KEEP_PICTURES")) {
+    if (qEnvironmentVariableIsSet("KELO_KEEP_PICTURES"))
         QTest::qWait(2000);
-        view.grabWindow().save(file);
-    }
-    const QImage expected(file);
-    int apart = 0;
-    const auto alike = [&] {
-        apart = pixelsApart(view.grabWindow(), expected);
-        return apart <= 8;
-    };
-    if (QTest::qWaitFor(alike, 4000))
-        return 0;
-    view.grabWindow().save(kept + u".png"_s); // beside the log
-    return apart;
+    else
+        (void)QTest::qWaitFor([&] { return isAsKept(view.grabWindow(), sheet, number); }, 4000);
+    return unlikeKept(view.grabWindow(), sheet, number);
 }
 
 QList<QAccessibleInterface *> Console::tree()

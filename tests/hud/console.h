@@ -40,9 +40,8 @@ public:
     [[nodiscard]] QStringList texts() const;
     /// The part of `item` that its scrolling ancestors let through, in window coordinates.
     [[nodiscard]] static QRectF shown(const QQuickItem *item);
-    /// What is left of a picture of the display when one that was kept is taken away: pixels that
-    /// are not alike, once everything has come to rest.
-    [[nodiscard]] int unlike(const QString &kept);
+    /// What is wrong with how it looks once everything has come to rest; see unlikeKept.
+    [[nodiscard]] QString unlike(const QString &sheet, int number = 0);
 
     /// Everything that a screen reader finds in the window, in its order.
     [[nodiscard]] QList<QAccessibleInterface *> tree();

@@ -141,13 +141,16 @@ private Q_SLOTS:
     /// Colours, sizes, places: all that can be seen of the console without what others draw.
     void looksAsItDid_data()
     {
-        const Table<QSize, QByteArrayList, QString> row{"size", "lines", "script"};
-        row("console", {1240, 840}, evening, u"> Surprise me"_s);
-        row("console-crowded", {900, 600}, crowded, u"state OFFLINE\n> Update later"_s);
-        row("console-stacked", {620, 700}, evening + QByteArrayList{"mode compose", "now noon"},
-            u"> VISUALISER"_s);
-        row("visualiser", {900, 200}, {"rollnew Waltz", "window visual 1"}, u"> BACK"_s);
-        row("visualiser-stacked", {450, 200}, {"window visual 1"}, u""_s);
+        const Table<QSize, QByteArrayList, QString, QString, int> row{
+            "size", "lines", "script", "sheet", "number"};
+        row("console", {1240, 840}, evening, u"> Surprise me"_s, u"console"_s, 0);
+        row("crowded", {900, 600}, crowded, u"state OFFLINE\n> Update later"_s,
+            u"console-crowded"_s, 0);
+        row("stacked", {620, 700}, evening + QByteArrayList{"mode compose", "now noon"},
+            u"> VISUALISER"_s, u"stacked"_s, 0);
+        row("visualiser", {900, 160}, {"rollnew Waltz", "window visual 1"}, u"> BACK"_s,
+            u"visualiser"_s, 0);
+        row("visualiser-stacked", {450, 160}, {"window visual 1"}, u""_s, u"visualiser"_s, 1);
     }
 
     void looksAsItDid()
@@ -161,7 +164,9 @@ private Q_SLOTS:
             console.link->handle(line);
         console.show(size);
         QCOMPARE(console.follow(script), u""_s);
-        QCOMPARE(console.unlike(QString::fromLatin1(QTest::currentDataTag())), 0);
+        QFETCH(const QString, sheet);
+        QFETCH(const int, number);
+        QCOMPARE(console.unlike(sheet, number), u""_s);
     }
 
 private:

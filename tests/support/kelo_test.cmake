@@ -35,7 +35,8 @@ function(kelo_test name)
     set(runner)
     if(TEST_DISPLAY)
         set(runner xvfb-run -a -s "-screen 0 1600x1000x24 -noreset")
-        list(APPEND environment "QT_QPA_PLATFORM=xcb" "LIBGL_ALWAYS_SOFTWARE=1")
+        list(APPEND environment "QT_QPA_PLATFORM=xcb" "LIBGL_ALWAYS_SOFTWARE=1"
+            "FONTCONFIG_FILE=${PROJECT_SOURCE_DIR}/tests/support/fonts.conf")
     endif()
 
     qt_add_executable(${name} ${TEST_UNPARSED_ARGUMENTS})
