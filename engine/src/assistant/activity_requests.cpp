@@ -59,7 +59,7 @@ void ActivityRequests::metronome(const Request &request, const Moment &now)
 
 void ActivityRequests::metronomeAccent(const Request &request, const Moment &now)
 {
-    const bool on = request.on.value_or(!session_.metronome.accented());
+    const bool on = request.on.value_or(true);
     session_.metronome.setAccent(on);
     session_.say(
         on ? "The metronome accents the first beat." : "The metronome accents no beat.", now);

@@ -64,11 +64,13 @@ std::optional<SpokenNumber> numberFrom(std::span<const Word> words, std::size_t 
 
 std::optional<Detail<bool>> switchIn(std::span<const Word> words)
 {
-    for (std::size_t i = words.size(); i-- > 0;) {
-        if (const auto on = named<bool>(words[i].text, switches))
-            return Detail<bool>{*on, i};
+    std::optional<Detail<bool>> found;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const auto on = named<bool>(words[i].text, switches);
+        if (on && (!found || found->value))
+            found = Detail<bool>{*on, i};
     }
-    return {};
+    return found;
 }
 
 std::optional<Detail<Hands>> handsIn(std::span<const Word> words)
@@ -204,6 +206,10 @@ std::optional<Detail<int>> numberIn(std::span<const Word> words)
         const auto number = numberAt(words.subspan(i));
         if (number && (counts(i) || number->words > 1 || words[i].text != "one"))
             return Detail<int>{number->value, i, number->words};
+    }
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        if (words[i].text == "half" && isOneOf(at(words, i + 1), {"speed", "tempo"}))
+            return Detail<int>{50, i};
     }
     for (std::size_t i = 1; i < words.size(); ++i) {
         if (const auto value = named<int>(words[i].text, soundAlike); value && counts(i))

@@ -15,7 +15,7 @@ template <typename Value> struct Detail {
     std::size_t words = 1;
 };
 
-/// "off", "without".
+/// "off", "without"; what is switched off wins over "on", which may only be a preposition.
 [[nodiscard]] std::optional<Detail<bool>> switchIn(std::span<const Word> words);
 
 /// "left hand", "both hands", "hands together".
@@ -40,7 +40,7 @@ template <typename Value> struct Detail {
 [[nodiscard]] std::optional<Detail<Mood>> moodIn(std::span<const Word> words);
 
 /// A number that belongs to nothing above; "to" and "for" count after "song" and the like.
-/// "This one" is no number.
+/// "This one" is no number, "half speed" is fifty.
 [[nodiscard]] std::optional<Detail<int>> numberIn(std::span<const Word> words);
 
 } // namespace kelo::engine

@@ -33,6 +33,7 @@ enum Takes : unsigned {
     TakesMood = 16,
     TakesNumber = 32,
     TakesParts = 64,
+    TakesSwitch = 128, ///< "on", "off"
 };
 
 /// One way to ask. `words` are what must be said, in any order: alternatives are separated by

@@ -63,6 +63,8 @@ struct Details {
         otherNumber = numberIn(rest);
         if (metre)
             strike(metre->at, metre->words);
+        if (parts)
+            strike(parts->at, parts->words);
         numberBesideMetre = numberIn(rest);
     }
 
@@ -100,7 +102,7 @@ public:
             if (group.front() == '?')
                 take(group.substr(1), true);
             else
-                complete = complete && take(group, false);
+                complete = ++needed_ > 0 && complete && take(group, false);
         });
         if (phrase.words == "@" && request_.other)
             return false; // a word of two titles is no request
@@ -109,14 +111,15 @@ public:
         return complete;
     }
 
-    /// Words explained less words that are not; more is better, below 1 is no fit.
-    [[nodiscard]] int score() const
+    /// Words explained less words that are not; more is better, below 1 is no fit. Among phrases
+    /// that explain as much, the one that needs more to be said is the likelier.
+    [[nodiscard]] std::pair<int, int> score() const
     {
         int explained = 0;
         for (const bool used : used_)
             explained += used;
         const int rest = unexplained();
-        return 2 * (explained - rest) + (explained > rest ? 1 : 0);
+        return {2 * (explained - rest) + (explained > rest ? 1 : 0), needed_};
     }
 
     [[nodiscard]] Request request() const
@@ -201,7 +204,7 @@ private:
     {
         if (phrase.on)
             request_.on = phrase.on;
-        else if (details_.on && !used_[details_.on->at])
+        else if ((job_.takes & TakesSwitch) != 0 && details_.on && !used_[details_.on->at])
             keep(details_.on, request_.on);
         if ((job_.takes & TakesHands) != 0)
             keep(details_.hands, request_.hands);
@@ -223,6 +226,7 @@ private:
     const Details &details_;
     const Job &job_;
     std::vector<bool> used_;
+    int needed_ = 0; ///< groups of words that must be said
     Request request_;
 };
 
@@ -241,7 +245,7 @@ std::optional<Request> understand(
 {
     const Details details(words, songs, how);
     std::optional<Request> best;
-    int bestScore = 0;
+    std::pair bestScore{0, 1000};
     for (const JobGroup &group : jobGroups()) {
         for (const Job &job : group.jobs) {
             for (const Phrase &phrase : job.phrases) {
