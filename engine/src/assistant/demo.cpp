@@ -59,29 +59,39 @@ const std::vector<Scene> &scenes()
 {
     static const std::vector<Scene> all = [] {
         Script script;
-        script.hears("Hello, I'm Kelo. This is a minute with me.");
-        script.says("teach me the ode to joy");
-        constexpr double beat = 0.5;
-        script.waitsForQuiet(5.2); // the part is played, too
-        for (const int pitch : {64, 64, 65, 67, 69})
-            script.plays({pitch}, 0.4, beat - 0.4);
-        script.waitsForQuiet(2);
-        for (const int pitch : {64, 64, 65, 67, 67, 65, 64, 62})
-            script.plays({pitch}, 0.4, beat - 0.4);
-        script.says("go home", 2.5);
-        script.says("play the minuet in G", 0.3);
-        script.says("stop", 13);
-        script.says("visualiser off", 0.2);
-        script.says("metronome at one twenty", 0.3);
-        script.says("metronome off", 2.5);
-        script.says("live band", 0.3);
+        const auto melody = [&script](std::initializer_list<int> pitches, double beat) {
+            for (const int pitch : pitches)
+                script.plays({pitch}, beat * 0.8, beat * 0.2);
+        };
+        script.hears("Hello, I'm Kelo. Two minutes with me.");
+        script.says("play me something happy", 0.2);
+        script.says("compose", 9);
         script.waitsForQuiet(0.3);
-        for (int round = 0; round < 2; ++round) {
-            script.plays({48, 60, 64, 67}, 2.3, 0.1);
-            script.plays({45, 60, 64, 69}, 2.3, 0.1);
-        }
-        script.says("stop", 0.2);
-        script.says("what time is it", 0.3);
+        melody({60, 62, 64, 65, 67, 67, 69, 67}, 0.4);
+        script.says("another variation", 0.4);
+        script.says("make it a lullaby", 6);
+        script.says("jam with me", 7);
+        script.waitsForQuiet(0.2);
+        melody({67, 69, 70, 67, 65, 67, 60, 62}, 0.3);
+        script.says("live band", 7);
+        script.waitsForQuiet(0.2);
+        script.plays({48, 60, 64, 67}, 2.3, 0.1);
+        script.plays({45, 60, 64, 69}, 2.3, 0.1);
+        script.says("keep that", 0.2);
+        script.says("jazz lesson one", 0.3);
+        script.waitsForQuiet(0.2); // for the idea and its example
+        script.plays({48, 52, 59}, 0.8, 0.3);
+        script.says("ear training", 0.8);
+        script.waitsForQuiet(0.3);
+        melody({64}, 0.5);
+        script.says("metronome in three four at one twenty", 2);
+        script.says("metronome in triplets", 2);
+        script.says("teach me the ode to joy", 3);
+        script.waitsForQuiet(0.3); // for the part that is played
+        melody({64, 64, 65, 67, 67, 65, 64, 62}, 0.45);
+        script.says("play my album", 1.5);
+        script.says("reaper control", 7);
+        script.says("go home", 0.5);
         return script.scenes;
     }();
     return all;

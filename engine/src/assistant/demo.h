@@ -9,8 +9,8 @@
 
 namespace kelo::engine {
 
-/// A minute in which everything happens by itself, for someone who has neither keyboard nor
-/// microphone: what a user would have said, pressed and played. Seconds throughout.
+/// Two minutes in which one of each activity happens by itself, for someone who has neither
+/// keyboard nor microphone: what a user would have said, pressed and played. Seconds throughout.
 class Demo {
 public:
     using Step = std::variant<Command, ChannelMessage>;

@@ -42,6 +42,7 @@ Engine::Engine(Wire &lines, std::function<void()> news, bool showsItself)
     , voice_(news)
     , piano_(news, setting("KELO_PIANO"))
     , surfacePort_("Kelo Control", std::move(news))
+    , data_(showsItself)
 {
     piano_.look(monotonicNow());
     if (showsItself)

@@ -31,7 +31,7 @@ namespace kelo::engine {
 class Engine {
 public:
     /// `news` is called on other threads when `advance` has something to do. `showsItself`: the
-    /// demonstration runs, in place of a piano.
+    /// demonstration runs, in place of a piano, and keeps nothing.
     Engine(Wire &lines, std::function<void()> news, bool showsItself);
 
     /// Does what is due, and what the inputs ask for.
@@ -61,8 +61,9 @@ private:
     Player player_{wire_, through_, clock_};
     Metronome metronome_{wire_, mixer_.ticks(), clock_};
     Band band_{wire_, mixer_.band(), clock_};
-    const std::filesystem::path home_ = homeFolder();
-    const std::filesystem::path songs_ = songsFolder(setting("HOME"));
+    const DataFolder data_;
+    const std::filesystem::path &home_ = data_.path();
+    const std::filesystem::path songs_ = data_.songs();
     Library library_{songs_};
     ReaperControl reaper_{home_ / "reaper", millisecondsSinceEpoch()};
     Assistant assistant_{{wire_, speaker_, player_, metronome_, band_, through_, mixer_.keys(),

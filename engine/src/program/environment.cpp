@@ -1,10 +1,13 @@
 #include "program/environment.h"
 
+#include "songs/library.h"
+
 #include <spawn.h>
 #include <unistd.h>
 
 #include <array>
 #include <cstdlib>
+#include <system_error>
 
 namespace kelo::engine {
 
@@ -34,6 +37,28 @@ std::filesystem::path homeFolder()
     if (std::getenv("KELO_HOME"))
         return setting("KELO_HOME");
     return std::filesystem::path(setting("HOME")) / ".local" / "share" / "Kelo";
+}
+
+DataFolder::DataFolder(bool scratch)
+    : scratch_(scratch)
+    , path_(homeFolder())
+{
+    std::error_code error;
+    std::string name = (std::filesystem::temp_directory_path(error) / "kelo-XXXXXX").string();
+    if (scratch_ && (scratch_ = mkdtemp(name.data()) != nullptr))
+        path_ = name;
+}
+
+DataFolder::~DataFolder()
+{
+    std::error_code error;
+    if (scratch_)
+        std::filesystem::remove_all(path_, error);
+}
+
+std::filesystem::path DataFolder::songs() const
+{
+    return songsFolder(scratch_ ? path_ : std::filesystem::path(setting("HOME")));
 }
 
 bool openWithDesktop(const std::filesystem::path &page)

@@ -20,6 +20,23 @@ namespace kelo::engine {
 /// Where the engine keeps its files.
 [[nodiscard]] std::filesystem::path homeFolder();
 
+/// The folder with the engine's files: the user's, or an empty one that is gone with this.
+class DataFolder {
+public:
+    explicit DataFolder(bool scratch);
+    ~DataFolder();
+    DataFolder(const DataFolder &) = delete;
+    DataFolder &operator=(const DataFolder &) = delete;
+
+    [[nodiscard]] const std::filesystem::path &path() const { return path_; }
+    /// The folder with songs that belongs to it.
+    [[nodiscard]] std::filesystem::path songs() const;
+
+private:
+    bool scratch_;
+    std::filesystem::path path_;
+};
+
 /// Shows a page with whatever the desktop has for it. False where it has nothing.
 bool openWithDesktop(const std::filesystem::path &page);
 
