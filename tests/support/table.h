@@ -1,6 +1,11 @@
 #pragma once
 
+#include "support/files.h"
+
 #include <QTest>
+
+#include <initializer_list>
+#include <memory>
 
 namespace kelo::test {
 
@@ -21,5 +26,40 @@ public:
         (QTest::newRow(name) << ... << values);
     }
 };
+
+/// A row, with the column "script", for each part of a text file that begins with "== " and its
+/// name. Returns what stands before them.
+inline QString scriptRows(const QString &file)
+{
+    QStringList parts = QString::fromUtf8(readFile(file)).split(QStringLiteral("\n== "));
+    const Table<QString> row{"script"};
+    const QString head = parts.takeFirst();
+    for (const QString &part : parts)
+        row(qPrintable(part.section(u'\n', 0, 0)), part.section(u'\n', 1).trimmed());
+    return head;
+}
+
+/// What is given to a function, and what it has to make of that.
+template <typename Given, typename Made> struct Row {
+    const char *name;
+    Given given;
+    Made made;
+};
+
+/// Fails at the first row of which the function makes something else.
+///
+///     checkRows<QByteArray, int>(numberOf, {{"two words", "ninety five", 95}});
+template <typename Given, typename Made, typename Function>
+void checkRows(const Function &function, std::initializer_list<Row<Given, Made>> rows)
+{
+    for (const auto &[name, given, expected] : rows) {
+        const Made made = function(given);
+        const std::unique_ptr<char[]> is(QTest::toString(made));
+        const std::unique_ptr<char[]> wanted(QTest::toString(expected));
+        const QString finding = QString::asprintf("%s: is %s, not %s", name,
+            is ? is.get() : "something else", wanted ? wanted.get() : "as wanted");
+        QVERIFY2(made == expected, qPrintable(finding));
+    }
+}
 
 } // namespace kelo::test

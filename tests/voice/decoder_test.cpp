@@ -1,3 +1,4 @@
+#include "support/files.h"
 #include "voice/name/taught_name.h"
 #include "voice/name/wake_training.h"
 #include "voice/recognition/sphinx_decoder.h"
@@ -12,14 +13,22 @@
 #include <pocketsphinx.h>
 #include <sphinxbase/err.h>
 
-#include <tuple>
-
 using namespace Qt::StringLiterals;
 using namespace kelo;
+using namespace kelo::test;
 
 namespace {
 
 const QString model = QStringLiteral(KELO_POCKETSPHINX);
+
+/// What a decoder makes of a whole utterance.
+QStringList wordsIn(SphinxDecoder &decoder, const Samples &sound, const std::stop_token &stop = {})
+{
+    decoder.begin(stop);
+    decoder.process(sound);
+    decoder.end();
+    return decoder.words();
+}
 
 } // namespace
 
@@ -111,29 +120,24 @@ private Q_SLOTS:
 
     void damagedModelsAreLeftOut()
     {
-        const std::tuple<const char *, QString, QByteArray> damages[] = {
-            {"model cut short", u"luna-lm"_s, "\\data\\\nngram 1=5\n"},
-            {"model gone", u"luna-lm"_s, {}},
-            {"not a model", u"luna-lm"_s, QByteArray(5000, '\xff')},
-            {"other words", u"luna-vocab"_s, "luna ZZ\n"},
+        const std::pair<QString, QByteArray> damages[] = {
+            {u"luna-lm"_s, "\\data\\\nngram 1=5\n"}, // cut short
+            {u"luna-lm"_s, {}}, // gone
+            {u"luna-lm"_s, QByteArray(5000, '\xff')}, // no model
+            {u"luna-vocab"_s, "luna ZZ\n"}, // other words
         };
         const SphinxRecogniser recogniser(model);
         const auto decoder = SphinxDecoder::load(model);
         QVERIFY(decoder);
-        for (const auto &[damage, file, contents] : damages) {
+        for (const auto &[file, contents] : damages) {
             const auto taught = taughtTo(recogniser, u"Luna"_s);
-            QFile damaged(folder_.filePath(file));
-            QVERIFY(contents.isEmpty()
-                    ? damaged.remove()
-                    : damaged.open(QIODevice::WriteOnly) && damaged.write(contents));
-            damaged.close();
+            QFile::remove(folder_.filePath(file));
+            if (!contents.isEmpty())
+                writeFile(folder_.filePath(file), contents);
             QVERIFY(!decoder->expect({}, {}));
-            QVERIFY2(decoder->expect(taught, {}), damage);
+            QVERIFY2(decoder->expect(taught, {}), contents);
         }
-        decoder->begin(); // and goes on without
-        decoder->process(spoken(u"what time is it"_s));
-        decoder->end();
-        QVERIFY(!decoder->words().isEmpty());
+        QVERIFY(!wordsIn(*decoder, spoken(u"what time is it"_s)).isEmpty()); // goes on without
     }
 
     void expectationsMayChangeForever()
@@ -145,10 +149,7 @@ private Q_SLOTS:
             QVERIFY(!decoder->expect({},
                 i % 4 ? QStringList{u"jazz lesson"_s, u"number %1"_s.arg(i % 7)}
                       : QStringList{u"qwzx%1"_s.arg(i), u"!"_s}));
-            decoder->begin();
-            decoder->process(speech);
-            decoder->end();
-            QVERIFY(!decoder->words().isEmpty());
+            QVERIFY(!wordsIn(*decoder, speech).isEmpty());
         }
     }
 
@@ -178,8 +179,7 @@ private Q_SLOTS:
     {
         SphinxRecogniser recogniser(folder_.path());
         QVERIFY(!recogniser.isAvailable() && !recogniser.teacher());
-        QFile dictionary(SphinxDecoder::dictionaryIn(folder_.path())); // there is no more than that
-        QVERIFY(dictionary.open(QIODevice::WriteOnly));
+        writeFile(SphinxDecoder::dictionaryIn(folder_.path()), {}); // there is no more than that
         SphinxRecogniser broken(folder_.path());
         QVERIFY(broken.isAvailable());
         QCOMPARE(recognised(broken, {}, Samples(1600)), QString());
@@ -207,24 +207,16 @@ private Q_SLOTS:
         std::stop_source stop;
         stop.request_stop();
         QVERIFY(!decoder->expect(taught, {u"zyrkal sonata"_s}, stop.get_token()));
-        decoder->begin();
-        decoder->process(speech);
-        decoder->end();
-        QVERIFY(!decoder->words().contains(u"kelo"_s)); // it was left as it was
+        QVERIFY(!wordsIn(*decoder, speech).contains(u"kelo"_s)); // it was left as it was
         QVERIFY(!decoder->expect(taught, {u"zyrkal sonata"_s}));
         const double searched = decoder->secondsSearched();
-        decoder->begin(stop.get_token());
-        decoder->process(speech);
-        decoder->end();
+        wordsIn(*decoder, speech, stop.get_token());
         decoder->begin();
         decoder->process(Samples(speech.begin(), speech.begin() + 16000));
         decoder->abandon();
         QVERIFY(decoder->words().isEmpty());
         QVERIFY(decoder->secondsSearched() - searched < 1.1);
-        decoder->begin();
-        decoder->process(speech);
-        decoder->end();
-        QVERIFY(!decoder->words().isEmpty());
+        QVERIFY(!wordsIn(*decoder, speech).isEmpty());
     }
 
 private:

@@ -1,3 +1,4 @@
+#include "support/table.h"
 #include "voice/capture/audio.h"
 #include "voice/capture/resampler.h"
 #include "voice/recognition/comfort_noise.h"
@@ -7,13 +8,12 @@
 
 #include <QTest>
 
-#include <array>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <random>
 
 using namespace kelo;
+using namespace kelo::test;
 
 namespace {
 
@@ -48,38 +48,31 @@ class SoundTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void peaksInEveryFormat_data()
-    {
-        QTest::addColumn<int>("format");
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<double>("peak");
-        const auto row = [](const char *name, AudioFormat::Sample format, const QByteArray &bytes,
-                             double peak) {
-            QTest::newRow(name) << static_cast<int>(format) << bytes << peak;
-        };
-        using enum AudioFormat::Sample;
-        constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-        constexpr float inf = std::numeric_limits<float>::infinity();
-        row("nothing", Int16, {}, 0);
-        row("float", Float32, bytesOf({-0.25F}), 0.25);
-        row("float beyond full scale", Float32, bytesOf({1.5F}), 1.5);
-        row("not a number", Float32, bytesOf({nan, 0.F, 0.F, 0.F, 0.F, 0.F, 0.F, 0.F, 0.5F}), 0.5);
-        row("infinite", Float32, bytesOf({inf}), 0);
-        row("16 bits, lowest", Int16, bytesOf<qint16>({-32768}), 1);
-        row("16 bits", Int16, bytesOf<qint16>({8192}), 0.25);
-        row("32 bits, lowest", Int32, bytesOf<qint32>({std::numeric_limits<qint32>::min()}), 1);
-        row("32 bits", Int32, bytesOf<qint32>({1 << 29}), 0.25);
-        row("every 8th only", Int16, bytesOf<qint16>({0, 9, 9, 9, 9, 9, 9, 9, 16384, 9}), 0.5);
-        row("half a sample at the end", Int16, bytesOf<qint16>({16384}) + "x", 0.5);
-        row("less than a sample", Float32, "abc", 0);
-        row("unknown", Other, bytesOf<qint16>({32767}), 0);
-    }
-
     void peaksInEveryFormat()
     {
-        QFETCH(int, format);
-        QFETCH(QByteArray, bytes);
-        QTEST(peakOf({{static_cast<AudioFormat::Sample>(format), 48000, 2}, bytes}), "peak");
+        using enum AudioFormat::Sample;
+        using Stored = std::pair<AudioFormat::Sample, QByteArray>;
+        constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+        constexpr float inf = std::numeric_limits<float>::infinity();
+        const auto peak = [](const Stored &stored) {
+            return peakOf({{stored.first, 48000, 2}, stored.second});
+        };
+        checkRows<Stored, double>(peak,
+            {{"nothing", {Int16, {}}, 0}, {"float", {Float32, bytesOf({-0.25F})}, 0.25},
+                {"float beyond full scale", {Float32, bytesOf({1.5F})}, 1.5},
+                {"not a number", {Float32, bytesOf({nan, 0.F, 0.F, 0.F, 0.F, 0.F, 0.F, 0.F, 0.5F})},
+                    0.5},
+                {"infinite", {Float32, bytesOf({inf})}, 0},
+                {"16 bits, lowest", {Int16, bytesOf<qint16>({-32768})}, 1},
+                {"16 bits", {Int16, bytesOf<qint16>({8192})}, 0.25},
+                {"32 bits, lowest", {Int32, bytesOf<qint32>({std::numeric_limits<qint32>::min()})},
+                    1},
+                {"32 bits", {Int32, bytesOf<qint32>({1 << 29})}, 0.25},
+                {"every 8th only", {Int16, bytesOf<qint16>({0, 9, 9, 9, 9, 9, 9, 9, 16384, 9})},
+                    0.5},
+                {"half a sample at the end", {Int16, bytesOf<qint16>({16384}) + "x"}, 0.5},
+                {"less than a sample", {Float32, "abc"}, 0},
+                {"unknown", {Other, bytesOf<qint16>({32767})}, 0}});
     }
 
     void mixesToMono()

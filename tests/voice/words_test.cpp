@@ -1,3 +1,4 @@
+#include "support/table.h"
 #include "voice/name/accents.h"
 #include "voice/name/name_doubt.h"
 #include "voice/name/pronunciation.h"
@@ -8,36 +9,27 @@
 
 #include <QTest>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 using namespace kelo;
+using namespace kelo::test;
 
 /// What words sound like, which are likely, and which are shown.
 class WordsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void mapsSoundsToPhones_data()
-    {
-        QTest::addColumn<QString>("ipa");
-        QTest::addColumn<QString>("phones");
-        QTest::newRow("stress and length") << u"kˈiːloʊ"_s << u"K IY L OW"_s;
-        QTest::newRow("British") << u"ɐpˈɒləʊ"_s << u"AH P AA L OW"_s;
-        QTest::newRow("two letters, one sound") << u"dʒˈɑːz tʃˈeə"_s << u"JH AA Z CH EH"_s;
-        QTest::newRow("r after o") << u"fˈoːɹ"_s << u"F AO R"_s;
-        QTest::newRow("another language's mark") << u"(hi)sˈiːtaː(en-us)"_s << u"S IY T AA"_s;
-        QTest::newRow("foreign sounds") << u"ʁøɲyχ"_s << u"R ER N Y UW K"_s;
-        QTest::newRow("no sounds") << u"ˈˌ.‿ 12"_s << QString();
-    }
-
     void mapsSoundsToPhones()
     {
-        QFETCH(QString, ipa);
-        QTEST(phonesOfIpa(ipa).join(u' '), "phones");
-        QCOMPARE(phonesOfXSampa(u"k e l oU"_s), (Phones{u"K"_s, u"EY"_s, u"L"_s, u"OW"_s}));
-        QCOMPARE(
-            phonesOfXSampa(u"\"dZ{z r\\Q"_s), (Phones{u"JH"_s, u"AE"_s, u"Z"_s, u"R"_s, u"AA"_s}));
+        checkRows<QString, QString>([](const QString &ipa) { return phonesOfIpa(ipa).join(u' '); },
+            {{"stress and length", u"kˈiːloʊ"_s, u"K IY L OW"_s},
+                {"British", u"ɐpˈɒləʊ"_s, u"AH P AA L OW"_s},
+                {"two letters, one sound", u"dʒˈɑːz tʃˈeə"_s, u"JH AA Z CH EH"_s},
+                {"r after o", u"fˈoːɹ"_s, u"F AO R"_s},
+                {"another language's mark", u"(hi)sˈiːtaː(en-us)"_s, u"S IY T AA"_s},
+                {"foreign sounds", u"ʁøɲyχ"_s, u"R ER N Y UW K"_s},
+                {"no sounds", u"ˈˌ.‿ 12"_s, QString()}});
+        QCOMPARE(phonesOfXSampa(u"k e l oU"_s).join(u' '), u"K EY L OW"_s);
+        QCOMPARE(phonesOfXSampa(u"\"dZ{z r\\Q"_s).join(u' '), u"JH AE Z R AA"_s);
     }
 
     void everyNameCanBeSaid()
@@ -64,49 +56,46 @@ private Q_SLOTS:
     /// first.
     void accentsChangeOneSound()
     {
-        const auto accents = [](const char *phones, qsizetype limit) {
+        const auto accents = [](const QString &phones) {
             QStringList ways;
-            for (const Phones &way : accentsOf({QString::fromLatin1(phones).split(u' ')}, limit))
+            for (const Phones &way : accentsOf({phones.split(u' ')}, 100))
                 ways.append(way.join(u' '));
             return ways.join(u", "_s);
         };
-        QCOMPARE(accents("HH AA R M AH N IY", 100),
-            u"HH AA R M AH N IY, HH AO R M AH N IY, HH AE R M AH N IY, HH AA M AH N IY, HH AA R M AH N IH, HH AA R M AH N EY, HH AA R M IH N IY, AA R M AH N IY"_s);
-        QCOMPARE(accents("M ER AA B Y UW T OW", 100),
-            u"M ER AA B Y UW T OW, M ER AO B Y UW T OW, M ER AE B Y UW T OW, M ER AA B Y UW D OW, M ER AA B Y UW T AO, M ER AA B Y UW T UH, M ER AA B UW T OW"_s);
-        QCOMPARE(accents("HH AA R M AH N IY", 2), u"HH AA R M AH N IY, HH AO R M AH N IY"_s);
-        QCOMPARE(accents("M ER R AA B OW", 100),
-            u"M ER R AA B OW, M ER R AO B OW, M ER R AE B OW, M IH R AA B OW, M AH R AA B OW, M ER AA B OW, M ER R AA B AO, M ER R AA B UH"_s);
-        QCOMPARE(accents("M", 12), u"M"_s);
+        checkRows<QString, QString>(accents,
+            {{"Harmony", u"HH AA R M AH N IY"_s,
+                 u"HH AA R M AH N IY, HH AO R M AH N IY, HH AE R M AH N IY, HH AA M AH N IY, HH AA R M AH N IH, HH AA R M AH N EY, HH AA R M IH N IY, AA R M AH N IY"_s},
+                {"Mirabuto", u"M ER AA B Y UW T OW"_s,
+                    u"M ER AA B Y UW T OW, M ER AO B Y UW T OW, M ER AE B Y UW T OW, M ER AA B Y UW D OW, M ER AA B Y UW T AO, M ER AA B Y UW T UH, M ER AA B UW T OW"_s},
+                {"Merrabo", u"M ER R AA B OW"_s,
+                    u"M ER R AA B OW, M ER R AO B OW, M ER R AE B OW, M IH R AA B OW, M AH R AA B OW, M ER AA B OW, M ER R AA B AO, M ER R AA B UH"_s},
+                {"Claire", u"K L EH R"_s, u"K L EH R, K L AE R, K L ER R, K L IH R, K L EH"_s},
+                {"Aurelia", u"AO R EY L IY AH"_s,
+                    u"AO R EY L IY AH, AA R EY L IY AH, AO R EH L IY AH, AO R EY L IY AA"_s},
+                {"a bigger", u"AH B IH G ER"_s,
+                    u"AH B IH G ER, AH B IH G AH, AE B IH G ER, AH B AH G ER"_s},
+                {"Cara", u"K AE R AH"_s, u"K AE R AH, K EH R AH, K AE R AA"_s},
+                {"one sound", u"M"_s, u"M"_s}});
+        QCOMPARE(accentsOf({{u"K"_s, u"AA"_s}}, 2).size(), 2);
         const QList<Phones> both{{u"K"_s, u"EH"_s, u"L"_s, u"OW"_s}, {u"K"_s, u"EY"_s}};
         QCOMPARE(accentsOf(both, 1), both); // what is known is never left out
     }
 
-    void namesAreOneWord_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QStringList>("tokens");
-        QTest::newRow("plain") << u"Kelo"_s << u"Hey Kelo, what's the weather?"_s
-                               << QStringList{
-                                      u"hey"_s, u"kelo"_s, u"what's"_s, u"the"_s, u"weather"_s};
-        QTest::newRow("with a number") << u"Kelo 2"_s << u"okay Kelo 2 stop"_s
-                                       << QStringList{u"okay"_s, u"kelo_2"_s, u"stop"_s};
-        QTest::newRow("the library's own marks") << u"</s> (2)"_s << u"Hey </s> (2) play"_s
-                                                 << QStringList{u"hey"_s, u"s___2"_s, u"play"_s};
-        QTest::newRow("not inside a word")
-            << u"Kelo"_s << u"Kelos kelo"_s << QStringList{u"kelos"_s, u"kelo"_s};
-        QTest::newRow("other letters")
-            << u"Zoë"_s << u"hey ZOË"_s << QStringList{u"hey"_s, u"zoë"_s};
-        QTest::newRow("no letters")
-            << u"!!"_s << u"Hey !! stop"_s << QStringList{u"hey"_s, u"stop"_s};
-    }
-
     void namesAreOneWord()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, text);
-        QTEST(tokensOf(text, name), "tokens");
+        // The name, then what was written.
+        const auto tokens = [](const QStringList &row) {
+            return tokensOf(row[1], row[0]).join(u' ');
+        };
+        checkRows<QStringList, QString>(tokens,
+            {{"plain", {u"Kelo"_s, u"Hey Kelo, what's the weather?"_s},
+                 u"hey kelo what's the weather"_s},
+                {"with a number", {u"Kelo 2"_s, u"okay Kelo 2 stop"_s}, u"okay kelo_2 stop"_s},
+                {"the library's own marks", {u"</s> (2)"_s, u"Hey </s> (2) play"_s},
+                    u"hey s___2 play"_s},
+                {"not inside a word", {u"Kelo"_s, u"Kelos kelo"_s}, u"kelos kelo"_s},
+                {"other letters", {u"Zoë"_s, u"hey ZOË"_s}, u"hey zoë"_s},
+                {"no letters", {u"!!"_s, u"Hey !! stop"_s}, u"hey stop"_s}});
     }
 
     /// Half of the smallest count after a history is lent to the shorter one; what stands alone is
@@ -147,88 +136,76 @@ ngram 3=5
         QVERIFY(arpaModel({}, 1).contains("\\end\\"));
     }
 
-    void aNameIsDoubtedAmongOtherTalk_data()
-    {
-        QTest::addColumn<QString>("words"); // "-" is a pause, "!" is behind what was to be expected
-        QTest::addColumn<bool>("ledUpTo");
-        QTest::addColumn<bool>("lone"); // as far as it was heard
-        QTest::addColumn<int>("others"); // words around it: as much is asked of it
-        QTest::newRow("alone") << u"- kelo -"_s << true << false << 0;
-        QTest::newRow("first of all") << u"kelo stop!"_s << true << false << 1;
-        QTest::newRow("first of something else") << u"kelo fifty"_s << true << false << 1;
-        QTest::newRow("after a call") << u"- hey! kelo! what's!"_s << true << false << 2;
-        QTest::newRow("after a pause") << u"talk - kelo -"_s << true << false << 1;
-        QTest::newRow("at the end") << u"over kelo -"_s << false << false << 1;
-        QTest::newRow("asked for something") << u"over kelo stop!"_s << false << false << 2;
-        QTest::newRow("not gone on yet") << u"over kelo"_s << false << true << 1;
-        QTest::newRow("in the middle") << u"we kelo asleep"_s << false << true << 2;
-    }
-
     void aNameIsDoubtedAmongOtherTalk()
     {
-        QFETCH(QString, words);
-        std::vector<AccountedWord> account;
-        for (QString word : words.split(u' ')) {
-            const double likelihood = word.endsWith(u'!') ? 0.5 : 0.001;
-            account.push_back({word.remove(u'!').remove(u'-'), 0, 0, likelihood});
+        // "-" is a pause, "!" is behind what was to be expected. What is asked of the name grows
+        // with the words around it.
+        const auto doubt = [](const QString &words) {
+            std::vector<AccountedWord> account;
+            std::size_t place = 0;
+            for (QString word : words.split(u' ')) {
+                const double likelihood = word.endsWith(u'!') ? 0.5 : 0.001;
+                account.push_back({word.remove(u'!').remove(u'-'), 0, 0, likelihood});
+                place = word == u"kelo"_s ? account.size() - 1 : place;
+            }
+            const double ofOne = advantageWanted({{u"talk"_s, 0, 0, 0}}, u"kelo"_s);
+            return u"%1%2%3"_s
+                .arg(isLedUpTo(account, place) ? u"led up to, "_s : QString(),
+                    isLone(account, place) ? u"lone, "_s : QString())
+                .arg(advantageWanted(account, u"kelo"_s) / ofOne);
+        };
+        checkRows<QString, QString>(doubt,
+            {{"alone", u"- kelo -"_s, u"led up to, 0"_s},
+                {"first of all", u"kelo stop!"_s, u"led up to, 1"_s},
+                {"first of something else", u"kelo fifty"_s, u"led up to, 1"_s},
+                {"after a call", u"- hey! kelo! what's!"_s, u"led up to, 2"_s},
+                {"after a pause", u"talk - kelo -"_s, u"led up to, 1"_s},
+                {"at the end", u"over kelo -"_s, u"1"_s},
+                {"asked for something", u"over kelo stop!"_s, u"2"_s},
+                {"not gone on yet", u"over kelo"_s, u"lone, 1"_s},
+                {"in the middle", u"we kelo asleep"_s, u"lone, 2"_s}});
+        QVERIFY(advantageWanted({{u"talk"_s, 0, 0, 0}}, u"kelo"_s) > 0);
+    }
+
+    /// What is shown of a belief at each moment.
+    void shownWordsStandAndStay_data()
+    {
+        const Table<QStringList> row{"moments"}; // when: belief > what is shown
+        row("names wait longer",
+            {u"0.1: the > "_s, u"0.2: the kelo > the"_s, u"0.4: the kelo play > the"_s,
+                u"0.5: the kelo play > the kelo play"_s});
+        QStringList unsteady;
+        for (int i = 1; i < 30; ++i)
+            unsteady << (i % 2 ? u"%1: kelo > "_s : u"%1: hello > "_s).arg(i / 10.0);
+        row("unsteady ones are never shown", unsteady);
+        row("words stay until they are contradicted",
+            {u"0.1: play it > "_s, u"0.2: play it > play it"_s,
+                u"0.3: played > play it"_s, // a moment's doubt
+                u"0.4: play > play it"_s, u"0.5: play it > play it"_s, u"0.6: played a > play it"_s,
+                u"0.8: played a > play it"_s, u"0.9: played a > played a"_s, u"1.0:  > played a"_s,
+                u"1.3:  > "_s});
+    }
+
+    void shownWordsStandAndStay()
+    {
+        QFETCH(QStringList, moments);
+        PartialStabiliser shown(u"kelo"_s);
+        for (const QString &moment : std::as_const(moments)) {
+            const QString belief = moment.section(u": "_s, 1).section(u" > "_s, 0, 0);
+            QCOMPARE(shown
+                         .update(belief.split(u' ', Qt::SkipEmptyParts),
+                             moment.section(u':', 0, 0).toDouble())
+                         .join(u' '),
+                moment.section(u" > "_s, 1));
         }
-        const auto name = std::find_if(account.begin(), account.end(),
-            [](const AccountedWord &word) { return word.token == u"kelo"_s; });
-        const auto place = static_cast<std::size_t>(name - account.begin());
-        QTEST(isLone(account, place), "lone");
-        QTEST(isLedUpTo(account, place), "ledUpTo");
-        QFETCH(int, others);
-        const double ofOne = advantageWanted({{u"talk"_s, 0, 0, 0}}, u"kelo"_s);
-        QVERIFY(ofOne > 0);
-        QCOMPARE(advantageWanted(account, u"kelo"_s), others * ofOne);
-    }
-
-    void namesWaitUntilTheyStand()
-    {
-        PartialStabiliser steady(u"kelo"_s);
-        QCOMPARE(steady.update({u"the"_s}, 0.1), QStringList());
-        QCOMPARE(steady.update({u"the"_s, u"kelo"_s}, 0.2), QStringList{u"the"_s});
-        QCOMPARE(steady.update({u"the"_s, u"kelo"_s, u"play"_s}, 0.4), QStringList{u"the"_s});
-        QCOMPARE(steady.update({u"the"_s, u"kelo"_s, u"play"_s}, 0.5),
-            (QStringList{u"the"_s, u"kelo"_s, u"play"_s}));
-
-        PartialStabiliser unsteady(u"kelo"_s);
-        for (double now = 0.1; now < 3; now += 0.2) {
-            QVERIFY(!unsteady.update({u"kelo"_s}, now).contains(u"kelo"_s));
-            QVERIFY(!unsteady.update({u"hello"_s}, now + 0.1).contains(u"kelo"_s));
-        }
-    }
-
-    void shownWordsStayUntilContradicted()
-    {
-        PartialStabiliser steady(u"kelo"_s);
-        const QStringList playIt{u"play"_s, u"it"_s};
-        steady.update(playIt, 0.1);
-        QCOMPARE(steady.update(playIt, 0.2), playIt);
-        QCOMPARE(steady.update({u"played"_s}, 0.3), playIt); // a moment's doubt
-        QCOMPARE(steady.update({u"play"_s}, 0.4), playIt);
-        QCOMPARE(steady.update(playIt, 0.5), playIt);
-        QCOMPARE(steady.update({u"played"_s, u"a"_s}, 0.6), playIt);
-        QCOMPARE(steady.update({u"played"_s, u"a"_s}, 0.8), playIt);
-        QCOMPARE(steady.update({u"played"_s, u"a"_s}, 0.9), (QStringList{u"played"_s, u"a"_s}));
-        QCOMPARE(steady.update({}, 1.0), (QStringList{u"played"_s, u"a"_s}));
-        QCOMPARE(steady.update({}, 1.3), QStringList());
-    }
-
-    void findsNamesWrittenCorrectly_data()
-    {
-        QTest::addColumn<QString>("words");
-        QTest::addColumn<bool>("found");
-        QTest::newRow("case and punctuation") << u"so, KELO 2. stop"_s << true;
-        QTest::newRow("another name") << u"Kelo stop"_s << false;
-        QTest::newRow("inside a word") << u"Kelo 2nd"_s << false;
-        QTest::newRow("nothing") << QString() << false;
     }
 
     void findsNamesWrittenCorrectly()
     {
-        QFETCH(QString, words);
-        QTEST(namesIt(words, u"Kelo 2"_s), "found");
+        checkRows<QString, bool>([](const QString &words) { return namesIt(words, u"Kelo 2"_s); },
+            {{"case and punctuation", u"so, KELO 2. stop"_s, true},
+                {"another name", u"Kelo stop"_s, false}, {"inside a word", u"Kelo 2nd"_s, false},
+                {"nothing", QString(), false}});
     }
 };
 
