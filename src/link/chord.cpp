@@ -72,9 +72,8 @@ std::optional<QString> chordName(std::span<const qint64> pitches)
             const unsigned chord = transposed(quality.classes, root);
             if ((chord & played) != chord)
                 continue;
-            const int tones = std::popcount(chord);
-            const int extra = std::popcount(played) - tones;
-            const int score = 10 * tones - 4 * extra + (root == bass ? 3 : 0);
+            // The more of what is played it explains the better; then the bass counts.
+            const int score = 2 * std::popcount(chord) + (root == bass ? 1 : 0);
             if (!best || score > bestScore) {
                 bestScore = score;
                 bestRoot = root;

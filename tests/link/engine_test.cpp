@@ -84,93 +84,6 @@ private Q_SLOTS:
         }
     }
 
-    void oneThatCrashesIsForgivenThreeTimes_data()
-    {
-        const Table<QByteArray> row{"script"};
-        row("ends at once", "exit 1");
-        row("is killed", "crash");
-        row("says a line each time", "line @mode talk\nexit 1");
-        row("dies in half a line", "raw @say unfinish\nexit 255");
-    }
-
-    void oneThatCrashesIsForgivenThreeTimes()
-    {
-        QFETCH(QByteArray, script);
-        LinkFixture fixture;
-        fixture.start(script);
-        for (int run = 1; run <= 3; ++run) {
-            QTRY_COMPARE(fixture->state.get(), u"RESTARTING"_s);
-            QCOMPARE(fixture.engine.runs(), run);
-            fixture.say({"on 60 1"}); // is no excuse
-            fixture.bring(u"RESTARTING"_s);
-            fixture.time.advance(0.9);
-            QCOMPARE(fixture->state.get(), u"RESTARTING"_s);
-            fixture.time.advance(0.2);
-            QCOMPARE(fixture->state.get(), u"STARTING"_s);
-        }
-        QTRY_COMPARE(fixture->state.get(), u"OFFLINE"_s);
-        QVERIFY(fixture->down.isEmpty() && !fixture->speaking);
-        fixture.time.advance(1000);
-        QCOMPARE(fixture->state.get(), u"OFFLINE"_s);
-        QCOMPARE(fixture.engine.runs(), 4);
-    }
-
-    void oldCrashesAreForgotten()
-    {
-        LinkFixture fixture;
-        fixture.start("line @mode talk\nwait die\nexit 1");
-        for (int run = 1; run <= 6; ++run) {
-            QTRY_COMPARE(fixture->state.get(), u"ONLINE"_s);
-            fixture.time.advance(39);
-            fixture->send(u"die"_s);
-            QTRY_COMPARE(fixture->state.get(), u"RESTARTING"_s);
-            fixture.time.advance(1);
-        }
-    }
-
-    void aCleanExit()
-    {
-        for (const bool hidden : {false, true}) {
-            LinkFixture fixture;
-            fixture.shell.hidden = hidden;
-            fixture.start("line @say Bye\nline @on 60 1\nline @out 61 1\nexit 0");
-            if (hidden) {
-                QTRY_COMPARE(fixture.shell.calls, QStringList{u"quit"_s});
-            } else {
-                QTRY_COMPARE(fixture->state.get(), u"OFFLINE"_s);
-                QCOMPARE(fixture->transcript->size(), 1);
-                QVERIFY(!fixture->speaking && fixture->down.isEmpty() && fixture->played.isEmpty());
-                QVERIFY(fixture.shell.calls.isEmpty());
-            }
-            fixture.time.advance(1000);
-            QCOMPARE(fixture.engine.runs(), 1);
-        }
-    }
-
-    void whatIsHeard_data()
-    {
-        const Table<QByteArray, QString> row{"script", "mode"};
-        row("halves of lines", "raw @mode ta\nsleep 20\nraw lk\\n@mode te\nsleep 20\nraw ach\\n",
-            u"teach"_s);
-        row("other output is dropped", "line mode a\nline  @mode b\nraw \\n\\n", u"idle"_s);
-        row("one marker is taken", "line @@mode a", u"idle"_s);
-        row("bytes that are no text", R"(raw @mode \xff\xfea\xc3\n)", u"��a�"_s);
-        row("a character cut in two", "raw @mode \\xe2\\x99\nsleep 20\nraw \\xad\\n", u"♭"_s);
-        row("ten megabytes without a line feed", "bytes 10000000\nraw @mode a\\n", u"idle"_s);
-        row("a line of ten megabytes", "raw @mode \nbytes 10000000\nraw \\n", u"idle"_s);
-        row("a flood of diagnostics", "stderr 10000000\nline @mode a", u"a"_s);
-        row("last words", "line @mode a\nline @hands end\nexit 1", u"a"_s);
-    }
-
-    void whatIsHeard()
-    {
-        QFETCH(QByteArray, script);
-        LinkFixture fixture;
-        fixture.start(script + "\nline @hands end");
-        QTRY_COMPARE(fixture->hands.get(), u"end"_s);
-        QTEST(fixture->mode.get(), "mode");
-    }
-
     void aBurstKeepsItsOrder()
     {
         LinkFixture fixture;
@@ -200,14 +113,6 @@ private Q_SLOTS:
         QVERIFY(turns >= 3);
     }
 
-    void nothingIsHeardOfAnEngineThatCannotBeTrusted()
-    {
-        LinkFixture fixture;
-        fixture.start("raw @spec 7 new\\n@spec 7 -1 aaaaaaaaaaaaaaaa\\n@mode after\\n\nexit 0");
-        QTRY_COMPARE(fixture->state.get(), u"RESTARTING"_s);
-        QCOMPARE(fixture->mode.get(), u"idle"_s);
-    }
-
     void oneThatDoesNotReadIsEnded()
     {
         Talking fixture("line @mode talk\nsleep 30000");
@@ -230,23 +135,6 @@ private Q_SLOTS:
         }
         QTRY_COMPARE(fixture->mode.get(), u"teach"_s);
         QCOMPARE(fixture->state.get(), u"ONLINE"_s);
-    }
-
-    void stoppingIsReportedLater()
-    {
-        Talking fixture("line @mode talk\nwait q\nline @mode farewell\nexit 1");
-        QElapsedTimer took;
-        took.start();
-        fixture->stop();
-        QVERIFY(took.elapsed() < 1000);
-        QCOMPARE(fixture->mode.get(), u"talk"_s);
-        QCOMPARE(fixture->state.get(), u"ONLINE"_s);
-        QTRY_COMPARE(fixture->state.get(), u"OFFLINE"_s);
-        QCOMPARE(fixture->mode.get(), u"farewell"_s);
-        fixture->stop();
-        fixture.time.advance(1000);
-        QCOMPARE(fixture.engine.input(), "q"_ba);
-        QCOMPARE(fixture.engine.runs(), 1);
     }
 
     void thereIsTimeToEnd_data()
@@ -321,47 +209,6 @@ private Q_SLOTS:
         QTRY_VERIFY(!lives(fixture.engine.flooder())); // its output leads nowhere
     }
 
-    void restartingTwiceStartsOne()
-    {
-        Talking fixture("line @mode talk");
-        for (int i = 0; i < 3; ++i) {
-            fixture->restart();
-            fixture.time.advance(0.3);
-        }
-        fixture.time.advance(1);
-        QTRY_COMPARE(fixture->state.get(), u"ONLINE"_s);
-        QCOMPARE(fixture.engine.runs(), 2);
-    }
-
-    void restartingIgnoresTheOldOne_data()
-    {
-        const Table<QByteArray> row{"script"};
-        row("ends cleanly", "line @mode talk");
-        row("ends with an error", "line @mode talk\nwait q\nexit 3");
-        row("has crashed just before", "line @mode talk\ncrash");
-    }
-
-    void restartingIgnoresTheOldOne()
-    {
-        QFETCH(QByteArray, script);
-        Talking fixture(script);
-        if (script.endsWith("crash"))
-            QTRY_COMPARE(fixture->state.get(), u"RESTARTING"_s);
-        fixture.engine.play("line @mode teach");
-        QStringList states;
-        connect(&fixture.link(), &Link::stateChanged, this, [&] { states << fixture->state; });
-        fixture->restart();
-        fixture.time.advance(0.3);
-        QTest::qWait(50);
-        QCOMPARE(states, QStringList{});
-        fixture.time.advance(0.2);
-        QTRY_COMPARE(fixture->mode.get(), u"teach"_s);
-        fixture.time.advance(1000);
-        QTest::qWait(50);
-        QCOMPARE(states, (QStringList{u"STARTING"_s, u"ONLINE"_s}));
-        QCOMPARE(fixture.engine.runs(), 2);
-    }
-
     void handlersMayRestart()
     {
         LinkFixture fixture;
@@ -375,16 +222,6 @@ private Q_SLOTS:
         fixture.time.advance(0.4);
         QTRY_COMPARE(fixture->mode.get(), u"teach"_s);
         QCOMPARE(fixture.engine.runs(), 2);
-    }
-
-    void relaunchingIsNoCrash()
-    {
-        LinkFixture fixture;
-        fixture.start("line @relaunch\nwait q\nexit 1");
-        QTRY_COMPARE(fixture.shell.calls, QStringList{u"relaunch"_s});
-        fixture->stop();
-        QTRY_COMPARE(fixture->state.get(), u"OFFLINE"_s);
-        QCOMPARE(fixture.shell.calls, QStringList{u"relaunch"_s});
     }
 
     void theEngineInheritsWhatItNeeds()

@@ -13,31 +13,25 @@ class ProfileTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void namesComeFromTheProfile_data()
-    {
-        const Table<QByteArray, QString, QString> row{"profile", "assistant", "user"};
-        row("both", R"({"assistant": "Aria", "user": "Zoë", "city": {"x": []}})", u"Aria"_s,
-            u"Zoë"_s);
-        row("empty strings are strings", R"({"assistant": "", "user": ""})", {}, {});
-        const QString standard = u"Kelo"_s;
-        row("none", {}, standard, {});
-        row("wrong types", R"({"assistant": 7, "user": ["Ann"]})", standard, {});
-        row("a list", R"(["assistant", "Aria"])", standard, {});
-        row("cut off", R"({"assistant": "Aria")", standard, {});
-        row("deeply nested", QByteArray(100'000, '['), standard, {});
-    }
-
     void namesComeFromTheProfile()
     {
-        QFETCH(QByteArray, profile);
-        LinkFixture fixture;
-        if (!profile.isEmpty())
-            fixture.write(u"profile.json"_s, profile);
-        QTEST(fixture->assistant.get(), "assistant");
-        QTEST(fixture->user.get(), "user");
-
-        fixture.write(u"profile.json"_s, R"({"user": "Eve"})"); // is read anew
-        QCOMPARE(savedProfile(fixture.dataDir).value(u"user"_s).toString(), u"Eve"_s);
+        const auto names = [](const QByteArray &profile) {
+            LinkFixture fixture;
+            if (!profile.isEmpty())
+                fixture.write(u"profile.json"_s, profile);
+            const QString found = fixture->assistant.get() + u'|' + fixture->user.get();
+            fixture.write(u"profile.json"_s, R"({"user": "Eve"})"); // is read anew
+            return found + u'|' + savedProfile(fixture.dataDir).value(u"user"_s).toString();
+        };
+        checkRows<QByteArray, QString>(names,
+            {{"both", R"({"assistant": "Aria", "user": "Zoë", "city": {"x": []}})",
+                 u"Aria|Zoë|Eve"_s},
+                {"empty strings", R"({"assistant": "", "user": ""})", u"||Eve"_s},
+                {"none", {}, u"Kelo||Eve"_s},
+                {"wrong types", R"({"assistant": 7, "user": ["Ann"]})", u"Kelo||Eve"_s},
+                {"a list", R"(["assistant", "Aria"])", u"Kelo||Eve"_s},
+                {"cut off", R"({"assistant": "Aria")", u"Kelo||Eve"_s},
+                {"deeply nested", QByteArray(100'000, '['), u"Kelo||Eve"_s}});
     }
 
     void theDisplayIsAsTheUserLeftIt()

@@ -171,16 +171,19 @@ private:
     QString happen(const QString &step)
     {
         QString rest = step.mid(2);
+        const QString verb = rest.section(u' ', 0, 0);
         for (const auto &[written, meant] :
             {std::pair{u"\\n"_s, u"\n"_s}, {u"\\r"_s, u"\r"_s}, {u"\\t"_s, u"\t"_s}})
-            rest.replace(written, meant);
-        const QString verb = rest.section(u' ', 0, 0);
+            if (verb != u"engine") // it knows them itself
+                rest.replace(written, meant);
         const QString argument = rest.section(u' ', 1);
         switch (step[0].unicode()) {
         case u'>':
             return play(rest), QString();
         case u'+':
             return fixture_.time.advance(rest.toDouble()), QString();
+        case u'~':
+            return await(verb, argument) ? QString() : u"never"_s;
         default:
             return act(verb, argument);
         }
@@ -211,6 +214,20 @@ private:
         muted_ = false;
     }
 
+    /// For a field to have a value, or for the shell to be asked for something.
+    bool await(const QString &field, const QString &value)
+    {
+        muted_ = true;
+        const bool came = QTest::qWaitFor(
+            [&] {
+                return field == u"shell" ? fixture_.shell.calls.contains(value)
+                                         : dump(link())[field] == shown(value);
+            },
+            20'000);
+        muted_ = false;
+        return came;
+    }
+
     QString act(const QString &verb, const QString &argument)
     {
         const bool on = argument == u"1";
@@ -236,7 +253,14 @@ private:
             {u"drop-url"_s, [&] { link().playUrl(QUrl(argument)); }},
             {u"voice-on"_s, [&] { fixture_.ears.on = on; }},
             {u"login-works"_s, [&] { fixture_.shell.loginWorks = on; }},
-            {u"engine"_s, [&] { fixture_.start(); }},
+            // Its script's steps are parted by " / ".
+            {u"engine"_s,
+                [&] { fixture_.start(QString(argument).replace(u" / "_s, u"\n"_s).toUtf8()); }},
+            {u"next-engine"_s, [&] { fixture_.engine.play(argument.toUtf8()); }},
+            {u"stop"_s, [&] { link().stop(); }},
+            {u"restart"_s, [&] { link().restart(); }},
+            {u"hidden"_s, [&] { fixture_.shell.hidden = on; }},
+            {u"idle"_s, [&] { QTest::qWait(50); }},
             {u"alone"_s,
                 [&] {
                     link().setShell(nullptr);
@@ -259,6 +283,10 @@ private:
         }
         if (verb == u"stored")
             return u"= "_s + fixture_.setting(argument).toString();
+        if (verb == u"runs")
+            return u"= %1"_s.arg(fixture_.engine.runs());
+        if (verb == u"input")
+            return u"= "_s + shown(QString::fromUtf8(fixture_.engine.input()));
         if (verb == u"told-engine") {
             link().send(u"~end\n"_s);
             if (!QTest::qWaitFor(
@@ -308,7 +336,7 @@ private Q_SLOTS:
             const QString step = line.section(u" -> "_s, 0, 0);
             if (step.startsWith(u'?'))
                 played << step + u" -> "_s + situation->ask(step.mid(2));
-            else if (step.startsWith(u'>') || step.startsWith(u'+') || step.startsWith(u'!'))
+            else if (!step.isEmpty() && u">+!~"_s.contains(step[0]))
                 played += wrapped(step, situation->outcome(step));
             else
                 played << line;
