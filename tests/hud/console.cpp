@@ -1,14 +1,19 @@
 #include "console.h"
 
 #include "hud/focus_keeper.h"
+#include "support/files.h"
 #include "support/pictures.h"
 
 #include <QCursor>
 #include <QGuiApplication>
+#include <QMetaEnum>
 #include <QQmlEngine>
 #include <QQmlExtensionPlugin>
 #include <QStyleHints>
 #include <QTest>
+#include <QtGui/private/qguiapplication_p.h>
+#include <qpa/qplatformaccessibility.h>
+#include <qpa/qplatformintegration.h>
 
 Q_IMPORT_QML_PLUGIN(Kelo_HudPlugin)
 
@@ -31,6 +36,8 @@ void collect(QQuickItem *item, QList<QQuickItem *> &found)
 
 void Console::show(QSize size, bool furnished)
 {
+    // As while a screen reader runs: that is when Qt's own controls enter the tree.
+    QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(true);
     QGuiApplication::styleHints()->setCursorFlashTime(0);
     QCursor::setPos(1599, 999); // beside the window
     view.engine()->addImportPath(u"qrc:/qt/qml"_s);
@@ -158,6 +165,48 @@ QString Console::unlike(const QString &sheet, int number)
     else
         (void)QTest::qWaitFor([&] { return isAsKept(view.grabWindow(), sheet, number); }, 4000);
     return unlikeKept(view.grabWindow(), sheet, number);
+}
+
+QString Console::readsUnlike(const QString &kept)
+{
+    QStringList told;
+    QStringList stops;
+    QString description;
+    for (QAccessibleInterface *each : tree()) {
+        const QAccessible::State now = each->state();
+        QString line =
+            QLatin1StringView(QMetaEnum::fromType<QAccessible::Role>().valueToKey(each->role()));
+        line += u": "_s + each->text(QAccessible::Name);
+        if (now.checkable)
+            line += now.checked ? u" [on]"_s : u" [off]"_s;
+        if (now.invisible)
+            line += u" [invisible]"_s;
+        const QString before = std::exchange(description, each->text(QAccessible::Description));
+        if (!description.isEmpty())
+            line += description == before ? u" //"_s : u" // "_s + description;
+        told << line;
+        if (now.focusable)
+            stops << each->text(QAccessible::Name);
+    }
+    QStringList reached;
+    for (qsizetype i = 0; i < stops.size(); ++i) {
+        QTest::keyClick(&view, Qt::Key_Tab);
+        reached << focused();
+    }
+    const auto first = std::find(reached.begin(), reached.end(), stops.value(0));
+    std::rotate(reached.begin(), first, reached.end());
+    if (reached != stops)
+        return u"Tab visits "_s + reached.join(u", "_s);
+
+    const QString file = QStringLiteral(KEPT_READINGS) + u'/' + kept + u".txt"_s;
+    if (qEnvironmentVariableIsSet("KELO_KEEP_PICTURES"))
+        writeFile(file, told.join(u'\n').toUtf8() + '\n');
+    const QStringList expected = QString::fromUtf8(readFile(file)).trimmed().split(u'\n');
+    for (qsizetype i = 0; i < std::max(told.size(), expected.size()); ++i) {
+        if (told.value(i) != expected.value(i))
+            return u"line %1: is %2, was %3"_s.arg(i + 1).arg(told.value(i), expected.value(i));
+    }
+    return {};
 }
 
 QList<QAccessibleInterface *> Console::tree()

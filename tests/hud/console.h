@@ -43,6 +43,11 @@ public:
     /// What is wrong with how it looks once everything has come to rest; see unlikeKept.
     [[nodiscard]] QString unlike(const QString &sheet, int number = 0);
 
+    /// What a screen reader reads otherwise than in a text that was kept, where everything in the
+    /// tree has a line: role, name, state and, after "//", the description where it is another than
+    /// in the line above. Or else, that Tab does not go round through the same in the same order.
+    [[nodiscard]] QString readsUnlike(const QString &kept);
+
     /// Everything that a screen reader finds in the window, in its order.
     [[nodiscard]] QList<QAccessibleInterface *> tree();
     /// The first of them that is called so; null when there is none.

@@ -39,28 +39,24 @@ private Q_SLOTS:
         link_.reset();
     }
 
-    void takesAnOwnNameOfThreeToTwelveLetters_data()
-    {
-        const Table<QString, QString> row{"typed", "chosen"};
-        const QString listed = u"Luna"_s;
-        row("letters only", u"  aPOLLO-9 "_s, u"Apollo"_s);
-        row("three", u"max"_s, u"Max"_s);
-        row("twelve", u"ABCDEFGHIJKL"_s, u"Abcdefghijkl"_s);
-        row("thirteen", u"abcdefghijklm"_s, listed);
-        row("accents typed apart", u"e\u0301lodie"_s, u"Élodie"_s);
-        row("an accent is no letter of its own", u"e\u0301l"_s, listed);
-        row("vowel signs stay", u"मीरा देवी"_s, u"मीरादेवी"_s);
-        row("emoji", u"🎹🎹🎹🎹"_s, listed);
-        row("half a character", QString(QChar(0xd801)) + u"bob"_s, u"Bob"_s);
-    }
-
     void takesAnOwnNameOfThreeToTwelveLetters()
     {
-        QFETCH(const QString, typed);
-        Answers answers;
-        answers.chooseName(4);
-        answers.custom = typed;
-        QTEST(answers.chosen(), "chosen");
+        const auto chosen = [](const QString &typed) {
+            Answers answers;
+            answers.chooseName(4);
+            answers.custom = typed;
+            return answers.chosen();
+        };
+        const QString listed = u"Luna"_s;
+        checkRows<QString, QString>(chosen,
+            {{"letters only", u"  aPOLLO-9 "_s, u"Apollo"_s}, {"three", u"max"_s, u"Max"_s},
+                {"twelve", u"ABCDEFGHIJKL"_s, u"Abcdefghijkl"_s},
+                {"thirteen", u"abcdefghijklm"_s, listed},
+                {"accents typed apart", u"e\u0301lodie"_s, u"Élodie"_s},
+                {"an accent is no letter of its own", u"e\u0301l"_s, listed},
+                {"vowel signs stay", u"मीरा देवी"_s, u"मीरादेवी"_s}, {"emoji", u"🎹🎹🎹🎹"_s, listed},
+                {"half a character", QString(QChar(0xd801)) + u"bob"_s, u"Bob"_s}});
+        Answers answers{.custom = u"Max"_s};
         answers.chooseName(0);
         QCOMPARE(answers.chosen(), u"Kelo"_s);
     }
@@ -68,50 +64,42 @@ private Q_SLOTS:
     void keepsDaysWithinTheMonth()
     {
         Answers answers;
-        const auto choose = [&answers](int month, int day) {
-            answers.chooseMonth(month);
-            answers.chooseDay(day);
+        const auto day = [&answers](std::pair<int, int> chosen) {
+            answers.chooseMonth(chosen.first);
+            answers.chooseDay(chosen.second);
             return answers.day;
         };
-        QCOMPARE(choose(0, 5), 0);
-        QCOMPARE(choose(1, 0), 1);
-        QCOMPARE(choose(1, 31), 31);
-        QCOMPARE(choose(4, 31), 30);
-        QCOMPARE(choose(2, 30), 29);
-        QCOMPARE(choose(13, 3), 3);
+        checkRows<std::pair<int, int>, int>(day,
+            {{"no month", {0, 5}, 0}, {"no day", {1, 0}, 1}, {"January", {1, 31}, 31},
+                {"April", {4, 31}, 30}, {"February", {2, 30}, 29}, {"no such month", {13, 3}, 3}});
         QCOMPARE(answers.month, 2);
-        QCOMPARE(choose(0, 1), 0);
-        QCOMPARE(choose(12, 31), 31);
-    }
-
-    void sendsAllAnswersInOneLine_data()
-    {
-        const Table<Answers, QString> row{"answers", "line"};
-        row("nothing", {}, u"|Kelo||C||false||false"_s);
-        row("everything",
-            {.name = u"Ann"_s,
-                .wake = 2,
-                .city = u"Porto"_s,
-                .month = 3,
-                .day = 7,
-                .fahrenheit = true,
-                .reader = true,
-                .plays = true,
-                .natural = true},
-            u"Ann|Harmony|Porto|F|uses a screen reader, so never rely on anything visual; "
-            "plays piano or makes music|true|03-07|true"_s);
-        row("plays only", {.plays = true}, u"|Kelo||C|plays piano or makes music|true||false"_s);
-        row("bars and breaks",
-            {.name = u" Ann|Lee "_s, .custom = u"b|o\nb"_s, .city = u"A\r\nB\u2028C\vD|"_s},
-            u"Ann Lee|Bob|A  B C D|C||false||false"_s);
-        row("any script", {.name = u"نورة 🎹 e\u0301"_s}, u"نورة 🎹 e\u0301|Kelo||C||false||false"_s);
+        QCOMPARE(day({0, 1}), 0);
+        QCOMPARE(day({12, 31}), 31);
     }
 
     void sendsAllAnswersInOneLine()
     {
-        QFETCH(const Answers, answers);
-        QFETCH(const QString, line);
-        QCOMPARE(answers.setupLine(), u"~setup "_s + line + u'\n');
+        checkRows<Answers, QString>([](const Answers &answers) { return answers.setupLine(); },
+            {{"nothing", {}, u"~setup |Kelo||C||false||false\n"_s},
+                {"everything",
+                    {.name = u"Ann"_s,
+                        .wake = 2,
+                        .city = u"Porto"_s,
+                        .month = 3,
+                        .day = 7,
+                        .fahrenheit = true,
+                        .reader = true,
+                        .plays = true,
+                        .natural = true},
+                    u"~setup Ann|Harmony|Porto|F|uses a screen reader, so never rely on anything "
+                    "visual; plays piano or makes music|true|03-07|true\n"_s},
+                {"plays only", {.plays = true},
+                    u"~setup |Kelo||C|plays piano or makes music|true||false\n"_s},
+                {"bars and breaks",
+                    {.name = u" Ann|Lee "_s, .custom = u"b|o\nb"_s, .city = u"A\r\nB\u2028C\vD|"_s},
+                    u"~setup Ann Lee|Bob|A  B C D|C||false||false\n"_s},
+                {"any script", {.name = u"نورة 🎹 e\u0301"_s},
+                    u"~setup نورة 🎹 e\u0301|Kelo||C||false||false\n"_s}});
     }
 
     void tellsTheEngineThenTheDisplayThenTheEars()

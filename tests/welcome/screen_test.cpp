@@ -6,9 +6,6 @@
 #include <QQmlExtensionPlugin>
 #include <QSignalSpy>
 #include <QTest>
-#include <QtGui/private/qguiapplication_p.h>
-#include <qpa/qplatformaccessibility.h>
-#include <qpa/qplatformintegration.h>
 
 Q_IMPORT_QML_PLUGIN(Kelo_WelcomePlugin)
 Q_IMPORT_QML_PLUGIN(Kelo_VisualPlugin)
@@ -23,11 +20,6 @@ class ScreenTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(true);
-    }
-
     void init()
     {
         console_ = std::make_unique<Console>();
@@ -48,79 +40,29 @@ private Q_SLOTS:
 
     void asks_data()
     {
-        const Table<Answers, QString, int, QString> row{"answers", "focus", "kind", "tree"};
-        const auto kind = [](Kind each) { return static_cast<int>(each); };
-        const QString ways = u"Back to the question before|Skip this question|CONTINUE"_s;
-        const QString first = u"|Skip this question|CONTINUE"_s;
-        row("0", {}, u"CONTINUE"_s, kind(Kind::Button), first.sliced(1));
-        row("1", {}, u"Your name"_s, kind(Kind::EmptyField), u"Your name|"_s + ways);
+        const Table<Answers, QString, Kind> row{"answers", "focus", "kind"};
+        row("0", {}, u"CONTINUE"_s, Kind::Button);
+        row("1", {}, u"Your name"_s, Kind::EmptyField);
         row("2", {.wake = 4, .custom = u"bob"_s}, u"Your own name for the assistant, one word"_s,
-            kind(Kind::FilledField),
-            u"Names*|Kelo|Apollo|Harmony|Phoenix|Luna|Melody|Aria|Your own name for the assistant, "
-            "one word|You’ll say:  “Bob, what’s the weather?”|"_s
-                + ways);
+            Kind::FilledField);
         row("3", {.city = u"Porto"_s, .fahrenheit = true}, u"Your town or city"_s,
-            kind(Kind::FilledField),
-            u"Your town or city|Temperature*|Celsius|Fahrenheit+|"_s + ways);
-        row("4", {.month = 2, .day = 3}, u""_s, kind(Kind::Nothing),
-            u"February "
-            u"3|Month*|January|February+|March|April|May|June|July|August|September|October|"
-            "November|December|Day*|1|2|3+|4|5|6|7|8|9|10|11|12|13|14|15|16|17|18|19|20|21|22|23|"
-            "24|"
-            "25|26|27|28|29|"_s
-                + ways);
-        row("5", {.contrast = true, .plays = true}, u""_s, kind(Kind::Nothing),
-            u"Larger captions. Everything I say is shown in bigger type.|High contrast. Brighter "
-            u"text "
-            "on a darker background.+|I use a screen reader. I’ll describe things in words and "
-            "never "
-            "point at the screen.|I play piano or make music. Lessons, a band that follows you, "
-            "and "
-            "help with your ideas.+|"_s
-                + ways);
-        row("6", {.listen = true}, u""_s, kind(Kind::Nothing),
-            u"Microphone*|Yes, listen+|Not now|Give me my natural voice. A free, one time download "
-            u"of "
-            "about 400 megabytes, fetched in the background. It runs on this Mac and sounds far "
-            "more "
-            "human.|"_s
-                + QString(ways).replace(u"CONTINUE"_s, u"YES, LISTEN FOR KELO"_s));
+            Kind::FilledField);
+        row("4", {.month = 2, .day = 3}, u""_s, Kind::Nothing);
+        row("5", {.contrast = true, .plays = true}, u""_s, Kind::Nothing);
+        row("6", {.listen = true}, u""_s, Kind::Nothing);
     }
 
     void asks()
     {
         const int step = QByteArray(QTest::currentDataTag()).toInt();
         QFETCH(const Answers, answers);
-        QFETCH(const QString, focus);
         const bool narrow = step % 2 == 0 && step > 0;
         begin(step, narrow ? QSize(700, 780) : QSize(780, 780));
         questions_->setAnswers(answers);
-        QCOMPARE(console_->focused(), focus);
-        QTEST(static_cast<int>(FocusKeeper::of(console_->view)->kind()), "kind");
-
-        QStringList told;
-        QStringList stops;
-        for (QAccessibleInterface *each : console_->tree()) {
-            const QString name = each->text(QAccessible::Name);
-            told << name + (each->role() == QAccessible::Grouping ? u"*"_s : u""_s)
-                    + (each->state().checked ? u"+"_s : u""_s);
-            if (each->state().focusable) {
-                stops << name;
-                QCOMPARE(each->text(QAccessible::Description), questions_->hint());
-            }
-        }
-        QFETCH(const QString, tree);
-        QCOMPARE(told.join(u'|'),
-            QStringList({questions_->title(), questions_->sub(), questions_->hint(), tree})
-                .join(u'|'));
-        // Tab goes round through all of them, wherever it began.
-        QSet<QString> reached;
-        for (qsizetype i = 0; i < stops.size(); ++i) {
-            QTest::keyClick(&console_->view, Qt::Key_Tab);
-            reached << console_->focused();
-        }
-        QCOMPARE(reached, QSet<QString>(stops.begin(), stops.end()));
-        QCOMPARE(console_->follow(u"leave"_s), QString());
+        QTEST(console_->focused(), "focus");
+        QTEST(FocusKeeper::of(console_->view)->kind(), "kind");
+        QCOMPARE(console_->readsUnlike(u"question-%1"_s.arg(step)), u""_s);
+        QCOMPARE(console_->follow(u"leave"_s), u""_s);
         QCOMPARE(console_->unlike(u"questions"_s, step), u""_s);
     }
 
