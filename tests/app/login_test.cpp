@@ -20,13 +20,10 @@ private Q_SLOTS:
 
     void startsTheProgramHiddenWhereverItIs_data()
     {
-        const Table<QString> row{"name"};
-        row("spaces", u"my  programs/kelo display"_s);
-        row("percent signs", u"100%/%u%%f/kelo"_s);
-        row("an equals sign", u"a=b/kelo"_s);
-        row("backslashes and quotes", u"a\\b\\\\c\"d'e/ke\"lo\\"_s);
-        row("what a shell would expand", u"$HOME `id` $(id) ~ * ?/kelo;#&"_s);
-        row("other scripts", u"برامج/鍵盤"_s);
+        QTest::addColumn<QString>("name");
+        for (const char *name : {"my  programs/kelo display", "100%/%u%%f/kelo", "a=b/kelo",
+                 "a\\b\\\\c\"d'e/ke\"lo\\", "$HOME `id` $(id) ~ * ?/kelo;#&", "برامج/鍵盤"})
+            QTest::newRow(name) << QString::fromUtf8(name);
     }
 
     void startsTheProgramHiddenWhereverItIs()
@@ -51,23 +48,19 @@ private Q_SLOTS:
         QTRY_COMPARE(readFile(notes), executable.toUtf8() + "\n--hidden\n");
     }
 
-    void readsWhatTheDesktopMadeOfIt_data()
-    {
-        const Table<QByteArray, bool> row{"entry", "on"};
-        const QByteArray group = "[Desktop Entry]\nType=Application\nExec=kelo --hidden\n";
-        row("hidden", group + "Hidden=true\n", false);
-        row("disabled", group + "X-GNOME-Autostart-enabled = false \n", false);
-        row("carriage returns", group + "Hidden=true\r\n", false);
-        row("in another group", group + "[Desktop Action x]\nHidden=true\n", true);
-        row("empty", {}, true);
-        row("no text", QByteArray(200'000, '\0'), true);
-    }
-
     void readsWhatTheDesktopMadeOfIt()
     {
-        QFETCH(const QByteArray, entry);
-        writeFile(item().path(), entry);
-        QTEST(item().on(), "on");
+        const auto on = [this](const QByteArray &entry) {
+            writeFile(item().path(), entry);
+            return item().on();
+        };
+        const QByteArray group = "[Desktop Entry]\nType=Application\nExec=kelo --hidden\n";
+        checkRows<QByteArray, bool>(on,
+            {{"hidden", group + "Hidden=true\n", false},
+                {"disabled", group + "X-GNOME-Autostart-enabled = false \n", false},
+                {"in another group", group + "[Desktop Action x]\nHidden=true\n", true},
+                {"empty", {}, true}, {"no text", QByteArray(200'000, '\0'), true},
+                {"carriage returns", group + "Hidden=true\r\n", false}});
         QVERIFY(item().set(true));
         QVERIFY(item().on());
         QVERIFY(item().set(false));

@@ -13,45 +13,38 @@
 
 using namespace Qt::StringLiterals;
 using namespace kelo;
-using kelo::test::Table;
+using kelo::test::checkRows;
 
 /// What the application decides, apart from windows and desktops.
 class RulesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void readsTheCommandLine_data()
-    {
-        // what was understood, as "flags|snapshots|their names|wake report|its name"
-        const Table<QString> row{"understood"};
-        row("", u"||-||Kelo"_s);
-        row("--what --hidden", u"hidden||-||Kelo"_s);
-        row("--show --quick", u"show quick||-||Kelo"_s);
-        row("--snapshot", u"||-||Kelo"_s);
-        row("--snapshot out", u"|out|-||Kelo"_s);
-        row("--snapshot out console", u"|out|console||console"_s);
-        row("--wake-test", u"||-||Kelo"_s);
-        row("--hidden --wake-test report", u"hidden||-|report|Kelo"_s);
-        row("--wake-test report Melody --quick", u"quick||Melody|report|Melody"_s);
-        row("--help", u"help||-||Kelo"_s);
-        row("-v", u"version||-||Kelo"_s);
-    }
-
     void readsTheCommandLine()
     {
-        const QString line = QString::fromLatin1(QTest::currentDataTag());
-        const auto read = Arguments::read(u"kelo "_s.append(line).split(u' ', Qt::SkipEmptyParts));
-        QStringList flags;
-        for (const auto &[on, name] :
-            {std::pair(read.help, u"help"_s), {read.version, u"version"_s},
-                {read.hidden, u"hidden"_s}, {read.show, u"show"_s}, {read.quick, u"quick"_s}}) {
-            if (on)
-                flags += name;
-        }
-        const QStringList parts{flags.join(u' '), read.snapshotFolder.value_or(QString()),
-            read.snapshotNames.isEmpty() ? u"-"_s : read.snapshotNames,
-            read.wakeTestReport.value_or(QString()), read.wakeTestName};
-        QTEST(parts.join(u'|'), "understood");
+        // flags|snapshots|their names|wake report|its name
+        const auto understood = [](const QString &line) {
+            const auto read = Arguments::read((u"kelo "_s + line).split(u' ', Qt::SkipEmptyParts));
+            QStringList flags;
+            for (const auto &[on, name] :
+                {std::pair(read.help, u"help"_s), {read.version, u"version"_s},
+                    {read.hidden, u"hidden"_s}, {read.show, u"show"_s}, {read.quick, u"quick"_s}})
+                flags += on ? name : QString();
+            flags.removeAll(QString());
+            return QStringList{flags.join(u' '), read.snapshotFolder.value_or(QString()),
+                read.snapshotNames, read.wakeTestReport.value_or(QString()), read.wakeTestName}
+                .join(u'|');
+        };
+        for (const auto &[line, expected] :
+            {std::pair(u""_s, u"||||Kelo"_s), {u"--what --hidden"_s, u"hidden||||Kelo"_s},
+                {u"--show --quick"_s, u"show quick||||Kelo"_s}, {u"--snapshot"_s, u"||||Kelo"_s},
+                {u"--snapshot out"_s, u"|out|||Kelo"_s},
+                {u"--snapshot out console"_s, u"|out|console||console"_s},
+                {u"--wake-test"_s, u"||||Kelo"_s},
+                {u"--hidden --wake-test report"_s, u"hidden|||report|Kelo"_s},
+                {u"--wake-test report Melody --quick"_s, u"quick||Melody|report|Melody"_s},
+                {u"--help"_s, u"help||||Kelo"_s}, {u"-v"_s, u"version||||Kelo"_s}})
+            QCOMPARE(line + u" -> "_s + understood(line), line + u" -> "_s + expected);
     }
 
     void followsTheDesktopsWishForLessMotion()
@@ -86,41 +79,29 @@ private Q_SLOTS:
             {.askedToShow = true, .startedByLogin = true, .loginItemOn = true, .uptime = 20}));
     }
 
-    void knowsWhoStartedIt_data()
-    {
-        const Table<QByteArray, QByteArray, bool> row{"id", "cgroup", "login"};
-        const QByteArray slice = "0::/user.slice/user-1000.slice/user@1000.service/app.slice/";
-        row("by hand", {}, slice + "app-terminal-12.scope\n", false);
-        row("a session manager", "10a8", slice, true);
-        row("our entry", {}, slice + "app-app.kelo.assistant@autostart.service\n", true);
-        row("below it", {}, slice + "app-app.kelo.assistant@autostart.service/x\n1:a:/", true);
-        row("a terminal's entry", {}, slice + "app-terminal@autostart.service\n", false);
-        row("a longer name", {}, slice + "app-app.kelo.assistant@autostart.service2\n", false);
-    }
-
     void knowsWhoStartedIt()
     {
-        QFETCH(const QByteArray, id);
-        QFETCH(const QByteArray, cgroup);
-        QTEST(markedByLogin(id, cgroup), "login");
-    }
-
-    void putsTheWindowWhereItCanBeReached_data()
-    {
-        const Table<QRect, QRect> row{"wanted", "placed"};
-        row("on the second screen", QRect(2000, 50, 900, 600), QRect(2000, 50, 900, 600));
-        row("half outside", QRect(-1000, 20, 1240, 840), QRect(-1000, 20, 1240, 840));
-        row("just enough", QRect(3320, 1020, 900, 600), QRect(3320, 1020, 900, 600));
-        row("too little across", QRect(3321, 0, 900, 600), QRect(350, 200, 900, 600));
-        row("too little down", QRect(1700, 1021, 900, 600), QRect(350, 200, 900, 600));
-        row("its screen is gone", QRect(9000, 0, 5000, 840), QRect(0, 80, 1600, 840));
+        const QByteArray slice = "0::/user.slice/user-1000.slice/user@1000.service/app.slice/";
+        checkRows<QByteArray, bool>(
+            [&](const QByteArray &unit) { return markedByLogin({}, slice + unit); },
+            {{"by hand", "app-terminal-12.scope\n", false},
+                {"our entry", "app-app.kelo.assistant@autostart.service\n", true},
+                {"below it", "app-app.kelo.assistant@autostart.service/x\n1:a:/", true},
+                {"a terminal's entry", "app-terminal@autostart.service\n", false},
+                {"a longer name", "app-app.kelo.assistant@autostart.service2\n", false}});
+        QVERIFY2(markedByLogin("10a8", slice), "a session manager");
     }
 
     void putsTheWindowWhereItCanBeReached()
     {
-        QFETCH(const QRect, wanted);
         const std::array screens{QRect(0, 0, 1600, 1000), QRect(1600, 0, 1920, 1080)};
-        QTEST(WindowFrame::placed(wanted, screens), "placed");
+        checkRows<QRect, QRect>([&](QRect wanted) { return WindowFrame::placed(wanted, screens); },
+            {{"on the second screen", {2000, 50, 900, 600}, {2000, 50, 900, 600}},
+                {"half outside", {-1000, 20, 1240, 840}, {-1000, 20, 1240, 840}},
+                {"just enough", {3320, 1020, 900, 600}, {3320, 1020, 900, 600}},
+                {"too little across", {3321, 0, 900, 600}, {350, 200, 900, 600}},
+                {"too little down", {1700, 1021, 900, 600}, {350, 200, 900, 600}},
+                {"its screen is gone", {9000, 0, 5000, 840}, {0, 80, 1600, 840}}});
     }
 
     void panelStaysWhileItIsOfUse()
@@ -169,56 +150,46 @@ private Q_SLOTS:
         }
     }
 
-    void leavesToTheEngineWhatItSpeaksOf_data()
-    {
-        const Table<Topic, double, bool> row{"topic", "sentence", "announced"}; // a change at 100
-        row("mode, with it", Topic::Mode, 100, false);
-        row("mode, a little later", Topic::Mode, 100.6, false);
-        row("mode, a little before", Topic::Mode, 99.4, false);
-        row("mode, of something else before", Topic::Mode, 99.2, true);
-        row("mode, much later", Topic::Mode, 100.8, true);
-        row("playing", Topic::Playing, 100, false);
-        row("the scale is the display's", Topic::Scale, 100, true);
-    }
-
     void leavesToTheEngineWhatItSpeaksOf()
     {
-        QFETCH(const Topic, topic);
-        QFETCH(const double, sentence);
-        AnnouncementQueue queue;
-        if (sentence < 100)
-            queue.engineSpoke(sentence);
-        queue.state(topic, u"new"_s, 100);
-        QStringList said = queue.take(100);
-        if (sentence >= 100 && sentence <= 100.7)
-            queue.engineSpoke(sentence);
-        QCOMPARE(queue.take(100.69), QStringList());
-        said += queue.take(100.71);
-        QTEST(!said.isEmpty(), "announced");
-        queue.state(topic, u"new"_s, 200);
-        QVERIFY2(!queue.next(), "it is known by now");
-    }
-
-    void scaleStaysWithinItsRange_data()
-    {
-        const Table<QVariant, double> row{"kept", "factor"};
-        row("first start", QVariant(), 1.0);
-        row("as text", QVariant(u"2.5"_s), 2.5);
-        row("between the steps", QVariant(1.3), 1.25);
-        row("too large", QVariant(2.6), 1.0);
-        row("too small", QVariant(0.7), 1.0);
-        row("no number", QVariant(u"nan"_s), 1.0);
+        // Whether a change at 100 is announced when a sentence begins at that time.
+        const auto announced = [](const std::pair<Topic, double> &spoken) {
+            const auto [topic, sentence] = spoken;
+            AnnouncementQueue queue;
+            if (sentence < 100)
+                queue.engineSpoke(sentence);
+            queue.state(topic, u"new"_s, 100);
+            QStringList said = queue.take(100);
+            if (sentence >= 100 && sentence <= 100.7)
+                queue.engineSpoke(sentence);
+            said += queue.take(100.69).isEmpty() ? queue.take(100.71) : QStringList{u"early"_s};
+            queue.state(topic, u"new"_s, 200);
+            return queue.next() ? u"twice"_s : said.join(u' ');
+        };
+        checkRows<std::pair<Topic, double>, QString>(announced,
+            {{"with it", {Topic::Mode, 100}, QString()},
+                {"a little later", {Topic::Mode, 100.6}, QString()},
+                {"a little before", {Topic::Mode, 99.4}, QString()},
+                {"of something else before", {Topic::Mode, 99.2}, u"new"_s},
+                {"much later", {Topic::Mode, 100.8}, u"new"_s},
+                {"playing", {Topic::Playing, 100}, QString()},
+                {"the scale is the display's", {Topic::Scale, 100}, u"new"_s}});
     }
 
     void scaleStaysWithinItsRange()
     {
-        QFETCH(const QVariant, kept);
         const QTemporaryDir folder;
         QSettings settings(folder.filePath(u"settings.ini"_s), QSettings::IniFormat);
-        if (kept.isValid())
-            settings.setValue(u"scale"_s, kept);
+        const auto factor = [&](const QVariant &kept) {
+            if (kept.isValid())
+                settings.setValue(u"scale"_s, kept);
+            return DisplayScale(settings).factor();
+        };
+        checkRows<QVariant, double>(factor,
+            {{"first start", QVariant(), 1.0}, {"as text", u"2.5"_s, 2.5},
+                {"between the steps", 1.3, 1.25}, {"too large", 2.6, 1.0}, {"too small", 0.7, 1.0},
+                {"no number", u"nan"_s, 1.0}});
         DisplayScale scale(settings);
-        QTEST(scale.factor(), "factor");
         for (int i = 0; i < 20; ++i)
             scale.larger();
         QCOMPARE(scale.factor(), 2.5);

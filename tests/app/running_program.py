@@ -14,29 +14,6 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, Gio, GLib
 
 PATIENCE = 40  # seconds; the sanitizers are slow and the machine may be busy
-ENGINE = """#!/usr/bin/python3 -I
-import os, select, sys
-home = os.path.dirname(os.path.realpath(__file__))
-with open(home + "/runs", "a") as runs:
-    runs.write(os.environ.get("DESKTOP_AUTOSTART_ID", "") + "\\n")
-lines = os.open(home + "/lines", os.O_RDWR)
-os.write(1, b"@mode idle\\n")
-while True:
-    ready = select.select([0, lines], [], [])[0]
-    if lines in ready:
-        got = os.read(lines, 4096)
-        if got == b"crash":
-            os.abort()
-        if got == b"end":
-            sys.exit(0)
-        os.write(1, got)
-    if 0 in ready:
-        got = os.read(0, 4096)
-        with open(home + "/input", "ab") as notes:
-            notes.write(got)
-        if not got or got.endswith(b"q"):
-            sys.exit(0)
-"""
 
 
 def until(wanted, what):
@@ -85,14 +62,14 @@ class Program:
         self.settings = self.home / "config/Kelo/Kelo.conf"
         self.settings.write_text("[General]\n" + settings)
         (self.home / "data/profile.json").write_text(json.dumps({"assistant": assistant}))
-        engine = self.home / "kelo-engine"
-        engine.write_text(ENGINE)
-        engine.chmod(0o755)
+        support = pathlib.Path(__file__).resolve().parent.parent / "support"
+        shutil.copy(support / "scripted_engine.py", self.home / "kelo-engine")
+        (self.home / "script").write_text(f"line @mode idle\nfollow {self.home}/lines")
         os.mkfifo(self.home / "lines")
         self.lines = os.open(self.home / "lines", os.O_RDWR)
         self.process = subprocess.Popen([program, *arguments], env=dict(
             os.environ, KELO_HOME=str(self.home / "data"), KELO_PAYLOAD=str(self.home),
-            XDG_CONFIG_HOME=str(self.home / "config"), QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
+            KELO_SCRIPT=str(self.home / "script"), XDG_CONFIG_HOME=str(self.home / "config"), QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
             **environment))
         until(lambda: self.runs() == 1, "the engine's start")
 
@@ -113,21 +90,23 @@ class Program:
         os.write(self.lines, b"crash")
 
     def end_engine(self):
-        os.write(self.lines, b"end")
+        os.write(self.lines, b"exit 0")
+
+    def noted(self, what):
+        file = self.home / f"script.{what}"
+        return file.read_text() if file.exists() else ""
 
     def runs(self):
-        runs = self.home / "runs"
-        return len(runs.read_text().splitlines()) if runs.exists() else 0
+        return len(self.noted("runs"))
 
     def input(self):
-        file = self.home / "input"
-        return file.read_text() if file.exists() else ""
+        return self.noted("input")
 
     def expect(self, text):
         """The engine is sent `text`, and nothing before it since the last time."""
         until(lambda: len(self.input()) >= len(text), f"{text!r} sent to the engine")
         got = self.input()
-        (self.home / "input").unlink()
+        (self.home / "script.input").unlink()
         assert got == text, f"the engine was sent {got!r}, not {text!r}"
 
     # ---- the window ----
@@ -162,17 +141,10 @@ class Program:
     def nodes(self):
         return list(below(self.window))
 
-    def shown(self):
-        return [n for n in self.nodes() if has(n, Atspi.StateType.VISIBLE)]
-
     def find(self, text):
         """The first that shows and whose name begins so."""
-        return until(lambda: next((n for n in self.shown() if n.get_name().startswith(text)), None),
-                     text)
-
-    def wait_for(self, text):
-        self.find(text)
-        time.sleep(0.5)  # one screen fades out while the next comes in
+        return until(lambda: next((n for n in self.nodes() if n.get_name().startswith(text)
+                                   and has(n, Atspi.StateType.VISIBLE)), None), text)
 
     def settings_say(self, line):
         until(lambda: line in self.settings.read_text().splitlines(), f"{line!r} in the settings")

@@ -26,6 +26,7 @@ namespace kelo::test {
 ///     deaf           closes its input
 ///     crash          dies of a signal
 ///     exit N         ends with that status
+///     follow FIFO    prints what comes there, or does it where that is "crash" or "exit 0"
 ///     serve          reads its input until it ends or, unless stubborn, "q" comes; then exit 0
 class ScriptedEngine {
 public:

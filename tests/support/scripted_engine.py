@@ -3,6 +3,7 @@
 files beside that."""
 
 import os
+import select
 import signal
 import sys
 import time
@@ -77,6 +78,18 @@ def flood():
             write(b"x" * 4096)
 
 
+def follow(path):
+    signal.alarm(0)
+    steps = os.open(path, os.O_RDWR)
+    while True:
+        ready = select.select([0, steps], [], [])[0]
+        if steps in ready:
+            got = os.read(steps, 4096)
+            do(got) if got in (b"crash", b"exit 0") else write(got)
+        if 0 in ready and (not read() or received.endswith(b"q")):
+            os._exit(0)
+
+
 STEPS = {
     "line": lambda rest: write(rest + b"\n"),
     "raw": lambda rest: write(rest.decode("unicode_escape").encode("latin-1")),
@@ -92,18 +105,24 @@ STEPS = {
     "crash": lambda rest: os.kill(os.getpid(), signal.SIGKILL),
     "exit": lambda rest: os._exit(int(rest)),
     "serve": lambda rest: serve(),
+    "follow": follow,
 }
+
+
+def do(step):
+    verb, _, rest = step.partition(b" ")
+    if verb:
+        STEPS[verb.decode()](rest)
+
 
 signal.alarm(LONGEST_LIFE)
 signal.signal(signal.SIGPIPE, signal.SIG_DFL)
-note("runs", b".", "ab")
 note("cwd", os.getcwdb())
 note("pid", b"%d" % os.getpid())
 note("files", b" ".join(sorted(os.listdir(b"/proc/self/fd"))))
 note("environment", b"".join(b"%s=%s\n" % entry for entry in os.environb.items()))
+note("runs", b".", "ab")
 with open(SCRIPT, "rb") as script:
     for step in script.read().split(b"\n"):
-        verb, _, rest = step.partition(b" ")
-        if verb:
-            STEPS[verb.decode()](rest)
+        do(step)
 serve()
