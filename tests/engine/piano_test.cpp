@@ -212,6 +212,10 @@ private Q_SLOTS:
             Recorder recorder(path);
             for (int pitch = 50; pitch < 62; ++pitch) {
                 play(recorder, pitch, 5);
+                if (pitch == 58) { // nobody looks before the next one begins
+                    now += 12;
+                    continue;
+                }
                 QVERIFY(std::abs(*recorder.deadline() - (now - 0.1 + Recorder::rest)) < 0.01);
                 recorder.advance(now + 1); // is still being played
                 QVERIFY(recorder.deadline());

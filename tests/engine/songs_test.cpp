@@ -1,5 +1,7 @@
+#include "midi_bytes.h"
 #include "songs/library.h"
 #include "songs/notation.h"
+#include "songs/piece_loader.h"
 #include "songs/shipped.h"
 #include "songs/song_list.h"
 #include "support/files.h"
@@ -10,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ctime>
 
 using namespace Qt::StringLiterals;
 using namespace kelo::engine;
@@ -39,6 +42,24 @@ private Q_SLOTS:
                 u"1.75 0.2375 58 0"_s, u"2 2.85 60 0"_s, u"2 2.85 64 0"_s}));
         QCOMPARE(piece->length, 4.85);
         QCOMPARE(piece->messages.size(), piece->notes.size() * 2);
+    }
+
+    void givenUpLoadingEnds()
+    {
+        const QTemporaryDir folder;
+        const QString file = folder.filePath(u"long.mid"_s);
+        const midi::Bytes bytes = midi::scale(100'000);
+        writeFile(file, {reinterpret_cast<const char *>(bytes.data()), qsizetype(bytes.size())});
+        const auto work = [&](bool wholly) { // of all threads
+            const std::clock_t before = std::clock();
+            {
+                PieceLoader loader(file.toStdString());
+                while (wholly && !loader.take(1)) { }
+            }
+            return std::clock() - before;
+        };
+        const std::clock_t all = work(true);
+        QVERIFY(work(false) < all / 2);
     }
 
     void refusesWhatCannotBePlayed_data()
