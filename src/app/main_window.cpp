@@ -11,12 +11,12 @@ using namespace std::chrono_literals;
 
 namespace kelo {
 
-MainWindow::MainWindow(QSettings &settings)
+MainWindow::MainWindow(QSettings &settings, double scale)
     : settings_(settings)
 {
     setTitle(u"Kelo"_s);
     setIcon(keloIcon());
-    WindowFrame::restore(*this, settings_);
+    WindowFrame::restore(*this, settings_, scale);
     // A window manager reports each step of a drag; the last one counts.
     placeTimer_.setSingleShot(true);
     placeTimer_.setInterval(500ms);

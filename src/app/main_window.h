@@ -20,8 +20,9 @@ public:
     /// Is shown each key press before the display is; true when it consumed the key.
     using KeyTaker = std::function<bool(const QKeyEvent &)>;
 
-    /// Stands where it stood last. `settings` must outlive it.
-    explicit MainWindow(QSettings &settings);
+    /// Stands where it stood last; the first time it is `scale` times its designed size. `settings`
+    /// must outlive it.
+    explicit MainWindow(QSettings &settings, double scale);
 
     void setKeyTaker(KeyTaker taker) { keyTaker_ = std::move(taker); }
 

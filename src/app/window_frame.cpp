@@ -18,34 +18,43 @@ const QString frameKey = u"KeloMain"_s;
 const QString maximisedKey = u"KeloMainMaximised"_s;
 
 constexpr QSize grip{200, 60}; // what must show of a window for the user to drag it back
+constexpr QSize border{12, 64}; // room for a frame around a window in the middle of the screen
 
 } // namespace
+
+QSize WindowFrame::smallestOn(QSize room)
+{
+    return smallest.boundedTo(room - border);
+}
 
 QRect WindowFrame::placed(const QRect &wanted, std::span<const QRect> screens)
 {
     if (screens.empty())
         return wanted;
-    const bool reachable = std::ranges::any_of(screens, [&wanted](const QRect &screen) {
+    const auto reachable = std::ranges::find_if(screens, [&wanted](const QRect &screen) {
         const QSize shown = screen.intersected(wanted).size();
         return shown.width() >= grip.width() && shown.height() >= grip.height();
     });
-    if (reachable)
+    const bool found = reachable != screens.end();
+    const QRect &screen = found ? *reachable : screens.front();
+    const QSize size = wanted.size().boundedTo(screen.size() - border);
+    if (found && size == wanted.size())
         return wanted;
-    const QRect &screen = screens.front();
-    QRect frame(QPoint(), wanted.size().boundedTo(screen.size()));
+    QRect frame(QPoint(), size);
     frame.moveCenter(screen.center());
     return frame;
 }
 
-void WindowFrame::restore(QWindow &window, const QSettings &settings)
+void WindowFrame::restore(QWindow &window, const QSettings &settings, double scale)
 {
     std::vector<QRect> screens;
     for (const QScreen *screen : QGuiApplication::screens())
         screens.push_back(screen->availableGeometry());
-    const QRect nowhere(QPoint(-100'000, -100'000), firstSize);
-    const QRect kept = settings.value(frameKey, nowhere).toRect();
-    window.setMinimumSize(smallest);
-    window.setGeometry(placed(QRect(kept.topLeft(), kept.size().expandedTo(smallest)), screens));
+    const QRect first(QPoint(-100'000, -100'000), firstSize * scale); // nowhere
+    const QRect kept = settings.value(frameKey, first).toRect();
+    const QSize least = smallestOn(window.screen()->availableSize());
+    window.setMinimumSize(least);
+    window.setGeometry(placed(QRect(kept.topLeft(), kept.size().expandedTo(least)), screens));
     if (settings.value(maximisedKey).toBool())
         window.setWindowStates(Qt::WindowMaximized);
 }
