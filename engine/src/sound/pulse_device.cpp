@@ -1,8 +1,10 @@
 #include "sound/pulse_device.h"
 
-#include <pthread.h>
+#include "log/log.h"
+#include "sound/realtime.h"
+
 #include <pulse/pulseaudio.h>
-#include <sched.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -22,14 +24,6 @@ constexpr double growthEvery = 0.5; ///< seconds until the last growth has shown
 constexpr std::chrono::seconds connectWithin{2};
 constexpr std::size_t frameBytes = 2 * sizeof(float);
 
-/// Where its user may have that, sound goes before all else.
-void favourThisThread()
-{
-    sched_param wanted{};
-    wanted.sched_priority = 5; // as the server's own
-    pthread_setschedparam(pthread_self(), SCHED_RR, &wanted);
-}
-
 class PulseDevice : public Device {
 public:
     PulseDevice(Mixer &source, AudioClock &audioClock);
@@ -37,6 +31,9 @@ public:
 
     /// Waits until the server has answered, or long enough.
     [[nodiscard]] bool connected() { return settled_.try_acquire_for(connectWithin) && playing_; }
+
+    /// Sound goes before all else, where anybody allows it.
+    void favour();
 
 private:
     void contextChanged();
@@ -55,6 +52,7 @@ private:
     AudioClock &clock_;
     std::binary_semaphore settled_{0};
     std::atomic<bool> playing_ = false;
+    std::atomic<pid_t> unfavoured_ = 0; ///< the library's thread, where it has no right of its own
     pa_threaded_mainloop *loop_ = pa_threaded_mainloop_new();
     pa_context *context_ = nullptr;
 
@@ -89,6 +87,12 @@ PulseDevice::~PulseDevice()
     pa_threaded_mainloop_free(loop_);
 }
 
+void PulseDevice::favour()
+{
+    if (unfavoured_ != 0 && !askBroker(unfavoured_))
+        log(LogLevel::Info, "sound", "sound goes before nothing else: nobody allows it");
+}
+
 void PulseDevice::settle(bool works)
 {
     if (!works)
@@ -117,7 +121,8 @@ void PulseDevice::contextChanged()
             static_cast<PulseDevice *>(self)->fill(bytes);
         },
         this);
-    favourThisThread();
+    if (!favourThisThread())
+        unfavoured_ = gettid();
     clock_.setLatency(queue_);
     lastGrowth_ = monotonicNow();
     const pa_buffer_attr attributes = shape();
@@ -182,6 +187,7 @@ std::unique_ptr<Device> openPulseDevice(Mixer &mixer, AudioClock &clock)
     auto device = std::make_unique<PulseDevice>(mixer, clock);
     if (!device->connected())
         return {};
+    device->favour();
     return device;
 }
 
