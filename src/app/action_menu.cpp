@@ -22,6 +22,7 @@ void fill(QMenu &menu, const std::vector<MenuEntry> &entries)
             actions += added(menu, entry);
         QAction *action = actions.at(static_cast<qsizetype>(i));
         action->setText(entry.title);
+        action->setVisible(entry.shown);
         action->setCheckable(entry.checked.has_value());
         action->setChecked(entry.checked.value_or(false));
         if (entry.action)

@@ -1,7 +1,7 @@
 #include "app/announcer.h"
 
+#include "app/desktop/login_item.h"
 #include "app/display_scale.h"
-#include "app/login_item.h"
 #include "app/overlay.h"
 #include "link/link.h"
 #include "voice/voice_control.h"

@@ -2,18 +2,17 @@
 
 #include "app/announcer.h"
 #include "app/arguments.h"
-#include "app/desktop_contrast.h"
-#include "app/desktop_motion.h"
+#include "app/desktop_ties.h"
 #include "app/launch.h"
 #include "app/main_view.h"
 #include "app/overlay.h"
 #include "app/session.h"
 #include "hud/theme.h"
 #include "link/link.h"
-#include "visual/motion/scene_item.h"
 #include "voice/voice_control.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLoggingCategory>
 #include <QProcess>
@@ -66,28 +65,26 @@ void AppDelegate::launch(const Arguments &arguments, bool startedByLogin)
     if (!startsHidden(facts))
         showWindow();
 
+    desktop_ = std::make_unique<DesktopTies>(
+        DesktopTies::Parts{&link_, &voice_, &scale_, loginItem_.get(), &settings_});
+    connect(desktop_.get(), &DesktopTies::showWanted, this, &AppDelegate::showWindow);
     overlay_->setUp();
     menuBar_.setUp();
     connect(&voice_, &VoiceControl::microphonesChanged, &menuBar_, &MenuBar::refresh);
     connect(qApp, &QCoreApplication::aboutToQuit, this, &AppDelegate::end);
     session::onEndRequested(this, [this] { quit(); });
-    if (!settings_.contains(u"contrast"_s)) {
-        askForHighContrast(this, [this] { // not kept: it goes on following the desktop
-            link_.followContrast(true);
-        });
-    }
-    new DesktopMotion(&SceneItem::setReducedMotion, this);
     link_.start();
     voice_.resumeIfWanted();
 }
 
 void AppDelegate::makeWindow()
 {
-    window_ = std::make_unique<MainWindow>(settings_);
+    scale_.suit(factsOf(*QGuiApplication::primaryScreen()));
+    window_ = std::make_unique<MainWindow>(settings_, scale_.factor());
     overlay_ = std::make_unique<Overlay>(Overlay::Parts{&link_, &voice_, &scale_, &settings_,
         window_->engine(), [this] { return sightOf(window_.get()); }});
-    announcer_ = std::make_unique<Announcer>(
-        Announcer::Sources{&link_, &voice_, &questions_, overlay_.get(), &loginItem_, &scale_});
+    announcer_ = std::make_unique<Announcer>(Announcer::Sources{
+        &link_, &voice_, &questions_, overlay_.get(), loginItem_.get(), &scale_});
     fillWithMainView(*window_, {&link_, &voice_, &questions_, &scale_, this, announcer_.get()});
     window_->setKeyTaker([this](const QKeyEvent &key) {
         if (key.key() == Qt::Key_Menu || key.key() == Qt::Key_F10) {
@@ -108,6 +105,8 @@ void AppDelegate::makeWindow()
 void AppDelegate::showWindow()
 {
     window_->bringForward();
+    if (desktop_)
+        desktop_->windowShown();
     if (std::exchange(closedHalfWay_, false))
         questions_.say();
 }
@@ -146,6 +145,7 @@ void AppDelegate::windowClosed()
     if (std::exchange(toldBackground_, true))
         return;
     link_.send(u"~bg\n"_s);
+    desktop_->windowClosed();
     if (!menuBar_.reachable())
         tellHowToComeBack();
 }
@@ -214,12 +214,12 @@ void AppDelegate::showOverlay(double seconds)
 
 bool AppDelegate::setLoginItem(bool on)
 {
-    return loginItem_.set(on);
+    return loginItem_->set(on);
 }
 
 bool AppDelegate::loginItemOn() const
 {
-    return loginItem_.on();
+    return loginItem_->on();
 }
 
 void AppDelegate::setHighContrast(bool on)
@@ -239,6 +239,7 @@ MenuFacts AppDelegate::menuFacts() const
     MenuFacts facts{link_.assistant, voice_.on, overlay_->enabled(), loginItemOn()};
     for (const MicrophoneDevice &each : voice_.microphones())
         facts.microphones.append({each.id, each.name});
+    facts.globalKeys = desktop_ && desktop_->keys().possible();
     facts.wantedMicrophone = voice_.wantedMicrophone();
     return facts;
 }
@@ -268,6 +269,8 @@ void AppDelegate::choose(MenuAction action, const QString &id)
         return scale_.smaller();
     case MenuAction::NormalSize:
         return scale_.reset();
+    case MenuAction::GlobalKeys:
+        return desktop_->keys().want();
     case MenuAction::Minimise:
     case MenuAction::HideWindow:
         return minimiseWindow();

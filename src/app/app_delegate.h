@@ -1,8 +1,8 @@
 #pragma once
 
+#include "app/desktop/login_item.h"
 #include "app/display_scale.h"
 #include "app/key_handler.h"
-#include "app/login_item.h"
 #include "app/main_window.h"
 #include "app/menu_bar.h"
 #include "app/midi_chooser.h"
@@ -18,6 +18,7 @@
 namespace kelo {
 
 class Announcer;
+class DesktopTies;
 class Link;
 class Overlay;
 class VoiceControl;
@@ -79,9 +80,10 @@ private:
     QSettings settings_;
     WelcomeQuestions questions_;
     DisplayScale scale_;
-    LoginItem loginItem_;
+    std::unique_ptr<LoginItem> loginItem_ = LoginItem::make(settings_);
+    std::unique_ptr<DesktopTies> desktop_;
     MenuBar menuBar_;
-    ActionMenu windowMenu_{windowMenu};
+    ActionMenu windowMenu_{[this] { return windowMenu(menuFacts()); }};
     MidiChooser midiChooser_;
     std::unique_ptr<MainWindow> window_;
     std::unique_ptr<Overlay> overlay_;

@@ -11,7 +11,7 @@ struct Menu {
 };
 
 /// What can be done to the main window.
-std::vector<MenuEntry> ofTheWindow()
+std::vector<MenuEntry> ofTheWindow(const MenuFacts &facts)
 {
     using enum MenuAction;
     return {
@@ -21,6 +21,7 @@ std::vector<MenuEntry> ofTheWindow()
         {},
         {Minimise, Menu::tr("Minimise")},
         {CloseWindow, Menu::tr("Close")},
+        {GlobalKeys, Menu::tr("Keys that reach me from everywhere…"), {}, {}, {}, facts.globalKeys},
     };
 }
 
@@ -71,16 +72,16 @@ std::vector<MenuEntry> trayMenu(const MenuFacts &facts)
         {TogglePanel, Menu::tr("Show the panel when %1 speaks").arg(facts.assistant), facts.panel},
         {ToggleLogin, Menu::tr("Start when I log in"), facts.login},
         {{}, Menu::tr("Microphone"), {}, microphones(facts)},
-        {{}, Menu::tr("Window"), {}, ofTheWindow()},
+        {{}, Menu::tr("Window"), {}, ofTheWindow(facts)},
         {},
         {Quit, Menu::tr("Quit Kelo")},
     };
 }
 
-std::vector<MenuEntry> windowMenu()
+std::vector<MenuEntry> windowMenu(const MenuFacts &facts)
 {
     using enum MenuAction;
-    std::vector<MenuEntry> entries = ofTheWindow();
+    std::vector<MenuEntry> entries = ofTheWindow(facts);
     entries.push_back({});
     entries.push_back({HideWindow, Menu::tr("Hide Kelo")});
     entries.push_back({Quit, Menu::tr("Quit Kelo")});

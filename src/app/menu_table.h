@@ -20,6 +20,7 @@ enum class MenuAction {
     Larger,
     Smaller,
     NormalSize,
+    GlobalKeys,
     Minimise,
     CloseWindow,
     HideWindow,
@@ -38,6 +39,7 @@ struct MenuFacts {
     bool listening = false;
     bool panel = true;
     bool login = false;
+    bool globalKeys = false; ///< the desktop can give some
     QList<MenuChoice> microphones{}; ///< those that are there
     QString wantedMicrophone{}; ///< the id of the one to listen with; empty: the system's choice
 };
@@ -49,12 +51,13 @@ struct MenuEntry {
     std::optional<bool> checked{}; ///< none: not a switch
     std::vector<MenuEntry> below{}; ///< what a menu of its own holds
     QString id{}; ///< what is chosen, where the action does not say it all
+    bool shown = true;
 };
 
 /// The tray menu from top to bottom. Titles and marks depend on `facts`, the order does not.
 [[nodiscard]] std::vector<MenuEntry> trayMenu(const MenuFacts &facts);
 
 /// The menu of the main window. Titles name their keys after a tabulator.
-[[nodiscard]] std::vector<MenuEntry> windowMenu();
+[[nodiscard]] std::vector<MenuEntry> windowMenu(const MenuFacts &facts);
 
 } // namespace kelo

@@ -13,6 +13,8 @@ namespace kelo {
 
 namespace {
 
+constexpr const char *activationToken = "XDG_ACTIVATION_TOKEN";
+constexpr qint64 longestToken = 4096; // bytes
 constexpr int patience = 500; // milliseconds; a local socket answers at once or not at all
 
 QString socketName(const QString &dataDirectory)
@@ -31,8 +33,7 @@ SingleInstance::SingleInstance(const QString &dataDirectory, QObject *parent)
     server_.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&server_, &QLocalServer::newConnection, this, [this] {
         while (QLocalSocket *caller = server_.nextPendingConnection())
-            caller->deleteLater();
-        Q_EMIT raiseRequested();
+            hear(caller);
     });
 }
 
@@ -40,7 +41,24 @@ bool SingleInstance::raisedAnother() const
 {
     QLocalSocket socket;
     socket.connectToServer(name_);
-    return socket.waitForConnected(patience);
+    if (!socket.waitForConnected(patience))
+        return false;
+    // The compositor let this start come forward, and it alone.
+    socket.write(qgetenv(activationToken));
+    socket.waitForBytesWritten(patience);
+    socket.disconnectFromServer();
+    return true;
+}
+
+void SingleInstance::hear(QLocalSocket *caller)
+{
+    caller->setReadBufferSize(longestToken);
+    connect(caller, &QLocalSocket::disconnected, this, [this, caller] {
+        if (const QByteArray token = caller->readAll(); !token.isEmpty())
+            qputenv(activationToken, token); // where Qt takes it from
+        caller->deleteLater();
+        Q_EMIT raiseRequested();
+    });
 }
 
 void SingleInstance::listen()

@@ -6,7 +6,8 @@
 namespace kelo {
 
 /// One instance per data directory: the first holds a local socket, a second finds it there,
-/// asks the first to come forward and ends.
+/// asks the first to come forward and ends. With that it hands over what the desktop gave it as a
+/// sign that the user wants to see it.
 class SingleInstance : public QObject {
     Q_OBJECT
 
@@ -25,6 +26,8 @@ Q_SIGNALS:
     void raiseRequested();
 
 private:
+    void hear(QLocalSocket *caller);
+
     QString name_;
     QLocalServer server_;
 };

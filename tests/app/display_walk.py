@@ -9,6 +9,7 @@ import subprocess
 import sys
 import time
 
+import desktop_walks
 from running_program import (
     Atspi, Gio, GLib, Program, Tray, has, own_name, press, shown_windows, until)
 
@@ -248,48 +249,6 @@ def answers(program):
     assert sum("And what will you call me?" in line for line in spoken) == 1, spoken
 
 
-class Portal:
-    """The desktop's settings as far as anyone asks them for contrast."""
-
-    INTERFACE = """<node><interface name="org.freedesktop.portal.Settings"><method name="Read">
-        <arg type="s" direction="in"/><arg type="s" direction="in"/>
-        <arg type="v" direction="out"/></method></interface></node>"""
-
-    def __init__(self):
-        self.asked = []
-        self.answer = GLib.Variant("v", GLib.Variant("u", 1))
-        self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)  # gone with its last user
-        self.bus.register_object(
-            "/org/freedesktop/portal/desktop",
-            Gio.DBusNodeInfo.new_for_xml(self.INTERFACE).interfaces[0], self.called, None, None)
-        own_name(self.bus, "org.freedesktop.portal.Desktop")
-
-    def called(self, _bus, _sender, _path, _interface, _method, arguments, call):
-        if arguments.unpack() == ("org.freedesktop.appearance", "contrast"):
-            self.asked.append(arguments)
-            call.return_value(GLib.Variant.new_tuple(self.answer))
-        else:
-            call.return_dbus_error("org.freedesktop.portal.Error.NotFound", "no such setting")
-
-
-def contrast(start):
-    """The display follows the desktop's wish for contrast until the user has one."""
-    portal = Portal()
-    for answer, users, on in ((1, "", True), (0, "", False), (2, "", False),
-                              (1, "contrast=false\n", False)):
-        portal.answer = GLib.Variant("v", GLib.Variant("u", answer))
-        portal.asked.clear()
-        with start(settings=users) as program:
-            program.wait_for_window()
-            until(lambda: users or portal.asked, "the question")
-            switch = until(lambda: [n for n in program.nodes() if n.get_name() ==
-                                    "High contrast, on or off"], "the switch")[0]
-            until(lambda: not on or has(switch, Atspi.StateType.CHECKED), "high contrast")
-            assert has(switch, Atspi.StateType.CHECKED) == on, (answer, users)
-            assert len(portal.asked) == (0 if users else 1)
-            assert ("contrast" in program.settings.read_text()) == bool(users)
-
-
 def beginnings(start):
     """Starts that are none, and starts without anything."""
     def run(*arguments, **environment):
@@ -337,7 +296,8 @@ def ends(start):
 
 
 WALKS = {walk.__name__: walk for walk in (
-    announcements, answers, beginnings, contrast, ends, relaunch, tray, updates, window)}
+    announcements, answers, beginnings, desktop_walks.desktop, desktop_walks.sandbox,
+    desktop_walks.wishes, ends, relaunch, tray, updates, window)}
 STARTS = {"tray": {"arguments": ["--hidden"], "assistant": "Luna",
                    "settings": "microphone=usb\n"},
           "relaunch": {"DESKTOP_AUTOSTART_ID": "10a8"}}
@@ -348,7 +308,7 @@ if __name__ == "__main__":
     start.program = path
     with subprocess.Popen(["openbox", "--sm-disable"]) as window_manager:
         try:
-            if name in ("beginnings", "contrast", "ends"):
+            if name in ("beginnings", "desktop", "ends", "sandbox", "wishes"):
                 WALKS[name](start)
             else:
                 with start(**STARTS.get(name, {})) as program:

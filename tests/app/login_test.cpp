@@ -1,4 +1,4 @@
-#include "app/login_item.h"
+#include "app/desktop/autostart_file.h"
 #include "support/files.h"
 #include "support/table.h"
 
@@ -70,7 +70,7 @@ private Q_SLOTS:
 
     void saysWhenItFails()
     {
-        LoginItem nowhere(u"/dev/null"_s, u"/usr/bin/kelo"_s);
+        AutostartFile nowhere(u"/dev/null"_s, u"/usr/bin/kelo"_s);
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"can't write"_s));
         QVERIFY(!nowhere.set(true));
         QVERIFY(!nowhere.on());
@@ -78,9 +78,9 @@ private Q_SLOTS:
     }
 
 private:
-    [[nodiscard]] LoginItem item(const QString &executable = u"/usr/bin/kelo"_s) const
+    [[nodiscard]] AutostartFile item(const QString &executable = u"/usr/bin/kelo"_s) const
     {
-        return LoginItem(folder_->path(), executable);
+        return AutostartFile(folder_->path(), executable);
     }
 
     std::unique_ptr<QTemporaryDir> folder_;

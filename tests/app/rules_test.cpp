@@ -1,12 +1,14 @@
 #include "app/announcement_queue.h"
 #include "app/arguments.h"
-#include "app/desktop_motion.h"
+#include "app/desktop/desktop_settings.h"
+#include "app/desktop_ties.h"
 #include "app/display_scale.h"
 #include "app/launch.h"
 #include "app/overlay_rules.h"
 #include "app/window_frame.h"
 #include "support/table.h"
 
+#include <QDBusVariant>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -47,23 +49,39 @@ private Q_SLOTS:
             QCOMPARE(line + u" -> "_s + understood(line), line + u" -> "_s + expected);
     }
 
-    void followsTheDesktopsWishForLessMotion()
+    void followsTheDesktopsWishes()
     {
-        QList<bool> said;
-        DesktopMotion motion([&said](bool reduced) { said << reduced; });
-        const auto set = [&motion](
-                             const QString &group, const QString &key, const QVariant &value) {
-            motion.settingChanged(group, key, QDBusVariant(value));
+        struct Setting {
+            QString group;
+            QString key;
+            QVariant value;
         };
         const QString shared = u"org.freedesktop.appearance"_s;
         const QString older = u"org.gnome.desktop.interface"_s;
-        set(shared, u"reduced-motion"_s, QVariant::fromValue(QDBusVariant(1U)));
-        set(older, u"enable-animations"_s, false);
-        set(shared, u"contrast"_s, 0U);
-        set(shared, u"reduced-motion"_s, 0U);
-        QCOMPARE(said, QList<bool>{true});
-        set(older, u"enable-animations"_s, true);
-        QCOMPARE(said, (QList<bool>{true, false}));
+        const auto wishes = [](const Setting &setting) {
+            QList<DesktopWishes> told;
+            DesktopSettings settings([&told](const DesktopWishes &all) { told << all; });
+            settings.settingChanged(setting.group, setting.key, setting.value);
+            settings.settingChanged(setting.group, setting.key, setting.value);
+            return told.size() > 1 ? DesktopWishes{true, true, 99} : told.value(0);
+        };
+        checkRows<Setting, DesktopWishes>(wishes,
+            {{"contrast", {shared, u"contrast"_s, QVariant::fromValue(QDBusVariant(1U))},
+                 {.contrast = true}},
+                {"less contrast", {shared, u"contrast"_s, 2U}, {}},
+                {"its older name",
+                    {u"org.gnome.desktop.a11y.interface"_s, u"high-contrast"_s, true},
+                    {.contrast = true}},
+                {"motion", {shared, u"reduced-motion"_s, 1U}, {.lessMotion = true}},
+                {"its older name", {older, u"enable-animations"_s, false}, {.lessMotion = true}},
+                {"texts", {older, u"text-scaling-factor"_s, 1.5}, {.textScale = 1.5}},
+                {"something else", {older, u"contrast"_s, 1U}, {}}});
+    }
+
+    void staysAwakeForWhoPlays()
+    {
+        QVERIFY(keepsAwake(u"teach"_s, false, false) && keepsAwake(u"idle"_s, true, false));
+        QVERIFY(!keepsAwake(u"idle"_s, true, true) && !keepsAwake(u"menu"_s, false, false));
     }
 
     void opensNoWindowAtLogin()
@@ -101,7 +119,8 @@ private Q_SLOTS:
                 {"just enough", {3320, 1020, 900, 600}, {3320, 1020, 900, 600}},
                 {"too little across", {3321, 0, 900, 600}, {350, 200, 900, 600}},
                 {"too little down", {1700, 1021, 900, 600}, {350, 200, 900, 600}},
-                {"its screen is gone", {9000, 0, 5000, 840}, {0, 80, 1600, 840}}});
+                {"larger than its screen", {-20, 20, 1240, 2000}, {180, 32, 1240, 936}},
+                {"its screen is gone", {9000, 0, 5000, 840}, {6, 80, 1588, 840}}});
     }
 
     void panelStaysWhileItIsOfUse()
@@ -174,6 +193,39 @@ private Q_SLOTS:
                 {"much later", {Topic::Mode, 100.8}, u"new"_s},
                 {"playing", {Topic::Playing, 100}, QString()},
                 {"the scale is the display's", {Topic::Scale, 100}, u"new"_s}});
+    }
+
+    void isLargeEnoughOnEveryScreen()
+    {
+        checkRows<ScreenFacts, double>(suitableScale,
+            {{"as designed", {{1920, 1080}, 1, 96, 1}, 1},
+                {"many pixels, no size told", {{3840, 2160}, 1, 0, 1}, 2},
+                {"many pixels, enlarged by the desktop", {{1920, 1080}, 2, 192, 1}, 1},
+                {"small pixels", {{1920, 1080}, 1, 166, 1}, 1.5},
+                {"a size that cannot be", {{1920, 1080}, 1, 501, 1}, 1},
+                {"larger texts", {{1920, 1080}, 1, 96, 1.5}, 1.5},
+                {"larger texts, enlarged by the desktop", {{1280, 720}, 1.5, 96, 1.5}, 1},
+                {"smaller texts", {{1920, 1080}, 1, 96, 0.8}, 1},
+                {"little room", {{1280, 800}, 1, 96, 3}, 1.75},
+                {"no room", {{800, 600}, 1, 200, 2}, 1.25}, {"nonsense", {{}, 0, 0, 0}, 1}});
+    }
+
+    void scaleSuitsTheDesktopUntilTheUserChooses()
+    {
+        const QTemporaryDir folder;
+        QSettings settings(folder.filePath(u"settings.ini"_s), QSettings::IniFormat);
+        DisplayScale scale(settings);
+        scale.suit({{1920, 1080}, 1, 0, 1});
+        QVERIFY(!scale.takeNews());
+        scale.setTextScale(1.5);
+        QCOMPARE(scale.factor(), 1.5);
+        QVERIFY(scale.takeNews());
+        QVERIFY2(!DisplayScale(settings).takeNews() && !scale.takeNews(), "told once");
+        scale.larger();
+        scale.setTextScale(1.25);
+        QCOMPARE(scale.factor(), 1.75);
+        scale.reset();
+        QCOMPARE(DisplayScale(settings).factor(), 1.25);
     }
 
     void scaleStaysWithinItsRange()

@@ -1,4 +1,4 @@
-#include "app/login_item.h"
+#include "app/desktop/autostart_file.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -58,19 +58,19 @@ QByteArray value(const QByteArray &entry, const QByteArray &key)
 
 } // namespace
 
-LoginItem::LoginItem(const QString &configuration, QString executable)
+AutostartFile::AutostartFile(const QString &configuration, QString executable)
     : path_(configuration + u"/autostart/app.kelo.assistant.desktop"_s)
     , executable_(std::move(executable))
 {
 }
 
-LoginItem::LoginItem()
-    : LoginItem(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation),
+AutostartFile::AutostartFile()
+    : AutostartFile(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation),
         QCoreApplication::applicationFilePath())
 {
 }
 
-bool LoginItem::on() const
+bool AutostartFile::on() const
 {
     QFile file(path_);
     if (!QFileInfo(path_).isFile() || !file.open(QIODevice::ReadOnly))
@@ -79,14 +79,14 @@ bool LoginItem::on() const
     return value(entry, "Hidden") != "true" && value(entry, "X-GNOME-Autostart-enabled") != "false";
 }
 
-bool LoginItem::set(bool on)
+bool AutostartFile::set(bool on)
 {
     const bool done = on ? write() : !QFileInfo(path_).isFile() || QFile::remove(path_);
     Q_EMIT changed();
     return done;
 }
 
-bool LoginItem::write() const
+bool AutostartFile::write() const
 {
     QDir().mkpath(QFileInfo(path_).path());
     QSaveFile file(path_);
@@ -97,7 +97,7 @@ bool LoginItem::write() const
     return true;
 }
 
-QByteArray LoginItem::entry() const
+QByteArray AutostartFile::entry() const
 {
     const QString text = u"[Desktop Entry]\n"
                          "Type=Application\n"

@@ -1,33 +1,30 @@
 #pragma once
 
-#include <QObject>
+#include "app/desktop/login_item.h"
+
 #include <QString>
 
 namespace kelo {
 
-/// Start at login by an entry in the user's autostart folder. It starts the program hidden.
-class LoginItem : public QObject {
+/// Start at login by an entry in the user's autostart folder.
+class AutostartFile : public LoginItem {
     Q_OBJECT
 
 public:
     /// The entry of this program: `app.kelo.assistant.desktop` in the folder `autostart` of
     /// `configuration`. It starts `executable`, an absolute path.
-    LoginItem(const QString &configuration, QString executable);
+    AutostartFile(const QString &configuration, QString executable);
     /// For the user and the executable of this process.
-    LoginItem();
+    AutostartFile();
 
     /// The entry is there, and neither the user nor the desktop has switched it off inside it.
-    [[nodiscard]] bool on() const;
-    /// Writes the entry or removes it; false when that failed.
-    bool set(bool on);
+    [[nodiscard]] bool on() const override;
+    /// Writes the entry or removes it.
+    bool set(bool on) override;
 
     [[nodiscard]] const QString &path() const { return path_; }
     /// What the entry says.
     [[nodiscard]] QByteArray entry() const;
-
-Q_SIGNALS:
-    /// It was switched from here, whether that worked or not.
-    void changed();
 
 private:
     [[nodiscard]] bool write() const;
