@@ -11,7 +11,7 @@ import time
 
 import desktop_walks
 from running_program import (
-    Atspi, Gio, GLib, Program, Tray, has, own_name, press, shown_windows, until)
+    Atspi, GLib, Program, Tray, has, press, shown_windows, until)
 
 
 def updates(program):
