@@ -28,55 +28,111 @@ QString text(const Reply &reply)
     return (reply.demo ? all + u" (demo)"_s : all).trimmed();
 }
 
-/// Key presses: MIDI pitch and when, in seconds.
-using Presses = QList<std::pair<int, double>>;
-
 } // namespace
-
-Q_DECLARE_METATYPE(Presses)
 
 class LessonsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void judges_data()
+    void judgesAsATeacherWould_data()
     {
-        // C, then E, then C and G together, then D, a quarter each.
-        const Table<Presses, QString> row{"presses", "verdict"};
-        row("as written", {{60, 0}, {64, 0.5}, {60, 1.0}, {67, 1.0}, {62, 1.5}},
-            u"Passed. And in good time."_s);
-        row("half as fast", {{60, 0}, {64, 1}, {67, 2}, {60, 2.01}, {62, 3}},
-            u"Passed. And in good time."_s);
-        row("a slowly rolled chord", {{60, 0}, {64, 0.5}, {67, 1.0}, {60, 1.45}, {62, 1.5}},
-            u"Passed. And in good time."_s);
-        row("hands not quite together", {{60, 0}, {64, 0.5}, {60, 1.0}, {62, 1.4}, {67, 1.45}},
-            u"Passed. And in good time."_s);
-        row("a note held too long", {{60, 0}, {64, 0.5}, {60, 2}, {67, 2}, {62, 2.5}},
-            u"Passed. The third note may come a little sooner."_s);
-        row("a note too soon", {{60, 0}, {64, 0.1}, {60, 0.6}, {67, 0.6}, {62, 1.1}},
+        // Steps are a quarter of half a second each: "60+67" a chord, "62~" a trill, "(61)60" with
+        // a grace note. Keys are "60" at the next quarter, or "60@0.2" at that many quarters.
+        const Table<QString, QString, QString> row{"steps", "keys", "verdict"};
+        const QString four = u"60 64 60+67 62"_s;
+        const QString good = u"Passed. And in good time."_s;
+        const QString scale = u"60 62 64 65 67 69 71 72"_s;
+        row("as written", four, u"60 64 60+67 62"_s, good);
+        row("half as fast", four, u"60 64@2 60+67@4 62@6"_s, good);
+        row("twice as fast", four, u"60 64@.5 60+67@1 62@1.5"_s, good);
+        row("a chord from the top", four, u"60 64 67 60@2.02 62@3"_s, good);
+        row("a chord rolled in 80 ms", four, u"60 64 60@2 67@2.16 62@3"_s, good);
+        row("a slowly rolled chord", four, u"60 64 67@2 60@2.9 62@3"_s, good);
+        row("hands not quite together", four, u"60 64 60@2 62@2.8 67@2.9"_s, good);
+        row("hands far from together", four, u"60 64 60@2 62@2.5 67@2.9"_s,
+            u"The third chord: you left out G."_s);
+        row("a note held too long", four, u"60 64 60+67@4 62@5"_s,
+            u"Passed. The third chord may come a little sooner."_s);
+        row("a note too soon", four, u"60 64@.2 60+67@1.2 62@2.2"_s,
             u"Passed. The second note may wait a little longer."_s);
-        row("a wrong note", {{60, 0}, {65, 0.5}}, u"The second note was E, you played F."_s);
-        row("what follows a wrong note is not held against anyone", {{60, 0}, {65, 0.5}, {60, 1}},
-            u"The second note was E, you played F."_s);
-        row("the right note elsewhere", {{48, 0}},
+        row("a key that bounces", four, u"60 60@.1 64@1 60+67 62"_s, good);
+        row("a key of a chord that bounces", four, u"60 64 60 60@2.1 67@2.12 62@3"_s, good);
+        row("a wrong note", four, u"60 65"_s, u"The second note: E. You played the F above."_s);
+        row("a note below", four, u"60 62"_s, u"The second note: E. You played the D below."_s);
+        row("far off", four, u"60 83"_s, u"The second note: E. You played B, far above."_s);
+        row("what follows is not held against anyone", four, u"60 65 60"_s,
+            u"The second note: E. You played the F above."_s);
+        row("put right at once", four, u"60 65 64@1.3 60+67@2 62@3"_s, good);
+        row("put right in a chord", four, u"60 64 60 65 67@2.3 62@3"_s, good);
+        row("an octave too low", u"60"_s, u"48"_s,
             u"The first note: C is right, but an octave higher."_s);
-        row("two octaves up", {{60, 0}, {88, 0}},
+        row("two octaves too high", four, u"60 88"_s,
             u"The second note: E is right, but two octaves lower."_s);
-        row("a wrong note in a chord", {{60, 0}, {64, 0.5}, {60, 1.0}, {65, 1.0}},
-            u"The third chord was C and G together, you played F."_s);
-        row("half a chord", {{60, 0}, {64, 0.5}, {60, 1.0}, {62, 1.5}},
-            u"You left out G in the third chord."_s);
-        row("a note skipped", {{60, 0}, {60, 0.5}}, u"The second note was E, you played C."_s);
-        row("the same note of a chord twice", {{60, 0}, {64, 0.5}, {60, 1.0}, {60, 1.1}},
-            u"The third chord was C and G together, you played C."_s);
+        row("a wrong note in a chord", four, u"60 64 60 65@2"_s,
+            u"The third chord: C and G together. You played the F below G."_s);
+        row("half a chord", four, u"60 64 60 62@3"_s, u"The third chord: you left out G."_s);
+        row("half a chord of three", u"60+64+67 62"_s, u"64 62@1"_s,
+            u"The first chord: you left out C and G."_s);
+        row("a note skipped", four, u"60 60@1"_s, u"The second note: E. You played the C below."_s);
+        row("a key of a chord twice", four, u"60 64 60 60@2.5"_s,
+            u"The third chord: C and G together. You played the C below G."_s);
+        row("repeated notes", u"60 60 60 60"_s, u"60 60 60 60"_s, good);
+        row("quick repeated notes", u"60 60 60 60"_s, u"60 60@.2 60@.4 60@.6"_s, good);
+        row("one repetition too few", u"60 60 62"_s, u"60 62"_s,
+            u"The second note: C. You played the D above."_s);
+        row("one repetition too many", u"60 60 62 64"_s, u"60 60 60"_s,
+            u"The third note: D. You played the C below."_s);
+        row("a trill", u"62~ 60 59 60"_s, u"62 64@.2 62@.4 64@.6 62@.8 60@1 59 60"_s, good);
+        row("a trill from above", u"62~ 60 59 60"_s, u"64 62@.2 64@.4 62@.6 60@1 59 60"_s, good);
+        row("a trill that is left out", u"62~ 60 59 60"_s, u"62 60 59 60"_s, good);
+        row("a wrong note after a trill", u"62~ 60 59"_s, u"62 64@.2 62@.4 67@1"_s,
+            u"The second note: C. You played the G above."_s);
+        row("a grace note", u"60 (63)64 65 67"_s, u"60 63@.9 64@1 65 67"_s, good);
+        row("a grace note that is left out", u"60 (63)64 65 67"_s, u"60 64 65 67"_s, good);
+        row("a grace note alone", u"60 (63)64 65 67"_s, u"60 63 65@2"_s,
+            u"The second note: E. You played the F above."_s);
+        row("the same key in both hands' notes", u"60+64 60 60+67 60"_s, u"60+64 60 60+67 60"_s,
+            good);
+        row("rushing", scale, u"60 62@1 64@2 65@3 67@3.7 69@4.4 71@5.1 72@5.8"_s,
+            u"Passed. You got faster."_s);
+        row("dragging", scale, u"60 62@1 64@2 65@3 67@4.4 69@5.8 71@7.2 72@8.6"_s,
+            u"Passed. You got slower."_s);
+        row("a little rubato", scale, u"60 62@1.1 64@2 65@3.1 67@4.2 69@5.1 71@6 72@7.3"_s, good);
+        row("one note late, the rest in time", scale, u"60 62 64 65@3.7 67@4 69 71 72"_s,
+            u"Passed. The fifth note may wait a little longer."_s);
+        row("uneven", scale, u"60 62@1.5 64@2 65@3.5 67@4 69@5.5 71@6 72@7.5"_s,
+            u"Passed. The rhythm was uneven."_s);
+        row("three notes say nothing of time", u"60 62 64"_s, u"60 62@3 64@3.1"_s, u"Passed. "_s);
     }
 
-    void judges()
+    void judgesAsATeacherWould()
     {
-        QFETCH(Presses, presses);
-        Attempt attempt({{0, {60}}, {0.5, {64}}, {1.0, {60, 67}}, {1.5, {62}}}, Spelling::Sharps);
-        for (const auto &[pitch, at] : presses)
-            attempt.press(pitch, at);
+        QFETCH(QString, steps);
+        QFETCH(QString, keys);
+        constexpr double quarter = 0.5;
+        std::vector<Step> written;
+        for (QString each : steps.split(u' ')) {
+            Step step{static_cast<double>(written.size()) * quarter, {}};
+            if (each.startsWith(u'(')) {
+                step.ornaments.push_back(each.mid(1, 2).toInt());
+                each.remove(0, 4);
+            }
+            for (const QString &pitch : each.split(u'+'))
+                step.pitches.push_back(pitch.left(2).toInt());
+            for (const int away : {-2, -1, 0, 1, 2}) {
+                if (each.endsWith(u'~'))
+                    step.ornaments.push_back(step.pitches.front() + away);
+            }
+            written.push_back(step);
+        }
+        Attempt attempt(written, Spelling::Sharps);
+        double at = -1;
+        for (const QString &each : keys.split(u' ')) {
+            const QStringList parts = each.split(u'@');
+            at = parts.size() > 1 ? parts[1].toDouble() : std::floor(at) + 1;
+            for (const QString &pitch : parts[0].split(u'+'))
+                attempt.press(pitch.toInt(), at * quarter);
+        }
         attempt.expire(1e9);
         const bool passed = attempt.state() == Attempt::State::Passed;
         QVERIFY(passed || attempt.state() == Attempt::State::Missed);
@@ -84,6 +140,27 @@ private Q_SLOTS:
         QTEST(passed ? u"Passed. "_s + QString::fromStdString(attempt.rhythm())
                      : QString::fromStdString(attempt.fault()),
             "verdict");
+    }
+
+    void goesOnFromTheBeatBefore()
+    {
+        const Piece piece = sheet("c4/8 d4 e4 f4 g4 a4 b4 c5 | c5/1", "r/1 | c3/1");
+        const auto right = excerptsOf(piece, Hands::Right);
+        Attempt attempt(right[0].steps, Spelling::Sharps);
+        for (const int key : {60, 62, 64, 65, 67, 70})
+            attempt.press(key, key);
+        QCOMPARE(QString::fromStdString(attempt.fault()),
+            u"Bar one, beat three: A. You played the A sharp above."_s);
+        Attempt again = attempt;
+        attempt.resume();
+        QCOMPARE(attempt.next(), std::string("E"));
+        for (const int key : {64, 65, 67, 69, 71, 72})
+            attempt.press(key, key);
+        QVERIFY(attempt.state() == Attempt::State::Passed || attempt.next() == "C");
+        again.resume(); // who would rather begin again may
+        for (const int key : {60, 62})
+            again.press(key, key);
+        QCOMPARE(again.next(), std::string("E"));
     }
 
     void cutsAPieceIntoPhrases()
@@ -124,7 +201,8 @@ private Q_SLOTS:
         QCOMPARE(text(lesson.begin()),
             u"A lesson on Test. Listen, then play it back. Bars one and two, right hand. (demo)"_s);
         QCOMPARE(lesson.demo().notes.size(), 3U);
-        QCOMPARE(QString::fromStdString(lesson.notes()), u"Right hand: C, E, G."_s);
+        QCOMPARE(QString::fromStdString(lesson.notes()),
+            u"Bar one, C major, no sharps or flats, four four time. C four, half; E; G, whole note."_s);
         QVERIFY(text(lesson.press(60, 0)).isEmpty()); // nobody waits for it yet
         QVERIFY(!lesson.deadline());
         lesson.listen(10);
@@ -139,7 +217,10 @@ private Q_SLOTS:
             text(both.back()), u"This is the first part. Bars one and two, right hand. (demo)"_s);
         QCOMPARE(text(both.skip()), u"Bars one and two, left hand. (demo)"_s);
         QCOMPARE(text(both.skip()), u"Bars one and two, both hands. (demo)"_s);
-        QCOMPARE(QString::fromStdString(both.notes()), u"Right hand: C, D. Left hand: C, G."_s);
+        QVERIFY(
+            QString::fromStdString(both.notes())
+                .endsWith(
+                    u"Right hand: C four, whole note; D. Left hand: C three, whole note; G two."_s));
         both.listen(0);
         static_cast<void>(both.press(60, 1));
         static_cast<void>(both.press(48, 1.3));
@@ -168,8 +249,8 @@ private Q_SLOTS:
             QCOMPARE(text(lesson.press(65, now)), u"(wrong)"_s); // at once, and silently
             QVERIFY(text(lesson.press(67, now + 0.5)).isEmpty());
             QVERIFY(text(lesson.advance(now + 1.2)).isEmpty());
-            const QString fault = miss == 1 ? u"The second note was E, you played F."_s
-                                            : u"The first note was C, you played F."_s;
+            const QString fault = miss == 1 ? u"Bar one, beat three: E. You played the F above."_s
+                                            : u"Bar one, beat one: C. You played the F above."_s;
             QCOMPARE(text(lesson.advance(now + 1.4)),
                 fault + (miss == 3 ? u" Listen again. (demo)"_s : u" Try again."_s));
             if (miss == 3)

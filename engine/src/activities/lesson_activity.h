@@ -27,6 +27,7 @@ public:
 private:
     [[nodiscard]] Piece example() const override { return lesson_.demo(); }
     void listen(const Moment &now) override { lesson_.listen(now.uptime); }
+    [[nodiscard]] bool entersWith(int pitch) const override { return lesson_.entersWith(pitch); }
     [[nodiscard]] bool listening() const override { return lesson_.listening(); }
     [[nodiscard]] Reply press(int pitch, const Moment &now) override
     {

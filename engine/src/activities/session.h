@@ -32,6 +32,7 @@ public:
 
     virtual void say(std::string_view text, const Moment &now) = 0;
     [[nodiscard]] virtual bool speaking() const = 0;
+    virtual void hush() = 0;
 
     /// Leaves the current activity, which lives on until what it is doing has returned.
     virtual void begin(std::unique_ptr<Activity> next, const Moment &now) = 0;

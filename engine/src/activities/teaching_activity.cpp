@@ -23,8 +23,14 @@ void TeachingActivity::resume(const Moment &now)
 
 void TeachingActivity::note(int pitch, int velocity, const Moment &now)
 {
-    if (velocity > 0 && !paused_)
-        teach(press(pitch, now), now);
+    if (velocity <= 0 || paused_)
+        return;
+    if (!listening() && entersWith(pitch)) {
+        session_.host.hush();
+        endExample();
+        listen(now);
+    }
+    teach(press(pitch, now), now);
 }
 
 /// What was played before it has to be played again, but nothing was wrong.

@@ -31,6 +31,8 @@ protected:
     void demonstrate(const Moment &now);
 
     [[nodiscard]] virtual Piece example() const = 0;
+    /// The player knows how to begin: with this key one need not wait for the end of the words.
+    [[nodiscard]] virtual bool entersWith(int) const { return false; }
     /// It is the player's turn from now on.
     virtual void listen(const Moment &now) = 0;
     [[nodiscard]] virtual bool listening() const = 0;

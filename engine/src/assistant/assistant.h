@@ -105,7 +105,7 @@ private:
     void obey(std::string_view line, const Moment &now);
     void press(Key pressed, const Moment &now);
     void setUp(std::string_view fields, const Moment &now);
-    void hush();
+    void hush() override;
     void showMode();
     void tellNames();
 

@@ -3,6 +3,7 @@
 #include "written/hand_division.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kelo::engine {
 
@@ -12,22 +13,87 @@ constexpr double writtenTogether = 0.04; ///< seconds within which the keys of a
 constexpr std::size_t mostSteps = 8; ///< that are easily kept in mind
 constexpr double barWithoutMetre = 2;
 
+/// Bars and beats of a piece.
+class Places {
+public:
+    explicit Places(const Piece &piece)
+        : piece_(piece)
+    {
+        const bool compound = piece.unit >= 8 && piece.beats > 3 && piece.beats % 3 == 0;
+        beats_ = std::max(1, compound ? piece.beats / 3 : piece.beats);
+        const auto &bars = piece.bars;
+        if (bars.size() > 2) {
+            usual_ = bars[2] - bars[1];
+            const double first = bars[1] - bars[0];
+            upbeat_ = first > usual_ * 1.05 ? first - usual_ : 0;
+        } else if (bars.size() > 1) {
+            usual_ = bars[1] - bars[0];
+        }
+    }
+
+    void fill(Step &step) const
+    {
+        const auto &bars = piece_.bars;
+        const auto next = std::ranges::upper_bound(bars, step.at + writtenTogether);
+        if (bars.empty() || next == bars.begin() || usual_ <= 0)
+            return;
+        const auto index = static_cast<std::size_t>(next - bars.begin()) - 1;
+        const double from = bars[index] + (index == 0 ? upbeat_ : 0);
+        const double end = index + 1 < bars.size() ? bars[index + 1] : from + usual_;
+        const double beat = (end - from) / beats_;
+        const double after = (step.at + writtenTogether - from) / beat;
+        step.bar = numberOf(index);
+        step.beat = after < 0 ? 0 : static_cast<int>(after) + 1;
+        step.beatAt = after < 0 ? bars[index] : from + (step.beat - 1) * beat;
+    }
+
+    [[nodiscard]] int numberOf(std::size_t index) const
+    {
+        return index < piece_.barNumbers.size() ? piece_.barNumbers[index]
+                                                : static_cast<int>(index) + 1;
+    }
+
+private:
+    const Piece &piece_;
+    int beats_;
+    double usual_ = 0; ///< seconds of a bar
+    double upbeat_ = 0;
+};
+
 std::vector<Step> stepsOf(
     const Piece &piece, const std::vector<Hands> &owners, Hands hands, double from, double to)
 {
     std::vector<Step> steps;
+    std::vector<int> graces;
+    const Places places(piece);
     const auto first = std::ranges::lower_bound(piece.notes, from - writtenTogether, {}, &Note::at);
     for (auto it = first; it != piece.notes.end() && it->at < to - writtenTogether; ++it) {
         const Note &note = *it;
         const Hands owner = owners[static_cast<std::size_t>(it - piece.notes.begin())];
         if (owner == Hands::Both || (hands != Hands::Both && owner != hands))
             continue;
-        if (steps.empty() || note.at - steps.back().at > writtenTogether)
+        const NoteMark mark = piece.marks.empty()
+            ? NoteMark{}
+            : piece.marks[static_cast<std::size_t>(it - piece.notes.begin())];
+        if (mark.grace) {
+            graces.push_back(note.pitch);
+            continue;
+        }
+        if (steps.empty() || note.at - steps.back().at > writtenTogether) {
             steps.push_back({note.at, {}});
-        auto &pitches = steps.back().pitches;
-        const auto place = std::ranges::lower_bound(pitches, note.pitch);
-        if (place == pitches.end() || *place != note.pitch)
-            pitches.insert(place, note.pitch);
+            steps.back().ornaments = std::exchange(graces, {});
+            places.fill(steps.back());
+        }
+        Step &step = steps.back();
+        if (mark.trill) {
+            for (const int away : {-2, -1, 0, 1, 2})
+                step.ornaments.push_back(note.pitch + away);
+        }
+        const auto place = std::ranges::lower_bound(step.pitches, note.pitch);
+        if (place != step.pitches.end() && *place == note.pitch)
+            continue;
+        step.hands.insert(step.hands.begin() + (place - step.pitches.begin()), owner);
+        step.pitches.insert(place, note.pitch);
     }
     return steps;
 }
@@ -44,10 +110,16 @@ std::vector<double> barsOf(const Piece &piece)
 
 } // namespace
 
+std::vector<Step> stepsOf(const Piece &piece, Hands hands, double from, double to)
+{
+    return stepsOf(piece, handsOf(piece), hands, from, to);
+}
+
 std::vector<Excerpt> excerptsOf(const Piece &piece, Hands hands)
 {
     const auto owners = handsOf(piece);
     const auto bars = barsOf(piece);
+    const Places places(piece);
     const auto startOf = [&](std::size_t bar) {
         return bar < bars.size() ? bars[bar] : std::max(piece.length, bars.back()) + 1;
     };
@@ -65,8 +137,8 @@ std::vector<Excerpt> excerptsOf(const Piece &piece, Hands hands)
             auto found = steps(whose, count);
             if (found.empty() || (whose == Hands::Both && all.size() - before < 2))
                 continue; // nothing to play, or nothing to put together
-            all.push_back({startOf(bar), startOf(bar + count), static_cast<int>(bar) + 1,
-                static_cast<int>(bar + count), whose, std::move(found)});
+            all.push_back({startOf(bar), startOf(bar + count), places.numberOf(bar),
+                places.numberOf(bar + count - 1), whose, std::move(found)});
         }
         bar += count;
     }

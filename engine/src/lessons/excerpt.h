@@ -11,6 +11,11 @@ namespace kelo::engine {
 struct Step {
     double at = 0; ///< seconds from the piece's beginning
     std::vector<int> pitches; ///< ascending, each once
+    std::vector<Hands> hands{}; ///< of each pitch, where both hands play
+    std::vector<int> ornaments{}; ///< may sound with it or not: grace notes, a trill's neighbours
+    int bar = 0; ///< as it is printed; 0 where there are no bars
+    int beat = 0; ///< from 1; 0 in an upbeat
+    double beatAt = 0; ///< seconds where that beat begins
 };
 
 /// What is learnt at a time: one bar or two of one hand or both.
@@ -22,6 +27,9 @@ struct Excerpt {
     Hands hands = Hands::Both;
     std::vector<Step> steps; ///< at least one
 };
+
+/// What hands play from one time of a piece to another, in seconds.
+[[nodiscard]] std::vector<Step> stepsOf(const Piece &piece, Hands hands, double from, double to);
 
 /// The way through a piece for `hands`, phrase by phrase: for both hands each phrase comes with
 /// the right hand alone, the left hand alone, then together. Bars without notes are left out.

@@ -1,7 +1,8 @@
 #include "lessons/lesson.h"
 
 #include "listen/words.h"
-#include "theory/pitch_names.h"
+#include "reading/description.h"
+#include "written/transcript.h"
 
 #include <algorithm>
 #include <utility>
@@ -110,25 +111,19 @@ Reply Lesson::setHands(Hands which)
 
 std::string Lesson::notes() const
 {
-    const auto handNotes = [&](Hands hand) {
-        std::string text;
-        for (const Excerpt &excerpt : excerptsOf(piece_, hand)) {
-            if (excerpt.lastBar < excerpts_[place_].firstBar
-                || excerpt.firstBar > excerpts_[place_].lastBar)
-                continue;
-            for (const Step &step : excerpt.steps) {
-                if (step.at < excerpts_[place_].from || step.at >= excerpts_[place_].to)
-                    continue;
-                text += (text.empty() ? "" : ", ") + pitchNames(step.pitches, piece_.spelling);
-                text += step.pitches.size() > 1 ? " together" : "";
-            }
-        }
-        return text.empty() ? text
-                            : (hand == Hands::Right ? "Right hand: " : "Left hand: ") + text + ".";
-    };
-    if (excerpts_[place_].hands != Hands::Both)
-        return handNotes(excerpts_[place_].hands);
-    return handNotes(Hands::Right) + " " + handNotes(Hands::Left);
+    const Excerpt &excerpt = excerpts_[place_];
+    const Walk walk(writtenOf(piece_));
+    const auto from = walk.bar(excerpt.firstBar);
+    const auto to = walk.bar(excerpt.lastBar);
+    if (!from || !to)
+        return {};
+    return Description{}.tell(walk, {from->from, to->to}, excerpt.hands);
+}
+
+bool Lesson::entersWith(int pitch) const
+{
+    const auto &first = excerpts_[place_].steps.front();
+    return std::ranges::find(first.pitches, pitch) != first.pitches.end();
 }
 
 void Lesson::listen(double now)
@@ -183,9 +178,11 @@ Reply Lesson::missed()
         attempt_.reset();
         return {{}, words + " Listen again.", true};
     }
-    attempt_.emplace(excerpts_[place_].steps, piece_.spelling);
+    attempt_->resume();
     reminded_ = false;
-    return {{}, words + " Try again."};
+    return {{},
+        words
+            + (attempt_->atBeginning() ? " Try again." : " Go on from " + attempt_->next() + ".")};
 }
 
 Reply Lesson::advance(double now)

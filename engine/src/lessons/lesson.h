@@ -10,8 +10,8 @@
 namespace kelo::engine {
 
 /// A lesson on one piece: it plays a phrase, waits, listens to what is played and says what was
-/// wrong, or goes on to the next. Keys that are played while nobody waits for them count for
-/// nothing. Seconds throughout.
+/// wrong and goes on from the beat before, or goes on to the next part. Keys that are played while
+/// nobody waits for them count for nothing. Seconds throughout.
 class Lesson {
 public:
     Lesson(Piece piece, std::string title, Hands hands);
@@ -33,7 +33,10 @@ public:
     /// "Bars one and two, right hand."
     [[nodiscard]] std::string whereWeAre() const;
 
-    /// The notes of the phrase, in words.
+    /// The part may begin with this key.
+    [[nodiscard]] bool entersWith(int pitch) const;
+
+    /// The notes of the part with their octaves and lengths, in words.
     [[nodiscard]] std::string notes() const;
 
     /// What `demo` means: the phrase, by itself.
