@@ -30,6 +30,7 @@ constexpr KeyMeaning keys[] = {
     {key('m'), Action::OpenMenu},
     {key('l'), Action::ListSongs},
     {key('w'), Action::ReadScore},
+    {key('u'), Action::Follow},
     {key('g'), Action::LogicControl},
     {key('r'), Action::ReaperControl},
     {key('-'), Action::Slower},

@@ -1,5 +1,6 @@
 #include "assistant/score_requests.h"
 
+#include "activities/follow_activity.h"
 #include "activities/pieces.h"
 #include "activities/score_activity.h"
 
@@ -24,6 +25,21 @@ void ScoreRequests::readFirst(const Request &request, const Moment &now)
     read({.action = Action::ReadScore}, now);
     if (session_.heard)
         session_.host.perform(request, now);
+}
+
+void ScoreRequests::follow(const Request &request, const Moment &now)
+{
+    // A number is a tempo; a piece is named by its name.
+    Request piece = request;
+    piece.number.reset();
+    auto song = askedSong(session_, piece, now);
+    if (!song)
+        return;
+    auto next = std::make_unique<FollowActivity>(session_, std::move(*song), request);
+    if (!next->possible())
+        session_.say("There is nothing to play there for these hands.", now);
+    else
+        session_.host.begin(std::move(next), now);
 }
 
 void ScoreRequests::key(const Request &, const Moment &now)

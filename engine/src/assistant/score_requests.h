@@ -4,7 +4,7 @@
 
 namespace kelo::engine {
 
-/// What is asked about scores where none is read yet.
+/// What is asked about scores where none is read yet, and what one wants to be accompanied in.
 class ScoreRequests {
 public:
     explicit ScoreRequests(Session &session)
@@ -14,10 +14,12 @@ public:
 
     void read(const Request &request, const Moment &now);
     void readFirst(const Request &request, const Moment &now);
+    void follow(const Request &request, const Moment &now);
     void key(const Request &request, const Moment &now);
 
     static constexpr Handler<ScoreRequests> handlers[] = {
         {Action::ReadScore, &ScoreRequests::read},
+        {Action::Follow, &ScoreRequests::follow},
         {Action::ReadBars, &ScoreRequests::readFirst},
         {Action::WhatBefore, &ScoreRequests::readFirst},
         {Action::WhichKey, &ScoreRequests::key},

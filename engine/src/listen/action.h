@@ -48,6 +48,7 @@ enum class Action : std::uint8_t {
     ByBar,
     ByPhrase,
     // Lessons.
+    Follow,
     NoteNames,
     Hands,
     SetHands,

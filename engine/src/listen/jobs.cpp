@@ -127,6 +127,12 @@ constexpr Job scoreJobs[] = {
 };
 
 constexpr Job lessonsJobs[] = {
+    {Action::Follow, Everywhere, "U",
+        "Follows you: you play some bars with one hand, the other waits for you.",
+        {{{"follow|accompany me ?bars|in|with|count|loop|percent|tempo|at|play", "follow me"},
+            {"loop $bars ?count|in|me|percent|tempo|at|play", "loop bars five to eight"},
+            {"follow|accompany me @ ?in|with", "follow me in @"}}},
+        TakesHands | TakesBars | TakesNumber},
     {Action::NoteNames, InLesson | InMenu | InEar | InScore, "N", "Says the notes of the part.",
         {{{"note|notes names|name ?say|part", "note names"},
             {"what|which notes|note ?bar|part|here", "what notes"},

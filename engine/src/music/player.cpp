@@ -117,6 +117,21 @@ void Player::setTempo(double factor, double now)
     playFrom(at, carryOnDelay, now);
 }
 
+void Player::open()
+{
+    stop();
+    piece_ = {};
+    restoreChannels(0);
+}
+
+void Player::touch(int pitch, int velocity)
+{
+    instrument_.play(0,
+        {status(velocity > 0 ? 0x90 : 0x80, 0), static_cast<unsigned char>(pitch),
+            static_cast<unsigned char>(velocity)});
+    wire_.send("out", {pitch, velocity});
+}
+
 void Player::stop()
 {
     if (playing()) {

@@ -38,6 +38,11 @@ public:
     void setTempo(double factor, double now);
     [[nodiscard]] double tempo() const { return speed_; }
 
+    /// Gets ready to be played key by key, by an accompaniment that waits.
+    void open();
+    /// Presses a key at once, or releases it where `velocity` is 0.
+    void touch(int pitch, int velocity);
+
     void pause(double now);
     void carryOn(double now);
     void stop();
