@@ -4,7 +4,7 @@
 #include "link/voice_input.h"
 #include "voice/capture/audio.h"
 #include "voice/capture/capture_session.h"
-#include "voice/name/wake_model.h"
+#include "voice/recognition/wake_model.h"
 #include "voice/voice_log_file.h"
 #include "voice/voice_setup.h"
 

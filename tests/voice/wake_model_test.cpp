@@ -1,6 +1,6 @@
 #include "support/table.h"
-#include "voice/name/wake_model.h"
 #include "voice/name/wake_training.h"
+#include "voice/recognition/wake_model.h"
 #include "voice/scripted.h"
 #include "voice/wake_lab/wake_lab.h"
 

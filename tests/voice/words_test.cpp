@@ -1,9 +1,9 @@
 #include "support/table.h"
+#include "voice/language/language_model.h"
+#include "voice/language/pronunciation.h"
 #include "voice/name/accents.h"
 #include "voice/name/name_doubt.h"
-#include "voice/name/pronunciation.h"
 #include "voice/name/taught_name.h"
-#include "voice/recognition/language_model.h"
 #include "voice/recognition/partial_stabiliser.h"
 #include "voice/wake_lab/wake_lab_report.h"
 

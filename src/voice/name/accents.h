@@ -1,6 +1,6 @@
 #pragma once
 
-#include "voice/name/phones.h"
+#include "voice/language/phones.h"
 
 namespace kelo {
 

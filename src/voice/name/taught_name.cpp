@@ -1,8 +1,7 @@
 #include "voice/name/taught_name.h"
 
+#include "voice/language/language_model.h"
 #include "voice/name/accents.h"
-#include "voice/name/wake_training.h"
-#include "voice/recognition/language_model.h"
 
 #include <QCryptographicHash>
 #include <QFile>

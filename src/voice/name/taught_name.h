@@ -1,14 +1,12 @@
 #pragma once
 
-#include "voice/name/pronunciation.h"
-#include "voice/recognition/recogniser.h"
+#include "voice/language/pronunciation.h"
+#include "voice/name/wake_training.h"
 
 #include <optional>
+#include <stop_token>
 
 namespace kelo {
-
-struct SpeechModelFiles;
-struct WakeTraining;
 
 /// A word that the decoder has to know, and the ways to say it.
 struct VocabularyEntry {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -40,6 +41,16 @@ struct SpeechModelFiles {
 
     /// Named by the letters of `name`, lower-cased; so "Kelo" and "Kelo 2" share theirs.
     static SpeechModelFiles of(const QString &folder, const QString &name);
+};
+
+/// A model of a name that a recogniser has prepared, as its files on disk.
+struct TaughtModel {
+    QString name; ///< the name as the user writes it
+    QString languageModel; ///< paths
+    QString vocabulary;
+    QByteArray digest; ///< of both files' contents
+
+    friend bool operator==(const TaughtModel &, const TaughtModel &) = default;
 };
 
 /// Writes a file whole or not at all. Throws std::runtime_error.

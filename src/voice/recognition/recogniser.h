@@ -1,6 +1,7 @@
 #pragma once
 
 #include "voice/capture/audio.h"
+#include "voice/name/wake_training.h"
 
 #include <QStringList>
 
@@ -10,9 +11,6 @@
 #include <stop_token>
 
 namespace kelo {
-
-struct SpeechModelFiles;
-struct WakeTraining;
 
 /// What was said so far since the session began.
 struct Transcript {
@@ -24,16 +22,6 @@ struct RecogniserError {
     QString domain;
     int code = 0;
     QString description;
-};
-
-/// A model of a name that a recogniser has prepared, as its files on disk.
-struct TaughtModel {
-    QString name; ///< the name as the user writes it
-    QString languageModel; ///< paths
-    QString vocabulary;
-    QByteArray digest; ///< of both files' contents
-
-    friend bool operator==(const TaughtModel &, const TaughtModel &) = default;
 };
 
 /// What a session is to listen for.

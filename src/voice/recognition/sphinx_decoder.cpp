@@ -1,7 +1,7 @@
 #include "voice/recognition/sphinx_decoder.h"
 
+#include "voice/language/language_model.h"
 #include "voice/name/taught_name.h"
-#include "voice/recognition/language_model.h"
 #include "voice/recognition/memory_file.h"
 #include "voice/recognition/sphinx_utterance.h"
 

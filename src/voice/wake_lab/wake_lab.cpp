@@ -1,9 +1,9 @@
 #include "voice/wake_lab/wake_lab.h"
 
 #include "voice/capture/permissions.h"
-#include "voice/name/wake_model.h"
 #include "voice/name/wake_training.h"
 #include "voice/recognition/recogniser.h"
+#include "voice/recognition/wake_model.h"
 #include "voice/wake_lab/recording.h"
 #include "voice/wake_lab/speech_sample.h"
 #include "voice/wake_lab/wake_lab_report.h"

@@ -1,4 +1,4 @@
-#include "voice/name/phones.h"
+#include "voice/language/phones.h"
 
 #include <QRegularExpression>
 

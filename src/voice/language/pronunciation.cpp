@@ -1,4 +1,4 @@
-#include "voice/name/pronunciation.h"
+#include "voice/language/pronunciation.h"
 
 #include <QDeadlineTimer>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "voice/recognition/language_model.h"
+#include "voice/language/language_model.h"
 
 #include <QMap>
 #include <QTextStream>

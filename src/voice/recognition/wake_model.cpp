@@ -1,4 +1,4 @@
-#include "voice/name/wake_model.h"
+#include "voice/recognition/wake_model.h"
 
 #include "voice/name/wake_training.h"
 
