@@ -79,14 +79,14 @@ VoiceControl &VoiceControl::shared()
 
 void VoiceControl::begin()
 {
-    status = u"ASKING PERMISSION"_s;
+    showStatus(u"ASKING PERMISSION"_s);
     log(u"turning on"_s);
     const int turn = ++turn_;
     setup_.permissions->speechRecognition().then(this, [this, turn](bool allowed) {
         if (turn != turn_)
             return;
         if (!allowed)
-            status = u"SPEECH NOT ALLOWED"_s;
+            showStatus(u"SPEECH NOT ALLOWED"_s);
         log("speech recognition permission: "_L1 + (allowed ? "allowed"_L1 : "not allowed"_L1));
         if (allowed)
             askForMicrophone();
@@ -100,10 +100,10 @@ void VoiceControl::askForMicrophone()
             return;
         log("microphone permission: "_L1 + (allowed ? "allowed"_L1 : "not allowed"_L1));
         if (!allowed) {
-            status = u"MICROPHONE NOT ALLOWED"_s;
+            showStatus(u"MICROPHONE NOT ALLOWED"_s);
             return;
         }
-        on = true;
+        setOn(true);
         remember(true);
         capture_.start([this](const AudioBuffer &buffer) { captured(buffer); });
     });
@@ -112,13 +112,13 @@ void VoiceControl::askForMicrophone()
 void VoiceControl::stop()
 {
     ++turn_;
-    on = false;
+    setOn(false);
     remember(false);
     refresh_.reset();
     endSession();
     capture_.stop();
-    status = u"OFF"_s;
-    level = 0;
+    showStatus(u"OFF"_s);
+    showLevel(0);
     log(u"turned off"_s);
 }
 
@@ -142,12 +142,12 @@ void VoiceControl::listen()
     if (!on || !capture_.isRunning())
         return;
     if (!setup_.recogniser || !setup_.recogniser->isAvailable()) {
-        status = u"RECOGNISER UNAVAILABLE"_s;
+        showStatus(u"RECOGNISER UNAVAILABLE"_s);
         log(u"the speech recogniser is not available"_s);
         return;
     }
     if (!setup_.recogniser->isOnDevice()) {
-        status = u"ON-DEVICE SPEECH NOT READY"_s;
+        showStatus(u"ON-DEVICE SPEECH NOT READY"_s);
         log(u"on-device recognition is not available: not listening"_s);
         setup_.send(notReadyLine);
         stop();
@@ -162,8 +162,8 @@ void VoiceControl::listen()
         QMetaObject::invokeMethod(this, [this, line] { complain(line); });
     };
 
-    consumed = 0;
-    status = u"LISTENING FOR “%1”"_s.arg(assistant.toUpper());
+    state_.consumed = 0;
+    showStatus(u"LISTENING FOR “%1”"_s.arg(assistant.toUpper()));
     session_ = setup_.recogniser->start(
         request, [this, session = ++sessionId_](const auto &transcript, const auto &error) {
             QMetaObject::invokeMethod(
@@ -249,9 +249,9 @@ void VoiceControl::renew(qint64 session)
 
 void VoiceControl::voiceFinished()
 {
-    quietSince = setup_.time.now();
+    state_.quietSince = setup_.time.now();
     if (awaiting)
-        openUntil = quietSince + answerWindow;
+        state_.openUntil = quietSince + answerWindow;
 }
 
 // ---- the microphone ----
@@ -280,8 +280,8 @@ void VoiceControl::withoutMicrophone()
 {
     refresh_.reset();
     endSession();
-    status = u"NO MICROPHONE"_s;
-    level = 0;
+    showStatus(u"NO MICROPHONE"_s);
+    showLevel(0);
 }
 
 void VoiceControl::captured(const AudioBuffer &buffer)
@@ -299,12 +299,17 @@ void VoiceControl::report(const LevelReport &loudness)
 {
     if (!on || !capture_.isRunning())
         return;
-    level = loudness.shown();
+    showLevel(loudness.shown());
     setup_.send(QString::asprintf("~lvl %.4f\n", loudness.peak));
     if (loudness.worthLogging()) {
         log(QString::asprintf("hearing sound: %lld buffers so far, recent peak %.3f",
             loudness.buffers, loudness.peak));
     }
+}
+
+void VoiceControl::showLevel(double shown)
+{
+    store(&State::level, shown, &VoiceControl::levelChanged);
 }
 
 void VoiceControl::complain(const QString &line)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/published.h"
+#include "link/reading.h"
 #include "link/voice_input.h"
 #include "voice/capture/audio.h"
 #include "voice/capture/capture_session.h"
@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <mutex>
+#include <utility>
 
 namespace kelo {
 
@@ -22,11 +23,21 @@ namespace kelo {
 /// `captured`.
 class VoiceControl : public QObject, public VoiceInput {
     Q_OBJECT
-    Q_PROPERTY(bool on MEMBER on NOTIFY onChanged)
-    Q_PROPERTY(QString status MEMBER status NOTIFY statusChanged)
-    Q_PROPERTY(double level MEMBER level NOTIFY levelChanged)
+    Q_PROPERTY(bool on READ on NOTIFY onChanged)
+    Q_PROPERTY(QString status READ status NOTIFY statusChanged)
+    Q_PROPERTY(double level READ level NOTIFY levelChanged)
 
-    template <typename T> using Field = Published<T, VoiceControl>;
+    /// What can be read of it.
+    struct State {
+        bool on = false;
+        QString status = QStringLiteral("OFF");
+        double level = 0;
+        double quietSince = 0;
+        double openUntil = 0;
+        bool awaiting = false;
+        qint64 consumed = 0;
+    };
+    State state_; // first: everything that can be read stands for a part of it
 
 public:
     explicit VoiceControl(VoiceSetup setup = VoiceSetup::deaf(), QObject *parent = nullptr);
@@ -73,18 +84,21 @@ public:
     /// Appends a line to the voice log.
     void log(const QString &text) const { log_.add(text); }
 
-    // ---- published state ----
+    // ---- published: `willChange` comes before a value is stored, its own signal after ----
 
-    Field<bool> on{*this, &VoiceControl::onChanged}; ///< wanted and running
-    Field<QString> status{*this, &VoiceControl::statusChanged, QStringLiteral("OFF")};
-    Field<double> level{*this, &VoiceControl::levelChanged}; ///< loudness, 0 to 1
+    Reading<bool> on{state_.on}; ///< wanted and running
+    Reading<QString> status{state_.status};
+    Reading<double> level{state_.level}; ///< loudness, 0 to 1
+    /// The loudness is this now: by the microphone, and for pictures of the display.
+    void showLevel(double shown);
 
     // ---- what a gate for the name could go by; nothing here acts on it ----
 
-    double quietSince = 0; ///< when the assistant last fell silent
-    double openUntil = 0;
-    bool awaiting = false; ///< an answer of the user is expected
-    qint64 consumed = 0; ///< characters of this session that were acted on
+    const double &quietSince = state_.quietSince; ///< when the assistant last fell silent
+    const double &openUntil = state_.openUntil;
+    const bool &awaiting = state_.awaiting; ///< an answer of the user is expected
+    const qint64 &consumed = state_.consumed; ///< characters of this session that were acted on
+    void awaitAnswer(bool expected) { state_.awaiting = expected; }
 
 Q_SIGNALS:
     void willChange();
@@ -95,6 +109,18 @@ Q_SIGNALS:
     void microphonesChanged();
 
 private:
+    template <typename T> void store(T State::*field, T value, void (VoiceControl::*changed)())
+    {
+        Q_EMIT willChange();
+        state_.*field = std::move(value);
+        Q_EMIT(this->*changed)();
+    }
+    void setOn(bool wanted) { store(&State::on, wanted, &VoiceControl::onChanged); }
+    void showStatus(const QString &text)
+    {
+        store(&State::status, text, &VoiceControl::statusChanged);
+    }
+
     void askForMicrophone();
     void microphoneOpened();
     void withoutMicrophone();

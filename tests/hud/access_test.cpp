@@ -42,7 +42,7 @@ private Q_SLOTS:
         QFETCH(const QString, begins);
         Console console;
         console.link->setAccess(u"large"_s, true);
-        console.voice.level = 0.424;
+        console.voice.showLevel(0.424);
         console.show({1240, 840});
         for (const QByteArray &line : lines)
             console.link->handle(line);
@@ -55,7 +55,7 @@ private Q_SLOTS:
     void theMeterHasAValue()
     {
         Console console;
-        console.voice.level = 1.7;
+        console.voice.showLevel(1.7);
         console.show({1240, 840});
         QAccessibleInterface *meter = console.find(u"Microphone level 100 percent"_s);
         QVERIFY(meter && meter->role() == QAccessible::ProgressBar);

@@ -159,7 +159,7 @@ private Q_SLOTS:
         QFETCH(const QByteArrayList, lines);
         QFETCH(const QString, script);
         Console console;
-        console.voice.level = 0.4;
+        console.voice.showLevel(0.4);
         for (const QByteArray &line : lines)
             console.link->handle(line);
         console.show(size);

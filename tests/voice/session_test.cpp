@@ -268,7 +268,7 @@ private Q_SLOTS:
         voice.link.say({"done"}); // it had said nothing
         QCOMPARE(voice->quietSince, 0.0);
         for (const bool awaiting : {false, true}) {
-            voice->awaiting = awaiting;
+            voice->awaitAnswer(awaiting);
             voice.link.say({"say Really?"});
             voice.link.time.advance(2);
             voice.link.say({"done"});
