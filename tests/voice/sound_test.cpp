@@ -164,6 +164,19 @@ private Q_SLOTS:
         QVERIFY(qAbs(levelOf(tone.under(chunk(0))) - 49) < 3);
     }
 
+    /// What is said just after the fan was switched off is heard, and while it runs, hiss is not.
+    void aNoiseThatIsGoneIsForgotten()
+    {
+        NoiseSuppressor suppressor;
+        std::mt19937 random(1);
+        (void)suppressor.clean(noise(5 * 16000, 1000, random));
+        (void)suppressor.clean(noise(1280, 700, random)); // a little less is no other room
+        QVERIFY(levelOf(suppressor.clean(noise(8000, 1000, random))) < 300);
+        (void)suppressor.clean(noise(4800, 5, random));
+        const double spoken = levelOf(suppressor.clean(noise(8000, 300, random)));
+        QVERIFY2(spoken > 150, qPrintable(QString::number(spoken)));
+    }
+
     void resamplesPieceByPiece()
     {
         Samples tone;

@@ -6,7 +6,8 @@ struct SpeexPreprocessState_;
 
 namespace kelo {
 
-/// Takes the steady noise of a room from speech. Knows the noise after a second of it.
+/// Takes the steady noise of a room from speech. Knows the noise after a second of it, and that it
+/// is gone after a tenth.
 class NoiseSuppressor {
 public:
     NoiseSuppressor();
@@ -17,8 +18,13 @@ public:
     [[nodiscard]] Samples clean(const Samples &samples);
 
 private:
+    void begin();
+    void cleanFrame(qint16 *samples);
+    [[nodiscard]] bool believesTooMuch() const;
+
     SpeexPreprocessState_ *state_ = nullptr;
     Samples waiting_; // less than a frame
+    Samples late_; // as it came, since when there has been less than the noise
 };
 
 } // namespace kelo
