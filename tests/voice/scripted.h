@@ -57,6 +57,7 @@ public:
     std::vector<RecognitionTask::Handler> handlers; ///< of every session so far
     int buffers = 0; ///< that came to the newest session
 
+    [[nodiscard]] QString name() const override { return QStringLiteral("scripted"); }
     [[nodiscard]] bool isAvailable() const override { return available; }
     [[nodiscard]] bool isOnDevice() const override { return onDevice; }
     std::shared_ptr<RecognitionTask> start(

@@ -69,6 +69,8 @@ class Recogniser {
 public:
     virtual ~Recogniser() = default;
 
+    /// What a user can look up it by.
+    [[nodiscard]] virtual QString name() const = 0;
     [[nodiscard]] virtual bool isAvailable() const = 0;
     /// Recognition happens on this machine.
     [[nodiscard]] virtual bool isOnDevice() const = 0;

@@ -286,28 +286,13 @@ void SphinxDecoder::begin(const std::stop_token &stop)
 {
     stop_ = stop;
     spoke_ = false;
-    lastInput_.reset();
-    centred_ = 0;
     words_.reset();
     library_->utterance->begin(stop);
 }
 
-/// Without the constant offset that some microphones add: its beginning would sound like a click.
-Samples SphinxDecoder::centred(Samples samples)
-{
-    constexpr double kept = 0.995; // a sample: what is below 13 Hz goes
-    for (qint16 &sample : samples) {
-        const double input = sample;
-        centred_ = kept * centred_ + input - lastInput_.value_or(input);
-        lastInput_ = input;
-        sample = static_cast<qint16>(std::clamp(std::lround(centred_), -32768L, 32767L));
-    }
-    return samples;
-}
-
 bool SphinxDecoder::process(const Samples &samples)
 {
-    library_->utterance->add(tone_.under(suppressor_.clean(centred(samples))));
+    library_->utterance->add(samples);
     const bool speaks = library_->utterance->inSpeech();
     spoke_ = spoke_ || speaks;
     return speaks || !spoke_;

@@ -1,37 +1,14 @@
 #pragma once
 
-#include "voice/recognition/recogniser.h"
-
-#include <QString>
-
-#include <memory>
-#include <thread>
+#include "voice/recognition/decoding_recogniser.h"
 
 namespace kelo {
 
-/// PocketSphinx with its English model, on one thread of its own that lives as long as this. The
-/// decoder is loaded with the first session and let go again after a minute without one.
-///
-/// A session ends by itself with a final result when the speaker pauses. What is said from there
-/// on is kept and begins the next session, if that comes soon. Its end waits for no speech; a
-/// thread that is held up in the library is left to itself.
-class SphinxRecogniser final : public Recogniser {
+/// PocketSphinx with its English model, which can be taught names.
+class SphinxRecogniser final : public DecodingRecogniser {
 public:
     /// `directory` holds the model; nothing is available without it.
-    explicit SphinxRecogniser(QString directory);
-    ~SphinxRecogniser() override;
-
-    [[nodiscard]] bool isAvailable() const override;
-    [[nodiscard]] bool isOnDevice() const override { return true; }
-    std::shared_ptr<RecognitionTask> start(
-        const RecognitionRequest &request, RecognitionTask::Handler handler) override;
-    [[nodiscard]] Teacher teacher() const override;
-
-private:
-    struct Worker;
-
-    std::shared_ptr<Worker> worker_; ///< shared with its thread
-    std::thread thread_;
+    explicit SphinxRecogniser(const QString &directory);
 };
 
 } // namespace kelo

@@ -1,4 +1,4 @@
-#include "voice/recognition/sphinx_session.h"
+#include "voice/recognition/decoding_session.h"
 
 #include "voice/name/taught_name.h"
 
@@ -17,8 +17,10 @@ const RecogniserError nothingSaid{u"kAFAssistantErrorDomain"_s, 1110, u"no speec
 
 } // namespace
 
-SphinxSession::SphinxSession(SphinxDecoder &decoder, std::shared_ptr<SphinxTask> task)
+DecodingSession::DecodingSession(
+    SpeechDecoder &decoder, SoundCleaner &cleaner, std::shared_ptr<DecodingTask> task)
     : decoder_(decoder)
+    , cleaner_(cleaner)
     , task_(std::move(task))
     , name_(task_->request.taught ? task_->request.taught->name : QString())
     , token_(nameToken(name_))
@@ -27,19 +29,25 @@ SphinxSession::SphinxSession(SphinxDecoder &decoder, std::shared_ptr<SphinxTask>
     const RecognitionRequest &request = task_->request;
     if (const auto problem =
             decoder_.expect(request.taught, request.contextualStrings, task_->abandoned()))
-        task_->log(*problem);
-    decoder_.begin(task_->abandoned());
+        task_->warn(*problem);
+    begin();
 }
 
-SphinxSession::~SphinxSession()
+DecodingSession::~DecodingSession()
 {
     if (!ended_)
         decoder_.abandon();
 }
 
-void SphinxSession::hear(const Samples &samples)
+void DecodingSession::begin()
 {
-    const bool goesOn = decoder_.process(samples);
+    cleaner_.interrupt();
+    decoder_.begin(task_->abandoned());
+}
+
+void DecodingSession::hear(const Samples &samples)
+{
+    const bool goesOn = decoder_.process(cleaner_.clean(samples));
     heard_ += secondsOf(samples);
     if (!goesOn || heard_ > longestUtterance) {
         conclude();
@@ -52,7 +60,7 @@ void SphinxSession::hear(const Samples &samples)
     }
 }
 
-void SphinxSession::finish()
+void DecodingSession::finish()
 {
     decoder_.end();
     words_ += decoder_.words();
@@ -65,7 +73,7 @@ void SphinxSession::finish()
 
 /// Ends the utterance. A noise without words is no result: listening goes on. A recording is
 /// heard to its end.
-void SphinxSession::conclude()
+void DecodingSession::conclude()
 {
     decoder_.end();
     words_ += decoder_.words();
@@ -77,17 +85,17 @@ void SphinxSession::conclude()
     heard_ = asked_ = 0;
     steady_ = PartialStabiliser(token_);
     lastShown_.clear();
-    decoder_.begin(task_->abandoned());
+    begin();
 }
 
-void SphinxSession::close()
+void DecodingSession::close()
 {
     ended_ = true;
     task_->finish();
 }
 
 /// The name as the user writes it, the other words as the decoder does.
-QString SphinxSession::written(QStringList words) const
+QString DecodingSession::written(QStringList words) const
 {
     if (!token_.isEmpty()) {
         for (QString &word : words)

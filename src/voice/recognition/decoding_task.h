@@ -11,23 +11,23 @@
 
 namespace kelo {
 
-class SphinxTask;
+class DecodingTask;
 
 /// Where tasks leave their sound and the recogniser's worker picks it up.
-struct SphinxMailbox {
+struct DecodingMailbox {
     std::mutex mutex;
     std::condition_variable changed;
-    std::shared_ptr<SphinxTask> newest; ///< the one to work on
+    std::shared_ptr<DecodingTask> newest; ///< the one to work on
     std::stop_source closing; ///< requested under the mutex
 };
 
 /// The caller's side of a session: what came in for it and whether it is still wanted. All fields
 /// but the first three are guarded by the mailbox's mutex.
-class SphinxTask final : public RecognitionTask {
+class DecodingTask final : public RecognitionTask {
 public:
     using Clock = std::chrono::steady_clock;
 
-    SphinxTask(std::shared_ptr<SphinxMailbox> shared, RecognitionRequest wanted, Handler told);
+    DecodingTask(std::shared_ptr<DecodingMailbox> shared, RecognitionRequest wanted, Handler told);
 
     void append(const AudioBuffer &buffer) override;
     void endAudio() override;
@@ -41,10 +41,12 @@ public:
         const std::optional<RecogniserError> &error) const;
     /// A line for the voice log.
     void log(const QString &line) const;
+    /// The same, of something that should not be.
+    void warn(const QString &line) const;
     /// What comes next is the last result.
     void finish();
 
-    const std::shared_ptr<SphinxMailbox> mailbox;
+    const std::shared_ptr<DecodingMailbox> mailbox;
     const RecognitionRequest request;
     const Handler handler;
     SoundQueue sound;

@@ -1,19 +1,21 @@
 #pragma once
 
+#include "voice/recognition/decoding_task.h"
 #include "voice/recognition/partial_stabiliser.h"
-#include "voice/recognition/sphinx_decoder.h"
-#include "voice/recognition/sphinx_task.h"
+#include "voice/recognition/sound_cleaner.h"
+#include "voice/recognition/speech_decoder.h"
 
 namespace kelo {
 
 /// The worker's side of a task: one utterance, from the sound to the transcripts of it.
-class SphinxSession {
+class DecodingSession {
 public:
-    SphinxSession(SphinxDecoder &decoder, std::shared_ptr<SphinxTask> task);
-    ~SphinxSession();
-    Q_DISABLE_COPY_MOVE(SphinxSession)
+    DecodingSession(
+        SpeechDecoder &decoder, SoundCleaner &cleaner, std::shared_ptr<DecodingTask> task);
+    ~DecodingSession();
+    Q_DISABLE_COPY_MOVE(DecodingSession)
 
-    [[nodiscard]] const std::shared_ptr<SphinxTask> &task() const { return task_; }
+    [[nodiscard]] const std::shared_ptr<DecodingTask> &task() const { return task_; }
 
     /// Takes sound that passed the gate.
     void hear(const Samples &samples);
@@ -21,12 +23,14 @@ public:
     void finish();
 
 private:
+    void begin();
     void conclude();
     void close();
     [[nodiscard]] QString written(QStringList words) const;
 
-    SphinxDecoder &decoder_;
-    std::shared_ptr<SphinxTask> task_;
+    SpeechDecoder &decoder_;
+    SoundCleaner &cleaner_;
+    std::shared_ptr<DecodingTask> task_;
     QString name_;
     QString token_;
     PartialStabiliser steady_;

@@ -1,4 +1,4 @@
-#include "voice/recognition/sphinx_task.h"
+#include "voice/recognition/decoding_task.h"
 
 #include <QLoggingCategory>
 
@@ -14,8 +14,8 @@ constexpr double dropsWorthLogging = 0.5; // seconds of sound
 
 } // namespace
 
-SphinxTask::SphinxTask(
-    std::shared_ptr<SphinxMailbox> shared, RecognitionRequest wanted, Handler told)
+DecodingTask::DecodingTask(
+    std::shared_ptr<DecodingMailbox> shared, RecognitionRequest wanted, Handler told)
     : mailbox(std::move(shared))
     , request(std::move(wanted))
     , handler(std::move(told))
@@ -23,7 +23,7 @@ SphinxTask::SphinxTask(
 {
 }
 
-void SphinxTask::append(const AudioBuffer &buffer)
+void DecodingTask::append(const AudioBuffer &buffer)
 {
     Samples samples = monoOf(buffer);
     const std::lock_guard lock(mailbox->mutex);
@@ -42,14 +42,14 @@ void SphinxTask::append(const AudioBuffer &buffer)
     mailbox->changed.notify_one();
 }
 
-void SphinxTask::endAudio()
+void DecodingTask::endAudio()
 {
     const std::lock_guard lock(mailbox->mutex);
     audioEnded = true;
     mailbox->changed.notify_one();
 }
 
-void SphinxTask::cancel()
+void DecodingTask::cancel()
 {
     abandon();
     const std::lock_guard lock(mailbox->mutex);
@@ -58,21 +58,26 @@ void SphinxTask::cancel()
     mailbox->changed.notify_one();
 }
 
-void SphinxTask::tell(
+void DecodingTask::tell(
     const std::optional<Transcript> &transcript, const std::optional<RecogniserError> &error) const
 {
     if (!abandoned_.stop_requested())
         handler(transcript, error);
 }
 
-void SphinxTask::log(const QString &line) const
+void DecodingTask::warn(const QString &line) const
 {
     qCWarning(voiceLog).noquote() << line;
+    log(line);
+}
+
+void DecodingTask::log(const QString &line) const
+{
     if (request.log && !abandoned_.stop_requested())
         request.log(line);
 }
 
-void SphinxTask::finish()
+void DecodingTask::finish()
 {
     const std::lock_guard lock(mailbox->mutex);
     finished = true;
