@@ -54,6 +54,18 @@ private Q_SLOTS:
         QVERIFY2(words.count(u"Kelo"_s) == 2, qPrintable(words)); // across the pause, too
     }
 
+    void whatMayBeAskedForIsPreferred()
+    {
+        SphinxRecogniser recogniser(model);
+        const auto taught = taughtTo(recogniser, u"Kelo"_s);
+        const Samples speech = spoken(u"Kelo, what time is it"_s);
+        for (const auto &[phrase, written] :
+            {std::pair{u"what dime is it"_s, u"dime"_s}, {u"full band"_s, u"time"_s}}) {
+            const QString words = recognised(recogniser, taught, speech, {phrase});
+            QVERIFY2(words.contains(written), qPrintable(words));
+        }
+    }
+
     void aFirstCallIsHeard()
     {
         for (const double loudness : {1.0, 0.1}) { // close by, and by a quiet microphone

@@ -1,6 +1,7 @@
 #include "support/table.h"
 #include "voice/language/language_model.h"
 #include "voice/language/pronunciation.h"
+#include "voice/language/request_graph.h"
 #include "voice/name/accents.h"
 #include "voice/name/name_doubt.h"
 #include "voice/name/taught_name.h"
@@ -168,6 +169,44 @@ ngram 3=5
     }
 
     /// What is shown of a belief at each moment.
+    void callsAreNameAndRequest()
+    {
+        const auto sentence = [](const char *words) {
+            return QString::fromLatin1(words).split(u' ');
+        };
+        const WordGraph graph = graphOfCalls(u"kelo"_s,
+            {{{sentence("stop"), sentence("song menu"), sentence("song three"),
+                  sentence("in three four")},
+                 0},
+                {{sentence("who knows"), sentence("stop")}, -3}});
+        // The likeliest way to say it; 1 where there is none.
+        const auto weight = [&](const QString &said) {
+            QMap<int, double> reached{{WordGraph::start, 0}};
+            for (const QString &word : said.split(u' ')) {
+                QMap<int, double> next;
+                for (const WordGraph::Arc &arc : graph.arcs) {
+                    if (arc.word != word || !reached.contains(arc.from))
+                        continue;
+                    const double sum = reached[arc.from] + arc.weight;
+                    next[arc.to] = std::max(sum, next.value(arc.to, sum));
+                }
+                reached = next;
+            }
+            return reached.value(WordGraph::end, 1);
+        };
+        checkRows<QString, double>(weight,
+            {{"a request", u"kelo stop"_s, 0}, {"of two words", u"kelo song menu"_s, 0},
+                {"another number", u"kelo song two hundred and forty seven"_s, 0},
+                {"ten", u"kelo song twenty"_s, 0}, {"hundred", u"kelo song one hundred"_s, 0},
+                {"no number", u"kelo song twenty eleven"_s, 1},
+                {"a metre", u"kelo in three four"_s, 0},
+                {"another metre", u"kelo in three five"_s, 1},
+                {"politely", u"kelo please stop"_s, -8},
+                {"very politely", u"kelo could you stop please"_s, -16},
+                {"talk", u"kelo who knows"_s, -3}, {"the name", u"kelo"_s, 1},
+                {"no name", u"stop"_s, 1}, {"half of it", u"kelo song"_s, 1}});
+    }
+
     void shownWordsStandAndStay_data()
     {
         const Table<QStringList> row{"moments"}; // when: belief > what is shown

@@ -3,6 +3,7 @@
 #include "voice/language/language_model.h"
 #include "voice/name/taught_name.h"
 #include "voice/recognition/memory_file.h"
+#include "voice/recognition/sphinx_requests.h"
 #include "voice/recognition/sphinx_utterance.h"
 
 #include <QFile>
@@ -41,6 +42,10 @@ constexpr auto generalModel = "general";
 constexpr auto wordSearch = "words";
 constexpr auto nameSearch = "name";
 
+// Frames of 10 ms.
+constexpr int shortestRequest = 20;
+constexpr int leadIn = 5; ///< before a name, whose beginning is not known so well
+
 /// A search for key phrases gives up on what is less likely by this than any row of sounds.
 constexpr auto leastLikely = " /1e-80/\n";
 
@@ -60,6 +65,7 @@ struct SphinxDecoder::Library {
     LanguageModel all; ///< the models beside each other, as searched
     Decoder decoder;
     std::optional<SphinxUtterance> utterance;
+    std::optional<SphinxRequests> requests;
 };
 
 struct SphinxDecoder::Expectation {
@@ -102,6 +108,7 @@ std::unique_ptr<SphinxDecoder> SphinxDecoder::load(
         return nullptr;
     ps_decoder_t *decoding = decoder->library_->decoder.get();
     decoder->library_->utterance.emplace(decoding);
+    decoder->library_->requests.emplace(decoding);
     ps_start_stream(decoding);
     return decoder;
 }
@@ -154,6 +161,7 @@ std::optional<QString> SphinxDecoder::expect(const std::optional<TaughtModel> &t
     const bool onlyPhrases = entries.isEmpty() && next.taught == expected_->taught;
     if (!(onlyPhrases ? exchangePhrases(next) : takeUp(next)))
         return u"there is no room for what to listen for: as before"_s;
+    library_->requests->expect(next.name, requestsAmong(phrases));
     if (taught && !words)
         return u"the files of the taught name are damaged: listening without"_s;
     return std::nullopt;
@@ -252,6 +260,19 @@ ngram_model_t *SphinxDecoder::modelOfPhrases(const Expectation &expectation) con
     return modelOf(arpaModel(sentences, lonePhraseWord, begunPhraseWord));
 }
 
+/// The phrases without those that name the assistant.
+QList<QStringList> SphinxDecoder::requestsAmong(const QStringList &phrases) const
+{
+    QList<QStringList> requests;
+    const QString name = expected_->name.isEmpty() ? QString() : taught_->name;
+    for (const QString &phrase : phrases) {
+        const QStringList tokens = tokensOf(phrase, name);
+        if (!tokens.isEmpty() && !tokens.contains(expected_->name))
+            requests.append(tokens);
+    }
+    return requests;
+}
+
 /// All models anew, or those of before when that fails.
 bool SphinxDecoder::takeUp(const Expectation &next)
 {
@@ -329,14 +350,23 @@ void SphinxDecoder::end()
     if (expected_->name.isEmpty() || !words_->contains(expected_->name))
         return;
     const auto account = utterance.account();
+    if (believeName(account))
+        hearRequest(account);
+}
+
+/// Whether the name in the ended utterance is one; if not, what is heard without it is written.
+bool SphinxDecoder::believeName(const std::vector<AccountedWord> &account)
+{
+    SphinxUtterance &utterance = *library_->utterance;
     const double score = utterance.score();
     if (callsClearly(account))
-        return;
+        return true;
     ngram_model_t *all = library_->all.get();
     ngram_model_set_select(all, generalModel);
     ngram_model_flush(all);
     utterance.again(wordSearch);
-    if (score - utterance.score() < advantageWanted(account, expected_->name)) {
+    const bool believed = score - utterance.score() >= advantageWanted(account, expected_->name);
+    if (!believed) {
         words_ = utterance.words();
         ngram_model_t *general = library_->general.get();
         if (ngram_wid(general, expected_->name.toUtf8().constData()) == ngram_unknown_wid(general))
@@ -344,6 +374,23 @@ void SphinxDecoder::end()
     }
     ngram_model_set_interp(all, nullptr, nullptr);
     ngram_model_flush(all);
+    return believed;
+}
+
+/// Writes the request that follows the last name as it is expected, if it is likely to be one.
+void SphinxDecoder::hearRequest(const std::vector<AccountedWord> &account)
+{
+    const auto last =
+        std::ranges::find(account.rbegin(), account.rend(), expected_->name, &AccountedWord::token);
+    if (library_->requests->expectsNothing() || last == account.rend()
+        || account.back().last - last->last < shortestRequest)
+        return;
+    const qsizetype after = words_->lastIndexOf(expected_->name) + 1;
+    const auto request = library_->requests->hear(
+        *library_->utterance, std::max(last->first - leadIn, 0), words_->sliced(after));
+    ps_set_search(library_->decoder.get(), wordSearch);
+    if (request)
+        words_ = words_->first(after) + *request;
 }
 
 double SphinxDecoder::secondsSearched() const

@@ -37,7 +37,8 @@ public:
     /// A doubtful name is left out.
     [[nodiscard]] QStringList words() const override;
     /// An utterance with the name is heard again for the name alone and, when that leaves doubts,
-    /// as if no name had been taught; that takes a tenth of its length.
+    /// as if no name had been taught; that takes a tenth of its length. What follows a name that is
+    /// believed is heard again for the phrases.
     void end() override;
     void abandon() override;
 
@@ -57,7 +58,10 @@ private:
     bool exchangePhrases(const Expectation &expectation);
     bool takeUp(const Expectation &expectation);
     bool makeNameSearch(const QString &token) const;
+    [[nodiscard]] QList<QStringList> requestsAmong(const QStringList &phrases) const;
+    bool believeName(const std::vector<AccountedWord> &account);
     [[nodiscard]] bool callsClearly(const std::vector<AccountedWord> &account) const;
+    void hearRequest(const std::vector<AccountedWord> &account);
 
     std::unique_ptr<Library> library_;
     QString directory_;

@@ -64,12 +64,11 @@ void SphinxUtterance::begin(const std::stop_token &stop)
 void SphinxUtterance::add(const Samples &sound)
 {
     fe_t *frontEnd = ps_get_fe(decoder_);
-    const auto width = static_cast<std::size_t>(fe_get_output_size(frontEnd));
     constexpr std::size_t most = 64; // frames at a time
-    std::vector<mfcc_t> features(most * width);
+    std::vector<mfcc_t> features(most * width());
     std::array<mfcc_t *, most> rows{};
     for (std::size_t i = 0; i < most; ++i)
-        rows[i] = features.data() + i * width;
+        rows[i] = features.data() + i * width();
     const int16 *next = sound.data();
     std::size_t left = sound.size();
     while (left > 0) {
@@ -79,7 +78,7 @@ void SphinxUtterance::add(const Samples &sound)
         fe_process_frames(frontEnd, &next, &left, rows.data(), &frames, &begun);
         if (frames == 0 && left == before)
             break;
-        const auto end = features.begin() + static_cast<std::ptrdiff_t>(width) * frames;
+        const auto end = features.begin() + static_cast<std::ptrdiff_t>(width()) * frames;
         process({features.begin(), end});
         features_.insert(features_.end(), features.begin(), end);
     }
@@ -88,11 +87,16 @@ void SphinxUtterance::add(const Samples &sound)
 /// The library changes what it is given, and loses the thread when that is more than it can buffer.
 void SphinxUtterance::process(std::vector<float> features) const
 {
-    const auto width = static_cast<std::size_t>(fe_get_output_size(ps_get_fe(decoder_)));
-    for (std::size_t at = 0; at < features.size() && !stop_.stop_requested(); at += width) {
+    for (std::size_t at = 0; at < features.size() && !stop_.stop_requested(); at += width()) {
         mfcc_t *row = features.data() + at;
         ps_process_cep(decoder_, &row, 1, FALSE, FALSE);
     }
+}
+
+/// Of a frame of features.
+std::size_t SphinxUtterance::width() const
+{
+    return static_cast<std::size_t>(fe_get_output_size(ps_get_fe(decoder_)));
 }
 
 void SphinxUtterance::end()
@@ -100,7 +104,7 @@ void SphinxUtterance::end()
     ps_end_utt(decoder_);
     if (const Mean after = mean(); std::abs(after.now[0] - before_.now[0]) > farLouder) {
         before_ = after;
-        repeat();
+        repeat(0);
     }
 }
 
@@ -114,18 +118,19 @@ bool SphinxUtterance::inSpeech() const
     return ps_get_in_speech(decoder_);
 }
 
-void SphinxUtterance::again(const char *search) const
+void SphinxUtterance::again(const char *search, int first) const
 {
     ps_set_search(decoder_, search);
-    repeat();
+    repeat(first);
 }
 
-void SphinxUtterance::repeat() const
+void SphinxUtterance::repeat(int first) const
 {
     const Mean after = mean();
     setMean(before_);
     ps_start_utt(decoder_);
-    process(features_);
+    const std::size_t from = std::min(features_.size(), static_cast<std::size_t>(first) * width());
+    process({features_.begin() + static_cast<std::ptrdiff_t>(from), features_.end()});
     ps_end_utt(decoder_);
     setMean(after);
 }

@@ -32,9 +32,9 @@ public:
     /// Whether there is a voice now.
     [[nodiscard]] bool inSpeech() const;
 
-    /// The ended utterance, with the search of that name, which stays the decoder's. It is heard
-    /// as it was the first time and leaves no trace in what comes after it.
-    void again(const char *search) const;
+    /// The ended utterance from frame `first` on, with the search of that name, which stays the
+    /// decoder's. It is heard as it was the first time and leaves no trace in what comes after it.
+    void again(const char *search, int first = 0) const;
 
     [[nodiscard]] QStringList words() const;
     /// How likely they are, by sound and language model as the decoder weighs them, as a natural
@@ -54,8 +54,9 @@ private:
         int frames = 0; ///< in the sum
     };
 
-    void repeat() const;
+    void repeat(int first) const;
     void process(std::vector<float> features) const;
+    [[nodiscard]] std::size_t width() const;
     [[nodiscard]] Mean mean() const;
     void setMean(const Mean &mean) const;
 
