@@ -133,12 +133,13 @@ private Q_SLOTS:
     {
         const Table<QString, int, int, QString> row{"teachingFails", "status", "noisy", "end"};
         row("teaching fails", u"no room"_s, 1, 24,
-            u"== plain: the name was written correctly in 2 of 72\n"
+            u"== plain: the request was written correctly in 1 of 72\n"
+            "== plain: the name was written correctly in 2 of 72\n"
             "the name could not be taught to the recogniser: no room\n"_s);
         row("whole", {}, 0, 48,
             u"Melody is heard 0 times of 10, and sometimes when nobody said it; a longer name with "
-            "sounds that stand out is heard more surely. How often it is heard when nobody says "
-            "it, 35 seconds of talk cannot tell.\ndone\n"_s);
+            "sounds that stand out is heard more surely. What was asked for after it was heard 0 "
+            "times of 10. How often it is heard when nobody says it, 35 seconds of talk cannot tell.\ndone\n"_s);
     }
 
     void labReports()
@@ -164,10 +165,12 @@ private Q_SLOTS:
         QVERIFY2(report.endsWith(end), qPrintable(report.right(300)));
         const QStringList lines = report.split(u'\n');
         QCOMPARE(
-            lines[1], u"ok  Hey melody, what's the weather  [gmw/en-US, 140 words a minute]"_s);
-        QVERIFY(lines[2].startsWith(u"MISS hey Melanie  ["_s));
+            lines[2], u"ok  Hey melody, what's the weather  [gmw/en-US, 140 words a minute]"_s);
+        QCOMPARE(lines[1], u"recogniser: scripted"_s);
+        QVERIFY(lines[3].startsWith(u"MISS hey Melanie  ["_s));
+        QVERIFY(lines[3].endsWith(u"; request lost]"_s));
         QTEST(static_cast<int>(lines.filter(u"noise"_s).size()), "noisy");
-        QVERIFY(!lines[48].contains(u"noise"_s) && lines[49].contains(u"noise at 20 dB"_s));
+        QVERIFY(!lines[49].contains(u"noise"_s) && lines[50].contains(u"noise at 20 dB"_s));
         QCOMPARE(
             WakeLab::run(folder.filePath(u"no/report.txt"_s), u"Melody"_s, false, recogniser()), 1);
         QCOMPARE(WakeLab::run(out, u"Melody"_s, true, nullptr), 1);

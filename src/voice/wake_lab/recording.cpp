@@ -11,12 +11,13 @@ constexpr std::size_t bufferSize = 320; // 20 ms, as a microphone sends it
 
 } // namespace
 
-QString recognised(
-    Recogniser &recogniser, const std::optional<TaughtModel> &taught, const Samples &recording)
+QString recognised(Recogniser &recogniser, const std::optional<TaughtModel> &taught,
+    const Samples &recording, const QStringList &phrases)
 {
     std::promise<QString> answer;
     std::future<QString> words = answer.get_future();
     RecognitionRequest request;
+    request.contextualStrings = phrases;
     request.taught = taught;
     request.live = false;
     const auto task = recogniser.start(request, [&](const auto &transcript, const auto &error) {

@@ -13,11 +13,21 @@ bool namesIt(const QString &words, const QString &name)
     return tokensOf(words, name).contains(nameToken(name));
 }
 
-void PassResult::count(const QString &phrase, bool hit)
+bool requestIsIn(const QString &words, const QString &phrase, const QString &name)
+{
+    const auto request = [&](const QString &text) {
+        const QStringList tokens = tokensOf(text, name);
+        return tokens.sliced(tokens.lastIndexOf(nameToken(name)) + 1);
+    };
+    return namesIt(words, name) && request(words) == request(phrase);
+}
+
+void PassResult::count(const QString &phrase, bool named, bool asked)
 {
     for (Tally *tally : {&all_, &phrases_[phrase]}) {
         tally->samples += 1;
-        tally->hits += hit;
+        tally->hits += named;
+        tally->requests += asked;
     }
 }
 
@@ -37,6 +47,8 @@ QString adviceOn(const QString &name, const PassResult &taught, int falseNames, 
         advice += u": a good name."_s;
     else
         advice += u"; a longer name with sounds that stand out is heard more surely."_s;
+    advice += u" What was asked for after it was heard %1 times of 10."_s.arg(
+        qRound(10.0 * taught.requests() / std::max(taught.samples(), 1)));
     return advice
         + u" How often it is heard when nobody says it, %1 seconds of talk cannot tell."_s.arg(
             seconds);

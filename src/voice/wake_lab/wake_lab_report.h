@@ -8,11 +8,15 @@ namespace kelo {
 /// `words` contain `name` as whole words, whatever their case and punctuation.
 [[nodiscard]] bool namesIt(const QString &words, const QString &name);
 
-/// How often a name was heard in one pass over the samples.
+/// `words` end with what `phrase` asks for after the name, whatever their case and punctuation.
+[[nodiscard]] bool requestIsIn(const QString &words, const QString &phrase, const QString &name);
+
+/// How often a name was heard in one pass over the samples, and what was asked for after it.
 class PassResult {
 public:
-    void count(const QString &phrase, bool hit);
+    void count(const QString &phrase, bool named, bool asked);
     [[nodiscard]] int hits() const { return all_.hits; }
+    [[nodiscard]] int requests() const { return all_.requests; }
     [[nodiscard]] int samples() const { return all_.samples; }
     /// Such as "17 of 18".
     [[nodiscard]] QString ofPhrase(const QString &phrase) const;
@@ -20,6 +24,7 @@ public:
 private:
     struct Tally {
         int hits = 0;
+        int requests = 0;
         int samples = 0;
     };
     Tally all_;
