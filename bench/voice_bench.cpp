@@ -247,8 +247,9 @@ void Bench::costs()
     // What is heard first is heard twice.
     (void)perSecond(spoken(u"what time is it"_s, sampleVoices()[0], speeds[1], {}));
     print(u"CPU seconds a second of speech"_s, perSecond(speech), u"s"_s);
+    const QStringList expected = expectedPhrases();
     const auto live = [&](const Samples &sound, const RecognitionTask::Handler &handler) {
-        const auto task = recogniser_.start({{}, model, true, {}}, handler);
+        const auto task = recogniser_.start({expected, model, true, {}}, handler);
         for (std::size_t at = 0; at + 320 <= sound.size(); at += 320) {
             task->append({{}, QByteArray(reinterpret_cast<const char *>(sound.data() + at), 640)});
             QThread::msleep(20);

@@ -1,11 +1,19 @@
 // How well calls are heard, voice by voice: the name, and what is asked for after it.
-//   voice_calls_bench [steady|alternating|first] [CALLS] [NAME...]
+//   voice_calls_bench [steady|alternating|first|talk] [CALLS] [NAME...]
 // prints two tables, voice by room, in per cent with the 95 % confidence interval of each row's
 // sum. CALLS is per voice and room, 40 unless given. "steady" hears one room after the other, as in
 // use; in "alternating" every call is in another room; in "first" every call is a recogniser's
-// first. The voices are espeak-ng's, and flite's and festival's where those are installed. Those
-// marked with "*" are for choosing by, the others for telling how it came out.
+// first. "talk" counts instead what is understood where nothing was asked for: CALLS questions a
+// voice that are put to the assistant by its name, but are beyond it, and as many sentences to
+// others. A request is understood when the engine would do the same as for the words that were
+// said.
+//
+// The voices are espeak-ng's, and flite's and festival's where those are installed. Those marked
+// with "*" are for choosing by, the others for telling how it came out. KELO_BENCH_SPEECH names a
+// folder to keep what they said in; with KELO_BENCH_LIST all that is heard is listed.
 
+#include "listen/understanding.h"
+#include "songs/library.h"
 #include "voice/name/taught_name.h"
 #include "voice/name/wake_training.h"
 #include "voice/recognition/sphinx_recogniser.h"
@@ -14,6 +22,7 @@
 #include "voice_corpus.h"
 
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QMap>
 #include <QProcess>
 #include <QStandardPaths>
@@ -79,7 +88,9 @@ const QStringList &requests()
 {
     static const QStringList list =
         u"what time is it|play some music|stop|metronome at ninety|song menu|ear training|louder|"
-        "play the minuet in g|go home|what can I say|repeat"_s.split(u'|');
+        "play the minuet in g|go home|what can I say|repeat|play song twelve|slower|help|"
+        "teach me the ode to joy|jazz lesson three|what day is it|change the voice|"
+        "list the songs|play something happy|metronome off|next"_s.split(u'|');
     return list;
 }
 
@@ -119,33 +130,77 @@ struct Outcome {
 class Bench {
 public:
     void run(const QString &order, int calls, const QStringList &names);
+    void talk(int sentences, const QStringList &names);
     void print() const;
 
 private:
+    struct Heard {
+        bool name = false;
+        std::optional<engine::Request> request;
+    };
+
+    [[nodiscard]] std::optional<Samples> spoken(const Voice &voice, const QString &text);
+    [[nodiscard]] Heard heard(
+        SphinxRecogniser &recogniser, const TaughtModel &model, const Samples &sound);
+    [[nodiscard]] std::optional<engine::Request> requestIn(const QString &words) const;
     void call(SphinxRecogniser &recogniser, const TaughtModel &model, const Voice &voice,
         const QString &request, std::size_t room);
 
     QTemporaryDir folder_;
     std::mt19937 random_{20};
     QMap<QString, Outcome> outcomes_;
+    engine::Library library_{{}};
+    const QStringList phrases_ = expectedPhrases();
+    const bool listed_ = qEnvironmentVariableIsSet("KELO_BENCH_LIST");
 };
+
+std::optional<Samples> Bench::spoken(const Voice &voice, const QString &text)
+{
+    const QByteArray words = (voice.program + voice.name + text).toUtf8();
+    const QString kept = qEnvironmentVariable("KELO_BENCH_SPEECH", folder_.path()) + u'/'
+        + QString::fromLatin1(QCryptographicHash::hash(words, QCryptographicHash::Md5).toHex())
+        + ".wav"_L1;
+    if (!QFile::exists(kept) && !voice.speak(text, kept))
+        return std::nullopt;
+    return readSpeech(kept);
+}
+
+std::optional<engine::Request> Bench::requestIn(const QString &words) const
+{
+    auto request = engine::understandKindly(engine::wordsOf(words.toStdString()), library_.names());
+    if (request)
+        request->whole = true;
+    return request;
+}
+
+Bench::Heard Bench::heard(
+    SphinxRecogniser &recogniser, const TaughtModel &model, const Samples &sound)
+{
+    const QString text = recognised(recogniser, model, sound, phrases_);
+    const QStringList words = tokensOf(text, model.name);
+    const qsizetype place = words.lastIndexOf(nameToken(model.name));
+    if (listed_)
+        std::printf("    %s\n", qPrintable(text));
+    if (place < 0)
+        return {};
+    return {true, requestIn(words.sliced(place + 1).join(u' '))};
+}
 
 void Bench::call(SphinxRecogniser &recogniser, const TaughtModel &model, const Voice &voice,
     const QString &request, std::size_t room)
 {
-    const QString file = folder_.filePath(u"call.wav"_s);
-    const auto speech = voice.speak("Hey "_L1 + model.name + ", "_L1 + request, file)
-        ? readSpeech(file)
-        : std::nullopt;
+    const auto speech = spoken(voice, "Hey "_L1 + model.name + ", "_L1 + request);
     if (!speech)
         return;
-    const QString heard = recognised(recogniser, model, inRoom(*speech, rooms[room], random_));
-    const QStringList words = tokensOf(heard, model.name);
-    const qsizetype place = words.lastIndexOf(nameToken(model.name));
-    const bool understood = words.sliced(place + 1) == tokensOf(request, model.name);
+    if (listed_)
+        std::printf("%s, room %zu: %s\n", qPrintable(voice.title()), room, qPrintable(request));
+    const Heard result = heard(recogniser, model, inRoom(*speech, rooms[room], random_));
+    const bool understood = result.request && result.request == requestIn(request);
+    if (listed_)
+        std::printf("    %s\n", understood ? "ok" : result.name ? "NOT UNDERSTOOD" : "NO NAME");
     for (const QString &row :
         {voice.title(), u"all"_s, voice.forChoosing ? u"all *"_s : u"all others"_s})
-        outcomes_[row].add(room, place >= 0, understood);
+        outcomes_[row].add(room, result.name, understood);
 }
 
 void Bench::run(const QString &order, int calls, const QStringList &names)
@@ -175,6 +230,47 @@ void Bench::run(const QString &order, int calls, const QStringList &names)
     }
 }
 
+void Bench::talk(int sentences, const QStringList &names)
+{
+    int put = 0;
+    int invented = 0;
+    int falseNames = 0;
+    int falseCalls = 0;
+    double seconds = 0;
+    for (const QString &name : names) {
+        SphinxRecogniser recogniser(QStringLiteral(KELO_POCKETSPHINX));
+        const TaughtModel model = recogniser.teacher()(
+            WakeTraining::of(name), SpeechModelFiles::of(folder_.path(), name), {});
+        for (int k = 0; k < sentences; ++k) {
+            for (const Voice &voice : voices()) {
+                const QStringList questions = otherQuestions();
+                const QString &question = questions[put % questions.size()];
+                const auto asked = spoken(voice, "Hey "_L1 + name + ", "_L1 + question);
+                const QString sentence = everydaySentence(random_);
+                const auto said = spoken(voice, sentence);
+                if (!asked || !said)
+                    continue;
+                ++put;
+                const auto answer = heard(recogniser, model, inRoom(*asked, {}, random_));
+                if (answer.request && answer.request != requestIn(question)) {
+                    ++invented;
+                    std::printf("invented, %s: %s\n", qPrintable(name), qPrintable(question));
+                }
+                const Samples talk = inRoom(*said, {}, random_);
+                const auto overheard = heard(recogniser, model, talk);
+                seconds += secondsOf(talk);
+                falseNames += overheard.name;
+                falseCalls += overheard.request.has_value();
+                if (overheard.name)
+                    std::printf("false name, %s: %s\n", qPrintable(name), qPrintable(sentence));
+            }
+        }
+    }
+    std::printf("of %d questions beyond it, %d were taken for a request\n"
+                "in %.0f minutes of other talk, %d names and %d requests were heard\n",
+        put, invented, seconds / 60, falseNames, falseCalls);
+}
+
 void Bench::print() const
 {
     for (const bool requested : {false, true}) {
@@ -197,9 +293,14 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     const QStringList some = arguments.sliced(std::min<qsizetype>(3, arguments.size()));
+    const QString order = arguments.value(1, u"steady"_s);
+    const int calls = arguments.value(2, u"40"_s).toInt();
     Bench bench;
-    bench.run(arguments.value(1, u"steady"_s), arguments.value(2, u"40"_s).toInt(),
-        some.isEmpty() ? names() : some);
+    if (order == u"talk"_s) {
+        bench.talk(calls, some.isEmpty() ? names() : some);
+        return 0;
+    }
+    bench.run(order, calls, some.isEmpty() ? names() : some);
     bench.print();
     return 0;
 }

@@ -1,5 +1,8 @@
 #include "voice_corpus.h"
 
+#include "listen/understanding.h"
+#include "songs/library.h"
+
 #include <QMap>
 
 using namespace Qt::StringLiterals;
@@ -86,6 +89,31 @@ QStringList phrasesWith(const QString &name)
 QStringList soundAlikes()
 {
     return u"kilo|hello|jello|polo|follow|hollow|hominy|phonics|lunar|tuna|malady|area|are you"_s
+        .split(u'|');
+}
+
+QStringList expectedPhrases()
+{
+    QStringList phrases;
+    const engine::Library library({});
+    for (const std::string &phrase : engine::vocabulary(engine::InIdle, library.names()))
+        phrases.append(QString::fromStdString(phrase));
+    return phrases;
+}
+
+QStringList otherQuestions()
+{
+    return uR"(how old are you|how tall is he|who is your father|where do you live|what is your favourite colour
+did you hear that|do you have a dog|can you swim|have you been to Spain|is it far|are they coming too
+will it snow|shall I call him|let us dance|wait a moment|sit over there|give it back to me|bring me a towel
+that was delicious|I am so sorry|I can't find my shoes|I need a new coat|it smells awful|he is my cousin
+she is a doctor|we missed the bus|they moved to Ohio|thanks to your mother|leave him alone|cut the bread
+drink your milk|feed the cat|hold my hand|put on your jacket|clean your room|my car broke down|my foot is sore
+the soup is hot|the lamp is broken|your hair looks nice|your brother called|this tastes funny|that was close
+what a surprise party|what a lovely garden|who ate my sandwich|who left the light on|why are you crying
+when is your birthday|where is the remote|which way is north|how many cookies are left|how was the film
+really|seriously|absolutely|goodbye|congratulations|excuse me|bless you|careful)"_s
+        .replace(u'\n', u'|')
         .split(u'|');
 }
 
