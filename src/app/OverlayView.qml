@@ -57,7 +57,7 @@ Item {
                 // A long name gives way to the state, never the other way round.
                 HudText {
                     Layout.fillWidth: true
-                    Layout.maximumWidth: implicitWidth
+                    Layout.maximumWidth: Math.ceil(implicitWidth)
                     text: view.link.assistant
                     font: Hud.mono(13, Font.Bold, 2)
                     color: Hud.green
