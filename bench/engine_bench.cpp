@@ -190,6 +190,19 @@ public:
         return kelo::bench::privateMemory(QString::number(process.processId())) / (1024 * 1024);
     }
 
+    /// The most memory that it ever had, in MiB.
+    [[nodiscard]] double peakMemory() const
+    {
+        QFile status(u"/proc/%1/status"_s.arg(process.processId()));
+        if (!status.open(QIODevice::ReadOnly))
+            return 0;
+        for (const QByteArray &line : status.readAll().split('\n')) {
+            if (line.startsWith("VmHWM:"))
+                return line.mid(6).trimmed().split(' ').first().toDouble() / 1024;
+        }
+        return 0;
+    }
+
     QTemporaryDir folder;
 
 private:
@@ -220,7 +233,7 @@ void measureRoll(Engine &engine)
     Piece piece;
     for (int i = 0; i < 10'000; ++i)
         piece.notes.push_back({i * 0.05, 0.04, 30 + i % 70, 80, 0, 0});
-    addMessages(piece);
+    measureLength(piece);
     const auto bytes = writeMidiFile(piece);
     QFile file(engine.folder.filePath(u"long.mid"_s));
     if (file.open(QIODevice::WriteOnly))
@@ -233,6 +246,31 @@ void measureRoll(Engine &engine)
         qFatal("the file was not played");
     print(u"a roll of 10,000 notes is there after"_s,
         static_cast<double>(timer.nsecsElapsed()) / 1e6, u"ms"_s);
+    engine.send("0");
+}
+
+/// The most that the engine holds while it reads and plays a file of the largest size.
+void measureLargeFile(Engine &engine)
+{
+    constexpr int notes = 1'040'000; // eight bytes each
+    Piece piece;
+    for (int i = 0; i < notes; ++i)
+        piece.notes.push_back({i * 0.02, 0.015, 30 + i % 70, 80, 0, 0});
+    measureLength(piece);
+    const auto bytes = writeMidiFile(piece);
+    QFile file(engine.folder.filePath(u"largest.mid"_s));
+    if (file.open(QIODevice::WriteOnly))
+        file.write(reinterpret_cast<const char *>(bytes.data()), static_cast<qint64>(bytes.size()));
+    file.close();
+    const double size = static_cast<double>(bytes.size()) / (1024 * 1024);
+    const double before = engine.peakMemory();
+    engine.send("~play " + file.fileName().toUtf8() + '\n');
+    if (!engine.waitFor("@rollstart"))
+        qFatal("the file was not played");
+    const double more = engine.peakMemory() - before;
+    print(u"a file of"_s, size, u"MiB"_s);
+    print(u"takes at most"_s, more, u"MiB"_s);
+    print(u"times its size"_s, more / size, u""_s);
     engine.send("0");
 }
 
@@ -272,6 +310,7 @@ int main(int argc, char *argv[])
     Engine engine;
     measureLatency(engine);
     measureRoll(engine);
+    measureLargeFile(engine);
     measureGrowth(engine);
     return 0;
 }

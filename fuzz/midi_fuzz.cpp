@@ -47,7 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *bytes, size_t size)
         for (const Excerpt &excerpt : excerpts)
             check(!excerpt.steps.empty() && excerpt.firstBar <= excerpt.lastBar);
         if (!excerpts.empty())
-            check(!pieceOf(excerpts.back(), *piece).messages.empty());
+            check(!pieceOf(excerpts.back(), *piece).notes.empty());
     }
     const auto again = readMidiFile(writeMidiFile(*piece));
     check(std::holds_alternative<Piece>(again));

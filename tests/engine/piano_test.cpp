@@ -1,4 +1,5 @@
 #include "midi/midi_stream.h"
+#include "music/message_feed.h"
 #include "music/midi_file.h"
 #include "music/midi_writer.h"
 #include "piano/command_keys.h"
@@ -181,8 +182,8 @@ private Q_SLOTS:
             {6, 2, 64, 75, 0, 0}, {7, 0.5, 65, 60, 0, 0}}; // one is still held
         QCOMPARE(take.notes, notes);
         QStringList messages;
-        for (const auto &[at, message] : take.messages)
-            messages << u"%1 %2"_s.arg(at).arg(text({message}));
+        for (MessageFeed feed(take); const auto next = feed.next(); feed.pop())
+            messages << u"%1 %2"_s.arg(next->at).arg(text({next->message}));
         QCOMPARE(messages.join(u", "_s),
             u"0 b0 64 127, 0 90 60 80, 1 80 60 0, 2 b0 64 0, 5 90 64 70, 6 80 64 0, 6 90 64 75, "
             "7 90 65 60, 7.5 80 65 0, 8 80 64 0"_s);
@@ -249,7 +250,7 @@ private Q_SLOTS:
         Piece take;
         take.notes = {{0, 0.5, 60, 80, 0, 0}, {5.25, 1, 62, 81, 0, 0}}; // a long delta
         take.messages = {{0, {0xb0, 64, 127}}, {0.7, {0xc0, 5, 0}}};
-        addMessages(take);
+        measureLength(take);
         const Piece read = std::get<Piece>(readMidiFile(writeMidiFile(take)));
         QCOMPARE(read.notes.size(), take.notes.size());
         for (std::size_t i = 0; i < take.notes.size(); ++i) {

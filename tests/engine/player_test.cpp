@@ -1,4 +1,5 @@
 #include "midi_bytes.h"
+#include "music/midi_file.h"
 #include "music/player.h"
 #include "stage.h"
 

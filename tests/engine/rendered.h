@@ -1,6 +1,6 @@
 #pragma once
 
-#include "music/piece.h"
+#include "music/message_feed.h"
 #include "protocol/wire.h"
 #include "sound/mixer.h"
 #include "speech/speaker.h"
@@ -53,8 +53,9 @@ struct Rendered {
     {
         const kelo::engine::Frame origin = clock.frameAt(now() + 0.1);
         const double end = now() + 0.1 + length;
-        for (const auto &[at, message] : piece.messages) {
-            while (at < length && !instrument.play(origin + kelo::engine::frames(at), message))
+        for (kelo::engine::MessageFeed feed(piece); const auto next = feed.next(); feed.pop()) {
+            const kelo::engine::Frame frame = origin + kelo::engine::frames(next->at);
+            while (next->at < length && !instrument.play(frame, next->message))
                 renderBlock();
         }
         while (now() < end)

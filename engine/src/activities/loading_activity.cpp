@@ -24,7 +24,7 @@ bool play(Session &session, std::variant<Piece, ReadFault> read, const std::stri
     auto piece = heardFrom(session, std::move(read), title, now);
     if (!piece)
         return false;
-    const bool whole = !piece->piece.endsEarly;
+    const bool whole = !piece->piece->endsEarly;
     session.host.begin(std::make_unique<PlaybackActivity>(session, std::move(*piece),
                            title + (whole ? "." : ". The file is not whole: it ends early.")),
         now);

@@ -25,11 +25,6 @@ Piece transposed(Piece piece, int semitones)
         if (note.channel != drumChannel)
             note.pitch = moved(note.pitch);
     }
-    for (TimedMessage &timed : piece.messages) {
-        const int kind = timed.message.kind();
-        if ((kind == 0x80 || kind == 0x90) && timed.message.channel() != drumChannel)
-            timed.message.first = static_cast<unsigned char>(moved(timed.message.first));
-    }
     piece.spelling = spellingOf(tonalityOf(piece.notes));
     return piece;
 }
@@ -118,7 +113,7 @@ void PlaybackActivity::previous(const Request &, const Moment &now)
 
 void PlaybackActivity::skip(int bars, const Moment &now)
 {
-    const auto &starts = session_.heard->piece.bars;
+    const auto &starts = session_.heard->piece->bars;
     const double at = session_.player.position(now.uptime) + justBegun;
     if (starts.empty()) {
         session_.player.seek(at + bars * secondsToSkip / barsToSkip, now.uptime);
@@ -152,12 +147,12 @@ void PlaybackActivity::transpose(const Request &request, const Moment &now)
 {
     int by = request.number.value_or(request.key ? 0 : 2) * (request.on.value_or(true) ? 1 : -1);
     if (request.key) {
-        by = (request.key->tonic - tonalityOf(session_.heard->piece.notes).tonic + 12) % 12;
+        by = (request.key->tonic - tonalityOf(session_.heard->piece->notes).tonic + 12) % 12;
         by -= by > 6 ? 12 : 0;
     }
     Heard moved = *session_.heard;
     moved.piece = transposed(std::move(moved.piece), std::clamp(by, -24, 24));
-    say("In " + nameOf(tonalityOf(moved.piece.notes)) + ".", now);
+    say("In " + nameOf(tonalityOf(moved.piece->notes)) + ".", now);
     play(std::move(moved), now);
 }
 

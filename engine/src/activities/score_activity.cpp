@@ -114,7 +114,7 @@ Piece ScoreActivity::soundOf(Stretch stretch, Hands hands, double longest) const
         note.duration = std::min(note.duration, longest);
         sound.notes.push_back(note);
     }
-    addMessages(sound);
+    measureLength(sound);
     return sound;
 }
 

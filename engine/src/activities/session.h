@@ -48,7 +48,7 @@ public:
 /// A piece that was heard: what "this" means.
 struct Heard {
     std::string title;
-    Piece piece;
+    SharedPiece piece;
 };
 
 /// What every activity works with, and what outlives each of them.

@@ -49,7 +49,7 @@ void ScoreRequests::key(const Request &, const Moment &now)
         return;
     }
     const auto &[title, piece] = *session_.heard;
-    session_.say(title + " is in " + nameOf(tonalityOf(piece.notes)) + ".", now);
+    session_.say(title + " is in " + nameOf(tonalityOf(piece->notes)) + ".", now);
 }
 
 } // namespace kelo::engine

@@ -67,7 +67,7 @@ Piece pieceOf(const Score &score)
     }
     for (int bar = 0; bar < score.bars(); ++bar)
         piece.bars.push_back(bar * score.barTicks() * tick);
-    addMessages(piece);
+    measureLength(piece);
     return piece;
 }
 

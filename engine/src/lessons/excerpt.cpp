@@ -161,7 +161,7 @@ Piece pieceOf(const Excerpt &excerpt, const Piece &whole)
         note.channel = note.track = owners[i] == Hands::Right ? 0 : 1;
         part.notes.push_back(note);
     }
-    addMessages(part);
+    measureLength(part);
     return part;
 }
 

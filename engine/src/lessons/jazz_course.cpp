@@ -68,8 +68,6 @@ Piece jazzExample(const JazzLesson &lesson, int semitones)
                       .value_or(Piece{});
     for (Note &note : piece.notes)
         note.pitch += semitones;
-    piece.messages.clear();
-    addMessages(piece);
     return piece;
 }
 

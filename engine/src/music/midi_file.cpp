@@ -17,8 +17,8 @@ constexpr double defaultTempo = 0.5; ///< seconds a quarter note
 /// Turns ticks, in order, into seconds.
 class TempoMap {
 public:
-    /// `division` as it stands in the header: ticks a quarter note, or frames a second and
-    /// ticks a frame, which no tempo changes.
+    /// `division` as it stands in the header: ticks a quarter note, or frames a
+    /// second and ticks a frame, which no tempo changes.
     explicit TempoMap(std::uint16_t division)
     {
         if ((division & 0x8000) == 0) {
@@ -92,7 +92,8 @@ private:
     Ticks next_ = 0;
 };
 
-/// Finds for each release the press that it ends: the oldest one of that key.
+/// Finds for each release the press that it ends: the oldest one of that key. Until then a note's
+/// duration is the place of the next note that waits on its key, so that no second list is needed.
 class NotePairing {
 public:
     explicit NotePairing(std::vector<Note> &pieceNotes)
@@ -102,32 +103,30 @@ public:
         tails_.fill(none);
     }
 
-    void reserve(std::size_t notes) { next_.reserve(notes); }
-
-    void press(const Note &note)
+    void press(Note note)
     {
         const auto index = static_cast<Index>(notes_.size());
-        notes_.push_back(note);
-        next_.push_back(none);
         const std::size_t key = keyOf(note.channel, note.pitch);
-        (heads_[key] == none ? heads_[key] : next_[tails_[key]]) = index;
+        note.duration = none;
+        notes_.push_back(note);
+        if (heads_[key] == none)
+            heads_[key] = index;
+        else
+            notes_[tails_[key]].duration = index;
         tails_[key] = index;
     }
 
     void release(int channel, int pitch, double at)
     {
-        Index &head = heads_[keyOf(channel, pitch)];
-        if (head == none)
-            return;
-        notes_[head].duration = at - notes_[head].at;
-        head = next_[head];
+        if (Index &head = heads_[keyOf(channel, pitch)]; head != none)
+            end(head, at);
     }
 
     void releaseAll(double at)
     {
         for (Index &head : heads_) {
-            for (; head != none; head = next_[head])
-                notes_[head].duration = at - notes_[head].at;
+            while (head != none)
+                end(head, at);
         }
     }
 
@@ -139,11 +138,23 @@ private:
         return static_cast<std::size_t>(channel) * 128 + static_cast<std::size_t>(pitch);
     }
 
+    void end(Index &head, double at)
+    {
+        Note &note = notes_[head];
+        head = static_cast<Index>(note.duration);
+        note.duration = at - note.at;
+    }
+
     std::vector<Note> &notes_;
-    std::vector<Index> next_;
     std::array<Index, std::size_t{16} * 128> heads_{};
     std::array<Index, std::size_t{16} * 128> tails_{};
 };
+
+/// Keys are written down as notes.
+bool isForMessages(ChannelMessage message)
+{
+    return message.status != 0 && !message.presses() && !message.releases();
+}
 
 /// Puts the notes and messages of all tracks in order into a piece.
 class Assembly {
@@ -154,7 +165,6 @@ public:
     {
         piece_.notes.reserve(notes);
         piece_.messages.reserve(messages);
-        pairing_.reserve(notes);
     }
 
     /// False when it is long enough.
@@ -177,12 +187,13 @@ public:
         const ChannelMessage message = event.message;
         if (message.status == 0)
             return true;
-        piece_.messages.push_back({now_, message});
         if (message.presses())
             pairing_.press(
                 {now_, 0, message.first, message.second, event.track, message.channel()});
         else if (message.releases())
             pairing_.release(message.channel(), message.first, now_);
+        else
+            piece_.messages.push_back({now_, message});
         return true;
     }
 
@@ -210,8 +221,7 @@ public:
     Piece finish()
     {
         pairing_.releaseAll(now_);
-        for (const Note &note : piece_.notes)
-            piece_.length = std::max(piece_.length, note.at + note.duration);
+        measureLength(piece_);
         return std::move(piece_);
     }
 
@@ -296,8 +306,8 @@ std::variant<Piece, ReadFault> readMidiFile(
     const auto size = static_cast<double>(bytes.size());
     for (MidiTrack track : tracks) {
         while (const auto event = track.next()) {
-            messages += event->message.status != 0 ? 1 : 0;
             notes += event->message.presses() ? 1 : 0;
+            messages += isForMessages(event->message) ? 1 : 0;
         }
     }
     MidiTracks events(tracks, format == 2);

@@ -1,5 +1,7 @@
 #include "music/midi_writer.h"
 
+#include "music/message_feed.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -58,7 +60,8 @@ Bytes writeMidiFile(const Piece &piece, const MidiSignature &signature)
     const double ticksPerSecond = double{ticksPerQuarter} * signature.tempo / 60.0;
     Bytes track = signatures(signature);
     std::uint32_t now = 0;
-    for (const auto &[at, message] : piece.messages) {
+    for (MessageFeed feed(piece); const auto next = feed.next(); feed.pop()) {
+        const auto &[at, message] = *next;
         const double ticks = std::clamp(at * ticksPerSecond, 0.0, double{longestDelta});
         const auto due = std::max(now, static_cast<std::uint32_t>(std::llround(ticks)));
         addVariable(track, due - now);

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kelo::engine {
@@ -43,7 +44,8 @@ struct TimedMessage {
 /// How the black keys are called: C sharp, D flat, or each by its commoner name.
 enum class Spelling { Sharps, Flats, Mixed };
 
-/// A piece of music. Both lists are in the order of time.
+/// A piece of music. Notes and messages are in the order of time; what presses and lets go of the
+/// keys of the notes is not among the messages, MessageFeed adds it.
 struct Piece {
     std::vector<Note> notes;
     std::vector<TimedMessage> messages;
@@ -62,7 +64,24 @@ struct Piece {
 /// Where the bar with this number begins in the list of bars; nothing where there is none.
 [[nodiscard]] std::optional<std::size_t> barPlace(const Piece &piece, int number);
 
-/// Adds what a piano is told to play the notes, and the length.
-void addMessages(Piece &piece);
+/// Sets the length to the end of the last note.
+void measureLength(Piece &piece);
+
+/// A piece that several may hold and none changes.
+class SharedPiece {
+public:
+    SharedPiece(
+        Piece piece = {}) // NOLINT(google-explicit-constructor): one is as good as the other
+        : piece_(std::make_shared<const Piece>(std::move(piece)))
+    {
+    }
+
+    operator const Piece &() const { return *piece_; } // NOLINT(google-explicit-constructor)
+    const Piece &operator*() const { return *piece_; }
+    const Piece *operator->() const { return piece_.get(); }
+
+private:
+    std::shared_ptr<const Piece> piece_;
+};
 
 } // namespace kelo::engine

@@ -25,32 +25,32 @@ unsigned char status(int kind, int channel)
 
 } // namespace
 
-Player::Player(Wire &lines, Instrument &sound, const AudioClock &audioClock)
-    : wire_(lines)
-    , instrument_(sound)
-    , clock_(audioClock)
+Player::Player(Wire &wire, Instrument &instrument, const AudioClock &clock)
+    : wire_(wire)
+    , instrument_(instrument)
+    , clock_(clock)
 {
 }
 
-void Player::start(Piece music, std::string name, double now)
+void Player::start(SharedPiece piece, std::string name, double now)
 {
-    prepare(std::move(music));
+    prepare(std::move(piece));
     title_ = std::move(name);
     shown_ = true;
     playFrom(0, leadIn, now);
 }
 
-void Player::demonstrate(Piece music, double now)
+void Player::demonstrate(SharedPiece piece, double now)
 {
-    prepare(std::move(music));
+    prepare(std::move(piece));
     shown_ = false;
     playFrom(0, demonstrationDelay, now);
 }
 
-void Player::prepare(Piece music)
+void Player::prepare(SharedPiece piece)
 {
     stop();
-    piece_ = std::move(music);
+    piece_ = std::move(piece);
     instrument_.setGain(levellingGain(piece_));
 }
 
@@ -86,7 +86,7 @@ void Player::seek(double position, double now)
 {
     if (!hasPiece())
         return;
-    const double place = std::clamp(position, 0.0, piece_.length);
+    const double place = std::clamp(position, 0.0, piece_->length);
     if (paused()) {
         pausedAt_ = place;
         return;
@@ -102,7 +102,7 @@ double Player::position(double now) const
 
 double Player::positionAt(double now) const
 {
-    return std::clamp(seconds(clock_.frameAt(now) - origin_) * speed_, 0.0, piece_.length);
+    return std::clamp(seconds(clock_.frameAt(now) - origin_) * speed_, 0.0, piece_->length);
 }
 
 void Player::setTempo(double factor, double now)
@@ -162,18 +162,16 @@ void Player::playFrom(double from, double delay, double now)
     if (shown_)
         showRoll(from);
     restoreChannels(from);
-    nextMessage_ = static_cast<std::size_t>(
-        std::partition_point(piece_.messages.begin(), piece_.messages.end(),
-            [&](const TimedMessage &message) { return message.at < from; })
-        - piece_.messages.begin());
-    nextNote_ = static_cast<std::size_t>(
-        std::ranges::partition_point(piece_.notes, [&](const Note &note) { return note.at < from; })
-        - piece_.notes.begin());
+    feed_ = MessageFeed(piece_, from);
+    nextNote_ =
+        static_cast<std::size_t>(std::ranges::partition_point(piece_->notes, [&](const Note &note) {
+            return note.at < from;
+        }) - piece_->notes.begin());
     lit_.clear();
     if (shown_) {
         char zero[64];
         std::snprintf(
-            zero, sizeof zero, "%.4f %.4f", delay - from / speed_, piece_.length / speed_);
+            zero, sizeof zero, "%.4f %.4f", delay - from / speed_, piece_->length / speed_);
         wire_.send("rollstart", zero);
     }
     advance(now);
@@ -187,14 +185,15 @@ void Player::showRoll(double from)
     tellRoll();
 }
 
-/// Some more of the roll: all of a long piece at once would keep the display from drawing.
+/// Some more of the roll: all of a long piece at once would keep the display
+/// from drawing.
 void Player::tellRoll()
 {
     std::string line;
     std::size_t count = 0;
     std::size_t told = 0;
-    for (; nextRollNote_ < piece_.notes.size() && told < notesAtATime; ++nextRollNote_) {
-        const Note &note = piece_.notes[nextRollNote_];
+    for (; nextRollNote_ < piece_->notes.size() && told < notesAtATime; ++nextRollNote_) {
+        const Note &note = piece_->notes[nextRollNote_];
         if (note.channel == drumChannel || note.at + note.duration < rollFrom_)
             continue;
         char text[96];
@@ -212,8 +211,8 @@ void Player::tellRoll()
         wire_.send("rolln", line);
 }
 
-/// Gives every channel the instrument, the controllers and the pitch bend that it has at
-/// `until`, whatever was played before.
+/// Gives every channel the instrument, the controllers and the pitch bend that
+/// it has at `until`, whatever was played before.
 void Player::restoreChannels(double until)
 {
     struct Channel {
@@ -231,7 +230,7 @@ void Player::restoreChannels(double until)
         for (const auto &[number, value] : initial)
             channel.controllers[number] = value;
     }
-    for (const auto &[at, message] : piece_.messages) {
+    for (const auto &[at, message] : piece_->messages) {
         if (at >= until)
             break;
         Channel &channel = channels[static_cast<std::size_t>(message.channel())];
@@ -261,21 +260,22 @@ void Player::restoreChannels(double until)
     }
 }
 
-/// Lights and puts out keys, in the order of time, up to this place of the piece.
+/// Lights and puts out keys, in the order of time, up to this place of the
+/// piece.
 void Player::light(double until)
 {
     const auto later = [](const Lit &a, const Lit &b) { return a.until > b.until; };
     for (;;) {
-        const bool more = nextNote_ < piece_.notes.size() && piece_.notes[nextNote_].at <= until;
+        const bool more = nextNote_ < piece_->notes.size() && piece_->notes[nextNote_].at <= until;
         if (!lit_.empty() && lit_.front().until <= until
-            && (!more || lit_.front().until <= piece_.notes[nextNote_].at)) {
+            && (!more || lit_.front().until <= piece_->notes[nextNote_].at)) {
             int &count = sounding_[static_cast<std::size_t>(lit_.front().pitch)];
             if (count > 0 && --count == 0)
                 wire_.send("out", {lit_.front().pitch, 0});
             std::ranges::pop_heap(lit_, later);
             lit_.pop_back();
         } else if (more) {
-            const Note &note = piece_.notes[nextNote_++];
+            const Note &note = piece_->notes[nextNote_++];
             if (note.channel == drumChannel)
                 continue;
             ++sounding_[static_cast<std::size_t>(note.pitch)];
@@ -293,18 +293,17 @@ void Player::advance(double now)
     if (!playing())
         return;
     const Frame until = clock_.frameAt(now + scheduleAhead);
-    while (nextMessage_ < piece_.messages.size()) {
-        const TimedMessage &next = piece_.messages[nextMessage_];
-        if (frameOf(next.at) >= until || !instrument_.play(frameOf(next.at), next.message))
+    while (const auto next = feed_.next()) {
+        if (frameOf(next->at) >= until || !instrument_.play(frameOf(next->at), next->message))
             break;
-        ++nextMessage_;
+        feed_.pop();
     }
     const Frame heard = clock_.frameAt(now);
     light(seconds(heard + 1 - origin_) * speed_); // all that begins with this sample
     if (shown_)
         tellRoll();
     nextSchedule_ = now + scheduleEvery;
-    if (frameOf(piece_.length) <= heard)
+    if (frameOf(piece_->length) <= heard)
         stop();
 }
 
@@ -312,9 +311,9 @@ std::optional<double> Player::deadline() const
 {
     if (!playing())
         return {};
-    double next = piece_.length;
-    if (nextNote_ < piece_.notes.size())
-        next = std::min(next, piece_.notes[nextNote_].at);
+    double next = piece_->length;
+    if (nextNote_ < piece_->notes.size())
+        next = std::min(next, piece_->notes[nextNote_].at);
     if (!lit_.empty())
         next = std::min(next, lit_.front().until);
     return std::min(clock_.timeOf(frameOf(next)), nextSchedule_);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "music/midi_file.h"
+#include "music/message_feed.h"
 #include "protocol/wire.h"
 #include "sound/instrument.h"
 
@@ -11,23 +11,24 @@
 
 namespace kelo::engine {
 
-/// Plays a piece: its notes to the instrument a little ahead of time, its piano roll and every
-/// note to the display, in step with the sound. Times are seconds of the monotonic clock.
-/// The display's keyboard shows no drums.
+/// Plays a piece: its notes to the instrument a little ahead of time, its piano
+/// roll and every note to the display, in step with the sound. Times are
+/// seconds of the monotonic clock. The display's keyboard shows no drums.
 class Player {
 public:
-    Player(Wire &lines, Instrument &instrument, const AudioClock &clock);
+    Player(Wire &wire, Instrument &instrument, const AudioClock &clock);
 
     /// Shows the piece's roll and begins to play it after `leadIn` seconds.
-    void start(Piece music, std::string name, double now);
+    void start(SharedPiece piece, std::string name, double now);
 
     /// Plays an example soon, without a roll.
-    void demonstrate(Piece music, double now);
+    void demonstrate(SharedPiece piece, double now);
 
     /// Plays what was started last from its beginning. Nothing without one.
     void again(double now);
 
-    /// Goes on from another place of the piece, `position` seconds from its beginning.
+    /// Goes on from another place of the piece, `position` seconds from its
+    /// beginning.
     void seek(double position, double now);
     /// The place that is heard, in seconds of the piece as it is written.
     [[nodiscard]] double position(double now) const;
@@ -49,7 +50,7 @@ public:
 
     [[nodiscard]] bool playing() const { return state_ == State::Playing; }
     [[nodiscard]] bool paused() const { return state_ == State::Paused; }
-    [[nodiscard]] bool hasPiece() const { return !piece_.notes.empty(); }
+    [[nodiscard]] bool hasPiece() const { return !piece_->notes.empty(); }
 
     void advance(double now);
     [[nodiscard]] std::optional<double> deadline() const;
@@ -73,19 +74,19 @@ private:
     void light(double until);
     [[nodiscard]] Frame frameOf(double at) const { return origin_ + frames(at / speed_); }
     [[nodiscard]] double positionAt(double now) const;
-    void prepare(Piece music);
+    void prepare(SharedPiece piece);
 
     Wire &wire_;
     Instrument &instrument_;
     const AudioClock &clock_;
     State state_ = State::Stopped;
-    Piece piece_;
+    SharedPiece piece_;
     std::string title_;
     bool shown_ = true; ///< its roll is on the display
     double speed_ = 1;
     Frame origin_ = 0; ///< sounds when the piece's time 0 does
     double pausedAt_ = 0; ///< where it was paused
-    std::size_t nextMessage_ = 0;
+    MessageFeed feed_; ///< what the instrument is to be told
     std::size_t nextNote_ = 0; ///< to be lit
     std::vector<Lit> lit_; ///< a heap, soonest end first
     std::size_t nextRollNote_ = 0; ///< to be told

@@ -98,7 +98,7 @@ Piece Recorder::current(double now) const
             piece.notes[*note].duration = now - begun_ - piece.notes[*note].at;
     }
     piece.messages = pedals_; // before the keys of the same moment
-    addMessages(piece);
+    measureLength(piece);
     return piece;
 }
 

@@ -174,7 +174,7 @@ std::optional<Piece> readSheet(const Sheet &sheet)
             return {};
     }
     std::ranges::stable_sort(piece.notes, {}, &Note::at);
-    addMessages(piece);
+    measureLength(piece);
     for (int at = 0; end && at < *end; at += at == 0 && upbeat > 0 ? upbeat + bar : bar)
         piece.bars.push_back(at * perTick);
     return piece;

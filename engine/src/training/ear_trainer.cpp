@@ -109,7 +109,7 @@ Piece EarTrainer::demo() const
         add(middleC);
     for (const int pitch : notes_)
         add(pitch);
-    addMessages(piece);
+    measureLength(piece);
     return piece;
 }
 

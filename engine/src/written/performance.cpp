@@ -201,7 +201,7 @@ Piece performed(std::shared_ptr<const WrittenPiece> written, Repeats repeats)
         piece.notes.push_back(note);
         piece.marks.push_back(mark);
     }
-    addMessages(piece);
+    measureLength(piece);
     piece.written = std::move(written);
     return piece;
 }
