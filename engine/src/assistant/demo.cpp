@@ -65,15 +65,15 @@ const std::vector<Scene> &scenes()
         };
         script.hears("Hello, I'm Kelo. Two minutes with me.");
         script.says("play me something happy", 0.2);
-        script.says("compose", 9);
+        script.says("compose", 6.5);
         script.waitsForQuiet(0.3);
         melody({60, 62, 64, 65, 67, 67, 69, 67}, 0.4);
         script.says("another variation", 0.4);
-        script.says("make it a lullaby", 6);
-        script.says("jam with me", 7);
+        script.says("make it a lullaby", 4.5);
+        script.says("jam with me", 6);
         script.waitsForQuiet(0.2);
         melody({67, 69, 70, 67, 65, 67, 60, 62}, 0.3);
-        script.says("live band", 7);
+        script.says("live band", 5.5);
         script.waitsForQuiet(0.2);
         script.plays({48, 60, 64, 67}, 2.3, 0.1);
         script.plays({45, 60, 64, 69}, 2.3, 0.1);
@@ -86,11 +86,11 @@ const std::vector<Scene> &scenes()
         melody({64}, 0.5);
         script.says("metronome in three four at one twenty", 2);
         script.says("metronome in triplets", 2);
-        script.says("teach me the ode to joy", 3);
+        script.says("teach me the ode to joy", 2);
         script.waitsForQuiet(0.3); // for the part that is played
         melody({64, 64, 65, 67, 67, 65, 64, 62}, 0.45);
         script.says("play my album", 1.5);
-        script.says("reaper control", 7);
+        script.says("reaper control", 2);
         script.says("go home", 0.5);
         return script.scenes;
     }();
