@@ -76,6 +76,7 @@ bool JazzActivity::request(const Request &request, const Moment &now)
         {Action::JamAgain, &JazzActivity::jam},
         {Action::JazzIdea, &JazzActivity::idea},
         {Action::ComposingIdea, &JazzActivity::idea},
+        {Action::StartOver, &JazzActivity::startOver},
         {Action::Start, &JazzActivity::again},
         {Action::Again, &JazzActivity::again},
         {Action::Next, &JazzActivity::next},
@@ -149,6 +150,11 @@ void JazzActivity::next(const Request &, const Moment &now)
 void JazzActivity::previous(const Request &, const Moment &now)
 {
     begin(number_ + jazzLessonCount - 1, now);
+}
+
+void JazzActivity::startOver(const Request &, const Moment &now)
+{
+    begin(number_, now);
 }
 
 void JazzActivity::names(const Request &, const Moment &now)

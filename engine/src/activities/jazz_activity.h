@@ -35,6 +35,7 @@ private:
     void open(const Request &request, const Moment &now);
     void jam(const Request &request, const Moment &now);
     void idea(const Request &request, const Moment &now);
+    void startOver(const Request &request, const Moment &now);
     void again(const Request &request, const Moment &now);
     void next(const Request &request, const Moment &now);
     void previous(const Request &request, const Moment &now);

@@ -38,6 +38,7 @@ bool LessonActivity::request(const Request &request, const Moment &now)
         {Action::Again, &LessonActivity::repeat},
         {Action::Next, &LessonActivity::next},
         {Action::Previous, &LessonActivity::previous},
+        {Action::StartOver, &LessonActivity::startOver},
         {Action::PlayBars, &LessonActivity::toBars},
         {Action::CarryOn, &LessonActivity::carryOn},
         {Action::Stop, &LessonActivity::stop},
@@ -71,6 +72,11 @@ void LessonActivity::next(const Request &, const Moment &now)
 void LessonActivity::previous(const Request &, const Moment &now)
 {
     teach(lesson_.back(), now);
+}
+
+void LessonActivity::startOver(const Request &, const Moment &now)
+{
+    teach(lesson_.begin(), now);
 }
 
 void LessonActivity::toBars(const Request &request, const Moment &now)

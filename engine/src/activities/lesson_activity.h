@@ -38,6 +38,7 @@ private:
     void repeat(const Request &request, const Moment &now);
     void next(const Request &request, const Moment &now);
     void previous(const Request &request, const Moment &now);
+    void startOver(const Request &request, const Moment &now);
     void toBars(const Request &request, const Moment &now);
     void carryOn(const Request &request, const Moment &now);
     void stop(const Request &request, const Moment &now);

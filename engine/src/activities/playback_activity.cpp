@@ -65,6 +65,7 @@ bool PlaybackActivity::request(const Request &request, const Moment &now)
     static constexpr Handler<PlaybackActivity> handlers[] = {
         {Action::Start, &PlaybackActivity::again},
         {Action::Again, &PlaybackActivity::again},
+        {Action::StartOver, &PlaybackActivity::again},
         {Action::Next, &PlaybackActivity::next},
         {Action::Previous, &PlaybackActivity::previous},
         {Action::PlayBars, &PlaybackActivity::toBars},

@@ -142,6 +142,18 @@ void ActivityRequests::inCompose(const Request &request, const Moment &now)
     session_.host.perform(request, now);
 }
 
+/// The piece that is there is saved first: only while composing is it known to be at hand.
+void ActivityRequests::newPiece(const Request &, const Moment &now)
+{
+    begin<ComposeActivity>(now, std::nullopt);
+    session_.host.perform({Action::Compose}, now);
+}
+
+void ActivityRequests::startOver(const Request &, const Moment &now)
+{
+    session_.say("Nothing goes on that could start over.", now);
+}
+
 void ActivityRequests::variation(const Request &, const Moment &now)
 {
     const auto theme = usersTheme(session_, now);

@@ -27,6 +27,8 @@ public:
     void surprise(const Request &request, const Moment &now);
     void compose(const Request &request, const Moment &now);
     void inCompose(const Request &request, const Moment &now);
+    void newPiece(const Request &request, const Moment &now);
+    void startOver(const Request &request, const Moment &now);
     void variation(const Request &request, const Moment &now);
     void lullaby(const Request &request, const Moment &now);
     void videoGame(const Request &request, const Moment &now);
@@ -46,7 +48,7 @@ public:
         {Action::Band, &ActivityRequests::band},
         {Action::Drop, &ActivityRequests::noLesson},
         {Action::Album, &ActivityRequests::album},
-        {Action::StartOver, &ActivityRequests::nothing},
+        {Action::StartOver, &ActivityRequests::startOver},
         {Action::MakeUp, &ActivityRequests::makeUp},
         {Action::Surprise, &ActivityRequests::surprise},
         {Action::Compose, &ActivityRequests::compose},
@@ -54,7 +56,7 @@ public:
         {Action::ReadBack, &ActivityRequests::inCompose},
         {Action::Variation, &ActivityRequests::variation},
         {Action::SavePiece, &ActivityRequests::inCompose},
-        {Action::NewPiece, &ActivityRequests::inCompose},
+        {Action::NewPiece, &ActivityRequests::newPiece},
         {Action::ComposingIdea, &ActivityRequests::inCompose},
         {Action::Lullaby, &ActivityRequests::lullaby},
         {Action::VideoGame, &ActivityRequests::videoGame},
