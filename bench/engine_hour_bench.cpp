@@ -2,19 +2,11 @@
 // goes by the samples, and a pupil who plays back what is played, and now and then something else.
 // Prints what the pupil got through and how much the memory grew.
 
-#include "assistant/assistant.h"
-#include "sound/mixer.h"
-#include "sound/sound_desk.h"
-#include "speech/speaker.h"
-#include "speech/speech_dispatcher.h"
-#include "speech/synthesiser.h"
 #include "support/figures.h"
+#include "support/offline_engine.h"
 
 #include <QCoreApplication>
-#include <QTemporaryDir>
-#include <QThread>
 
-#include <array>
 #include <random>
 #include <vector>
 
@@ -27,8 +19,6 @@ namespace {
 
 constexpr double hour = 3600;
 constexpr double warm = 600; ///< seconds after which everything has been used once
-constexpr std::size_t block = 512;
-
 constexpr double mebibyte = 1024 * 1024;
 
 class Hour {
@@ -38,12 +28,6 @@ public:
 private:
     void take(std::string_view line);
     void play();
-    [[nodiscard]] Moment moment() const
-    {
-        using namespace std::chrono;
-        constexpr auto evening = local_days(year(2026) / 3 / 7) + hours(20);
-        return {now, evening + std::chrono::seconds(static_cast<int>(now))};
-    }
 
     // The pupil.
     std::vector<int> shown; ///< keys of the part that was played
@@ -57,28 +41,7 @@ private:
     int songs = 0;
     bool ended = true;
 
-    double now = 0;
-    QTemporaryDir folder;
-    std::filesystem::path home{folder.path().toStdString()};
-    Wire wire{[this](std::string_view line) { take(line); }};
-    AudioClock clock{0};
-    Mixer mixer{std::make_unique<Synth>(std::vector<std::string>{
-                    "/usr/share/sounds/sf2/default-GM.sf2", "/usr/share/sounds/sf2/TimGM6mb.sf2"}),
-        clock};
-    SoundDesk desk{mixer, {}, {}, [] {}};
-    SpeechDispatcher dispatcher{false, {}};
-    Synthesiser voice{[] {}};
-    MidiThru through{mixer.music(), clock, [](ChannelMessage) {}};
-    Speaker speaker{wire, dispatcher, voice, mixer, clock};
-    Player player{wire, through, clock};
-    Metronome metronome{wire, mixer.ticks(), clock};
-    Band band{wire, mixer.band(), clock};
-    Library library{{}};
-    Assistant assistant{{wire, speaker, player, metronome, band, through, mixer.keys(), library,
-                            desk, [](const std::filesystem::path &) { return false; }},
-        {home / "profile.json", home / "commands.html", home, home / "takes",
-            home / "composition.json"},
-        1};
+    kelo::bench::OfflineEngine engine{[this](std::string_view line) { take(line); }};
 };
 
 void Hour::take(std::string_view line)
@@ -92,47 +55,39 @@ void Hour::take(std::string_view line)
         if (std::exchange(another, false))
             shown.clear();
         shown.push_back(std::atoi(line.data() + 5));
-        lastShown = now;
+        lastShown = engine.now();
         place = 0;
     } else if (begins("@flash good")) {
         ++good;
     } else if (begins("@flash wrong")) {
         ++wrong;
         place = 0;
-        nextKey = now + 6; // listens to what is said of it
+        nextKey = engine.now() + 6; // listens to what is said of it
     }
 }
 
 void Hour::play()
 {
-    if (speaker.speaking() || shown.empty() || now < lastShown + 2 || now < nextKey)
+    const double now = engine.now();
+    if (engine.speaking() || shown.empty() || now < lastShown + 2 || now < nextKey)
         return;
     place %= shown.size(); // from the beginning again, where that was not it
-    const auto error = static_cast<int>(random() % 40 == 0);
-    const auto pitch = static_cast<unsigned char>(shown[place++] + error);
-    assistant.takePiano({0x90, pitch, 80}, moment());
-    assistant.takePiano({0x80, pitch, 0}, moment());
+    const int pitch = shown[place++] + static_cast<int>(random() % 40 == 0);
+    engine.press(pitch, 80);
+    engine.press(pitch, 0);
     nextKey = now + (place == shown.size() ? 4 : 0.25);
 }
 
 void Hour::run()
 {
-    assistant.begin("Stage Piano", false, moment());
+    engine.begin();
     double before = 0;
-    for (int song = 0; now < hour;) {
-        if (std::exchange(ended, false)) {
-            const std::string line = "say teach me song " + std::to_string(1 + song++ % 8);
-            assistant.take(Command{line}, moment());
-        }
-        std::array<float, block> left{};
-        std::array<float, block> right{};
-        mixer.render(left, right, now);
-        now += seconds(block);
-        assistant.advance(moment());
+    for (int song = 0; engine.now() < hour;) {
+        if (std::exchange(ended, false))
+            engine.take(Command{"say teach me song " + std::to_string(1 + song++ % 8)});
+        engine.step();
         play();
-        if (speaker.speaking())
-            QThread::usleep(100); // the voice is made on a thread of its own
-        if (before == 0 && now > warm)
+        if (before == 0 && engine.now() > warm)
             before = privateMemory();
     }
     print(u"parts played right in an hour"_s, good, u"parts"_s);
