@@ -36,6 +36,24 @@ constexpr auto killLater = u"i=0; while kill -0 \"$1\" 2>/dev/null; do "
                            "[ $i -lt \"$2\" ] || { kill -KILL \"$1\"; exit; }; "
                            "i=$((i+1)); sleep 0.1; done";
 
+/// Whether the system would run it. QProcess finds that out too, but loses a file descriptor each
+/// time it would not.
+bool isProgram(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!info.isFile() || !info.isExecutable())
+        return false;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return true; // it may be run without being read
+    constexpr qint64 headerSize = 64; // of a program's file
+    const QByteArray header = file.read(headerSize);
+    return header.startsWith("#!")
+        || (header.size() == headerSize
+            && header.startsWith("\x7f"
+                                 "ELF"));
+}
+
 void closeFile(int &file)
 {
     if (file >= 0)
@@ -82,11 +100,9 @@ EngineProcess::~EngineProcess()
 
 void EngineProcess::start()
 {
-    // QProcess would find out too, but loses a file descriptor over it.
-    const QFileInfo program(process_.program());
-    const bool startable = program.isFile() && program.isExecutable();
+    const bool startable = isProgram(process_.program());
     if (!startable)
-        qCWarning(linkLog) << "no engine at" << program.filePath();
+        qCWarning(linkLog) << "no engine at" << process_.program();
     if (!startable || !openOutput()) {
         QMetaObject::invokeMethod(this, &EngineProcess::failedToStart, Qt::QueuedConnection);
         return;

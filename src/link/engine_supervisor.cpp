@@ -77,6 +77,12 @@ void EngineSupervisor::stop()
         process_->terminate();
 }
 
+void EngineSupervisor::leave()
+{
+    process_ = nullptr;
+    qDeleteAll(findChildren<EngineProcess *>());
+}
+
 void EngineSupervisor::restart()
 {
     stop();

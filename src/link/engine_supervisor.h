@@ -33,6 +33,8 @@ public:
     void stop();
     /// Stops the engine and starts a new one 0.4 seconds after the last of these calls.
     void restart();
+    /// Lets go of every engine that still runs, as the end of this object does.
+    void leave();
     /// From here to the next start an end of the engine is not its crash.
     void expectEnd() { stopping_ = true; }
 

@@ -104,6 +104,8 @@ public:
     void start() { engine_.start(); }
     /// Asks the engine to quit and makes sure that it will; blocks for at most 1.5 seconds.
     void stop() { engine_.stop(); }
+    /// Lets go of an engine that still runs, where this object is not to be freed before the end.
+    void leaveEngine() { engine_.leave(); }
     /// Stops the engine and starts a new one 0.4 seconds later.
     Q_INVOKABLE void restart() { engine_.restart(); }
     /// What is known of the engine's process is this now, for those who stand in for it.
