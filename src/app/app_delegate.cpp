@@ -16,8 +16,10 @@
 #include <QKeyEvent>
 #include <QLoggingCategory>
 #include <QProcess>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 Q_LOGGING_CATEGORY(appLog, "kelo.app")
 
@@ -107,8 +109,11 @@ void AppDelegate::showWindow()
     window_->bringForward();
     if (desktop_)
         desktop_->windowShown();
-    if (std::exchange(closedHalfWay_, false))
-        questions_.say();
+    // The engine may be about to ask for the questions itself, and they are said once.
+    QTimer::singleShot(150ms, this, [this] {
+        if (std::exchange(closedHalfWay_, false) && link_.welcome)
+            questions_.say();
+    });
 }
 
 void AppDelegate::hideWindow()
@@ -307,6 +312,8 @@ void AppDelegate::quit()
 void AppDelegate::end()
 {
     window_->keepPlace();
+    settings_.sync();
+    window_->hide(); // on a busy machine the system takes its time with what is left
     link_.stop();
 }
 

@@ -14,6 +14,7 @@
 #include <QApplication>
 
 #include <cstdio>
+#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 
@@ -42,7 +43,12 @@ int runDisplay(const kelo::Arguments &arguments)
     QObject::connect(
         &instance, &SingleInstance::raiseRequested, &delegate, &AppDelegate::showWindow);
     delegate.launch(arguments, startedByLogin);
-    return QCoreApplication::exec();
+    const int status = QCoreApplication::exec();
+    // What must last is on the disk, and the engine has been asked to end. To free windows and
+    // speech models takes longer than whoever quits ought to wait.
+    Link::shared().leaveEngine();
+    std::fflush(nullptr);
+    std::_Exit(status);
 }
 
 } // namespace

@@ -30,6 +30,7 @@ CaptionItem {
         wrapMode: TextEdit.WordWrap
 
         Accessible.role: Accessible.Paragraph
+        Accessible.ignored: !visible
         Accessible.name: caption.link ? caption.link.caption : ""
     }
 }
