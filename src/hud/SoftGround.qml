@@ -17,8 +17,8 @@ Item {
             required property int index
 
             anchors.fill: parent
-            anchors.margins: -2 * (index + 1)
-            radius: 2 * (index + 2)
+            anchors.margins: -0.75 * (index + 1) // what stands beside it is not darkened
+            radius: 6
             color: Hud.bg
             opacity: 0.19 // where all of them lie, what shines through is less than a fifth
         }
