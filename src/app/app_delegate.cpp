@@ -60,6 +60,8 @@ AppDelegate *AppDelegate::shared()
 
 void AppDelegate::launch(const Arguments &arguments, bool startedByLogin)
 {
+    if (!settings_.isWritable())
+        qCWarning(appLog) << "no setting can be kept in" << settings_.fileName();
     makeWindow();
     theDelegate = this;
     const LaunchFacts facts{

@@ -38,7 +38,6 @@ void EngineSupervisor::start()
     stopping_ = asked_ = false;
     ++starts_;
     Q_EMIT stateChanged(EngineState::Starting);
-    installBridge(setup_.payload, setup_.baseDir);
 
     QProcessEnvironment environment = setup_.environment;
     environment.insert(u"ZU_UI"_s, u"1"_s);
@@ -54,6 +53,7 @@ void EngineSupervisor::start()
         Q_EMIT stateChanged(EngineState::Offline);
         return;
     }
+    installBridge(setup_.payload, setup_.baseDir);
     // The engine runs in the data directory, where a relative path would lead elsewhere.
     const QString executable = QFileInfo(setup_.payload + "/kelo-engine"_L1).absoluteFilePath();
     process_ = new EngineProcess({executable, setup_.baseDir, environment}, handler_, this);
