@@ -59,8 +59,7 @@ void placeBars(WrittenPiece &piece)
     const auto same = [](const WrittenSign &a, const WrittenSign &b) {
         return a.at == b.at && a.kind == b.kind && a.text == b.text && a.tempo == b.tempo;
     };
-    const auto twice = std::ranges::unique(piece.signs, same);
-    piece.signs.erase(twice.begin(), twice.end());
+    piece.signs.erase(std::unique(piece.signs.begin(), piece.signs.end(), same), piece.signs.end());
 }
 
 /// A part of two staves is the player's, the upper for the right hand; of parts with one staff the
