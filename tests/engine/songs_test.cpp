@@ -1,4 +1,5 @@
 #include "midi_bytes.h"
+#include "music/message_feed.h"
 #include "songs/library.h"
 #include "songs/notation.h"
 #include "songs/piece_loader.h"
@@ -41,7 +42,11 @@ private Q_SLOTS:
             QStringList({u"0 0.95 64 0"_s, u"1 0.7125 66 0"_s, u"1 3.8 36 1"_s,
                 u"1.75 0.2375 58 0"_s, u"2 2.85 60 0"_s, u"2 2.85 64 0"_s}));
         QCOMPARE(piece->length, 4.85);
-        QCOMPARE(piece->messages.size(), piece->notes.size() * 2);
+        std::vector<double> told; // a press and a release a note
+        for (MessageFeed feed(*piece); const auto next = feed.next(); feed.pop())
+            told.push_back(next->at);
+        QCOMPARE(told.size(), piece->notes.size() * 2);
+        QVERIFY(std::ranges::is_sorted(told));
     }
 
     void givenUpLoadingEnds()
