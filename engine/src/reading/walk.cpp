@@ -31,7 +31,8 @@ std::vector<Stretch> Walk::notePlaces() const
         auto bar = std::ranges::upper_bound(piece_->bars, sounds, {}, &WrittenBar::at);
         for (; sounds < to; ++bar) {
             const int next = bar == piece_->bars.end() ? to : std::min(to, bar->at);
-            places.push_back({sounds, next});
+            if (places.empty() || places.back().from < sounds) // after a grace note it is none
+                places.push_back({sounds, next});
             sounds = next;
             if (bar == piece_->bars.end())
                 break;
