@@ -97,8 +97,6 @@ void FocusKeeper::follow()
 
 void FocusKeeper::hold(QQuickItem *control)
 {
-    if (held_)
-        held_->disconnect(this);
     if (control && heldScreen_ && heldScreen_ != screen_)
         openers_[heldScreen_] = held_;
     held_ = control;
@@ -109,8 +107,8 @@ void FocusKeeper::hold(QQuickItem *control)
     stops_.clear();
     collectStops(window()->contentItem(), stops_);
     place_ = stops_.indexOf(control);
-    connect(control, &QQuickItem::visibleChanged, this, &FocusKeeper::settleSoon);
-    connect(control, &QQuickItem::enabledChanged, this, &FocusKeeper::settleSoon);
+    for (const auto changed : {&QQuickItem::visibleChanged, &QQuickItem::enabledChanged})
+        connect(control, changed, this, &FocusKeeper::settleSoon, Qt::UniqueConnection);
 }
 
 /// Once all that changes together has changed.

@@ -100,10 +100,17 @@ private Q_SLOTS:
         Rig rig;
         rig.start();
         QStringList steps = promises().ways.at(u"all"_s) + promises().ways.at(mode);
-        steps << u"mode "_s + mode << (input.startsWith(u"top") ? input : u"> "_s + input);
-        const QString failure = failureOf(rig, steps + effect->second);
-        QVERIFY2(failure.isEmpty(), qPrintable(failure));
+        const QString failure = failureOf(rig, steps << u"mode "_s + mode);
+        const qsizetype before = rig.lines.size();
+        steps = effect->second;
+        steps.prepend(input.startsWith(u"top") ? input : u"> "_s + input);
+        QCOMPARE(failure + failureOf(rig, steps), QString());
+        const auto name = QString::fromUtf8(QTest::currentDataTag());
+        QCOMPARE(promises_.unlikeKept(name, rig, before), QString());
     }
+
+private:
+    KeptEvenings promises_{QFINDTESTDATA("promises.txt")};
 };
 
 QTEST_GUILESS_MAIN(CommandsTest)

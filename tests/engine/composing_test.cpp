@@ -9,6 +9,7 @@
 #include "composing/variations.h"
 #include "lessons/jazz_course.h"
 #include "music/midi_file.h"
+#include "sums.h"
 #include "support/table.h"
 
 #include <QTest>
@@ -41,6 +42,17 @@ QString roots(const Score &score)
     for (const Harmony &harmony : score.harmony)
         all << QString::number(harmony.root) + (harmony.third == 3 ? u"m"_s : QString());
     return all.join(u' ');
+}
+
+/// Pieces as they are played, and their names: one number that changes with any of it.
+int sumOf(std::initializer_list<Score> scores, QByteArray all = {})
+{
+    for (const Score &score : scores) {
+        const auto midi = midiOf(score);
+        all.append(reinterpret_cast<const char *>(midi.data()), qsizetype(midi.size()));
+        all += score.title + roots(score).toStdString();
+    }
+    return qChecksum(all);
 }
 
 /// As someone plays: quarters of `period` seconds, each a little early or late.
@@ -90,13 +102,14 @@ class ComposingTest : public QObject {
 private Q_SLOTS:
     void makesUpWholePieces_data()
     {
-        const Table<Mood, int, bool, QList<int>> row{"mood", "beats", "minor", "tempos"};
-        row("happy", Mood::Happy, 4, false, {112, 132});
-        row("calm", Mood::Calm, 4, false, {66, 80});
-        row("sad", Mood::Sad, 4, true, {58, 72});
-        row("waltz", Mood::Waltz, 3, false, {132, 156});
-        row("march", Mood::March, 4, false, {104, 116});
-        row("mysterious", Mood::Mysterious, 3, true, {76, 92});
+        const Table<Mood, int, bool, QList<int>, int> row{
+            "mood", "beats", "minor", "tempos", "sum"};
+        row("happy", Mood::Happy, 4, false, {112, 132}, 46578);
+        row("calm", Mood::Calm, 4, false, {66, 80}, 52260);
+        row("sad", Mood::Sad, 4, true, {58, 72}, 59015);
+        row("waltz", Mood::Waltz, 3, false, {132, 156}, 27575);
+        row("march", Mood::March, 4, false, {104, 116}, 1317);
+        row("mysterious", Mood::Mysterious, 3, true, {76, 92}, 21651);
     }
 
     void makesUpWholePieces()
@@ -107,9 +120,11 @@ private Q_SLOTS:
         QFETCH(QList<int>, tempos);
         std::set<QString> melodies;
         std::set<int> lengths;
+        int sum = 0;
         for (unsigned seed = 0; seed < 40; ++seed) {
             const Score score = makeUp({mood, {}}, seed);
             QVERIFY(text(score) == text(makeUp({mood, {}}, seed)));
+            sum = sumOf({score}, QByteArray::number(sum));
             melodies.insert(text(score));
             lengths.insert(score.bars());
             QVERIFY2(score.bars() >= 24 && score.bars() <= 48, qPrintable(text(score)));
@@ -141,6 +156,7 @@ private Q_SLOTS:
             const auto roots8 = roots(score).split(u' ').mid(0, 8);
             QVERIFY(roots(score).count(roots8.join(u' ')) >= 2);
         }
+        QTEST(sum, "sum");
         QVERIFY(melodies.size() > 38);
         QVERIFY(lengths.size() > 2); // forms differ
         const Score wished = makeUp({mood, Tonality{3, true}}, 1);
@@ -222,17 +238,23 @@ private Q_SLOTS:
         QVERIFY(text(variationOf(tune, 2)).startsWith(u"64@0+6 67@6+6 72@12+6 67@18+6"_s));
         QVERIFY(text(variationOf(tune, 3)).startsWith(u"64@0+24 64@24+24 64@48+24"_s));
         QVERIFY(text(variationOf(tune, 4)).startsWith(u"77@0+6 76@6+6 74@12+6 76@18+6"_s));
+        const Score other = theme(waltz);
+        QCOMPARE(sumOf({variationOf(tune, 0), variationOf(tune, 1), variationOf(tune, 2),
+                     variationOf(tune, 3), variationOf(tune, 4), variationOf(other, 0),
+                     variationOf(other, 1), variationOf(other, 2), variationOf(other, 3),
+                     variationOf(other, 4)}),
+            31722);
     }
 
     void arrangesSoThatOneCanTell_data()
     {
         // programs in the order of parts; drums are -1; the melody's lowest and highest pitch
-        const Table<Arrangement, int, QList<int>, QList<int>> row{
-            "arrangement", "tempo", "programs", "range"};
-        row("band", Arrangement::Band, 100, {0, 25, 33, -1}, {72, 79});
-        row("lullaby", Arrangement::Lullaby, 58, {10, 46, 48}, {84, 91});
-        row("video game", Arrangement::VideoGame, 168, {80, 81, 38, -1}, {72, 79});
-        row("film score", Arrangement::FilmScore, 76, {60, 48, 48, 52, 48, 47}, {60, 67});
+        const Table<Arrangement, int, QList<int>, QList<int>, int> row{
+            "arrangement", "tempo", "programs", "range", "sum"};
+        row("band", Arrangement::Band, 100, {0, 25, 33, -1}, {72, 79}, 14516);
+        row("lullaby", Arrangement::Lullaby, 58, {10, 46, 48}, {84, 91}, 30250);
+        row("video game", Arrangement::VideoGame, 168, {80, 81, 38, -1}, {72, 79}, 19459);
+        row("film score", Arrangement::FilmScore, 76, {60, 48, 48, 52, 48, 47}, {60, 67}, 19275);
     }
 
     void arrangesSoThatOneCanTell()
@@ -240,6 +262,7 @@ private Q_SLOTS:
         QFETCH(Arrangement, arrangement);
         const Score tune = theme(joy);
         const Score score = arrange(tune, arrangement);
+        QTEST(sumOf({score, arrange(theme(waltz), arrangement)}), "sum");
         QTEST(score.tempo, "tempo");
         QList<int> programs;
         for (const Part &part : score.parts)
@@ -259,17 +282,18 @@ private Q_SLOTS:
 
     void teachesIdeas_data()
     {
-        const Table<int, QString> row{"which", "tones"};
+        const Table<int, QString, int> row{"which", "tones", "sum"};
         const QString motif = u"64@0+24 64@24+24 65@48+24 67@72+24 67@96+24 65@120+24 64@144+24 "
                               "62@168+24"_s;
-        row("sequence", 0, motif + u" 65@192+24 65@216+24 67@240+24"_s);
-        row("inversion", 1, motif + u" 64@192+24 64@216+24 62@240+24 60@264+24"_s);
-        row("imitation", 2, motif);
-        row("pedal note", 3, motif);
-        row("augmentation", 4, motif + u" 64@192+48 64@240+48 65@288+48"_s);
-        row("diminution", 5, motif + u" 64@192+12 64@204+12 65@216+12"_s);
-        row("suspension", 6, u"65@0+12 64@12+12 64@24+24 65@48+24 67@72+24 69@96+12 67@108+12"_s);
-        row("retrograde", 7, motif + u" 62@192+24 64@216+24 65@240+24"_s);
+        row("sequence", 0, motif + u" 65@192+24 65@216+24 67@240+24"_s, 30497);
+        row("inversion", 1, motif + u" 64@192+24 64@216+24 62@240+24 60@264+24"_s, 53202);
+        row("imitation", 2, motif, 31865);
+        row("pedal note", 3, motif, 33106);
+        row("augmentation", 4, motif + u" 64@192+48 64@240+48 65@288+48"_s, 24839);
+        row("diminution", 5, motif + u" 64@192+12 64@204+12 65@216+12"_s, 9546);
+        row("suspension", 6, u"65@0+12 64@12+12 64@24+24 65@48+24 67@72+24 69@96+12 67@108+12"_s,
+            56771);
+        row("retrograde", 7, motif + u" 62@192+24 64@216+24 65@240+24"_s, 1170);
     }
 
     void teachesIdeas()
@@ -280,6 +304,7 @@ private Q_SLOTS:
         QCOMPARE(QString::fromUtf8(device.name.data()).toLower(),
             QString::fromUtf8(QTest::currentDataTag()));
         const Score example = device.apply(theme(joy));
+        QTEST(sumOf({example, device.apply(theme(waltz))}), "sum");
         QVERIFY2(text(example).startsWith(tones), qPrintable(text(example)));
         if (which == 2)
             QVERIFY(text(example, 1).startsWith(u"52@96+24 52@120+24"_s));
@@ -295,9 +320,11 @@ private Q_SLOTS:
         QCOMPARE(barsToTrade(phrase), 4);
         QCOMPARE(barsToTrade(transcribe(played(waltz, 0.5, 0))), 8);
         std::set<QString> answers;
+        int sum = 0;
         for (unsigned seed = 0; seed < 20; ++seed) {
             const Score answer = answerTo(phrase, 4, seed);
             QCOMPARE(text(answer), text(answerTo(phrase, 4, seed)));
+            sum = sumOf({answer}, QByteArray::number(sum));
             answers.insert(text(answer));
             QCOMPARE(answer.bars(), 4);
             QCOMPARE(answer.harmony.size(), 4U);
@@ -307,6 +334,7 @@ private Q_SLOTS:
             QCOMPARE(answer.partTones(0).back().pitch % 12, phrase.key.tonic);
             QCOMPARE(answer.partTones(0).back().at, 3 * answer.barTicks());
         }
+        QCOMPARE(sum, 54956);
         QVERIFY(answers.size() > 5);
         QVERIFY(answers.count(text(phrase)) == 0);
     }
@@ -317,7 +345,9 @@ private Q_SLOTS:
         score.title = "Ann & <Bob>";
         score.tones.push_back({90, 20, 61, 80, 0}); // over the bar line, and a black key
         score.sort();
-        QXmlStreamReader xml(QString::fromStdString(musicXml(score)));
+        const QString written = QString::fromStdString(musicXml(score));
+        QCOMPARE(qChecksum(written.toUtf8()), 44132);
+        QXmlStreamReader xml(written);
         int part = 0;
         int measures = 0;
         int length = 0;
@@ -366,6 +396,7 @@ private Q_SLOTS:
     void everyJazzLessonCanBePlayed()
     {
         std::set<std::string_view> titles;
+        int sum = 0;
         for (std::size_t i = 0; i < jazzLessonCount; ++i) {
             const JazzLesson &lesson = jazzLesson(i);
             titles.insert(lesson.title);
@@ -373,6 +404,7 @@ private Q_SLOTS:
             QVERIFY2(piece.notes.size() >= 4, lesson.title.data());
             QCOMPARE(jazzExample(lesson, -2).notes[0].pitch, piece.notes[0].pitch - 2);
             const Score band = jazzBand(lesson.chords, 120, 2);
+            sum = sumOf({band}, QByteArray::number(sum) + everythingOf(piece));
             const auto chords = std::ranges::count(lesson.chords, ' ') + 1;
             QCOMPARE(static_cast<std::ptrdiff_t>(band.harmony.size()), 2 * chords);
             for (const Tone &tone : band.partTones(0)) {
@@ -381,6 +413,7 @@ private Q_SLOTS:
             }
             QVERIFY(!band.partTones(1).empty());
         }
+        QCOMPARE(sum, 16224);
         QCOMPARE(titles.size(), jazzLessonCount);
         QVERIFY((chordFrom("Bb7") == Harmony{10, 4, 7}) && (chordFrom("F#m7") == Harmony{6, 3, 7}));
         QVERIFY(!chordFrom("") && !chordFrom(" ") && !chordFrom("H"));

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace kelo::engine;
@@ -149,7 +150,63 @@ QByteArray unescaped(QString text)
         .toUtf8();
 }
 
+/// All that was told and played.
+QString toldBy(const Rig &rig, qsizetype from)
+{
+    static const QRegularExpression forDisplays(u"^(beat|now|out|on|roll|vocab|buttons ) ?"_s);
+    QStringList told;
+    QByteArray hidden;
+    const auto close = [&] {
+        if (!hidden.isEmpty())
+            told << u"... %1"_s.arg(qChecksum(std::exchange(hidden, {})));
+    };
+    for (const QString &line : rig.lines.mid(from)) {
+        if (forDisplays.match(line).hasMatch()) {
+            hidden += line.toUtf8() + '\n';
+        } else {
+            close();
+            told << line;
+        }
+    }
+    close();
+    for (const Recording *part : {&rig.music, &rig.keys, &rig.rhythm}) {
+        for (const auto &[frame, message] : part->played)
+            hidden += QByteArray::number(frame) + ' ' + char(message.status) + char(message.first)
+                + char(message.second);
+    }
+    close();
+    return told.join(u'\n');
+}
+
 } // namespace
+
+KeptEvenings::KeptEvenings(QString file)
+    : file_(std::move(file))
+    , kept_(QString::fromUtf8(kelo::test::readFile(file_)))
+    , writes_(qEnvironmentVariableIsSet("KELO_WRITE_SCRIPTS"))
+{
+}
+
+KeptEvenings::~KeptEvenings()
+{
+    if (writes_)
+        kelo::test::writeFile(file_, now_.toUtf8());
+}
+
+QString KeptEvenings::unlikeKept(const QString &name, const Rig &rig, qsizetype from)
+{
+    const QString heading = u"== %1\n"_s.arg(name);
+    const QString evening = toldBy(rig, from);
+    now_ += heading + evening + u"\n\n"_s;
+    const QStringList told = evening.split(u'\n');
+    const QStringList kept = kept_.section(heading, 1, 1).section(u"\n\n"_s, 0, 0).split(u'\n');
+    for (qsizetype i = 0; i < std::max(told.size(), kept.size()) && !writes_; ++i) {
+        if (told.value(i) != kept.value(i))
+            return u"line %1 tells \"%2\", not \"%3\""_s.arg(i + 1).arg(
+                told.value(i), kept.value(i));
+    }
+    return {};
+}
 
 QString failureOf(Rig &rig, const QStringList &steps)
 {

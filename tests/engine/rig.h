@@ -111,3 +111,22 @@ private:
 ///     program 33      an instrument that was chosen since the last ">"
 ///     tempo 90        percent; "loudness 80": of the voice; "thru": the piano plays, too
 [[nodiscard]] QString failureOf(Rig &rig, const QStringList &steps);
+
+/// What an assistant has ever told and played, in a file with a part an evening. What a display
+/// takes in lines one after the other is one line there, with a number that changes with any of it.
+/// With KELO_WRITE_SCRIPTS set, what it tells and plays now is kept instead.
+class KeptEvenings {
+public:
+    explicit KeptEvenings(QString file);
+    ~KeptEvenings();
+    Q_DISABLE_COPY(KeptEvenings)
+
+    /// How it differs, from one of the rig's lines on; empty where it doesn't.
+    QString unlikeKept(const QString &name, const Rig &rig, qsizetype from = 0);
+
+private:
+    QString file_;
+    QString kept_;
+    QString now_;
+    bool writes_;
+};

@@ -1,46 +1,32 @@
 #include "rig.h"
-#include "support/files.h"
+#include "support/table.h"
 
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
-/// Evenings with the assistant, as written in scripts.txt.
+/// Evenings with the assistant, as written in scripts.txt, and what it tells in them.
 class ScriptsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void goes_data()
-    {
-        QTest::addColumn<QStringList>("steps");
-        QStringList steps;
-        QString name;
-        const auto end = [&] {
-            if (!name.isEmpty())
-                QTest::newRow(qPrintable(name)) << steps;
-            steps.clear();
-        };
-        const QString text = QString::fromUtf8(kelo::test::readFile(QFINDTESTDATA("scripts.txt")));
-        for (const QString &line : text.split(u'\n', Qt::SkipEmptyParts)) {
-            if (line.startsWith(u"== ")) {
-                end();
-                name = line.mid(3);
-            } else if (!line.startsWith(u'#')) {
-                steps << line;
-            }
-        }
-        end();
-    }
+    void goes_data() { kelo::test::scriptRows(QFINDTESTDATA("scripts.txt")); }
 
     void goes()
     {
-        QFETCH(QStringList, steps);
+        QFETCH(QString, script);
+        QStringList steps = script.split(u'\n', Qt::SkipEmptyParts);
         Rig rig;
-        const bool known = steps.first() != u"stranger";
-        rig.start(known);
-        const QString failure = failureOf(rig, known ? steps : steps.mid(1));
+        rig.start(!steps.removeOne(u"stranger"_s));
+        const QString failure = failureOf(rig, steps);
         QVERIFY2(failure.isEmpty(), qPrintable(failure));
+        const QString change =
+            evenings_.unlikeKept(QString::fromUtf8(QTest::currentDataTag()), rig);
+        QVERIFY2(change.isEmpty(), qPrintable(change));
     }
+
+private:
+    KeptEvenings evenings_{QFINDTESTDATA("evenings.txt")};
 };
 
 QTEST_GUILESS_MAIN(ScriptsTest)

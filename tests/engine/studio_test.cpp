@@ -106,6 +106,8 @@ private Q_SLOTS:
         MackieControl surface(port);
         QVERIFY(!surface.send(StudioCommand::Play)); // nobody there
         port.say("901c7f"); // the fifth track is selected
+        for (const char *other : {"90177f", "90207f", "901d00"})
+            port.say(other);
         surface.advance(1);
         QVERIFY(surface.connected());
         for (const int command : commands)

@@ -1,8 +1,10 @@
+#include "listen/sound_alike.h"
 #include "listen/words.h"
 #include "support/table.h"
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace kelo::engine;
 using kelo::test::Table;
 
@@ -43,6 +45,18 @@ private Q_SLOTS:
             {"what's", true}, {"that", false}, {"zoe", true}, {"stop", false}};
         QVERIFY(wordsOf(" What's 'that'?  -- Zo\xc3\xab, STOP!!") == expected);
         QVERIFY(wordsOf("' .,\t").empty());
+    }
+
+    void tellsHowFarSoundsAreApart()
+    {
+        QStringList all; // vowels, consonants and kindred ones: another, one less, one more
+        for (const auto &[word, other] :
+            {std::pair("phoenix", "fenix"), {"kelo", "kala"}, {"kelo", "kel"}, {"kelo", "skelos"},
+                {"bat", "pad"}, {"kelo", "melo"}, {"hello", "ello"}, {"phoenix", "queen"},
+                {"cherry", "sherry"}, {"", "shy"}, {"luna", "rumor"}, {"xavier", "javier"}})
+            all << QString::number(soundDistance(word, other));
+        QCOMPARE(all.join(u' '), u"0.3 0.6 0.6 2 1 1 0.5 3.9 0 1.6 1.3 1.5"_s);
+        QVERIFY(soundsLike("fenix", "phoenix") && !soundsLike("queen", "phoenix"));
     }
 
     void namesPlaces()

@@ -2,6 +2,7 @@
 #include "composing/music_xml.h"
 #include "reading/description.h"
 #include "songs/library.h"
+#include "sums.h"
 #include "support/files.h"
 #include "support/table.h"
 #include "written/hand_division.h"
@@ -61,6 +62,18 @@ QString hands(const Piece &piece)
     QString all;
     for (const Hands hand : handsOf(piece))
         all += u"BRL"[static_cast<int>(hand)];
+    return all;
+}
+
+/// What a reader hears who walks through all of it.
+QStringList told(const std::shared_ptr<const WrittenPiece> &written)
+{
+    Walk walk(written);
+    Description description;
+    QStringList all;
+    do
+        all << QString::fromStdString(description.tell(walk, walk.here(), walk.hands()));
+    while (walk.step(1));
     return all;
 }
 
@@ -158,6 +171,47 @@ private Q_SLOTS:
         const Note &tied = piece.notes.back();
         QVERIFY(tied.pitch == 62 && std::abs(tied.duration - 0.95) < 1e-6); // both, at 120
         QVERIFY(piece.notes[1].velocity == 96 && piece.marks[2].finger == 1);
+    }
+
+    void tellsAllThatIsWritten()
+    {
+        const QByteArray xml = score(
+            bar("<attributes><divisions>2</divisions><key><fifths>-3</fifths><mode>minor</mode></"
+                "key>"
+                "<time><beats>6</beats><beat-type>8</beat-type></time></attributes>"
+                "<harmony><root><root-step>A</root-step><root-alter>-1</root-alter></root>"
+                "<kind>major-seventh</kind></harmony><direction><direction-type>"
+                "<words>Andante, with rest</words></direction-type></direction>"
+                    + note("C4 1",
+                        "<type>eighth</type><notations><slur type='start'/><articulations>"
+                        "<staccato/></articulations></notations><lyric><text>Sleep</text></lyric>")
+                    + note("D4 2",
+                        "<type>quarter</type><notations><slur type='stop'/><ornaments>"
+                        "<trill-mark/></ornaments></notations>")
+                    + note("F#4 3", "<type>quarter</type><dot/>")
+                    + "<backup><duration>6</duration></backup>"
+                    + note("C3 6 2", "<notations><arpeggiate/></notations>")
+                    + note("+G3 6 2", "<notations><arpeggiate/></notations>"),
+                "number='1'")
+            + bar("<direction><direction-type><metronome><beat-unit>quarter</beat-unit>"
+                  "<beat-unit-dot/><per-minute>50</per-minute></metronome></direction-type>"
+                  "<direction-type><dynamics><pp/></dynamics></direction-type></direction>"
+                    + note("A4 0", "<grace/>") + note("G4 3") + "<sound dynamics='100'/>"
+                    + "<forward><duration>1</duration></forward>" + note("E4 2"),
+                "number='2'")
+            + bar("<attributes><time><beats>3</beats><beat-type>2</beat-type></time></attributes>"
+                    + note("C5 12", "<type>whole</type><dot/>"),
+                "number='3'"));
+        const auto read_ = read(xml);
+        const auto written = std::make_shared<const WrittenPiece>(std::get<WrittenPiece>(read_));
+        QCOMPARE(told(written),
+            QStringList(
+                {u"Bar one, C minor, three flats, six eight time, chord Abmaj7, Andante, "
+                 "with rest. Right hand: C four, eighth, sung Sleep. Left hand: C three G, dotted half, rolled."_s,
+                    u"Right hand: D, quarter, ornament."_s, u"F sharp, dotted quarter."_s,
+                    u"Bar two, pianissimo. grace note A; G."_s, u"Eighth rest."_s, u"E, quarter."_s,
+                    u"Bar three, three two time. C five, dotted whole note."_s}));
+        QCOMPARE(qChecksum(everythingOf(performed(written, Repeats::Played))), 8473);
     }
 
     void refusesBadFiles_data()
@@ -271,6 +325,7 @@ private Q_SLOTS:
     {
         // Every shipped song, written down again from its sound, has its notes on its own grid.
         const Library library{{}};
+        int sum = 0;
         for (std::size_t song = 0; song < library.size(); ++song) {
             const Piece piece = std::get<Piece>(library.load(song));
             const auto written = writtenOf(piece);
@@ -281,6 +336,8 @@ private Q_SLOTS:
                 odd +=
                     each.at % (writtenQuarter / 4) != 0 || each.length % (writtenQuarter / 4) != 0;
             QVERIFY2(odd == 0, library.names()[song].title.c_str());
+            sum = qChecksum(QByteArray::number(sum) + told(written).join(u'/').toUtf8()
+                + everythingOf(studied(piece)));
             const auto phrases = phrasesOf(*written);
             QCOMPARE(phrases.front().from, 0);
             QCOMPARE(phrases.back().to, written->bars.back().end());
@@ -290,6 +347,7 @@ private Q_SLOTS:
                 QVERIFY(i == 0 || phrases[i].from == phrases[i - 1].to);
             }
         }
+        QCOMPARE(sum, 11053);
         const auto minuet = writtenOf(std::get<Piece>(library.load(4)));
         const auto phrases = phrasesOf(*minuet);
         QCOMPARE(minuet->bars[0].beats, 3);

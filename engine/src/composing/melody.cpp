@@ -67,11 +67,10 @@ std::vector<DegreeTone> periodOver(std::span<const int> chords, const Metre &met
     const Rhythm &second = kinds[static_cast<std::size_t>(choose(static_cast<int>(kinds.size())))];
     // Where each bar begins: an arch that has its top in the sixth bar.
     constexpr std::array<int, periodBars> arch{2, 3, 4, 3, 4, 6, 5, 2};
-    std::array<int, periodBars + 1> anchors{};
+    std::array<int, periodBars> anchors{};
     for (std::size_t bar = 0; bar < periodBars; ++bar)
         anchors[bar] = snapped(arch[bar] + choose(3) - 1, chords[bar]);
     anchors[4] = anchors[0]; // the motif comes back
-    anchors[periodBars] = 0;
     std::vector<DegreeTone> tones;
     std::vector<DegreeTone> motif; ///< of the first bar
     for (std::size_t bar = 0; bar < periodBars; ++bar) {
