@@ -30,8 +30,8 @@ class FollowingTest : public QObject {
 private Q_SLOTS:
     void findsThePlayer_data()
     {
-        // Keys are places in the piece, half a second apart at this pace; "x" is a wrong key, "+" one
-        // too many, "-" a pause as long as a step.
+        // Keys are places in the piece, half a second apart at this pace; "x" is a wrong key, "+"
+        // one too many, "-" a pause as long as a step.
         const Table<QString, double, int> row{"keys", "pace", "place"};
         row("as written", u"0 1 2 3 4 5 6"_s, 1, 6);
         row("half as fast", u"0 1 2 3 4 5 6"_s, 2, 6);
