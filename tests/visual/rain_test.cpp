@@ -244,6 +244,16 @@ private Q_SLOTS:
         QTEST(words(picture[0].labels) + words(picture[1].labels), "words");
     }
 
+    void highContrastLightensEveryWord()
+    {
+        const QByteArrayList script{"rollnew A Song", "say Listen.", "paused 1", "!0"};
+        const Stand plain(script);
+        const Stand light(QByteArrayList{"access contrast 1"} + script);
+        const LabelList &before = plain.scene.picture()[1].labels;
+        for (qsizetype i = 0; i < before.size(); ++i)
+            QVERIFY(light.scene.picture()[1].labels[i].colour.red > before[i].colour.red + 0.3F);
+    }
+
     void floodsAndAbsurdRollsStayBounded()
     {
         Stand stand;

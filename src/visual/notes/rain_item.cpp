@@ -34,9 +34,9 @@ void RainItem::linkSet(Link *link)
         return;
     scene_ = std::make_unique<RainScene>(*link);
     scene_->resize(width(), height());
-    for (const auto changed :
-        {&Link::keysChanged, &Link::rollingChanged, &Link::speakingChanged, &Link::captionChanged,
-            &Link::pausedChanged, &Link::stateChanged, &Link::buttonsChanged})
+    for (const auto changed : {&Link::keysChanged, &Link::rollingChanged, &Link::speakingChanged,
+             &Link::captionChanged, &Link::pausedChanged, &Link::stateChanged,
+             &Link::buttonsChanged, &Link::contrastChanged})
         connect(link, changed, this, &RainItem::disturb);
     disturb();
 }

@@ -179,7 +179,11 @@ void RainScene::writeWords(Layer &layer) const
     if (textsTop_ > 0)
         stack(labels);
     for (Label &label : labels) {
-        layer.sprites.push_back(shadeBehind(label, shadeReach));
+        Sprite shade = shadeBehind(label, shadeReach);
+        const double overKeys = layout_.floor() - (shade.y - shade.halfHeight);
+        if (overKeys > 0) // what is written close above the keyboard darkens no key
+            shade = shadeBehind(label, std::max(2.0, shadeReach - overKeys));
+        layer.sprites.push_back(shade);
         label.ground = Label::Ground::Outline;
     }
     layer.labels.append(labels);
@@ -191,6 +195,7 @@ LabelList RainScene::words() const
     const double left = leftMargin;
     const double top = layout_.height;
     const double middle = layout_.width / 2;
+    const auto text = TextColours::of(link_->contrast);
     LabelList list;
     const auto add = [&list](const Label &label) {
         if (!label.text.isEmpty())
@@ -200,15 +205,15 @@ LabelList RainScene::words() const
         .x = left,
         .y = top - 50,
         .size = 11,
-        .colour = colours::green.faded(0.5)});
-    add({.text = link_->chord, .x = left, .y = top - 96, .size = 38, .colour = colours::soft});
+        .colour = link_->contrast ? text.dim : colours::green.faded(0.5)});
+    add({.text = link_->chord, .x = left, .y = top - 96, .size = 38, .colour = text.soft});
     if (link_->rolling) {
         add({.text = u"NOW PLAYING  ·  "_s + link_->rollName->toUpper(),
             .x = left,
             .y = top - 124,
             .size = 13,
             .width = layout_.width - 2 * left,
-            .colour = colours::soft});
+            .colour = text.soft});
     }
     if (link_->speaking) {
         add({.text = link_->caption,
@@ -219,7 +224,7 @@ LabelList RainScene::words() const
             .centred = true,
             .width = std::min(layout_.width * 0.5, 620.0),
             .lines = 2,
-            .colour = colours::soft});
+            .colour = text.soft});
     }
     const QString notice = link_->paused ? u"PAUSED  ·  RETURN OR KEY 6 TO CARRY ON"_s
         : link_->state == u"OFFLINE"_s   ? u"ENGINE OFFLINE"_s
@@ -230,7 +235,7 @@ LabelList RainScene::words() const
         .size = 22,
         .centred = true,
         .width = layout_.width - 2 * left,
-        .colour = colours::soft});
+        .colour = text.soft});
     return list;
 }
 
