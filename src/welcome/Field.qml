@@ -11,7 +11,7 @@ FocusScope {
 
     signal edited(string text)
 
-    implicitHeight: 56
+    implicitHeight: Math.max(56, asked.implicitHeight + 24)
 
     Rectangle {
         anchors.fill: parent
@@ -21,13 +21,16 @@ FocusScope {
     }
 
     HudText {
-        anchors.fill: input
+        id: asked
+
+        anchors.left: input.left
+        anchors.right: input.right
+        anchors.verticalCenter: input.verticalCenter
         text: field.placeholder
         visible: input.text === "" && input.preeditText === ""
         font: input.font
         color: Hud.dim
-        verticalAlignment: Text.AlignVCenter
-        elide: Text.ElideRight
+        wrapMode: Text.Wrap
     }
 
     TextInput {

@@ -57,13 +57,15 @@ Pressable {
         }
 
         Rectangle {
-            implicitWidth: 58
+            implicitWidth: Math.max(58, word.implicitWidth + 28)
             implicitHeight: 28
             radius: 14
             color: toggle.on ? Hud.green : Hud.bg
             border.color: toggle.on ? Hud.green : Hud.dim
 
             HudText {
+                id: word
+
                 anchors.centerIn: parent
                 text: toggle.on ? qsTr("ON") : qsTr("OFF")
                 font: Hud.mono(12, Font.Bold)
