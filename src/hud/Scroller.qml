@@ -86,7 +86,7 @@ Flickable {
 
         padding: 3
         implicitWidth: 10
-        minimumSize: 0.1
+        minimumSize: Math.max(0.1, 20 / Math.max(20, scroller.height))
         policy: scroller.interactive ? T.ScrollBar.AlwaysOn : T.ScrollBar.AlwaysOff
         visible: scroller.interactive
         Accessible.ignored: true

@@ -13,7 +13,7 @@ Item {
     property string version
     property string notes
 
-    implicitHeight: Math.min(all.contentHeight, most)
+    implicitHeight: Math.min(all.contentHeight + 2, most)
 
     Binding {
         banner.version: banner.link.updateVersion.slice(0, 40)
@@ -38,8 +38,9 @@ Item {
         id: all
 
         anchors.fill: parent
-        inset: 14
-        sideInset: 16
+        anchors.margins: 1 // the border does not fade
+        inset: 13
+        sideInset: 15
         spacing: 10
 
         Glow {
