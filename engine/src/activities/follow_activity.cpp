@@ -101,7 +101,7 @@ void FollowActivity::leave(const Moment &now)
 }
 
 /// Waits for the first key.
-void FollowActivity::begin(std::string words, const Moment &now)
+void FollowActivity::begin(const std::string &words, const Moment &now)
 {
     release(now.uptime + 1e9);
     session_.player.open();

@@ -51,7 +51,7 @@ private:
 
     void change(BarRange bars, Hands hands, const Moment &now);
     void setTempo(int percent, const Moment &now);
-    void begin(std::string words, const Moment &now);
+    void begin(const std::string &words, const Moment &now);
     void passed(const Moment &now);
     void release(double until);
     [[nodiscard]] std::string task() const;

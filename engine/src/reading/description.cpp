@@ -65,7 +65,8 @@ std::string nameOf(const WrittenNote &note)
 
 std::string keyOf(const WrittenBar &bar)
 {
-    const auto index = static_cast<std::size_t>(bar.fifths + 7);
+    const int fromFlats = bar.fifths + 7;
+    const auto index = static_cast<std::size_t>(fromFlats);
     const int count = std::abs(bar.fifths);
     const std::string name =
         std::string((bar.minor ? minorKeys : majorKeys)[index]) + (bar.minor ? " minor" : " major");
