@@ -201,6 +201,13 @@ private Q_SLOTS:
         menu.setSongs(std::span(songs).first(1));
         QCOMPARE(menu.current(), 0U); // the file is gone
         QCOMPARE(menu.list(), std::string("There is one song. 1: One."));
+        const std::vector<SongName> many(41, {"X", ""});
+        for (const std::size_t count : {40, 41}) {
+            menu.setSongs(std::span(many).first(count));
+            const std::string end =
+                count > 40 ? " 40: X. And more. Ask for them by name." : " 40: X.";
+            QVERIFY(menu.list().ends_with(end));
+        }
     }
 };
 
