@@ -98,7 +98,7 @@ public:
             if (chords.empty() || notes[i]->at - chords.back().at > writtenTogether
                 || chords.back().notes.size() == mostTogether)
                 chords.push_back({notes[i]->at, {}});
-            chords.back().notes.push_back({notes[i]->pitch, i});
+            chords.back().notes.emplace_back(notes[i]->pitch, i);
         }
         for (Chord &chord : chords) {
             std::ranges::sort(chord.notes);

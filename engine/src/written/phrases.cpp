@@ -103,7 +103,8 @@ std::vector<Stretch> phrasesOf(const WrittenPiece &piece)
     std::vector<Way> ways(borders.size());
     ways[0].worth = 0;
     std::size_t first = 0;
-    const double bar = piece.bars[piece.bars.size() / 2].length;
+    const std::size_t middle = piece.bars.size() / 2;
+    const double bar = piece.bars[middle].length;
     for (std::size_t i = 1; i < borders.size(); ++i) {
         while (first + 1 < i
             && (borders[i].at - borders[first].at > mostBars * bar || i - first > mostNotes))
