@@ -47,7 +47,7 @@ DesktopTies::DesktopTies(const Parts &parts, QObject *parent)
         [this] { parts_.link->send(u"~login failed\n"_s); });
 }
 
-void DesktopTies::follow(const DesktopWishes &wishes)
+void DesktopTies::follow(const DesktopWishes &wishes) const
 {
     SceneItem::setReducedMotion(wishes.lessMotion);
     parts_.scale->setTextScale(wishes.textScale);
@@ -64,7 +64,7 @@ void DesktopTies::windowClosed()
 }
 
 /// As if the assistant had been called by its name.
-void DesktopTies::listenNow()
+void DesktopTies::listenNow() const
 {
     if (!parts_.voice->on)
         parts_.voice->begin();
@@ -81,7 +81,7 @@ void DesktopTies::tellOfSize()
               .arg(qRound(parts_.scale->factor() * 100)));
 }
 
-void DesktopTies::speak(const QString &text)
+void DesktopTies::speak(const QString &text) const
 {
     parts_.link->send(u"~speak "_s + text + u'\n');
 }

@@ -46,10 +46,10 @@ Q_SIGNALS:
     void showWanted();
 
 private:
-    void follow(const DesktopWishes &wishes);
-    void listenNow();
+    void follow(const DesktopWishes &wishes) const;
+    void listenNow() const;
     void tellOfSize();
-    void speak(const QString &text);
+    void speak(const QString &text) const;
 
     Parts parts_;
     GlobalKeys keys_;

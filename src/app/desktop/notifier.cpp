@@ -108,7 +108,7 @@ void Notifier::actionInvoked(uint id, const QString &action)
         Q_EMIT chosen();
 }
 
-void Notifier::activationToken(uint id, const QString &token)
+void Notifier::activationToken(uint id, const QString &token) const
 {
     // Qt takes it from there when it asks the compositor to bring a window forward.
     if (id == shown_)

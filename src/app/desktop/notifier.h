@@ -30,7 +30,7 @@ Q_SIGNALS:
 private Q_SLOTS:
     void portalActionInvoked(const QDBusMessage &signal);
     void actionInvoked(uint id, const QString &action);
-    void activationToken(uint id, const QString &token);
+    void activationToken(uint id, const QString &token) const;
 
 private:
     /// The ways to show a message, in the order in which they are tried.
