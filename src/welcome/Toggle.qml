@@ -34,6 +34,27 @@ Pressable {
     hint: questions.hint
     label: title + ". " + description
 
+    component Pill: Rectangle {
+        id: pill
+
+        required property bool on
+
+        implicitWidth: Math.max(58, word.implicitWidth + 28)
+        implicitHeight: 28
+        radius: 14
+        color: on ? Hud.green : Hud.bg
+        border.color: on ? Hud.green : Hud.dim
+
+        HudText {
+            id: word
+
+            anchors.centerIn: parent
+            text: pill.on ? qsTr("ON") : qsTr("OFF")
+            font: Hud.mono(12, Font.Bold)
+            color: pill.on ? Hud.bg : Hud.dim
+        }
+    }
+
     contentItem: RowLayout {
         spacing: 16
 
@@ -56,21 +77,8 @@ Pressable {
             }
         }
 
-        Rectangle {
-            implicitWidth: Math.max(58, word.implicitWidth + 28)
-            implicitHeight: 28
-            radius: 14
-            color: toggle.on ? Hud.green : Hud.bg
-            border.color: toggle.on ? Hud.green : Hud.dim
-
-            HudText {
-                id: word
-
-                anchors.centerIn: parent
-                text: toggle.on ? qsTr("ON") : qsTr("OFF")
-                font: Hud.mono(12, Font.Bold)
-                color: toggle.on ? Hud.bg : Hud.dim
-            }
+        Pill {
+            on: toggle.on
         }
     }
 
