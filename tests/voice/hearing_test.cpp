@@ -89,11 +89,11 @@ private Q_SLOTS:
     {
         voice_->stop();
         microphone_.freeze();
-        QDeadlineTimer soon(1000); // it answers nothing before it is thawed
+        QDeadlineTimer soon(200); // it answers nothing before it is thawed
         voice_->begin();
         QVERIFY(!soon.hasExpired());
         QVERIFY(becomes(u"NO MICROPHONE"_s));
-        soon.setRemainingTime(1000);
+        soon.setRemainingTime(200);
         voice_->stop();
         voice_->begin();
         QVERIFY(!soon.hasExpired());
@@ -101,7 +101,7 @@ private Q_SLOTS:
         QVERIFY(becomes(u"LISTENING FOR “KELO”"_s));
 
         microphone_.freeze();
-        soon.setRemainingTime(1000);
+        soon.setRemainingTime(200);
         voice_->listen();
         voice_->stop();
         QVERIFY(!soon.hasExpired());
