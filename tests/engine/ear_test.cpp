@@ -72,10 +72,14 @@ private Q_SLOTS:
             {{0, u"kelo play"_s}, {1.0, u"kelo play song three"_s},
                 {1.9, u"kelo play song three"_s, true}},
             {u"0.7: play"_s});
-        row("words that change their minds repeat nothing",
+        row("words that mean nothing wait for better ones",
             {{0, u"kelo please top"_s}, {0.8, u"kelo please stop"_s},
-                {1.3, u"kelo please stop it"_s, true}},
-            {u"0.7: please top"_s});
+                {1.3, u"kelo please stop it"_s, true}, {20, u"kelo high"_s},
+                {20.2, u"kelo high kelo you to"_s}},
+            {u"1.3: please stop it"_s, u"22.5: high"_s});
+        row("words that change their minds repeat nothing",
+            {{0, u"kelo stop"_s}, {0.8, u"kelo stop"_s}, {1.3, u"kelo stop it"_s, true}},
+            {u"0.7: stop"_s});
         row("but a second command in it counts",
             {{0, u"kelo louder"_s}, {1.4, u"kelo louder kelo"_s},
                 {1.6, u"kelo louder kelo help"_s}},

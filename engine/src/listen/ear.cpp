@@ -92,7 +92,7 @@ std::optional<std::string> Ear::hear(
         return {};
     }
     if (!pending_ || pending_->command != *command)
-        pending_ = Pending{*command, now};
+        pending_ = Pending{*command, now, command->empty() || understands_(wordsOf(*command))};
     latest_ = std::move(words);
     if (!final)
         return {};
@@ -114,7 +114,9 @@ std::optional<std::string> Ear::expire(double now)
 
 std::optional<double> Ear::deadline() const
 {
-    return pending_ ? std::optional(pending_->since + settle) : std::nullopt;
+    if (!pending_)
+        return {};
+    return pending_->since + (pending_->understood ? settle : settleUnknown);
 }
 
 } // namespace kelo::engine

@@ -17,6 +17,9 @@ class Ear {
 public:
     /// How long words must have stood before they are taken, final ones aside.
     static constexpr double settle = 0.7;
+    /// The same for words that mean nothing: they may be the half of what is meant, or misheard,
+    /// and final ones come within about a second.
+    static constexpr double settleUnknown = 2.5;
 
     /// Of what is said without the name only that counts which `understandsAll` of.
     Ear(Understands understands, Understands understandsAll)
@@ -49,6 +52,7 @@ private:
     struct Pending {
         std::string command;
         double since = 0;
+        bool understood = false;
     };
 
     static constexpr double answerTime = 8;
