@@ -13,7 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <ctime>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 using namespace kelo::engine;
@@ -55,16 +55,18 @@ private Q_SLOTS:
         const QString file = folder.filePath(u"long.mid"_s);
         const midi::Bytes bytes = midi::scale(100'000);
         writeFile(file, {reinterpret_cast<const char *>(bytes.data()), qsizetype(bytes.size())});
-        const auto work = [&](bool wholly) { // of all threads
-            const std::clock_t before = std::clock();
-            {
-                PieceLoader loader(file.toStdString());
-                while (wholly && !loader.take(1)) { }
+        const auto read = [&](const std::shared_ptr<MidiProgress> &progress) {
+            PieceLoader loader(file.toStdString(), progress);
+            for (;;) {
+                if (auto piece = loader.take(1))
+                    return std::get<Piece>(*piece).notes.size();
             }
-            return std::clock() - before;
         };
-        const std::clock_t all = work(true);
-        QVERIFY(work(false) < all / 2);
+        const auto whole = std::make_shared<MidiProgress>();
+        QCOMPARE(read(whole), 100'000U);
+        QVERIFY(whole->share > 0.95 && whole->share <= 1 && whole->cancelled);
+        QCOMPARE(read(whole), 2048U); // has stopped where it looked for the first time
+        QVERIFY(whole->share > 0.3 && whole->share < 0.35);
     }
 
     void refusesWhatCannotBePlayed_data()

@@ -7,9 +7,10 @@
 
 namespace kelo::engine {
 
-PieceLoader::PieceLoader(std::filesystem::path file)
-    : reading_(std::async(std::launch::async,
-        [path = std::move(file), progress = progress_.get()] { return loadPiece(path, progress); }))
+PieceLoader::PieceLoader(std::filesystem::path file, std::shared_ptr<MidiProgress> progress)
+    : progress_(std::move(progress))
+    , reading_(std::async(std::launch::async,
+          [path = std::move(file), told = progress_.get()] { return loadPiece(path, told); }))
 {
 }
 

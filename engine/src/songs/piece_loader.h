@@ -13,7 +13,9 @@ namespace kelo::engine {
 /// Reads a file of music on a thread of its own, so that a large one keeps nobody waiting.
 class PieceLoader {
 public:
-    explicit PieceLoader(std::filesystem::path file);
+    /// `progress` is told of it, and that it was given up.
+    explicit PieceLoader(std::filesystem::path file,
+        std::shared_ptr<MidiProgress> progress = std::make_shared<MidiProgress>());
 
     /// Gives up reading, which takes a moment.
     ~PieceLoader();
@@ -27,7 +29,7 @@ public:
     [[nodiscard]] double progress() const { return progress_->share; }
 
 private:
-    std::unique_ptr<MidiProgress> progress_ = std::make_unique<MidiProgress>();
+    std::shared_ptr<MidiProgress> progress_;
     std::future<std::variant<Piece, ReadFault>> reading_;
 };
 
