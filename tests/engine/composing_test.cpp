@@ -1,3 +1,4 @@
+#include "composing/accompaniment.h"
 #include "composing/arrangements.h"
 #include "composing/backing_band.h"
 #include "composing/composer.h"
@@ -193,6 +194,94 @@ private Q_SLOTS:
         const Score score = transcribe(played(tune, period, jitter));
         QTEST(QString::fromStdString(readBack(score)), "reading");
         QVERIFY(std::abs(score.tempo - 60 / period) < 60 / period * 0.04 || tune.size() < 2);
+    }
+
+    void makesTheSameOfATuneEachTime()
+    {
+        QList<int> sums;
+        for (unsigned seed = 0; seed < 48; ++seed) {
+            Chance chance(seed);
+            Tune tune;
+            int pitch = 60 + chance.below(12);
+            for (int i = 0; i < 10 + chance.below(40); ++i) {
+                const double length =
+                    chance.of(QList{0.25, 0.5, 0.5, 1.0, 1.0, 1.0, 1.5, 2.0, 3.0});
+                tune << std::pair(chance.oneIn(9) ? 0 : pitch, length);
+                pitch = std::clamp(pitch + chance.of(QList{-5, -3, -2, -1, 1, 2, 2, 4, 7}), 50, 85);
+            }
+            auto notes = played(tune, 0.36 + 0.013 * seed, seed % 3 == 0 ? 0.03 : 0);
+            for (Note &note : notes) {
+                note.velocity = 40 + chance.below(80);
+                note.duration *= chance.of(QList{0.3, 0.7, 1.0, 1.2});
+            }
+            for (int i = 0; i < 12 && seed % 4 == 0; ++i) { // an accompaniment
+                const Note &above = notes[std::size_t(chance.below(int(notes.size())))];
+                notes.push_back(
+                    {above.at, above.duration, above.pitch - chance.below(20), 60, 0, 0});
+            }
+            std::ranges::stable_sort(notes, {}, &Note::at);
+            Score made = transcribe(notes);
+            QByteArray all = readBack(made).c_str() + QByteArray::number(barsToTrade(made));
+            harmonise(made);
+            made.title = "Tune";
+            all += musicXml(made) + themeToJson(made);
+            append(made, transcribe(notes, &made));
+            QList<Score> scores{made, answerTo(made, 2 + chance.below(7), seed)};
+            scores << variationOf(made, int(seed % variationCount))
+                   << arrange(made, static_cast<Arrangement>(seed % 4))
+                   << deviceAt(seed % 8).apply(made);
+            Piece piece = pieceOf(made);
+            if (seed % 2 == 0)
+                piece.bars.clear();
+            scores << themeOf(piece, "A theme");
+            accompany(
+                scores[0], {"Left"}, static_cast<Figure>(seed % 14), 36 + chance.below(24), 50);
+            for (const Score &score : scores)
+                all += QByteArray::number(sumOf({score}))
+                    + (musicXml(score) + readBack(score)).c_str();
+            if (seed % 8 == 0)
+                sums << 0;
+            sums.last() = qChecksum(all + QByteArray::number(sums.last()));
+        }
+        QCOMPARE(unlikeKept(u"tunes"_s, sums), QString());
+    }
+
+    void knowsItsKeysAndChords()
+    {
+        QByteArray all;
+        for (int tonic = 0; tonic < 12; ++tonic) {
+            for (const bool minor : {false, true}) {
+                const Tonality key{tonic, minor};
+                all += nameOf(key).c_str() + QByteArray::number(sharpsOf(key));
+                for (int degree = -9; degree < 10; ++degree) {
+                    const Harmony triad = triadOn(key, degree);
+                    for (const int each : {pitchOf(key, degree), degreeOf(key, 60 + 2 * degree),
+                             triad.root, triad.third, triad.fifth})
+                        all += QByteArray::number(each) + ' ';
+                }
+            }
+        }
+        QCOMPARE(unlikeKept(u"keys"_s, {qChecksum(all)}), QString());
+        all.clear();
+        for (int held = 1; held < 4096; ++held) {
+            std::vector<int> pitches;
+            for (int pitch = 0; pitch < 12; ++pitch) {
+                if ((held >> pitch & 1) != 0)
+                    pitches.push_back(48 + pitch + (pitch * held % 3 == 1 ? 12 : 0));
+            }
+            if (const auto heard = harmonyOf(pitches))
+                all += char(heard->root) + QByteArray::number(heard->third * 10 + heard->fifth);
+            PitchClassWeights weights{};
+            for (const int pitch : pitches)
+                weights[std::size_t(pitch % 12)] += 1 + pitch % 4;
+            const Tonality key = tonalityOf(weights);
+            all += QByteArray::number(key.minor ? -key.tonic : key.tonic);
+        }
+        QCOMPARE(unlikeKept(u"harmonies"_s, {qChecksum(all)}), QString());
+        QString moods;
+        for (int hour = 0; hour < 24; ++hour)
+            moods += QString::number(int(moodAt(hour)));
+        QCOMPARE(moods, u"555550000000444333311111"_s);
     }
 
     void goesOnInTheSameTempo()

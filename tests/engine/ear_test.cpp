@@ -1,5 +1,6 @@
 #include "listen/ear.h"
 #include "listen/understanding.h"
+#include "sums.h"
 #include "support/table.h"
 
 #include <QTest>
@@ -118,6 +119,36 @@ private Q_SLOTS:
         QFETCH(QStringList, commands);
         Ear ear(isCommand, isCommand);
         QCOMPARE(heard(ear, lines), commands);
+    }
+
+    void hearsTheSameEachTime()
+    {
+        const QByteArrayList words = QByteArray(
+            "kelo kelo kilo stop stop louder help play song three the um key low hey and")
+                                         .split(' ');
+        Chance chance(1);
+        QByteArray all;
+        for (int session = 0; session < 300; ++session) {
+            Ear ear(isCommand, isCommand);
+            ear.setOpen(session % 5 == 0);
+            QList<Line> lines;
+            QByteArrayList said;
+            double now = 0;
+            for (int i = 0; i < 8; ++i) {
+                now += 0.1 * (1 + chance.below(chance.oneIn(6) ? 100 : 9));
+                if (chance.oneIn(4))
+                    said.clear();
+                if (chance.oneIn(6) && !said.isEmpty())
+                    said.removeLast();
+                said << chance.of(words);
+                lines << Line{
+                    now, QString::fromUtf8(said.join(' ')), chance.oneIn(3), chance.oneIn(4)};
+            }
+            if (session % 3 == 0)
+                ear.expectAnswer(now / 2);
+            all += heard(ear, lines).join(u' ').toUtf8() + (ear.takeOverheard() ? "!\n" : "\n");
+        }
+        QCOMPARE(unlikeKept(u"ear"_s, {qChecksum(all)}), QString());
     }
 
     void needsNoNameWhenAsked()

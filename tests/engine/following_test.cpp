@@ -1,5 +1,6 @@
 #include "following/accompaniment_part.h"
 #include "following/score_follower.h"
+#include "sums.h"
 #include "support/table.h"
 
 #include <QTest>
@@ -66,6 +67,44 @@ private Q_SLOTS:
         QTEST(static_cast<int>(follower.step()), "place");
         if (pace > 1)
             QVERIFY(follower.pace() > 1.5);
+    }
+
+    void followsTheSameEachTime()
+    {
+        QByteArray all;
+        for (unsigned seed = 0; seed < 60; ++seed) {
+            Chance chance(seed);
+            std::vector<FollowedStep> steps = piece();
+            std::vector<Note> notes;
+            for (std::size_t i = 0; i < steps.size(); i += 1 + seed % 2) {
+                for (int more = chance.below(3); more > 0; --more)
+                    steps[i].pitches.push_back(steps[i].pitches[0] + 3 * more);
+                notes.push_back(
+                    {steps[i].at + 0.01 * chance.below(30), 0.2, 40 + int(i), 60, 1, 1});
+            }
+            ScoreFollower follower(steps, seed % 3 == 0 ? 1.5 : 1);
+            AccompanimentPart part(notes);
+            const auto tell = [&](double value) { all += QByteArray::number(value, 'f', 3) + ' '; };
+            double now = 5;
+            std::size_t place = 0;
+            for (int key = 0; key < 50; ++key) {
+                now += 0.05 * (1 + chance.below(chance.oneIn(8) ? 60 : 15));
+                place = chance.oneIn(12) ? std::size_t(chance.below(24)) : (place + 1) % 24;
+                const int wrong = chance.oneIn(7) ? chance.of(QList{1, 2, 3, 12, 30}) : 0;
+                const auto match = follower.press(chance.of(steps[place].pitches) + wrong, now);
+                part.reach(follower, match);
+                for (const Note &note : part.take(follower, now + 0.1))
+                    tell(note.pitch);
+                tell(part.deadline(follower).value_or(-1));
+                tell(double(match.step) + (match.right ? 100 : 0) + (match.jumped ? 200 : 0));
+                tell(follower.pace());
+                if (key == 40 && seed % 4 == 0) {
+                    follower.restart();
+                    part.restart();
+                }
+            }
+        }
+        QCOMPARE(unlikeKept(u"following"_s, {qChecksum(all)}), QString());
     }
 
     void waitsForThePlayer()

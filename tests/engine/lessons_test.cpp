@@ -2,6 +2,7 @@
 #include "lessons/lesson.h"
 #include "songs/library.h"
 #include "songs/notation.h"
+#include "sums.h"
 #include "support/table.h"
 #include "theory/pitch_names.h"
 
@@ -140,6 +141,129 @@ private Q_SLOTS:
         QTEST(passed ? u"Passed. "_s + QString::fromStdString(attempt.rhythm())
                      : QString::fromStdString(attempt.fault()),
             "verdict");
+    }
+
+    void judgesTheSameEachTime()
+    {
+        QByteArray all;
+        for (unsigned seed = 0; seed < 400; ++seed) {
+            Chance chance(seed);
+            std::vector<Step> written;
+            double at = 0;
+            for (int i = 4 + chance.below(8); i > 0; --i) {
+                Step step{at, {}};
+                for (int pitch = 57 + chance.below(12); step.pitches.size() < 3U; pitch += 3) {
+                    step.pitches.push_back(pitch);
+                    if (seed % 2 == 0)
+                        step.hands.push_back(chance.oneIn(2) ? Hands::Left : Hands::Right);
+                    if (!chance.oneIn(3))
+                        break;
+                }
+                if (chance.oneIn(8))
+                    step.ornaments = {step.pitches[0] + 1, step.pitches[0] + 2};
+                if (seed % 3 > 0) {
+                    step.bar = 1 + int(at / 2);
+                    step.beat = int(at * 2) % 4 + (seed % 3 == 1 ? 1 : 0);
+                    step.beatAt = int(at * 2) / 2.0;
+                }
+                written.push_back(step);
+                at += chance.of(QList{0.1, 0.25, 0.5, 0.5, 0.5, 1.0});
+            }
+            Attempt attempt(written, static_cast<Spelling>(seed % 3));
+            const double pace = chance.of(QList{0.7, 1.0, 1.6});
+            const double later = chance.of(QList{0.7, 1.0, 1.0, 1.0, 1.4});
+            const auto tell = [&] {
+                all += QByteArray::number(int(attempt.state())) + attempt.next().c_str() + '|'
+                    + attempt.fault().c_str() + '|' + attempt.rhythm().c_str()
+                    + QByteArray::number(attempt.deadline().value_or(-1), 'f', 3)
+                    + (attempt.begun() ? "b" : "") + (attempt.atBeginning() ? "0" : "");
+            };
+            double now = 1;
+            for (std::size_t i = 0; i < written.size(); ++i) {
+                for (const int pitch : written[i].pitches) {
+                    const bool slip = chance.oneIn(14);
+                    attempt.press(slip ? pitch + chance.of(QList{-12, -1, 2, 12, 24, 17}) : pitch,
+                        now + 0.03 * chance.below(7));
+                    if (chance.oneIn(20))
+                        attempt.press(pitch, now + 0.03 * chance.below(7));
+                }
+                if (chance.oneIn(10) && i + 1 < written.size())
+                    attempt.press(written[i + 1].pitches[0], now);
+                tell();
+                attempt.expire(now += 0.02);
+                if (attempt.state() == Attempt::State::Missed && chance.oneIn(3)) {
+                    tell();
+                    attempt.resume();
+                    i = chance.oneIn(2) ? i : 0;
+                }
+                const double gap = i + 1 < written.size() ? written[i + 1].at - written[i].at : 1;
+                now += gap * pace * (i * 2 > written.size() ? later : 1)
+                    * (chance.oneIn(8) ? chance.of(QList{0.4, 1.9}) : 1);
+            }
+            tell();
+            attempt.expire(1e9);
+            tell();
+        }
+        QCOMPARE(unlikeKept(u"attempts"_s, {qChecksum(all)}), QString());
+    }
+
+    void leadsTheSameWayEachTime()
+    {
+        const Library library{{}};
+        QByteArray all;
+        for (unsigned seed = 0; seed < 24; ++seed) {
+            Chance chance(seed);
+            const auto hands = static_cast<Hands>(seed % 3);
+            Lesson lesson(std::get<Piece>(library.load(seed % library.size())), "It", hands);
+            const auto tell = [&](const Reply &reply) {
+                all += text(reply).toUtf8() + (reply.over ? "|over " : "|")
+                    + QByteArray::number(lesson.deadline().value_or(-1)) + ' ';
+            };
+            double now = 10;
+            tell(lesson.begin(1 + chance.below(9)));
+            for (int i = 0; i < 120; ++i) {
+                now += 0.2 * chance.below(8);
+                switch (chance.below(14)) {
+                case 0:
+                    tell(lesson.skip());
+                    break;
+                case 1:
+                    tell(lesson.back());
+                    break;
+                case 2:
+                    tell(lesson.repeat());
+                    break;
+                case 3:
+                    tell(lesson.toBar(chance.below(40)));
+                    break;
+                case 4:
+                    tell(lesson.setHands(static_cast<Hands>(chance.below(3))));
+                    break;
+                case 5:
+                    all += lesson.notes() + lesson.whereWeAre();
+                    break;
+                case 6:
+                case 7:
+                    for (double due = now + 30; lesson.deadline() && *lesson.deadline() < due;) {
+                        now = *lesson.deadline();
+                        tell(lesson.advance(now));
+                    }
+                    break;
+                default:
+                    lesson.listen(now);
+                    for (const Note &note : lesson.demo().notes) {
+                        const bool slip = chance.oneIn(20);
+                        tell(lesson.press(note.pitch + (slip ? chance.of(QList{-2, 1, 12}) : 0),
+                            now + note.at * (chance.oneIn(6) ? 1.1 : 1)));
+                        if (slip && chance.oneIn(2))
+                            break;
+                    }
+                    now += lesson.demo().length;
+                    all += everythingOf(lesson.demo()) + (lesson.entersWith(67) ? "G" : "");
+                }
+            }
+        }
+        QCOMPARE(unlikeKept(u"lessons"_s, {qChecksum(all)}), QString());
     }
 
     void goesOnFromTheBeatBefore()

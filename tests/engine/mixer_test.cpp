@@ -1,10 +1,12 @@
 #include "sound/mixer.h"
+#include "sums.h"
 
 #include <QTest>
 
 #include <random>
 #include <thread>
 
+using namespace Qt::StringLiterals;
 using namespace kelo::engine;
 
 namespace {
@@ -102,6 +104,48 @@ private Q_SLOTS:
         bench.say(1, bench.position + 300, 1);
         QCOMPARE(firstSound(bench.render(4)), 300 + delay);
         QVERIFY(std::abs(bench.clock.timeOf(bench.position) - seconds(bench.position)) < 0.01);
+    }
+
+    void turnsDownAndUpAgainAtThePaceOfEars()
+    {
+        QString limited; // a quiet tone, with a burst in it that is far too loud
+        Limiter limiter;
+        for (int block = 0; block < 40; ++block) {
+            std::vector<float> left(128);
+            for (std::size_t i = 0; i < left.size(); ++i)
+                left[i] = (block == 5 && i > 30 ? 3.0F : 0.5F) * (i % 2 == 0 ? 1.0F : -0.8F);
+            std::vector<float> right(128, block == 9 ? -1.5F : 0.1F);
+            limiter.process(left, right);
+            for (const std::size_t at : {0U, 20U, 90U})
+                limited += QString::number(left[at], 'f', 3) + u'/'
+                    + QString::number(right[at], 'f', 3) + u' ';
+        }
+        QCOMPARE(unlikeKept(u"limiter"_s, {qChecksum(limited.toUtf8())}), QString());
+
+        QString ducked; // speech from 0.1 to 0.4 s
+        Ducker ducker;
+        for (int block = 0; block < 300; ++block) {
+            const float gain = ducker.next(period, block >= 17 && block < 69);
+            if (block % 12 == 0 || block == 18)
+                ducked += QString::number(gain, 'f', 3) + u' ';
+        }
+        QCOMPARE(ducked,
+            u"1.000 1.000 0.807 0.528 0.413 0.401 0.400 0.400 0.400 0.400 0.400 0.400 0.445 0.560 "
+            "0.651 0.723 0.781 0.826 0.862 0.891 0.913 0.931 0.946 0.957 0.966 0.973 "_s);
+
+        QString ticked; // a clock that runs late, then is left behind
+        AudioClock clock(100);
+        clock.setLatency(0.02);
+        for (int block = 1; block < 30; ++block) {
+            clock.tick(block * 256,
+                100 + block * 0.006 + (block > 15 ? 0.05 : 0) + (block > 25 ? 0.2 : 0));
+            ticked += QString::number(clock.timeOf(block * 256) - 100, 'f', 4) + u'/'
+                + QString::number(clock.frameRenderedAt(100.5)) + u' ';
+        }
+        QCOMPARE(ticked.section(u' ', 13, 16),
+            u"0.1022/22009 0.1081/22004 0.1165/21889 0.1248/21780"_s); // it gives way little by
+                                                                       // little
+        QCOMPARE(unlikeKept(u"clock"_s, {qChecksum(ticked.toUtf8())}), QString());
     }
 
     void aFullQueueSaysSo()

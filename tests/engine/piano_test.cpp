@@ -8,6 +8,7 @@
 #include "piano/recorder.h"
 #include "piano/sequencer_source.h"
 #include "stage.h"
+#include "sums.h"
 #include "support/files.h"
 #include "support/table.h"
 
@@ -159,6 +160,56 @@ private Q_SLOTS:
                                  : u"swallowed"_s);
         }
         QTEST(meanings.join(u' '), "meanings");
+    }
+
+    void takesCommandsAndRecordsAsEver()
+    {
+        QByteArray all;
+        for (unsigned seed = 0; seed < 60; ++seed) {
+            Chance chance(seed);
+            CommandKeys commands(60 + chance.below(60));
+            Recorder recorder;
+            std::vector<ChannelMessage> sent;
+            Recording speakers;
+            AudioClock clock(0);
+            MidiThru through(speakers, clock, [&](ChannelMessage one) { sent.push_back(one); });
+            double now = 10;
+            for (int i = 0; i < 150; ++i) {
+                if (chance.oneIn(12))
+                    commands.setRule(static_cast<CommandKeys::Rule>(chance.below(3)));
+                if (chance.oneIn(40))
+                    commands.setTop(20 + chance.below(110));
+                if (chance.oneIn(12))
+                    through.setOn(chance.oneIn(3) ? false : true);
+                now += chance.of(QList{0.05, 0.3, 0.3, 0.9, 1.1, 4.9, 5.2, 12.0});
+                if (commands.deadline())
+                    all += QByteArray::number(*commands.deadline() - now, 'f', 2);
+                all += commands.advance(now) ? '!' : '.';
+                const int pitch = chance.oneIn(3) ? 50 + chance.below(40)
+                                                  : commands.pitches()[9 - chance.below(3) * 4];
+                const bool down = !chance.oneIn(3);
+                const auto [music, command] =
+                    down ? commands.press(pitch, now) : commands.release(pitch);
+                all += QByteArray::number(command.value_or(-1)) + (music ? 'm' : ' ');
+                const auto key = static_cast<unsigned char>(pitch);
+                const ChannelMessage message = chance.oneIn(8)
+                    ? ChannelMessage{0xb0, static_cast<unsigned char>(63 + chance.below(6)),
+                        static_cast<unsigned char>(chance.below(2) * 127)}
+                    : ChannelMessage{static_cast<unsigned char>(down ? 0x90 : 0x80), key, 70};
+                recorder.play(message, now);
+                if (chance.oneIn(15))
+                    recorder.takeBack(pitch);
+                through.play(clock.frameAt(now + chance.below(3) * 0.1), message);
+                through.advance(now);
+                all += QByteArray::number(through.deadline().value_or(0) - now, 'f', 2);
+            }
+            for (const Piece &take : recorder.takes(now))
+                all += everythingOf(take);
+            all += QByteArray::number(int(recorder.takes(now).size())) + text(sent).toUtf8();
+            if (const auto last = recorder.lastTake(now + 1))
+                all += everythingOf(*last);
+        }
+        QCOMPARE(unlikeKept(u"piano"_s, {qChecksum(all)}), QString());
     }
 
     void recordsKeysAndPedals()

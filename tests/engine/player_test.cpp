@@ -2,6 +2,7 @@
 #include "music/midi_file.h"
 #include "music/player.h"
 #include "stage.h"
+#include "sums.h"
 
 #include <QTest>
 
@@ -153,6 +154,67 @@ private Q_SLOTS:
         stage.runTo(2);
         QCOMPARE(stage.take(),
             QStringList({u"@out 60 80"_s, u"@out 60 0"_s, u"@paused 1"_s, u"@paused 0"_s}));
+    }
+
+    void goesAboutAPieceAsEver()
+    {
+        QList<int> sums;
+        for (unsigned seed = 0; seed < 6; ++seed) {
+            Stage<Player> stage;
+            Chance chance(seed);
+            Piece music;
+            for (int i = 0; i < 60; ++i)
+                music.notes.push_back({i * 0.25, 0.1 * (1 + chance.below(9)), 60 + chance.below(8),
+                    40 + chance.below(80), chance.below(3), chance.oneIn(5) ? 9 : chance.below(3)});
+            for (int i = 0; i < 25; ++i)
+                music.messages.push_back({i * 0.6,
+                    {static_cast<unsigned char>(
+                         chance.of(QList{0xb0, 0xb0, 0xc0, 0xe0}) + chance.below(16)),
+                        static_cast<unsigned char>(
+                            chance.of(QList{1, 7, 10, 11, 64, 119, 120, 121})),
+                        static_cast<unsigned char>(chance.below(128))}});
+            music.bars = {0, 2, 4, 6, 8, 10, 12, 14};
+            measureLength(music);
+            for (int i = 0; i < 30; ++i) {
+                switch (chance.below(10)) {
+                case 0:
+                    stage.player.start(music, "Piece", stage.now);
+                    break;
+                case 1:
+                    stage.player.demonstrate(music, stage.now);
+                    break;
+                case 2:
+                    stage.player.pause(stage.now);
+                    break;
+                case 3:
+                    stage.player.carryOn(stage.now);
+                    break;
+                case 4:
+                    stage.player.seek(chance.below(20) - 2, stage.now);
+                    break;
+                case 5:
+                    stage.player.setTempo(chance.of(QList{0.5, 1.0, 1.7}), stage.now);
+                    break;
+                case 6:
+                    stage.player.again(stage.now);
+                    break;
+                case 7:
+                    stage.player.stop();
+                    break;
+                case 8:
+                    stage.player.open();
+                    stage.player.touch(60 + chance.below(5), chance.below(3) * 40);
+                    break;
+                default:
+                    stage.runTo(stage.now + 20);
+                }
+                stage.lines << QString::number(stage.player.position(stage.now), 'f', 3);
+                stage.lines << QString::number(stage.sound.gain);
+                stage.runTo(stage.now + 0.31 * chance.below(20));
+            }
+            sums << stage.sum();
+        }
+        QCOMPARE(unlikeKept(u"player"_s, sums), QString());
     }
 
     void aLongRollComesInBatches()

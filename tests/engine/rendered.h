@@ -4,6 +4,7 @@
 #include "protocol/wire.h"
 #include "sound/mixer.h"
 #include "speech/speaker.h"
+#include "speech/synthesiser.h"
 
 #include <ebur128.h>
 

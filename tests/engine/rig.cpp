@@ -41,6 +41,10 @@ void Rig::start(bool known)
     if (known && !QFile::exists(path(u"profile.json"_s)))
         kelo::test::writeFile(path(u"profile.json"_s), R"({"assistant": "Kelo", "user": "Ann"})");
     assistant.reset();
+    for (int fader = 0; fader < int(faders); ++fader)
+        desk.setLoudness(Fader(fader), 100);
+    speech.setStyle({});
+    speech.setLoudness(1);
     const std::filesystem::path home = folder_.path().toStdString();
     library = std::make_unique<Library>(home / "songs");
     assistant = std::make_unique<Assistant>(
@@ -99,6 +103,12 @@ void Rig::press(int pitch, int velocity)
     assistant->advance(moment());
 }
 
+void Rig::control(int number, int value)
+{
+    assistant->takePiano(
+        {0xb0, static_cast<unsigned char>(number), static_cast<unsigned char>(value)}, moment());
+}
+
 void Rig::plug(const QString &piano)
 {
     assistant->pianoChanged(piano.toStdString(), moment());
@@ -139,6 +149,24 @@ QList<int> Rig::programs() const
     return all;
 }
 
+QByteArray Rig::keeps() const
+{
+    QByteArray all;
+    const QDir home(folder_.path());
+    for (const QDir &folder : {home, QDir(home.filePath(u"songs"_s))}) {
+        for (const QString &name : folder.entryList(QDir::Files, QDir::Name))
+            all += name.toUtf8() + ' ' + kelo::test::readFile(folder.filePath(name)) + '\n';
+    }
+    for (int fader = 0; fader < int(faders); ++fader)
+        all += QByteArray::number(desk.loudness(Fader(fader))) + ' ';
+    for (const Recording *part : {&music, &keys, &rhythm})
+        all += QByteArray::number(part->gain) + '/' + QByteArray::number(part->silenced) + ' ';
+    for (const double value : {double(speech.voice), double(speech.loudness),
+             double(speech.style.rate), double(speech.style.pitch), player.tempo()})
+        all += QByteArray::number(value) + ' ';
+    return all + (speech.system ? 's' : ' ') + (through.on() ? 't' : ' ');
+}
+
 namespace {
 
 QByteArray unescaped(QString text)
@@ -150,7 +178,8 @@ QByteArray unescaped(QString text)
         .toUtf8();
 }
 
-/// All that was told and played.
+} // namespace
+
 QString toldBy(const Rig &rig, qsizetype from)
 {
     static const QRegularExpression forDisplays(u"^(beat|now|out|on|roll|vocab|buttons ) ?"_s);
@@ -174,11 +203,10 @@ QString toldBy(const Rig &rig, qsizetype from)
             hidden += QByteArray::number(frame) + ' ' + char(message.status) + char(message.first)
                 + char(message.second);
     }
+    hidden += rig.keeps();
     close();
     return told.join(u'\n');
 }
-
-} // namespace
 
 KeptEvenings::KeptEvenings(QString file)
     : file_(std::move(file))
@@ -195,15 +223,31 @@ KeptEvenings::~KeptEvenings()
 
 QString KeptEvenings::unlikeKept(const QString &name, const Rig &rig, qsizetype from)
 {
-    const QString heading = u"== %1\n"_s.arg(name);
-    const QString evening = toldBy(rig, from);
-    now_ += heading + evening + u"\n\n"_s;
+    return unlikeKept(name, toldBy(rig, from));
+}
+
+QStringList KeptEvenings::names() const
+{
+    return kept_.split(u'\n')
+        .filter(QRegularExpression(u"^== "_s))
+        .replaceInStrings(u"== "_s, QString());
+}
+
+QStringList KeptEvenings::kept(const QString &name) const
+{
+    const QString part = kept_.section(u"== %1\n"_s.arg(name), 1, 1);
+    return part.section(u"\n\n"_s, 0, 0).split(u'\n');
+}
+
+QString KeptEvenings::unlikeKept(const QString &name, const QString &evening)
+{
+    now_ += u"== %1\n%2\n\n"_s.arg(name, evening);
     const QStringList told = evening.split(u'\n');
-    const QStringList kept = kept_.section(heading, 1, 1).section(u"\n\n"_s, 0, 0).split(u'\n');
-    for (qsizetype i = 0; i < std::max(told.size(), kept.size()) && !writes_; ++i) {
-        if (told.value(i) != kept.value(i))
+    const QStringList before = kept(name);
+    for (qsizetype i = 0; i < std::max(told.size(), before.size()) && !writes_; ++i) {
+        if (told.value(i) != before.value(i))
             return u"line %1 tells \"%2\", not \"%3\""_s.arg(i + 1).arg(
-                told.value(i), kept.value(i));
+                told.value(i), before.value(i));
     }
     return {};
 }
@@ -240,6 +284,11 @@ QString failureOf(Rig &rig, const QStringList &steps)
                 for (const QString &key : pressed)
                     rig.press(key.toInt(), 0);
             }
+        } else if (verb == u"press") {
+            for (const QString &key : words)
+                rig.press(key.toInt());
+        } else if (verb == u"pedal") {
+            rig.control(words[0].toInt(), words[1].toInt());
         } else if (verb == u"wait") {
             rig.run(rest.toDouble());
         } else if (verb == u"restart") {

@@ -25,15 +25,17 @@ public:
     void say(std::string_view text, double now) override;
     void stop() override;
     [[nodiscard]] bool speaking() const override { return end_.has_value(); }
-    void setVoice(std::size_t) override { }
+    void setVoice(std::size_t value) override { voice = value; }
     void setStyle(const kelo::engine::SpeechStyle &value) override { style = value; }
-    void setLoudness(float) override { }
+    void setLoudness(float value) override { loudness = value; }
     void useSystemVoice(bool value) override { system = value; }
     [[nodiscard]] bool usesSystemVoice() const override { return system; }
     void advance(double now) override;
     [[nodiscard]] std::optional<double> deadline() const override { return end_; }
 
     kelo::engine::SpeechStyle style;
+    std::size_t voice = 0;
+    float loudness = 0;
     bool system = false;
 
 private:
@@ -55,6 +57,7 @@ public:
     /// Lines, keys and bytes as a display sends them.
     void send(const QByteArray &bytes);
     void press(int pitch, int velocity = 80);
+    void control(int number, int value);
     void plug(const QString &piano);
 
     /// The next line that matches, within a virtual minute; empty where there is none.
@@ -65,6 +68,9 @@ public:
     /// Instruments that were chosen for pieces since the last `send`.
     [[nodiscard]] QList<int> programs() const;
     [[nodiscard]] QString path(const QString &name) const { return folder_.filePath(name); }
+    /// What is kept in files, but for takes, which are written while other things go on; and how
+    /// everything is set.
+    [[nodiscard]] QByteArray keeps() const;
 
     QStringList lines; ///< without "@"
     qsizetype seen = 0; ///< lines that have matched, and those before them
@@ -100,6 +106,7 @@ private:
 ///     < PATTERN       this line follows, sooner or later
 ///     ! PATTERN       no such line has come since the last ">", nor comes for two seconds
 ///     tap 60 64       presses these keys one after the other; "hold 48 52 2" together, for seconds
+///     press 60 64     presses these and lets none go
 ///     wait 3          seconds pass
 ///     restart         the engine is gone without a word, and another begins
 ///     piano NAME      one is plugged in; without a name it is pulled out
@@ -110,10 +117,14 @@ private:
 ///     mode NAME       the mode now
 ///     program 33      an instrument that was chosen since the last ">"
 ///     tempo 90        percent; "loudness 80": of the voice; "thru": the piano plays, too
+///     pedal 64 127    a controller of the piano is moved
 [[nodiscard]] QString failureOf(Rig &rig, const QStringList &steps);
 
-/// What an assistant has ever told and played, in a file with a part an evening. What a display
-/// takes in lines one after the other is one line there, with a number that changes with any of it.
+/// All that was told and played from a line on. What a display takes in lines one after the other
+/// is one line here, with a number that changes with any of it.
+[[nodiscard]] QString toldBy(const Rig &rig, qsizetype from);
+
+/// What an assistant has ever told and played, in a file with a part an evening.
 /// With KELO_WRITE_SCRIPTS set, what it tells and plays now is kept instead.
 class KeptEvenings {
 public:
@@ -123,6 +134,9 @@ public:
 
     /// How it differs, from one of the rig's lines on; empty where it doesn't.
     QString unlikeKept(const QString &name, const Rig &rig, qsizetype from = 0);
+    QString unlikeKept(const QString &name, const QString &evening);
+    [[nodiscard]] QStringList names() const;
+    [[nodiscard]] QStringList kept(const QString &name) const;
 
 private:
     QString file_;

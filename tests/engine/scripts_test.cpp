@@ -1,6 +1,7 @@
 #include "rig.h"
 #include "support/table.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -25,8 +26,37 @@ private Q_SLOTS:
         QVERIFY2(change.isEmpty(), qPrintable(change));
     }
 
+    void strolls_data()
+    {
+        const kelo::test::Table<QString> row{"name"};
+        for (const QString &name : strolls_.names())
+            row(qPrintable(name), name);
+    }
+
+    /// Whatever comes to somebody's mind, a line a step: what is done, then what is said and a
+    /// number that changes with all that follows from it.
+    void strolls()
+    {
+        QFETCH(QString, name);
+        Rig rig;
+        rig.start();
+        QStringList told;
+        for (const QString &line : strolls_.kept(name)) {
+            const QString step = line.section(u" => "_s, 0, 0);
+            const qsizetype from = rig.lines.size();
+            QCOMPARE(failureOf(rig, {step}), QString());
+            QString said = rig.lines.mid(from).filter(QRegularExpression(u"^say "_s)).join(u' ');
+            told << step + u" => "_s + said.remove(u"say "_s)
+                    + u" %1"_s.arg(qChecksum(toldBy(rig, from).toUtf8()));
+            for (Recording *part : {&rig.music, &rig.keys, &rig.rhythm})
+                part->played.clear();
+        }
+        QCOMPARE(strolls_.unlikeKept(name, told.join(u'\n')), QString());
+    }
+
 private:
     KeptEvenings evenings_{QFINDTESTDATA("evenings.txt")};
+    KeptEvenings strolls_{QFINDTESTDATA("strolls.txt")};
 };
 
 QTEST_GUILESS_MAIN(ScriptsTest)

@@ -99,6 +99,56 @@ private Q_SLOTS:
         QVERIFY(profile->birthday.empty());
     }
 
+    void keepsEverySettingWithinItsBounds()
+    {
+        const auto kept = [&](const QJsonObject &file) {
+            writeFile(path(), QJsonDocument(file).toJson());
+            [&] {
+                QVERIFY(saveProfile(*loadProfile(path().toStdString()), path().toStdString()));
+            }();
+            return QJsonDocument::fromJson(readFile(path())).object();
+        };
+        QJsonObject usual{{u"keysSound"_s, true}, {u"assistant"_s, u"Kelo"_s}, {u"topKey"_s, 108},
+            {u"speechRate"_s, 165}, {u"speechPitch"_s, 50}, {u"voice"_s, 0}, {u"wishedIn"_s, 0}};
+        QJsonObject set{
+            {u"keysSound"_s, false}, {u"assistant"_s, u"Aria"_s}, {u"birthday"_s, u"12-31"_s}};
+        for (const QString &key :
+            {u"user"_s, u"city"_s, u"needs"_s, u"birthday"_s, u"soundfont"_s}) {
+            usual[key] = QString();
+            set[key] = key == u"birthday" ? u"12-31"_s : u"x"_s;
+        }
+        for (const QString &key :
+            {u"fahrenheit"_s, u"plays"_s, u"naturalVoice"_s, u"systemVoice"_s}) {
+            usual[key] = false;
+            set[key] = true;
+        }
+        for (const QString &part : {u"voice"_s, u"pieces"_s, u"keys"_s, u"band"_s, u"ticks"_s})
+            usual[part + u"Loudness"_s] = 100;
+        QCOMPARE(kept({}), usual);
+        const QList<std::tuple<QString, int, int>> bounds{{u"topKey"_s, 36, 127},
+            {u"voice"_s, 0, 99}, {u"speechRate"_s, 120, 400}, {u"speechPitch"_s, 0, 100},
+            {u"voiceLoudness"_s, 10, 200}, {u"piecesLoudness"_s, 10, 200},
+            {u"keysLoudness"_s, 10, 200}, {u"bandLoudness"_s, 10, 200},
+            {u"ticksLoudness"_s, 10, 200}, {u"wishedIn"_s, -1000000000, 1000000000}};
+        QJsonObject low = usual;
+        QJsonObject high = usual;
+        QJsonObject tooLow{{u"user"_s, u" Bo\n"_s}, {u"assistant"_s, u" Bo"_s}};
+        QJsonObject tooHigh{{u"assistant"_s, u"X Y"_s}, {u"birthday"_s, u"04-31"_s}};
+        low[u"user"_s] = low[u"assistant"_s] = u"Bo"_s;
+        for (const auto &[key, least, most] : bounds) {
+            low[key] = least;
+            tooLow[key] = double(least) - 1;
+            high[key] = most;
+            tooHigh[key] = double(most) + 1;
+            set[key] = most - 1;
+        }
+        QCOMPARE(kept(tooLow), low);
+        QCOMPARE(kept(tooHigh), high);
+        QCOMPARE(kept(set), set);
+        for (const QString &day : {u"1-31x"_s, u"01/31"_s, u"0a-31"_s, u"01-3:"_s, u"13-01"_s})
+            QCOMPARE(kept({{u"birthday"_s, day}}), usual);
+    }
+
     void progressIsBoundedAndSurvivesAnyFile()
     {
         const std::filesystem::path file = path(u"progress.json"_s).toStdString();

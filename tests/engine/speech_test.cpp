@@ -1,6 +1,9 @@
 #include "speech/resampler.h"
+#include "speech/speaker.h"
 #include "speech/spectrum.h"
 #include "speech/word_marks.h"
+#include "stage.h"
+#include "sums.h"
 #include "support/table.h"
 
 #include <QTest>
@@ -24,6 +27,55 @@ std::vector<float> tone(double hertz, double rate, double amplitude)
     return samples;
 }
 
+/// A voice that makes 0.3 s of sound a word, a chunk each time that it is asked.
+struct SlowVoice : SpeechMaker {
+    [[nodiscard]] bool works() const override { return able; }
+    void setVoice(std::size_t) override { }
+    void setStyle(const SpeechStyle &) override { }
+    void begin(std::uint32_t id, std::string text) override
+    {
+        chunks.clear();
+        WordMarks marks(text);
+        double at = 0.04;
+        for (std::size_t place = 0; id != 0 && place < text.size();) {
+            SpeechChunk chunk{id, std::vector<float>(frames(0.3), 0.5F), {}, {}};
+            if (const auto mark = marks.begin(static_cast<int>(place), at))
+                chunk.words.push_back(*mark);
+            for (int frame = 0; frame < 18; ++frame)
+                chunk.bands += std::string(16, static_cast<char>('a' + frame % 16));
+            chunks.push_back(chunk);
+            place = std::min(text.find(' ', place), text.size() - 1) + 1;
+            at += 0.3;
+        }
+        if (id != 0)
+            chunks.push_back({id, {}, {}, {}, true});
+    }
+    [[nodiscard]] std::vector<SpeechChunk> take() override
+    {
+        if (chunks.empty())
+            return {};
+        std::vector<SpeechChunk> one{chunks.front()};
+        chunks.erase(chunks.begin());
+        return one;
+    }
+    bool able = true;
+    std::vector<SpeechChunk> chunks;
+};
+
+/// What is spoken, and when: "id frame+count".
+struct Loudspeaker : SpeechOutput {
+    bool speak(std::uint32_t id, Frame frame, std::span<const float> samples) override
+    {
+        if (++asked % 50 == 0)
+            return false; // enough is waiting
+        blocks << u"%1 %2+%3"_s.arg(id).arg(frame).arg(samples.size());
+        return true;
+    }
+    void listenTo(std::uint32_t id) override { blocks << u"only %1"_s.arg(id); }
+    int asked = 0;
+    QStringList blocks;
+};
+
 /// How loud a frequency is, in dB of a sine of amplitude 0.5.
 double levelAt(double hertz, double rate, const std::vector<float> &samples)
 {
@@ -45,6 +97,51 @@ class SpeechTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void tellsWhatItSaysInStepWithTheSound()
+    {
+        AudioClock clock(0);
+        QStringList lines;
+        double now = 5;
+        Wire wire([&](std::string_view line) {
+            const QString text = QString::fromUtf8(line.data(), qsizetype(line.size())).trimmed();
+            lines << QString::number(now, 'f', 3) + u' ' + text.left(40) + u' '
+                    + QString::number(text.size());
+        });
+        SpeechDispatcher none(false, [] {});
+        SlowVoice voice;
+        Loudspeaker output;
+        Speaker speaker(wire, none, voice, output, clock);
+        const auto run = [&](double until) {
+            for (; now < until; now += 0.0105) {
+                if (const auto due = speaker.deadline();
+                    due && *due > now + 0.0105 && voice.chunks.empty())
+                    now = std::min(*due, until);
+                speaker.advance(now);
+            }
+            lines << QString::number(speaker.deadline().value_or(-1), 'f', 3);
+        };
+        speaker.say("One two, three.", now);
+        run(7);
+        speaker.say("Four", now);
+        speaker.advance(now);
+        run(7.15);
+        speaker.say("Five six", now); // cuts it off
+        run(7.4);
+        speaker.stop();
+        speaker.stop();
+        run(7.5);
+        speaker.say("", now);
+        voice.able = false; // it passes in silence
+        speaker.say("Seven", now);
+        run(9);
+        QCOMPARE(lines.filter(u"word"_s).join(u", "_s),
+            u"5.120 @word 0 3 300 13, 5.420 @word 4 3 300 13, 5.730 @word 9 5 260 13, "
+            "7.129 @word 0 4 260 13, 7.280 @word 0 4 300 13"_s);
+        QCOMPARE(
+            unlikeKept(u"speaker"_s, {qChecksum((lines + output.blocks).join(u'\n').toUtf8())}),
+            QString());
+    }
+
     void marksWholeWords_data()
     {
         const Table<QString, QList<int>, QStringList> row{"text", "characters", "words"};
@@ -78,11 +175,11 @@ private Q_SLOTS:
 
     void aToneStandsOutInItsBand_data()
     {
-        const Table<double, int> row{"hertz", "band"};
-        row("lowest", 92.0, 0);
-        row("a voice", 220.0, 3);
-        row("middle", 920.0, 8);
-        row("highest", 6930.0, 15);
+        const Table<double, int, QByteArray> row{"hertz", "band", "last"};
+        row("lowest", 92.0, 0, "mkihfedccbaaaaaa");
+        row("a voice", 220.0, 3, "hikmkihfedcbaaaa");
+        row("middle", 920.0, 8, "ccdefhiknkigfedb");
+        row("highest", 6930.0, 15, "aaaaaaaabcdefgim");
     }
 
     void aToneStandsOutInItsBand()
@@ -94,6 +191,7 @@ private Q_SLOTS:
         const std::string last = frames.substr(frames.size() - 16);
         QTEST(static_cast<int>(std::max_element(last.begin(), last.end()) - last.begin()), "band");
         QVERIFY(*std::min_element(last.begin(), last.end()) < 'e');
+        QTEST(QByteArray(last.c_str()), "last");
         QCOMPARE(Spectrum(22050).listen(std::vector<float>(22050)), std::string(960, 'a'));
     }
 

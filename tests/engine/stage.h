@@ -34,6 +34,7 @@ template <typename Player> struct Stage {
     QStringList lines;
     std::vector<double> times; ///< when each line came
     double now = 0;
+    QByteArray course; ///< when it was asked to go on, and how far it came
     kelo::engine::Wire wire{[this](std::string_view line) {
         lines << QString::fromUtf8(line.data(), static_cast<qsizetype>(line.size())).trimmed();
         times.push_back(now);
@@ -49,8 +50,20 @@ template <typename Player> struct Stage {
                 qFatal("it comes to no end");
             now = std::max(now, *due) + 1e-4;
             player.advance(now);
+            course += QByteArray::number(now, 'f', 3) + '/' + QByteArray::number(lines.size()) + '/'
+                + QByteArray::number(int(sound.played.size())) + ' ';
         }
         now = time;
     }
     QStringList take() { return std::exchange(lines, {}); }
+
+    /// Changes with all that was played and told, and when, since the last `take`.
+    [[nodiscard]] int sum() const
+    {
+        QByteArray all = course + lines.join(u' ').toUtf8() + QByteArray::number(sound.silenced);
+        for (const auto &[frame, message] : sound.played)
+            all += QByteArray::number(frame) + ' ' + char(message.status) + char(message.first)
+                + char(message.second);
+        return qChecksum(all);
+    }
 };

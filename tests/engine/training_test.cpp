@@ -1,4 +1,5 @@
 #include "stage.h"
+#include "sums.h"
 #include "support/table.h"
 #include "theory/harmony.h"
 #include "training/band.h"
@@ -104,6 +105,72 @@ private Q_SLOTS:
         QVERIFY(stage.lines.size() < 5);
         QVERIFY(stage.sound.played.size() < 6);
         QVERIFY(*stage.player.deadline() > 1000);
+    }
+
+    void theMetronomeTicksAsEver()
+    {
+        QList<int> sums;
+        for (unsigned seed = 0; seed < 6; ++seed) {
+            Stage<Metronome> stage;
+            Chance chance(seed);
+            for (int i = 0; i < 40; ++i) {
+                const int tempo = chance.of(QList{30, 60, 97, 137, 240, 300});
+                const int beats = chance.below(9);
+                switch (chance.below(6)) {
+                case 0:
+                    stage.player.start(tempo, beats, stage.now);
+                    break;
+                case 1:
+                    stage.player.start(tempo, beats, stage.now, stage.now + 0.3);
+                    break;
+                case 2:
+                    stage.player.divide(chance.below(6), stage.now);
+                    break;
+                case 3:
+                    stage.player.countIn(tempo, beats, stage.now);
+                    break;
+                case 4:
+                    stage.player.setAccent(chance.oneIn(2));
+                    break;
+                default:
+                    if (chance.oneIn(4))
+                        stage.player.stop();
+                    else
+                        stage.player.advance(stage.now += 0.1 * chance.below(6));
+                }
+                stage.runTo(stage.now + 0.17 * chance.below(20));
+            }
+            sums << stage.sum();
+        }
+        QCOMPARE(unlikeKept(u"metronome"_s, sums), QString());
+    }
+
+    void theEarTrainerAsksAsEver()
+    {
+        QByteArray all;
+        for (unsigned seed = 0; seed < 8; ++seed) {
+            EarTrainer trainer(seed);
+            Chance chance(seed);
+            const auto tell = [&](const Reply &reply) {
+                all += reply.words.c_str() + QByteArray(reply.demo ? " demo " : " ");
+                all += reply.good ? (*reply.good ? '+' : '-') : ' ';
+            };
+            tell(trainer.begin());
+            const int mostly = 2 + int(seed) * 2; // right
+            for (int i = 0; i < 120; ++i) {
+                for (const Note &note : trainer.demo().notes)
+                    all += QByteArray::number(note.at) + '/' + QByteArray::number(note.duration)
+                        + '/' + QByteArray::number(note.pitch) + ' ';
+                all += trainer.tally().c_str() + QByteArray::number(trainer.level());
+                trainer.listen();
+                const bool right = !chance.oneIn(mostly);
+                for (const int note : trainer.asked())
+                    tell(trainer.press(note + (right ? 0 : chance.of(QList{-2, 1, 3, 12}))));
+                if (chance.oneIn(15))
+                    tell(trainer.skip());
+            }
+        }
+        QCOMPARE(unlikeKept(u"ear trainer"_s, {qChecksum(all)}), QString());
     }
 
     void theEarTrainerFollowsItsPupil()
@@ -218,6 +285,41 @@ private Q_SLOTS:
         band.key(48, 80, 61);
         band.key(52, 80, 61);
         QVERIFY(!band.deadline());
+    }
+
+    void theBandPlaysAsEver()
+    {
+        QList<int> sums;
+        for (unsigned seed = 0; seed < 6; ++seed) {
+            Stage<Band> stage;
+            Chance chance(seed);
+            stage.player.start();
+            for (int i = 0; i < 30; ++i) {
+                if (chance.oneIn(3))
+                    stage.player.setTempo(chance.of(QList{10, 60, 95, 120, 180, 400}));
+                if (chance.oneIn(6))
+                    stage.player.setStyle(
+                        chance.oneIn(2) ? Band::Style::Simple : Band::Style::Full);
+                if (chance.oneIn(8))
+                    stage.player.setLoudness(chance.of(QList{-1, 64, 200}));
+                if (chance.oneIn(12))
+                    stage.player.stop();
+                stage.player.start();
+                const int root = 40 + chance.below(12);
+                const auto chord = chance.of(QList<QList<int>>{
+                    {0, 4, 7}, {0, 3, 7}, {0, 3, 6}, {0, 4, 8}, {0, 7}, {0}, {0, 1, 2, 3}});
+                for (const int above : chord)
+                    stage.player.key(root + above, 80, stage.now);
+                stage.runTo(stage.now + 0.3 * chance.below(30));
+                for (const int above : chord)
+                    stage.player.key(root + above, chance.oneIn(20) ? 80 : 0, stage.now);
+                stage.runTo(stage.now + (chance.oneIn(8) ? 20 : 0.2));
+                if (chance.oneIn(9))
+                    stage.player.advance(stage.now += 0.5);
+            }
+            sums << stage.sum();
+        }
+        QCOMPARE(unlikeKept(u"band"_s, sums), QString());
     }
 
     void theBandRestsWithThePlayer()

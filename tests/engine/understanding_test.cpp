@@ -1,5 +1,7 @@
 #include "listen/command_page.h"
+#include "listen/details.h"
 #include "listen/understanding.h"
+#include "sums.h"
 #include "support/files.h"
 #include "support/table.h"
 
@@ -71,9 +73,22 @@ QString text(const std::optional<Request> &request)
     return request->whole ? all : all + u" ~"_s;
 }
 
+std::vector<Word> wordsIn(const QByteArray &text)
+{
+    return wordsOf({text.data(), static_cast<std::size_t>(text.size())});
+}
+
+QByteArray anyOf(const QByteArrayList &words, int most, Chance &chance)
+{
+    QByteArrayList some;
+    for (int count = 1 + chance.below(most); count > 0; --count)
+        some << chance.of(words);
+    return some.join(' ');
+}
+
 std::optional<Request> ask(const QByteArray &words)
 {
-    return understand(wordsOf({words.data(), static_cast<std::size_t>(words.size())}), songs);
+    return understand(wordsIn(words), songs);
 }
 
 } // namespace
@@ -127,6 +142,64 @@ private Q_SLOTS:
         QCOMPARE(text(understandKindly(wordsOf(QTest::currentDataTag()), songs)), text(ask(meant)));
     }
 
+    void findsDetailsWhereverTheyStand()
+    {
+        const QByteArrayList words =
+            QByteArray("off disable without no on enable left right both hand hands together to "
+                       "too for won a b c d e f g sharp flat waltz common march time quarter "
+                       "quarters eighth eighths half halves crotchets quaver quavers triplet "
+                       "triplets sixteenth sixteenths semiquaver semiquavers note notes bar bars "
+                       "measure measures number through until till and in of into the an key "
+                       "major minor middle one two three four seven eight nine twelve thirteen "
+                       "ninety hundred thousand song piece lesson at speed tempo play and")
+                .split(' ');
+        Chance chance(1);
+        QByteArray all;
+        const auto add = [&](const auto &detail, const auto &told) {
+            if (detail) {
+                for (const int number : told(detail->value))
+                    all += QByteArray::number(number) + ' ';
+                all += QByteArray::number(int(detail->at)) + '+';
+                all += QByteArray::number(int(detail->words));
+            }
+            all += '|';
+        };
+        const auto number = [](auto value) { return QList<int>{static_cast<int>(value)}; };
+        for (int i = 0; i < 6000; ++i) {
+            const auto heard = wordsIn(anyOf(words, 7, chance));
+            add(switchIn(heard), number);
+            add(handsIn(heard), number);
+            add(barsIn(heard), [](const BarRange &bars) { return QList{bars.first, bars.last}; });
+            add(metreIn(heard), [](const Metre &metre) { return QList{metre.beats, metre.unit}; });
+            add(partsIn(heard), number);
+            add(pitchIn(heard), number);
+            add(keyIn(heard), [](const Tonality &key) { return QList<int>{key.tonic, key.minor}; });
+            add(numberIn(heard), number);
+        }
+        QCOMPARE(unlikeKept(u"details"_s, {qChecksum(all)}), QString());
+        QString moods;
+        for (const char *word : {"sad", "melancholy", "sorrowful", "happy", "cheerful", "bright",
+                 "merry", "joyful", "fast", "lively", "calm", "gentle", "peaceful", "slow",
+                 "relaxing", "waltz", "march", "proud", "mysterious", "spooky", "dark", "strange"})
+            moods += QString::number(int(moodIn(wordsIn(word))->value));
+        QCOMPARE(moods, u"2220000000111113445555"_s);
+    }
+
+    void anyWordsMeanTheSameEachTime()
+    {
+        QByteArrayList words;
+        for (const QByteArray &line :
+            kelo::test::readFile(QFINDTESTDATA("sentences.txt")).split('\n'))
+            words << line.left(line.indexOf(" => ")).replace(";", "").split(' ');
+        Chance chance(1);
+        QByteArray meanings;
+        for (int i = 0; i < 250; ++i) {
+            const QByteArray words_ = anyOf(words, 4, chance);
+            meanings += text(understandKindly(wordsIn(words_), songs)).toUtf8() + '\n';
+        }
+        QCOMPARE(unlikeKept(u"meanings"_s, {qChecksum(meanings)}), QString());
+    }
+
     void everyExampleMeansItsJob()
     {
         for (const JobGroup &group : jobGroups()) {
@@ -157,6 +230,13 @@ private Q_SLOTS:
         for (const std::string &phrase : vocabulary(Everywhere, odd))
             QVERIFY(!phrase.empty() && phrase.find('|') == std::string::npos);
         QVERIFY(vocabulary(Everywhere, odd).size() < 260);
+        QByteArray all;
+        for (unsigned where = 1; where <= InScore; where *= 2) {
+            for (const std::string &phrase : vocabulary(where, songs))
+                all += phrase + '\n';
+        }
+        QCOMPARE(
+            unlikeKept(u"vocabulary"_s, {qChecksum(all + commandPage("Kelo").c_str())}), QString());
     }
 
     void thePageIsSoundAndTellsEveryJob()

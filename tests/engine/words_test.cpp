@@ -1,5 +1,6 @@
 #include "listen/sound_alike.h"
 #include "listen/words.h"
+#include "sums.h"
 #include "support/table.h"
 
 #include <QTest>
@@ -39,6 +40,29 @@ private Q_SLOTS:
         QTEST(number ? static_cast<int>(number->words) : 0, "words");
     }
 
+    void readsAnyNumbers()
+    {
+        const QByteArrayList words =
+            QByteArray("zero one two nine ten thirteen twenty thirty ninety hundred thousand and "
+                       "a first third twelfth 7 120 9999 10000")
+                .split(' ');
+        Chance chance(1);
+        QByteArray all;
+        for (int i = 0; i < 4000; ++i) {
+            QByteArray text;
+            for (int count = 1 + chance.below(6); count > 0; --count)
+                text += chance.of(words) + ' ';
+            const auto number = numberAt(wordsOf(text.toStdString()));
+            all += number ? QByteArray::number(number->value) + '/'
+                    + QByteArray::number(int(number->words)) + ' '
+                          : "- ";
+        }
+        QCOMPARE(unlikeKept(u"numbers"_s, {qChecksum(all)}), QString());
+        for (int i = -1; i < 130; ++i)
+            all += numberInWords(i) + ordinalInWords(i);
+        QCOMPARE(unlikeKept(u"numbers in words"_s, {qChecksum(all)}), QString());
+    }
+
     void knowsWhereSentencesBegin()
     {
         const std::vector<Word> expected{
@@ -56,6 +80,20 @@ private Q_SLOTS:
                 {"cherry", "sherry"}, {"", "shy"}, {"luna", "rumor"}, {"xavier", "javier"}})
             all << QString::number(soundDistance(word, other));
         QCOMPARE(all.join(u' '), u"0.3 0.6 0.6 2 1 1 0.5 3.9 0 1.6 1.3 1.5"_s);
+        const QByteArray letters = "aabceeghijkloopqrstuwxyzhfvmnd";
+        Chance chance(1);
+        QByteArray sounds;
+        std::string before;
+        for (int i = 0; i < 3000; ++i) {
+            std::string word;
+            for (int count = chance.below(9); count > 0; --count)
+                word += chance.of(letters);
+            sounds += soundsOf(word).c_str()
+                + QByteArray::number(soundDistance(word, before), 'f', 2)
+                + (soundsLike(word, before) ? "=" : " ");
+            before = word;
+        }
+        QCOMPARE(unlikeKept(u"sounds"_s, {qChecksum(sounds)}), QString());
         QVERIFY(soundsLike("fenix", "phoenix") && !soundsLike("queen", "phoenix"));
     }
 

@@ -7,6 +7,7 @@
 #include "support/table.h"
 #include "written/hand_division.h"
 #include "written/music_xml_reader.h"
+#include "written/note_value.h"
 #include "written/performance.h"
 #include "written/phrases.h"
 #include "written/transcript.h"
@@ -62,6 +63,165 @@ QString hands(const Piece &piece)
     QString all;
     for (const Hands hand : handsOf(piece))
         all += u"BRL"[static_cast<int>(hand)];
+    return all;
+}
+
+/// A score of whatever there is to write, some of it absurd.
+QByteArray anyScore(Chance &chance)
+{
+    const auto in = [](const QByteArray &name, const QByteArray &inside) {
+        return '<' + name + '>' + inside + "</" + name + '>';
+    };
+    const auto number = [](int value) { return QByteArray::number(value); };
+    const auto pick = [&](const char *words) { return chance.of(QByteArray(words).split(' ')); };
+    const auto sign = [&]() -> QByteArray {
+        switch (chance.below(9)) {
+        case 0:
+            return in("direction",
+                in("direction-type",
+                    in("dynamics", '<' + pick("ppp pp p mp mf f ff fff sf sfz x") + "/>")));
+        case 1:
+            return in("direction",
+                in("direction-type",
+                    in("words",
+                        pick("Grave Largo Lento Larghetto ADAGIO, Andante Andantino moderato. "
+                             "Allegretto Allegro Vivace Presto Prestissimo dolce"))));
+        case 2:
+            return in("direction",
+                in("direction-type",
+                    in("metronome",
+                        in("beat-unit", pick("half quarter eighth 16th breve x"))
+                            + (chance.oneIn(3) ? "<beat-unit-dot/>" : "")
+                            + in("per-minute", pick("60 96 4 1000 50.5")))));
+        case 3:
+            return "<sound tempo='" + pick("60 90.5 9 501 10 500") + "'/>";
+        case 4:
+            return "<sound dynamics='" + pick("1 50 100 200 -1") + "'/>";
+        case 5:
+            return in("harmony",
+                in("root",
+                    in("root-step", pick("C D E F G A B")) + in("root-alter", pick("-1 0 1")))
+                    + "<kind text='x'>"
+                    + pick("major minor dominant major-seventh minor-seventh diminished augmented "
+                           "half-diminished diminished-seventh suspended-fourth major-sixth "
+                           "minor-sixth other")
+                    + "</kind>");
+        case 6:
+            return "<sound " + pick("segno coda tocoda fine dacapo dalsegno") + "='yes'/>";
+        case 7:
+            return "<barline><repeat direction='" + pick("forward backward backward")
+                + (chance.oneIn(4) ? "' times='" + pick("1 3 9") : "") + "'/></barline>";
+        default:
+            return "<barline><ending type='" + pick("start start stop discontinue") + "' number='"
+                + pick("1 2 1,2 3 x") + "'/></barline>";
+        }
+    };
+    const auto attributes = [&] {
+        return in("attributes",
+            (chance.oneIn(2) ? in("divisions", pick("1 2 3 4 0 480")) : "")
+                + (chance.oneIn(2) ? in("key",
+                       in("fifths", number(chance.below(19) - 9)) + in("mode", pick("major minor")))
+                                   : "")
+                + (chance.oneIn(2) ? in("time",
+                       in("beats", pick("2 3 4 6 9 5 0 65"))
+                           + in("beat-type", pick("4 8 2 16 3 4")))
+                                   : "")
+                + (chance.oneIn(9) ? in("staves", pick("1 2 3")) : ""));
+    };
+    const auto sounding = [&] {
+        QByteArray inside = chance.oneIn(6) ? "<grace/>" : "";
+        inside += chance.oneIn(5) ? "<chord/>" : "";
+        inside += chance.oneIn(40) ? "<cue/>" : "";
+        inside += chance.oneIn(7) ? QByteArray("<rest/>")
+                                  : in("pitch",
+                                      in("step", pick("C D E F G A B C D E H"))
+                                          + in("alter", pick("0 0 0 1 -1 2 -2 0.5 3"))
+                                          + in("octave", pick("3 4 4 5 2 0 9 10")));
+        inside += in("duration", pick("1 2 2 3 4 6 8 5 7 0 100"));
+        for (const char *type : {"start", "stop"})
+            inside += chance.oneIn(6) ? QByteArray("<tie type='") + type + "'/>" : "";
+        inside += in("voice", pick("1 2 90"));
+        inside += in("type", pick("whole half quarter eighth 16th 32nd 64th 128th"));
+        for (int dots = chance.below(3); dots > 0; --dots)
+            inside += "<dot/>";
+        inside += chance.oneIn(2) ? in("staff", pick("1 2 2 0")) : "";
+        QByteArray notations;
+        notations += chance.oneIn(6) ? "<slur type='" + pick("start stop") + "'/>" : "";
+        notations += chance.oneIn(9) ? "<arpeggiate/>" : "";
+        notations += chance.oneIn(9) ? in("articulations", "<staccato/>") : "";
+        notations += chance.oneIn(9) ? in("ornaments", "<trill-mark/>") : "";
+        notations += in("technical", in("fingering", pick("0 0 1 3 5 6")));
+        return in("note",
+            inside + in("notations", notations)
+                + (chance.oneIn(9) ? in("lyric", in("text", "la&#9;la")) : ""));
+    };
+    QByteArray all = in("work", in("work-title", chance.oneIn(3) ? "" : "A title"))
+        + in("movement-title", "Movement")
+        + in("identification", "<creator type='composer'>Somebody</creator>");
+    for (int parts = 1 + chance.below(3); parts > 0; --parts) {
+        QByteArray measures;
+        for (int bars = 3 + chance.below(6); bars > 0; --bars) {
+            QByteArray contents = chance.oneIn(3) ? attributes() : "";
+            for (int i = 3 + chance.below(9); i > 0; --i) {
+                contents += chance.oneIn(5) ? sign() : sounding();
+                if (chance.oneIn(7))
+                    contents += in(pick("backup backup forward"), in("duration", pick("1 2 4 8")));
+            }
+            measures += bar(contents, chance.oneIn(4) ? "" : "number='" + pick("1 2 3 7") + "'");
+        }
+        all += in("part", measures);
+    }
+    return in("score-partwise", all);
+}
+
+/// All that is known of a piece.
+QByteArray everythingIn(const WrittenPiece &piece)
+{
+    QByteArray all = (piece.title + piece.composer).c_str();
+    const auto add = [&](std::initializer_list<int> numbers) {
+        for (const int value : numbers)
+            all += QByteArray::number(value) + ' ';
+    };
+    for (const WrittenNote &each : piece.notes) {
+        add({each.at, each.length, each.bar, each.voice, each.part, each.pitch, each.step,
+            each.alter, each.staff, each.finger, each.dots, each.value, each.velocity,
+            int(each.hand), each.tiedBefore, each.tiedOn, each.slurBegins, each.slurEnds,
+            each.rolled, each.trill, each.staccato});
+        all += each.lyric.c_str();
+    }
+    for (const WrittenBar &each : piece.bars)
+        add({each.at, each.length, each.upbeat, each.number, each.beats, each.unit, each.fifths,
+            each.minor, each.repeatBegins, each.repeatEnds, int(each.endings), each.segno,
+            each.coda, each.toCoda, each.fine, each.daCapo, each.dalSegno});
+    for (const WrittenSign &each : piece.signs) {
+        add({int(each.kind), each.at, each.bar, int(each.tempo * 10)});
+        all += each.text.c_str();
+    }
+    for (const Stretch &each : phrasesOf(piece))
+        add({each.from, each.to});
+    return all;
+}
+
+/// All that a reader gets to hear of it, in all ways there are to go.
+QByteArray everythingTold(const std::shared_ptr<const WrittenPiece> &written, Chance &chance)
+{
+    QByteArray all;
+    Walk walk(written);
+    Description description;
+    for (int i = 0; i < 60; ++i) {
+        if (chance.oneIn(6))
+            walk.setUnit(static_cast<WalkUnit>(chance.below(4)));
+        if (chance.oneIn(8))
+            all += walk.setHands(static_cast<Hands>(chance.below(3))) ? 'h' : '-';
+        if (chance.oneIn(10))
+            all += walk.toBar(chance.below(9)) ? 'b' : '-';
+        if (chance.oneIn(12))
+            description.forget();
+        all += walk.step(chance.of(QList{1, 1, 1, 1, -1, 2})) ? '>' : '|';
+        const Stretch here = walk.here();
+        all += description.tell(walk, here, walk.hands()) + spelledChord(walk, here.from)
+            + placeOf(walk.barAt(here.from), here.from) + keyOf(walk.barAt(here.from));
+    }
     return all;
 }
 
@@ -212,6 +372,82 @@ private Q_SLOTS:
                     u"Bar two, pianissimo. grace note A; G."_s, u"Eighth rest."_s, u"E, quarter."_s,
                     u"Bar three, three two time. C five, dotted whole note."_s}));
         QCOMPARE(qChecksum(everythingOf(performed(written, Repeats::Played))), 8473);
+    }
+
+    void readsAnyScoreAsEver()
+    {
+        QList<int> sums;
+        for (unsigned seed = 0; seed < 80; ++seed) {
+            Chance chance(seed);
+            const auto result = read(anyScore(chance));
+            const auto *piece = std::get_if<WrittenPiece>(&result);
+            if (seed % 20 == 0)
+                sums << 0;
+            if (!piece)
+                continue;
+            const auto written = std::make_shared<const WrittenPiece>(*piece);
+            sums.last() = qChecksum(QByteArray::number(sums.last()) + everythingIn(*written)
+                + everythingOf(performed(written, Repeats::Played))
+                + everythingOf(performed(written, Repeats::Skipped))
+                + everythingTold(written, chance));
+        }
+        QCOMPARE(unlikeKept(u"scores"_s, sums), QString());
+    }
+
+    void writesDownAnythingAsEver()
+    {
+        QList<int> sums;
+        for (unsigned seed = 0; seed < 60; ++seed) {
+            Chance chance(seed);
+            Piece piece;
+            double at = chance.of(QList{0.0, 0.5});
+            const double bar = chance.of(QList{2.0, 1.5, 3.0});
+            for (int i = 0; i < 50; ++i) {
+                const int track = chance.below(1 + int(seed % 3));
+                const int channel = chance.oneIn(20) ? 9 : seed % 7 == 0 ? track : 0;
+                for (int pitch = 36 + chance.below(40), more = chance.below(4); more >= 0; --more)
+                    piece.notes.push_back(
+                        {at + 0.002 * more, chance.of(QList{0.1, 0.23, 0.48, 0.95, 1.9}),
+                            pitch += 1 + chance.below(9), 30 + chance.below(90), track, channel});
+                at += chance.of(QList{0.125, 0.25, 0.5, 0.5, 0.75, 1.0 / 3, 1.0, 2.5})
+                    + 0.003 * chance.below(9);
+            }
+            for (double line = 0; seed % 8 != 7 && line < at; line += bar)
+                piece.bars.push_back(line);
+            piece.beats = int(bar * 2);
+            if (seed % 5 == 0)
+                piece.trackNames = {chance
+                                        .of(QStringList{u"RH"_s, u"Piano left"_s, u"Upper"_s,
+                                            u"bass clef"_s, u"L.H."_s, u"x"_s})
+                                        .toStdString(),
+                    "lh"};
+            if (seed % 7 == 0)
+                piece.messages = {{0, {0xc0, 0, 0}}, {0, {0xc1, 7, 0}}, {0, {0xc2, 8, 0}}};
+            piece.spelling = static_cast<Spelling>(seed % 3);
+            measureLength(piece);
+            const auto written = writtenOf(piece);
+            if (seed % 15 == 0)
+                sums << 0;
+            sums.last() = qChecksum(QByteArray::number(sums.last()) + everythingIn(*written)
+                + hands(piece).toUtf8() + everythingOf(studied(piece))
+                + everythingTold(written, chance));
+        }
+        QCOMPARE(unlikeKept(u"transcripts"_s, sums), QString());
+    }
+
+    void namesLengths()
+    {
+        QByteArray all;
+        for (const int beat : {writtenQuarter, writtenQuarter / 2, writtenQuarter * 3 / 2}) {
+            for (int length = 100; length < 9 * writtenQuarter; length += 155)
+                all +=
+                    nameOf(length, beat).c_str() + QByteArray::number(nearestValue(length)) + ' ';
+            for (int value = 1; value <= 128; value *= 2) {
+                for (const int twelfths : {12, 18, 21, 8, 9})
+                    all += nameOf(writtenQuarter * twelfths / 3 / value, beat) + ' ';
+            }
+        }
+        QCOMPARE(unlikeKept(u"lengths"_s, {qChecksum(all)}), QString());
     }
 
     void refusesBadFiles_data()

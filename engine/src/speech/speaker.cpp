@@ -21,7 +21,7 @@ constexpr double dispatcherPatience = 10; ///< seconds in which the service tell
 
 } // namespace
 
-Speaker::Speaker(Wire &lines, SpeechDispatcher &desktop, Synthesiser &voice, SpeechOutput &output,
+Speaker::Speaker(Wire &lines, SpeechDispatcher &desktop, SpeechMaker &voice, SpeechOutput &output,
     const AudioClock &audioClock)
     : wire_(lines)
     , dispatcher_(desktop)

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "protocol/wire.h"
-#include "sound/mixer.h"
+#include "sound/speech_output.h"
 #include "speech/speech_dispatcher.h"
-#include "speech/synthesiser.h"
+#include "speech/speech_maker.h"
 #include "speech/text_to_speech.h"
 
 #include <cstdint>
@@ -20,7 +20,7 @@ namespace kelo::engine {
 /// seconds of the monotonic clock.
 class Speaker : public TextToSpeech {
 public:
-    Speaker(Wire &lines, SpeechDispatcher &desktop, Synthesiser &voice, SpeechOutput &output,
+    Speaker(Wire &lines, SpeechDispatcher &desktop, SpeechMaker &voice, SpeechOutput &output,
         const AudioClock &clock);
 
     void say(std::string_view text, double now) override;
@@ -72,7 +72,7 @@ private:
 
     Wire &wire_;
     SpeechDispatcher &dispatcher_;
-    Synthesiser &synthesiser_;
+    SpeechMaker &synthesiser_;
     SpeechOutput &output_;
     const AudioClock &clock_;
     std::optional<Utterance> utterance_;

@@ -102,7 +102,7 @@ Synthesiser::~Synthesiser()
 {
     if (!works())
         return;
-    cancel();
+    Synthesiser::begin(0, {});
     thread_.request_stop();
     thread_.join();
     espeak_Terminate();

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "speech/voices.h"
-#include "speech/word_marks.h"
+#include "speech/speech_maker.h"
 
 #include <condition_variable>
 #include <cstdint>
@@ -14,37 +13,20 @@
 
 namespace kelo::engine {
 
-/// A piece of an utterance, in the order in which they sound.
-struct SpeechChunk {
-    std::uint32_t utterance = 0;
-    std::vector<float> samples; ///< mono, at the output's rate
-    std::vector<WordMark> words;
-    std::string bands; ///< spectrum frames, sixteen letters each
-    bool last = false;
-};
-
 /// Turns text into sound with eSpeak NG, on a thread of its own and some seconds ahead.
-class Synthesiser {
+class Synthesiser : public SpeechMaker {
 public:
     /// `ready` is called on that thread whenever there is something to `take`.
     explicit Synthesiser(std::function<void()> ready);
-    ~Synthesiser();
+    ~Synthesiser() override;
     Synthesiser(const Synthesiser &) = delete;
     Synthesiser &operator=(const Synthesiser &) = delete;
 
-    [[nodiscard]] bool works() const { return rate_ > 0; }
-
-    /// Speaks with one of `voices` from the next text on.
-    void setVoice(std::size_t index);
-
-    void setStyle(const SpeechStyle &style);
-
-    /// Gives up what is being spoken and begins `text` (one line of valid UTF-8).
-    void begin(std::uint32_t utterance, std::string text);
-    void cancel() { begin(0, {}); }
-
-    /// What has been spoken since the last call, of the current utterance alone.
-    [[nodiscard]] std::vector<SpeechChunk> take();
+    [[nodiscard]] bool works() const override { return rate_ > 0; }
+    void setVoice(std::size_t index) override;
+    void setStyle(const SpeechStyle &style) override;
+    void begin(std::uint32_t utterance, std::string text) override;
+    [[nodiscard]] std::vector<SpeechChunk> take() override;
 
 private:
     struct Job;

@@ -39,7 +39,7 @@ const std::array<int, 7> &scaleOf(const Tonality &key)
 
 int floorDivide(int value, int by)
 {
-    return value >= 0 ? value / by : -((by - 1 - value) / by);
+    return (value - (value % by + by) % by) / by;
 }
 
 } // namespace
