@@ -77,6 +77,8 @@ void AppDelegate::launch(const Arguments &arguments, bool startedByLogin)
     connect(&voice_, &VoiceControl::microphonesChanged, &menuBar_, &MenuBar::refresh);
     connect(qApp, &QCoreApplication::aboutToQuit, this, &AppDelegate::end);
     session::onEndRequested(this, [this] { quit(); });
+    if (session::endRequested())
+        return;
     link_.start();
     voice_.resumeIfWanted();
 }

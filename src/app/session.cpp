@@ -4,22 +4,62 @@
 
 #include <fcntl.h>
 #include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
+#include <xcb/xcb.h>
 
+#include <algorithm>
 #include <array>
 #include <csignal>
+#include <cstdio>
+#include <memory>
 
 namespace kelo::session {
 
 namespace {
 
-// A signal handler may do no more than write a byte; the event loop reads it at the other end.
+constexpr unsigned longestEnd = 10; // seconds, far more than an end in order takes
+
+// A signal handler may do next to nothing; the event loop reads its byte at the other end.
 std::array<int, 2> signalSockets{-1, -1};
+volatile std::sig_atomic_t signalled = 0;
 
 void reportSignal(int)
 {
+    signalled = 1;
+    ::alarm(longestEnd); // ends a program whose event loop hangs
     const char byte = 1;
     [[maybe_unused]] const auto written = ::write(signalSockets[0], &byte, sizeof byte);
+}
+
+bool xAnswers()
+{
+    if (!qEnvironmentVariableIsSet("DISPLAY"))
+        return false;
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
+        xcb_connect(nullptr, nullptr), &xcb_disconnect);
+    return xcb_connection_has_error(connection.get()) == 0;
+}
+
+bool waylandAnswers()
+{
+    if (qEnvironmentVariableIsSet("WAYLAND_SOCKET"))
+        return true; // an open connection, for nobody else
+    if (!qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
+        return false;
+    QByteArray path = qgetenv("WAYLAND_DISPLAY");
+    if (!path.startsWith('/'))
+        path = qgetenv("XDG_RUNTIME_DIR") + '/' + path;
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.size() >= static_cast<qsizetype>(sizeof address.sun_path))
+        return false;
+    std::copy(path.cbegin(), path.cend(), static_cast<char *>(address.sun_path));
+    const int file = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool answers =
+        ::connect(file, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+    ::close(file);
+    return answers;
 }
 
 } // namespace
@@ -37,28 +77,45 @@ bool prepareDisplay()
 {
     if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         return true;
-    // Only X11 lets a program place a window of its own, which the caption panel needs.
-    if (qEnvironmentVariableIsSet("DISPLAY"))
+    // Only X11 lets a program place a window of its own, which the caption panel needs. What does
+    // not answer is not left to the toolkit, which would abort.
+    if (xAnswers())
         return qputenv("QT_QPA_PLATFORM", "xcb");
-    return qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+    if (waylandAnswers())
+        return qputenv("QT_QPA_PLATFORM", "wayland");
+    std::fputs("kelo: there is no display to show anything on\n", stderr);
+    for (const char *variable : {"DISPLAY", "WAYLAND_DISPLAY"}) {
+        if (const QByteArray named = qgetenv(variable); !named.isEmpty())
+            std::fprintf(stderr, "kelo: nobody answers at %s=%s\n", variable, named.constData());
+    }
+    return false;
 }
 
-void onEndRequested(QObject *context, std::function<void()> quit)
+void catchEndRequests()
 {
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, signalSockets.data()) != 0)
         return;
-    auto *notifier = new QSocketNotifier(signalSockets[1], QSocketNotifier::Read, context);
-    QObject::connect(
-        notifier, &QSocketNotifier::activated, context, [notifier, quit = std::move(quit)] {
-            notifier->setEnabled(false);
-            quit();
-        });
     struct sigaction action { };
     action.sa_handler = reportSignal;
     sigemptyset(&action.sa_mask);
     action.sa_flags = SA_RESTART;
     for (const int signal : {SIGTERM, SIGINT, SIGHUP})
         sigaction(signal, &action, nullptr);
+}
+
+bool endRequested()
+{
+    return signalled != 0;
+}
+
+void onEndRequested(QObject *context, std::function<void()> quit)
+{
+    auto *notifier = new QSocketNotifier(signalSockets[1], QSocketNotifier::Read, context);
+    QObject::connect(
+        notifier, &QSocketNotifier::activated, context, [notifier, quit = std::move(quit)] {
+            notifier->setEnabled(false);
+            quit();
+        });
 }
 
 } // namespace kelo::session

@@ -12,11 +12,16 @@ namespace kelo::session {
 void openMissingStreams();
 
 /// To be called before the application object is made: choices of the window system that must
-/// stand by then. False when there is no display to show anything on.
+/// stand by then. False, and told why on standard error, when there is no display to show anything
+/// on.
 [[nodiscard]] bool prepareDisplay();
 
-/// Calls `quit` on the GUI thread when the system asks the process to end (SIGTERM, SIGINT,
-/// SIGHUP), for as long as `context` lives.
+/// From here on, the system's requests to end the process (SIGTERM, SIGINT, SIGHUP) wait for
+/// `onEndRequested`. One that is not followed within seconds ends the process all the same.
+void catchEndRequests();
+[[nodiscard]] bool endRequested();
+/// Calls `quit` on the GUI thread for such a request, earlier ones too, for as long as `context`
+/// lives.
 void onEndRequested(QObject *context, std::function<void()> quit);
 
 } // namespace kelo::session

@@ -72,10 +72,10 @@ extern "C" int zu_main(int argc, char **argv)
         return kelo::WakeLab::run(
             *arguments.wakeTestReport, arguments.wakeTestName, arguments.quick);
     }
-    if (!kelo::session::prepareDisplay()) {
-        std::fputs("kelo: there is no display to show anything on\n", stderr);
+    if (!arguments.snapshotFolder)
+        kelo::session::catchEndRequests();
+    if (!kelo::session::prepareDisplay())
         return 1;
-    }
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setDesktopFileName(u"app.kelo.assistant"_s);
