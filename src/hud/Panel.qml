@@ -30,8 +30,9 @@ Item {
         x: 16
         width: Math.min(implicitWidth, panel.width - 32)
         height: 34
-        fontSizeMode: Text.HorizontalFit
-        minimumPixelSize: 8
+        wrapMode: Text.Wrap
+        maximumLineCount: 2
+        elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter
         text: panel.title
         font: Hud.mono(12, Font.Normal, 3)

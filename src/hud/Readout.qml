@@ -1,7 +1,7 @@
 import QtQuick
 import Kelo.Hud
 
-// A label and its value on one line. A long value shrinks, then ends in dots.
+// A label and its value. A long label takes a second line; a long value shrinks, then ends in dots.
 Item {
     id: readout
 
@@ -12,7 +12,7 @@ Item {
     readonly property string line: value.slice(0, 160) // no engine can make us lay out a book
 
     implicitWidth: 220
-    implicitHeight: 30
+    implicitHeight: Math.max(30, caption.implicitHeight + 8)
 
     Accessible.role: Accessible.Paragraph
     Accessible.name: qsTr("%1: %2").arg(label).arg(line)
@@ -21,17 +21,22 @@ Item {
     HudText {
         id: caption
 
-        width: Math.min(implicitWidth, readout.width * 0.62)
+        // As much as the value leaves when it is at its smallest.
+        width: Math.min(implicitWidth, Math.max(readout.width * 0.4,
+            readout.width - reading.anchors.leftMargin - reading.implicitWidth * 11 / 14))
         height: parent.height
         verticalAlignment: Text.AlignVCenter
-        fontSizeMode: Text.HorizontalFit
-        minimumPixelSize: 7
+        wrapMode: Text.Wrap
+        maximumLineCount: 2
+        elide: Text.ElideRight
         text: readout.label
         font: Hud.mono(11.5, Font.Normal, 1.5)
         color: Hud.dim
     }
 
     HudText {
+        id: reading
+
         anchors.left: caption.right
         anchors.leftMargin: 12
         anchors.right: parent.right
@@ -41,7 +46,7 @@ Item {
         text: readout.line
         font: Hud.mono(14)
         fontSizeMode: Text.HorizontalFit
-        minimumPixelSize: 8
+        minimumPixelSize: 11
         elide: Text.ElideRight
         color: readout.lit ? Hud.soft : Hud.dim
     }
