@@ -97,6 +97,9 @@ void WelcomeQuestions::say()
         QString spoken = words;
         spoken.remove(u'“').remove(u'”').replace(u'\n', u' ').replace(u'\r', u' ');
         speak(spoken);
+        // The others' keys are told with the control that takes the keyboard focus.
+        if (step_ >= Step::Birthday && readerRuns())
+            Q_EMIT choiceAnnounced(now.hint);
     }
     Q_EMIT asked();
 }

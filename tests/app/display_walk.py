@@ -4,7 +4,9 @@ It needs a bus and a screen of its own."""
 
 import functools
 import os
+import pathlib
 import signal
+import socket
 import subprocess
 import sys
 import time
@@ -228,8 +230,11 @@ def answers(program):
     until(lambda: has(program.find(field.get_name()), Atspi.StateType.FOCUSED), "the field's focus")
     press("Right", "Right", "Return")  # Harmony
     until(lambda: has(program.find("Your town or city"), Atspi.StateType.FOCUSED), "the focus")
-    press("p", "Down", "Return")  # in Fahrenheit
+    press("p", "Down")  # in Fahrenheit
+    listener = Listener("object:announcement")
+    press("Return")
     program.find("When’s your birthday?")
+    until(lambda: any("up and down the day" in each for each in listener.heard), "its keys")
     press("Right", "Right", "Right", *["Up"] * 6, "Return")  # the 7th of March
     program.find("I use a screen reader. ")
     press("Escape")
@@ -266,7 +271,10 @@ def beginnings(start):
     assert version.returncode == 0 and version.stdout.startswith("kelo 0."), version
     blind = {name: value for name, value in os.environ.items()
              if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
-    assert subprocess.run([start.program], env=blind, timeout=60).returncode == 1
+    for nobody in ({}, {"DISPLAY": ":4711"}, {"WAYLAND_DISPLAY": "wayland-4711"}):
+        ended = subprocess.run([start.program], env=blind | nobody, timeout=60,
+                               capture_output=True, text=True)
+        assert ended.returncode == 1 and all(name in ended.stderr for name in nobody), ended
     with start(arguments=["--hidden"]) as program:
         assert not shown_windows()
         assert run(KELO_HOME=str(program.home / "data")).returncode == 0
@@ -288,8 +296,26 @@ def beginnings(start):
     assert nowhere.wait(60) == 0
 
 
+def asked_to_end(program, **environment):
+    """A start that is asked to end as soon as it can take it."""
+    started = subprocess.Popen([program], env=dict(os.environ, **environment))
+    caught = pathlib.Path(f"/proc/{started.pid}/status")
+    until(lambda: int(caught.read_text().split("SigCgt:")[1].split()[0], 16)
+          & 1 << signal.SIGTERM - 1, "its care for requests to end")
+    started.terminate()
+    return started.wait(60)
+
+
 def ends(start):
     """Each signal ends it in order, and so does a hidden one's engine."""
+    assert asked_to_end(start.program, KELO_PAYLOAD="/nowhere") == 0
+    with socket.socket(socket.AF_UNIX) as silent:  # a display that nobody can wait for
+        path = os.path.join(os.environ["HOME"], "silent")
+        pathlib.Path(path).unlink(missing_ok=True)
+        silent.bind(path)
+        silent.listen()
+        ended = asked_to_end(start.program, DISPLAY=path, QT_QPA_PLATFORM="xcb")
+        assert ended == -signal.SIGALRM, ended
     for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
         with start() as program:
             program.process.send_signal(number)
