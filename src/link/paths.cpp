@@ -27,8 +27,13 @@ QString dataDirectory(const QProcessEnvironment &environment)
     }
     if (!readable)
         qCWarning(linkLog) << "KELO_HOME is not UTF-8: using" << directory;
-    QDir().mkpath(directory);
-    return directory;
+    if (QDir().mkpath(directory) || (environment.contains(u"KELO_HOME"_s) && readable))
+        return directory;
+    const QString untilLogout = environment.value(u"XDG_RUNTIME_DIR"_s) + "/Kelo"_L1;
+    if (!environment.contains(u"XDG_RUNTIME_DIR"_s) || !QDir().mkpath(untilLogout))
+        return directory;
+    qCWarning(linkLog) << "nothing can be kept in" << directory << "- using" << untilLogout;
+    return untilLogout;
 }
 
 const QString &baseDir()

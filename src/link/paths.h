@@ -10,7 +10,8 @@ namespace kelo {
 /// The data directory that the display and the engine share: "KELO_HOME" when set, made absolute,
 /// otherwise the system's place for per-user data followed by "/Kelo"; there too when the name is
 /// not UTF-8, for then the engine could not be told of it. Created when missing; an error in that
-/// is ignored and the path is used all the same.
+/// is ignored and the path is used all the same, but for the system's place: instead of that,
+/// "/Kelo" in "XDG_RUNTIME_DIR" serves until the user logs out.
 [[nodiscard]] QString dataDirectory(const QProcessEnvironment &environment);
 
 /// The data directory of this process, found once.

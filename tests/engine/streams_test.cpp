@@ -23,6 +23,22 @@ private Q_SLOTS:
         QVERIFY(!waitFor(u"word 0 4 \\d+"_s).isEmpty());
     }
 
+    void saysWhereNothingIsKept()
+    {
+        QVERIFY(engine->end().isEmpty());
+        const QString folder = engine->path(u"Kelo"_s);
+        for (const QMap<QString, QString> &home :
+            {QMap<QString, QString>{}, {{u"KELO_HOME"_s, u"/proc/nowhere"_s}},
+                {{u"KELO_HOME"_s, folder}, {u"XDG_RUNTIME_DIR"_s, engine->path(u""_s)}}}) {
+            engine->start({}, home);
+            const bool kept = home.isEmpty();
+            QCOMPARE(waitFor(u"say .*"_s).contains(u"won't be kept"_s), !kept);
+            send("~speak Your name?\n~setup Ann|Kelo||C||true||false\n"); // interrupts it
+            QCOMPARE(waitFor(u"say Welcome.*"_s).contains(u"won't be kept"_s), !kept);
+            QVERIFY(engine->end().isEmpty());
+        }
+    }
+
     void speaksWordByWord()
     {
         waitFor(u"now .*"_s);

@@ -64,6 +64,13 @@ private Q_SLOTS:
                               "a"));
         QVERIFY(dataDirectory(environment).endsWith("/Kelo"_L1));
 
+        qputenv("XDG_DATA_HOME", "/proc");
+        environment.remove(u"KELO_HOME"_s);
+        QCOMPARE(dataDirectory(environment), u"/proc/Kelo"_s);
+        environment.insert(u"XDG_RUNTIME_DIR"_s, folder.path());
+        QCOMPARE(dataDirectory(environment), folder.filePath(u"Kelo"_s));
+        QVERIFY(QDir(folder.filePath(u"Kelo"_s)).exists());
+
         for (const QString &payload : {u"some/where"_s, QString()}) {
             environment.insert(u"KELO_PAYLOAD"_s, payload);
             QCOMPARE(payloadDirectory(environment), payload);

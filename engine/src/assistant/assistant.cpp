@@ -117,6 +117,8 @@ void Assistant::greet(std::string_view trouble, const Moment &now)
         const int year = static_cast<int>(now.today().year());
         if (isBirthday(*settings_, now.today()) && settings_->wishedIn != year)
             settings_.change([year](Profile &profile) { profile.wishedIn = year; });
+    } else {
+        troubleLeft_ = trouble; // the first question is about to interrupt
     }
     say(greeting.append(trouble), now);
 }
@@ -293,6 +295,8 @@ void Assistant::setUp(std::string_view fields, const Moment &now)
         + ".";
     if (settings_->naturalVoice)
         words += " " + std::string(TalkRequests::noOtherVoice);
+    if (!troubleLeft_.empty())
+        words += " " + std::exchange(troubleLeft_, {});
     say(words, now);
 }
 

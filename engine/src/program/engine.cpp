@@ -21,7 +21,8 @@ Moment currentMoment()
         day + hours(local.tm_hour) + minutes(local.tm_min) + std::chrono::seconds(local.tm_sec)};
 }
 
-std::string troubleWith(const Output &output, const Mixer &mixer, const Piano &piano)
+std::string troubleWith(
+    const Output &output, const Mixer &mixer, const Piano &piano, const std::filesystem::path &home)
 {
     std::string trouble;
     if (!output.audible())
@@ -29,6 +30,8 @@ std::string troubleWith(const Output &output, const Mixer &mixer, const Piano &p
     if (!mixer.sounds())
         trouble += "I found no soundfont, so you won't hear music. The package timgm6mb-soundfont "
                    "has one. ";
+    if (!keepsFiles(home))
+        trouble += "I can't write to my folder, so what you set and play now won't be kept. ";
     return trouble.append(piano.trouble());
 }
 
@@ -51,7 +54,7 @@ Engine::Engine(Wire &lines, std::function<void()> news, bool showsItself)
     audible_ = output_.audible();
     assistant_.begin(demo_ ? "Demo piano" : piano_.name(), !demo_, now);
     if (!demo_)
-        assistant_.greet(troubleWith(output_, mixer_, piano_), now);
+        assistant_.greet(troubleWith(output_, mixer_, piano_, home_), now);
 }
 
 void Engine::advance(std::span<const Input> inputs)

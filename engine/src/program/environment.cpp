@@ -39,6 +39,23 @@ std::filesystem::path homeFolder()
     return std::filesystem::path(setting("HOME")) / ".local" / "share" / "Kelo";
 }
 
+bool keepsFiles(const std::filesystem::path &folder)
+{
+    if (folder == std::filesystem::path(setting("XDG_RUNTIME_DIR")) / "Kelo")
+        return false;
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    std::string name = (folder / "trial-XXXXXX").string();
+    const int file = mkstemp(name.data());
+    if (file < 0)
+        return false;
+    constexpr std::array<char, 4096> page{}; // which a full disk may not have
+    const bool written = write(file, page.data(), page.size()) == std::ssize(page);
+    close(file);
+    unlink(name.c_str());
+    return written;
+}
+
 DataFolder::DataFolder(bool scratch)
     : scratch_(scratch)
     , path_(homeFolder())

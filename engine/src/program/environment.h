@@ -20,6 +20,10 @@ namespace kelo::engine {
 /// Where the engine keeps its files.
 [[nodiscard]] std::filesystem::path homeFolder();
 
+/// Whether what is written to that folder lasts: it can be made and takes files, and it isn't the
+/// display's makeshift, which goes when the user logs out.
+[[nodiscard]] bool keepsFiles(const std::filesystem::path &folder);
+
 /// The folder with the engine's files: the user's, or an empty one that is gone with this.
 class DataFolder {
 public:
