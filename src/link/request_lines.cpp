@@ -30,11 +30,12 @@ QString trimmedWithinLine(QStringView text)
 bool RequestLines::handle(std::string_view keyword, QByteArrayView rest, double now)
 {
     using Is = RequestLines;
-    static constexpr std::array<Keyword<Is>, 8> table{{
+    static constexpr std::array<Keyword<Is>, 9> table{{
         {"window", &Is::window},
         {"earreset", &Is::earReset},
         {"vocab", &Is::vocab},
         {"ears", &Is::ears},
+        {"microphone", &Is::microphone},
         {"access", &Is::access},
         {"welcome", &Is::welcome},
         {"update", &Is::update},
@@ -59,6 +60,12 @@ void RequestLines::ears(QByteArrayView rest, double /*now*/)
 {
     if (VoiceInput *input = link_.voiceInput(); input && rest == "off")
         input->stop();
+}
+
+void RequestLines::microphone(QByteArrayView rest, double /*now*/)
+{
+    if (VoiceInput *input = link_.voiceInput())
+        input->useMicrophone(parse::text(rest, bounds::name));
 }
 
 void RequestLines::access(QByteArrayView rest, double /*now*/)

@@ -8,8 +8,8 @@ namespace kelo {
 
 class LinkEditor;
 
-/// The lines by which the engine asks for something: earreset, vocab, ears, access, welcome,
-/// update, relaunch, window.
+/// The lines by which the engine asks for something: earreset, vocab, ears, microphone, access,
+/// welcome, update, relaunch, window.
 class RequestLines {
 public:
     explicit RequestLines(LinkEditor &link)
@@ -24,6 +24,7 @@ private:
     void earReset(QByteArrayView rest, double now);
     void vocab(QByteArrayView rest, double now);
     void ears(QByteArrayView rest, double now);
+    void microphone(QByteArrayView rest, double now);
     void access(QByteArrayView rest, double now);
     void welcome(QByteArrayView rest, double now);
     void update(QByteArrayView rest, double now);

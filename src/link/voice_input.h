@@ -16,6 +16,9 @@ public:
     virtual void listen() = 0;
     /// Phrases that the recogniser should expect from the next session on.
     virtual void setVocabulary(const QStringList &phrases) = 0;
+    /// Listens with another microphone from now on: "next", or a word for the kind that is wanted;
+    /// says which one that is, as it does when nothing is wanted.
+    virtual void useMicrophone(const QString &wanted) = 0;
 
 protected:
     VoiceInput() = default;

@@ -1,5 +1,6 @@
 #include "voice/voice_control.h"
 
+#include "voice/capture/microphone_wish.h"
 #include "voice/ear_line.h"
 
 #include <QCoreApplication>
@@ -258,7 +259,7 @@ void VoiceControl::voiceFinished()
 
 QString VoiceControl::microphoneInUse() const
 {
-    return capture_.isRunning() ? capture_.microphoneName() : QString();
+    return capture_.isRunning() ? capture_.microphone().name : QString();
 }
 
 void VoiceControl::chooseMicrophone(const QString &id)
@@ -267,6 +268,36 @@ void VoiceControl::chooseMicrophone(const QString &id)
     if (setup_.settings)
         setup_.settings->setValue(u"microphone"_s, id);
     capture_.prefer(id);
+}
+
+void VoiceControl::useMicrophone(const QString &wanted)
+{
+    capture_.refresh([this, wanted] {
+        setup_.send("~speak "_L1 + microphoneAnswer(wanted).simplified() + u'\n');
+    });
+}
+
+QString VoiceControl::microphoneAnswer(const QString &wanted)
+{
+    const auto &devices = microphones();
+    const MicrophoneDevice *suggested = chosenMicrophone(devices, wantedMicrophone_);
+    if (!suggested)
+        return tr("I find no microphone.");
+    const MicrophoneDevice current = capture_.isRunning() ? capture_.microphone() : *suggested;
+    if (wanted.isEmpty())
+        return tr("I listen with %1.").arg(current.name);
+    const bool usual = wanted == "usual"_L1;
+    const MicrophoneDevice *wished =
+        usual ? chosenMicrophone(devices, {}) : wishedMicrophone(devices, current.id, wanted);
+    if (!wished)
+        return tr("I find no such microphone. I still listen with %1.").arg(current.name);
+    const bool already = wished->id == current.id;
+    const QString answer =
+        (already ? tr("I listen with %1 already.") : tr("From now on I listen with %1."))
+            .arg(wished->name);
+    if (!already || wanted != "next"_L1) // there is no other
+        chooseMicrophone(usual ? QString() : wished->id);
+    return answer;
 }
 
 void VoiceControl::microphoneOpened()

@@ -80,6 +80,7 @@ public:
     /// the one that suggests itself (`chosenMicrophone`).
     [[nodiscard]] const QString &wantedMicrophone() const { return wantedMicrophone_; }
     void chooseMicrophone(const QString &id);
+    void useMicrophone(const QString &wanted) override;
 
     /// Appends a line to the voice log.
     void log(const QString &text) const { log_.add(text); }
@@ -122,6 +123,7 @@ private:
     }
 
     void askForMicrophone();
+    [[nodiscard]] QString microphoneAnswer(const QString &wanted);
     void microphoneOpened();
     void withoutMicrophone();
     void startWatchdog();

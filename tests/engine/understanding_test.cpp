@@ -61,6 +61,8 @@ QString text(const std::optional<Request> &request)
         all += u" parts=%1"_s.arg(*request->parts);
     if (request->pitch)
         all += u" pitch=%1"_s.arg(*request->pitch);
+    if (request->microphone)
+        all += u" microphone="_s + QString::fromUtf8(*request->microphone);
     if (request->mood)
         all += u" mood="_s + moods[static_cast<qsizetype>(*request->mood)];
     if (request->key)

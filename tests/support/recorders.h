@@ -60,6 +60,10 @@ public:
         calls << (phrases.size() > 9 ? QStringLiteral("%1 phrases").arg(phrases.size())
                                      : QStringLiteral("vocabulary ") + phrases.join(u','));
     }
+    void useMicrophone(const QString &wanted) override
+    {
+        calls << QStringLiteral("microphone ") + wanted;
+    }
 
 private:
     void note(const QString &call, bool onThen)

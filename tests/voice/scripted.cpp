@@ -139,7 +139,7 @@ QStringList VoiceFixture::trace()
     for (const QString &key : {u"voice"_s, u"microphone"_s}) {
         const QString value = link.setting(key).toString();
         if (std::exchange(known_["setting "_L1 + key], value) != value)
-            trace_.append("setting "_L1 + key + u' ' + value);
+            trace_.append("setting "_L1 + key + u' ' + (value.isEmpty() ? u"-"_s : value));
     }
     const QByteArray log = link.read(u"voice-log.txt"_s);
     for (const QString &line : QString::fromUtf8(log.sliced(std::min(logRead_, log.size())))

@@ -23,6 +23,17 @@ void DisplayRequests::highContrast(const Request &request, const Moment &now)
     session_.say(on ? "High contrast." : "Normal contrast.", now);
 }
 
+/// The display knows which there are, and says which it took.
+void DisplayRequests::useMicrophone(const Request &request, const Moment &)
+{
+    session_.wire.send("microphone", request.microphone.value_or("next"));
+}
+
+void DisplayRequests::whichMicrophone(const Request &, const Moment &)
+{
+    session_.wire.send("microphone", "");
+}
+
 void DisplayRequests::fullScreen(const Request &request, const Moment &now)
 {
     const bool on = request.on.value_or(true);

@@ -14,6 +14,8 @@ public:
 
     void largeCaptions(const Request &request, const Moment &now);
     void highContrast(const Request &request, const Moment &now);
+    void useMicrophone(const Request &request, const Moment &now);
+    void whichMicrophone(const Request &request, const Moment &now);
     void fullScreen(const Request &request, const Moment &now);
     void visualiser(const Request &request, const Moment &now);
     void showWindow(const Request &request, const Moment &now);
@@ -23,6 +25,8 @@ public:
     static constexpr Handler<DisplayRequests> handlers[] = {
         {Action::LargeCaptions, &DisplayRequests::largeCaptions},
         {Action::HighContrast, &DisplayRequests::highContrast},
+        {Action::UseMicrophone, &DisplayRequests::useMicrophone},
+        {Action::WhichMicrophone, &DisplayRequests::whichMicrophone},
         {Action::FullScreen, &DisplayRequests::fullScreen},
         {Action::Visualiser, &DisplayRequests::visualiser},
         {Action::ShowWindow, &DisplayRequests::showWindow},

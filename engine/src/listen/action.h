@@ -123,6 +123,8 @@ enum class Action : std::uint8_t {
     // The display.
     LargeCaptions,
     HighContrast,
+    UseMicrophone,
+    WhichMicrophone,
     FullScreen,
     Visualiser,
     ShowWindow,

@@ -44,6 +44,12 @@ constexpr std::pair<std::string_view, Mood> moods[] = {{"sad", Mood::Sad},
     {"relaxing", Mood::Calm}, {"waltz", Mood::Waltz}, {"march", Mood::March},
     {"proud", Mood::March}, {"mysterious", Mood::Mysterious}, {"spooky", Mood::Mysterious},
     {"dark", Mood::Mysterious}, {"strange", Mood::Mysterious}};
+constexpr std::pair<std::string_view, std::string_view> microphones[] = {{"next", "next"},
+    {"other", "next"}, {"another", "next"}, {"different", "next"}, {"usb", "usb"},
+    {"built", "built-in"}, {"internal", "built-in"}, {"laptop", "built-in"},
+    {"computer", "built-in"}, {"bluetooth", "bluetooth"}, {"headset", "headset"},
+    {"headphone", "headset"}, {"headphones", "headset"}, {"webcam", "camera"}, {"camera", "camera"},
+    {"usual", "usual"}, {"default", "usual"}, {"system", "usual"}};
 
 std::string_view at(std::span<const Word> words, std::size_t index)
 {
@@ -193,6 +199,18 @@ std::optional<Detail<Mood>> moodIn(std::span<const Word> words)
     for (std::size_t i = 0; i < words.size(); ++i) {
         if (const auto mood = named<Mood>(words[i].text, moods))
             return Detail<Mood>{*mood, i};
+    }
+    return {};
+}
+
+std::optional<Detail<std::string_view>> microphoneIn(std::span<const Word> words)
+{
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        std::string_view word = words[i].text;
+        if (word.ends_with("'s"))
+            word.remove_suffix(2);
+        if (const auto known = named<std::string_view>(word, microphones))
+            return Detail<std::string_view>{*known, i};
     }
     return {};
 }

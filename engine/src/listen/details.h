@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <span>
+#include <string_view>
 
 namespace kelo::engine {
 
@@ -38,6 +39,9 @@ template <typename Value> struct Detail {
 
 /// "something sad".
 [[nodiscard]] std::optional<Detail<Mood>> moodIn(std::span<const Word> words);
+
+/// "next", "usb", "built in": which microphone, in the word that the display knows.
+[[nodiscard]] std::optional<Detail<std::string_view>> microphoneIn(std::span<const Word> words);
 
 /// A number that belongs to nothing above; "to" and "for" count after "song" and the like.
 /// "This one" is no number, "half speed" is fifty.

@@ -38,7 +38,7 @@ enum Takes : unsigned {
 
 /// One way to ask. `words` are what must be said, in any order: alternatives are separated by
 /// "|"; "?" marks what may be left out, "#" is a number and "@" the name of a song. Other details
-/// are "$bars", "$note", "$metre", "$parts", "$key", "$mood" and "$hands".
+/// are "$bars", "$note", "$metre", "$parts", "$key", "$mood", "$hands" and "$microphone".
 struct Phrase {
     std::string_view words;
     std::string_view example; ///< how the command page and the recogniser have it, if at all

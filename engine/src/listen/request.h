@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string_view>
 
 namespace kelo::engine {
 
@@ -32,6 +33,7 @@ struct Request {
     std::optional<int> pitch{};
     std::optional<Tonality> key{};
     std::optional<Mood> mood{};
+    std::optional<std::string_view> microphone{}; ///< in the word that the display knows
     std::optional<std::size_t> other{}; ///< a song that was named no less than `song`
     bool whole = true; ///< nothing was said that this does not explain
 

@@ -50,6 +50,7 @@ struct Details {
         , pitch(pitchIn(words))
         , key(keyIn(words))
         , mood(moodIn(words))
+        , microphone(microphoneIn(words))
         , number(numberIn(words))
         , song(songIn(words, songs, how))
     {
@@ -76,6 +77,7 @@ struct Details {
     std::optional<Detail<int>> pitch;
     std::optional<Detail<Tonality>> key;
     std::optional<Detail<Mood>> mood;
+    std::optional<Detail<std::string_view>> microphone;
     std::optional<Detail<int>> number;
     std::optional<Detail<int>> otherNumber; ///< beside the bars
     std::optional<Detail<int>> numberBesideMetre;
@@ -187,6 +189,8 @@ private:
             return keep(details_.key, request_.key);
         if (group == "$mood")
             return keep(details_.mood, request_.mood);
+        if (group == "$microphone")
+            return keep(details_.microphone, request_.microphone);
         if (group == "$hands")
             return keep(details_.hands, request_.hands);
         bool found = false;

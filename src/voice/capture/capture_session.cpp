@@ -71,10 +71,13 @@ void CaptureSession::stop()
     microphone_->close();
 }
 
-void CaptureSession::refresh()
+void CaptureSession::refresh(const std::function<void()> &then)
 {
-    microphone_->discover().then(
-        this, [this](const QList<MicrophoneDevice> &devices) { found(devices); });
+    microphone_->discover().then(this, [this, then](const QList<MicrophoneDevice> &devices) {
+        found(devices);
+        if (then)
+            then();
+    });
 }
 
 void CaptureSession::prefer(const QString &id)

@@ -28,10 +28,10 @@ public:
 
     /// The microphones that were there when last looked for.
     [[nodiscard]] const QList<MicrophoneDevice> &devices() const { return devices_; }
-    /// Looks for them anew, whether sound is wanted or not.
-    void refresh();
-    /// The name of the one in use, or last in use.
-    [[nodiscard]] const QString &microphoneName() const { return device_.name; }
+    /// Looks for them anew, whether sound is wanted or not; `then` is called when that is done.
+    void refresh(const std::function<void()> &then = {});
+    /// The one in use, or last in use.
+    [[nodiscard]] const MicrophoneDevice &microphone() const { return device_; }
     /// The one to use whenever it is there, by its id; empty for none in particular.
     void prefer(const QString &id);
 
@@ -39,7 +39,7 @@ Q_SIGNALS:
     void started();
     /// No microphone can be used for now.
     void unavailable();
-    /// `devices` or `microphoneName` are new.
+    /// `devices` or `microphone` are new.
     void changed();
 
 private:
