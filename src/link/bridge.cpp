@@ -1,9 +1,10 @@
 #include "link/bridge.h"
 
+#include "link/whole_file.h"
+
 #include <QDir>
 #include <QFile>
 #include <QLoggingCategory>
-#include <QSaveFile>
 
 #include <optional>
 
@@ -35,9 +36,8 @@ void installBridge(const QString &payload, const QString &baseDir)
     QDir().mkpath(folder);
     if (contents(folder + name) == shipped)
         return;
-    QSaveFile file(folder + name);
-    if (!file.open(QIODevice::WriteOnly) || file.write(*shipped) < 0 || !file.commit())
-        qCWarning(linkLog) << "could not install" << file.fileName() << file.errorString();
+    if (const auto problem = writeWhole(folder + name, *shipped))
+        qCWarning(linkLog) << "could not install" << folder + name << *problem;
 }
 
 } // namespace kelo

@@ -7,6 +7,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/resource.h>
+
+#include <csignal>
+
 using namespace Qt::StringLiterals;
 using namespace kelo;
 using namespace kelo::test;
@@ -75,6 +79,22 @@ private Q_SLOTS:
         QVERIFY(!nowhere.set(true));
         QVERIFY(!nowhere.on());
         QVERIFY(nowhere.set(false));
+    }
+
+    void keepsWhatThereWasOnAFullDisk()
+    {
+        QVERIFY(item(u"/usr/bin/kelo"_s).set(true));
+        const QByteArray before = readFile(item().path());
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit room{};
+        getrlimit(RLIMIT_FSIZE, &room);
+        const rlimit none{0, room.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &none);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"can't write"_s));
+        const bool written = item(u"/opt/kelo"_s).set(true);
+        setrlimit(RLIMIT_FSIZE, &room);
+        QVERIFY(!written);
+        QCOMPARE(readFile(item().path()), before);
     }
 
 private:

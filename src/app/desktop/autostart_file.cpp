@@ -1,11 +1,12 @@
 #include "app/desktop/autostart_file.h"
 
+#include "link/whole_file.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
@@ -89,12 +90,10 @@ bool AutostartFile::set(bool on)
 bool AutostartFile::write() const
 {
     QDir().mkpath(QFileInfo(path_).path());
-    QSaveFile file(path_);
-    if (!file.open(QIODevice::WriteOnly) || file.write(entry()) < 0 || !file.commit()) {
-        qCWarning(appLog) << "can't write" << path_ << file.errorString();
-        return false;
-    }
-    return true;
+    const auto problem = writeWhole(path_, entry());
+    if (problem)
+        qCWarning(appLog) << "can't write" << path_ << *problem;
+    return !problem;
 }
 
 QByteArray AutostartFile::entry() const

@@ -1,6 +1,7 @@
 #include "voice/name/wake_training.h"
 
-#include <QSaveFile>
+#include "link/whole_file.h"
+
 #include <QTextStream>
 
 #include <array>
@@ -91,11 +92,8 @@ QByteArray WakeTraining::exported() const
 
 void saveWhole(const QString &path, const QByteArray &contents)
 {
-    QSaveFile file(path);
-    // On a full disk it is only known after flushing.
-    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size() || !file.flush()
-        || !file.commit())
-        throw std::runtime_error(file.errorString().toStdString());
+    if (const auto problem = writeWhole(path, contents))
+        throw std::runtime_error(problem->toStdString());
 }
 
 SpeechModelFiles SpeechModelFiles::of(const QString &folder, const QString &name)

@@ -53,7 +53,7 @@ struct TaughtModel {
     friend bool operator==(const TaughtModel &, const TaughtModel &) = default;
 };
 
-/// Writes a file whole or not at all. Throws std::runtime_error.
+/// `writeWhole` that throws std::runtime_error.
 void saveWhole(const QString &path, const QByteArray &contents);
 
 } // namespace kelo
