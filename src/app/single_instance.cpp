@@ -16,6 +16,7 @@ namespace {
 constexpr const char *activationToken = "XDG_ACTIVATION_TOKEN";
 constexpr qint64 longestToken = 4096; // bytes
 constexpr int patience = 500; // milliseconds; a local socket answers at once or not at all
+constexpr int startPatience = 2000; // with another start, which takes next to no time
 
 QString socketName(const QString &dataDirectory)
 {
@@ -29,6 +30,7 @@ QString socketName(const QString &dataDirectory)
 SingleInstance::SingleInstance(const QString &dataDirectory, QObject *parent)
     : QObject(parent)
     , name_(socketName(dataDirectory))
+    , starting_(QDir::temp().filePath(name_ + u".lock"_s))
 {
     server_.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&server_, &QLocalServer::newConnection, this, [this] {
@@ -37,8 +39,9 @@ SingleInstance::SingleInstance(const QString &dataDirectory, QObject *parent)
     });
 }
 
-bool SingleInstance::raisedAnother() const
+bool SingleInstance::raisedAnother()
 {
+    starting_.tryLock(startPatience); // without it nothing but a second start at once goes wrong
     QLocalSocket socket;
     socket.connectToServer(name_);
     if (!socket.waitForConnected(patience))
@@ -46,7 +49,6 @@ bool SingleInstance::raisedAnother() const
     // The compositor let this start come forward, and it alone.
     socket.write(qgetenv(activationToken));
     socket.waitForBytesWritten(patience);
-    socket.disconnectFromServer();
     return true;
 }
 
@@ -66,6 +68,7 @@ void SingleInstance::listen()
     QLocalServer::removeServer(name_); // left behind by an instance that crashed
     if (!server_.listen(name_))
         qCWarning(appLog) << "a second start will not find this one:" << server_.errorString();
+    starting_.unlock();
 }
 
 } // namespace kelo

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLocalServer>
+#include <QLockFile>
 #include <QObject>
 
 namespace kelo {
@@ -15,7 +16,8 @@ public:
     explicit SingleInstance(const QString &dataDirectory, QObject *parent = nullptr);
 
     /// True when another instance was there and has been asked to come forward.
-    [[nodiscard]] bool raisedAnother() const;
+    /// One that is being started is waited for.
+    [[nodiscard]] bool raisedAnother();
     /// Becomes the instance that others find.
     void listen();
     /// Is none of those any more: a start from here on is a first one.
@@ -29,6 +31,7 @@ private:
     void hear(QLocalSocket *caller);
 
     QString name_;
+    QLockFile starting_; // held by who has found nobody, until others find it
     QLocalServer server_;
 };
 

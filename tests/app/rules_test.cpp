@@ -5,6 +5,7 @@
 #include "app/display_scale.h"
 #include "app/launch.h"
 #include "app/overlay_rules.h"
+#include "app/single_instance.h"
 #include "app/window_frame.h"
 #include "support/table.h"
 
@@ -12,6 +13,8 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <thread>
 
 using namespace Qt::StringLiterals;
 using namespace kelo;
@@ -22,6 +25,19 @@ class RulesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void twoStartsAtOnceAreOne()
+    {
+        const QTemporaryDir data;
+        SingleInstance first(data.path());
+        QVERIFY(!first.raisedAnother());
+        bool raised = false;
+        std::thread second([&] { raised = SingleInstance(data.path()).raisedAnother(); });
+        QTest::qSleep(150); // it has looked for the first one by now
+        first.listen();
+        second.join();
+        QVERIFY(raised);
+    }
+
     void readsTheCommandLine()
     {
         // flags|snapshots|their names|wake report|its name
