@@ -74,7 +74,7 @@ std::optional<QString> chordName(std::span<const qint64> pitches)
                 continue;
             // The more of what is played it explains the better; then the bass counts.
             const int score = 2 * std::popcount(chord) + (root == bass ? 1 : 0);
-            if (!best || score > bestScore) {
+            if (score > bestScore) {
                 bestScore = score;
                 bestRoot = root;
                 best = &quality;

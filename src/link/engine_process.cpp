@@ -134,7 +134,6 @@ void EngineProcess::watchOutput(bool on)
 
 void EngineProcess::closeOutput()
 {
-    draining_.stop();
     outputReady_.reset();
     closeFile(output_);
 }
@@ -225,7 +224,7 @@ QByteArrayView EngineProcess::readChunk()
 void EngineProcess::readOutput()
 {
     const QByteArrayView bytes = readChunk();
-    if (!listening_ || bytes.isEmpty())
+    if (bytes.isEmpty())
         return;
     lines_.append(bytes);
     handleLines(slice);
@@ -263,15 +262,9 @@ void EngineProcess::reportEnd(int code, QProcess::ExitStatus status)
         QTimer::singleShot(look, this, [this, code, status] { reportEnd(code, status); });
         return;
     }
-    for (int i = 0; i < lastChunks && listening_; ++i) {
-        const QByteArrayView bytes = readChunk();
-        if (bytes.isEmpty())
-            break;
-        lines_.append(bytes);
-        handleLines(withoutEnd);
-    }
+    for (int i = 0; i < lastChunks; ++i)
+        lines_.append(readChunk());
     handleLines(withoutEnd);
-    listening_ = false;
     closeOutput(); // a child of the engine may still write to it
     qCInfo(linkLog) << "engine ended with" << code << status;
     Q_EMIT ended(status == QProcess::NormalExit && code == 0 && !condemned_);

@@ -83,19 +83,19 @@ void ReadoutLines::name(QByteArrayView rest, double /*now*/)
     });
 }
 
-void ReadoutLines::beat(QByteArrayView rest, double /*now*/)
+void ReadoutLines::beat(QByteArrayView rest, double now)
 {
     link_.change(
         {&Link::beatChanged, &Link::flashChanged, &Link::flashAtChanged}, [&](LinkState &all) {
-            all.flash = {u"beat"_s, link_.time().now(), parse::integer(rest).value_or(-1)};
+            all.flash = {u"beat"_s, now, parse::integer(rest).value_or(-1)};
         });
 }
 
-void ReadoutLines::flash(QByteArrayView rest, double /*now*/)
+void ReadoutLines::flash(QByteArrayView rest, double now)
 {
     link_.change({&Link::flashChanged, &Link::flashAtChanged}, [&](LinkState &all) {
         all.flash.kind = parse::text(rest, bounds::readout);
-        all.flash.at = link_.time().now();
+        all.flash.at = now;
     });
 }
 

@@ -11,7 +11,7 @@ class Shell {
 public:
     virtual ~Shell() = default;
 
-    /// The main window exists and is not on screen (closed or hidden).
+    /// The main window is not on screen (closed or hidden).
     [[nodiscard]] virtual bool mainWindowHidden() const = 0;
     /// Brings the main window to the front with the keyboard focus.
     virtual void showMainWindow() = 0;
