@@ -169,7 +169,7 @@ void AppDelegate::tellHowToComeBack()
 
 bool AppDelegate::mainWindowHidden() const
 {
-    return window_ && !window_->isVisible();
+    return !window_->isVisible();
 }
 
 void AppDelegate::setFullScreen(bool on)
@@ -187,7 +187,7 @@ bool AppDelegate::handleKey(const KeyPress &press)
         keyAction(press, {link_.welcome, focus->kind(), link_.typing, link_.visual});
     switch (action.kind) {
     case Kind::PassOn:
-        return false;
+        break;
     case Kind::OfferToWelcome: {
         const Link::KeyTaker &taker = link_.welcomeKey;
         return taker && taker(press.key, press.text);
@@ -217,8 +217,7 @@ bool AppDelegate::handleKey(const KeyPress &press)
 
 void AppDelegate::showOverlay(double seconds)
 {
-    if (overlay_)
-        overlay_->show(seconds);
+    overlay_->show(seconds);
 }
 
 bool AppDelegate::setLoginItem(bool on)
@@ -295,14 +294,9 @@ void AppDelegate::choose(MenuAction action, const QString &id)
 void AppDelegate::relaunch()
 {
     // The new one shows what this one shows; the session's marks on this one say nothing of it.
-    QStringList arguments = QCoreApplication::arguments().sliced(1);
-    arguments.removeIf(
-        [](const QString &each) { return each == u"--hidden" || each == u"--show"; });
-    arguments += mainWindowHidden() ? u"--hidden"_s : u"--show"_s;
     QProcess::startDetached(u"/bin/sh"_s,
-        QStringList{
-            u"-c"_s, u"sleep 1.5; exec \"$0\" \"$@\""_s, QCoreApplication::applicationFilePath()}
-            + arguments);
+        {u"-c"_s, u"sleep 1.5; exec \"$0\" \"$1\""_s, QCoreApplication::applicationFilePath(),
+            mainWindowHidden() ? u"--hidden"_s : u"--show"_s});
     quit();
 }
 
@@ -315,9 +309,8 @@ void AppDelegate::quit()
 
 void AppDelegate::end()
 {
-    window_->keepPlace();
-    settings_.sync();
     window_->hide(); // on a busy machine the system takes its time with what is left
+    settings_.sync();
     link_.stop();
 }
 

@@ -48,7 +48,6 @@ void MainWindow::setFullScreen(bool on)
 
 void MainWindow::keepPlace()
 {
-    placeTimer_.stop();
     WindowFrame::save(*this, settings_);
 }
 

@@ -11,8 +11,8 @@ class QSettings;
 
 namespace kelo {
 
-/// The main window: comes forward and goes away, keeps where it stands in the settings, and lets
-/// nothing move in it while other windows cover it.
+/// The main window: comes forward and goes away, keeps where it stands in the settings when it has
+/// moved and when it hides, and lets nothing move in it while other windows cover it.
 class MainWindow : public QQuickView {
     Q_OBJECT
 
@@ -31,8 +31,6 @@ public:
     void minimise();
     /// Ignored while the window does not show.
     void setFullScreen(bool on);
-    /// Writes down where it stands. This happens by itself when it has moved and when it hides.
-    void keepPlace();
 
 Q_SIGNALS:
     /// The user has closed it.
@@ -42,6 +40,7 @@ protected:
     bool event(QEvent *event) override;
 
 private:
+    void keepPlace();
     void look();
 
     QSettings &settings_;

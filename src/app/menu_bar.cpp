@@ -18,8 +18,6 @@ MenuBar::MenuBar(std::function<MenuFacts()> facts, QObject *parent)
     connect(&presence_, &TrayPresence::arrived, this, &MenuBar::makeIcon);
 }
 
-MenuBar::~MenuBar() = default;
-
 void MenuBar::setUp()
 {
     name_ = facts_().assistant;

@@ -18,7 +18,6 @@ class MenuBar : public QObject {
 public:
     /// `facts` is asked for the truth each time the menu opens.
     explicit MenuBar(std::function<MenuFacts()> facts, QObject *parent = nullptr);
-    ~MenuBar() override;
 
     void setUp();
     /// Shows the truth as it has become meanwhile, even while the menu is open.

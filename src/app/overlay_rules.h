@@ -29,7 +29,6 @@ public:
     bool check(bool speaking, const PanelFacts &facts);
 
     [[nodiscard]] bool visible() const { return visible_; }
-    [[nodiscard]] double hideAt() const { return hideAt_; }
 
 private:
     bool visible_ = false;

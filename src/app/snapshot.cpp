@@ -32,10 +32,8 @@ namespace {
 /// A link that no engine and no user has ever touched.
 LinkSetup freshSetup(const QTemporaryDir &home, TimeSource &time)
 {
-    const QString settings = home.filePath(u"settings.ini"_s);
-    QFile::remove(settings);
     return {home.path(), home.path(), {},
-        std::make_unique<QSettings>(settings, QSettings::IniFormat), time};
+        std::make_unique<QSettings>(home.filePath(u"settings.ini"_s), QSettings::IniFormat), time};
 }
 
 /// Brings all that moves in `item` to the time of its link.
@@ -62,10 +60,10 @@ void pass(double seconds, ManualTime &time, Link &link, QQuickView &window)
 /// The window as it would show, without showing it.
 Snapshot picture(QQuickView &window)
 {
-    QImage image = window.grabWindow();
+    window.grabWindow();
     // What was laid out during the first frame is drawn for good in the second.
     refresh(*window.rootObject());
-    image = window.grabWindow();
+    const QImage image = window.grabWindow();
     const auto api = window.rendererInterface()->graphicsApi();
     return {image.convertToFormat(QImage::Format_RGB888), api == QSGRendererInterface::Software};
 }

@@ -48,11 +48,6 @@ TrayPresence::TrayPresence(QObject *parent)
 {
 }
 
-TrayPresence::~TrayPresence()
-{
-    qGuiApp->removeNativeEventFilter(this);
-}
-
 void TrayPresence::watch()
 {
     connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, &TrayPresence::lookOnBus);

@@ -13,7 +13,6 @@ class TrayPresence : public QObject, public QAbstractNativeEventFilter {
 
 public:
     explicit TrayPresence(QObject *parent = nullptr);
-    ~TrayPresence() override;
 
     /// A tray was there when last heard of.
     [[nodiscard]] bool present() const { return onBus_ || onX11_; }

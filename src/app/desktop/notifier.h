@@ -33,7 +33,7 @@ private Q_SLOTS:
     void activationToken(uint id, const QString &token) const;
 
 private:
-    /// The ways to show a message, in the order in which they are tried.
+    /// The ways to show a message. Where one fails the other is tried.
     enum class Way { Service, Portal };
 
     void send(Way way, const Message &message, bool last);
