@@ -7,9 +7,6 @@ import Kelo.Hud
 Item {
     id: corners
 
-    property color color: Hud.green
-    property real stroke: 12
-
     anchors.fill: parent
 
     Repeater {
@@ -22,8 +19,8 @@ Item {
             readonly property bool east: index % 2 === 1
             readonly property bool south: index >= 2
 
-            width: corners.stroke
-            height: corners.stroke
+            width: 12
+            height: 12
             x: east ? corners.width - width : 0
             y: south ? corners.height - height : 0
 
@@ -31,14 +28,14 @@ Item {
                 width: parent.width
                 height: 1
                 y: corner.south ? parent.height - 1 : 0
-                color: corners.color
+                color: Hud.green
             }
 
             Rectangle {
                 width: 1
                 height: parent.height
                 x: corner.east ? parent.width - 1 : 0
-                color: corners.color
+                color: Hud.green
             }
         }
     }

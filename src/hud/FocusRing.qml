@@ -4,8 +4,6 @@ import Kelo.Hud
 // Put into a control, it outlines the control while that has the keyboard focus. The gap between
 // the two outlines makes it a shape of its own, whatever the colours.
 Rectangle {
-    id: ring
-
     property Item target: parent as Item
 
     anchors.fill: target

@@ -8,9 +8,6 @@ import Kelo.Hud
 HudText {
     id: glow
 
-    property color shadow: Hud.green
-    property real strength: 0.7
-
     Repeater {
         model: 24
 
@@ -33,8 +30,8 @@ HudText {
             minimumPointSize: glow.minimumPointSize
             verticalAlignment: glow.verticalAlignment
             wrapMode: glow.wrapMode
-            color: glow.shadow
-            opacity: glow.strength * (index < 12 ? 0.06 : 0.025)
+            color: Hud.green
+            opacity: index < 12 ? 0.042 : 0.0175
         }
     }
 }

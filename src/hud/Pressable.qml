@@ -12,7 +12,6 @@ T.AbstractButton {
     property string hint // what they add to that
     property bool on: false // with `checkable`: what the button switches is on
 
-    implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     focusPolicy: Qt.TabFocus
     hoverEnabled: true

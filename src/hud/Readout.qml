@@ -11,7 +11,6 @@ Item {
 
     readonly property string line: value.slice(0, 160) // no engine can make us lay out a book
 
-    implicitWidth: 220
     implicitHeight: Math.max(30, caption.implicitHeight + 8)
 
     Accessible.role: Accessible.Paragraph

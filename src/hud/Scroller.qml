@@ -21,7 +21,6 @@ Flickable {
 
     contentWidth: width
     contentHeight: column.height + 2 * inset
-    implicitHeight: contentHeight
     boundsBehavior: Flickable.StopAtBounds
     flickableDirection: Flickable.VerticalFlick
     interactive: contentHeight > height

@@ -6,8 +6,6 @@ import Kelo.Hud
 // What keeps a text readable over a picture in motion: dark behind the text, and fading out around
 // it, so that it cuts nothing off.
 Item {
-    id: ground
-
     z: -1
 
     Repeater {

@@ -9,7 +9,7 @@ Scroller {
     required property VoiceControl voice
 
     component Gap: Item {
-        implicitWidth: 1
+        implicitWidth: 1 // a column passes over what has none
         implicitHeight: 14
     }
 

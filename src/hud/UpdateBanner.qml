@@ -40,7 +40,6 @@ Item {
         anchors.fill: parent
         anchors.margins: 1 // the border does not fade
         inset: 13
-        sideInset: 15
         spacing: 10
 
         Glow {

@@ -7,7 +7,6 @@ Item {
 
     required property VoiceControl voice
 
-    implicitWidth: 220
     implicitHeight: status.height + 11
 
     Readout {

@@ -2,8 +2,6 @@
 
 #include "link/link.h"
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 namespace kelo {
@@ -124,11 +122,6 @@ QStringList PianoKeys::jobs(QStringView mode)
         tr("TALK MODE"), tr("PAUSE"), tr("COMPOSE"), tr("HELP")};
 }
 
-/// More lessons than any course has, and longer names than theirs: no engine can fill the display
-/// with a list without end.
-constexpr qsizetype mostLessons = 200;
-constexpr qsizetype longestName = 160; // UTF-16 units
-
 } // namespace
 
 Command::Command(QString capLabel, QString sentText, QString description, CommandVariants variants)
@@ -153,17 +146,16 @@ bool Command::listed(const QString &mode) const
 
 const QList<CommandGroup> &commandGroups()
 {
-    static const QList<CommandGroup> groups =
-        Commands::table(Link::shared().assistant->left(longestName));
+    static const QList<CommandGroup> groups = Commands::table(Link::shared().assistant);
     return groups;
 }
 
 QList<Command> jazzLessons(const QStringList &names)
 {
     QList<Command> lessons;
-    for (qsizetype i = 0; i < std::min(names.size(), mostLessons); ++i) {
-        const QString number = QString::number(i + 1);
-        lessons.append({number, u"~jazz "_s + number + u'\n', names[i].left(longestName)});
+    for (const QString &name : names) {
+        const QString number = QString::number(lessons.size() + 1);
+        lessons.append({number, u"~jazz "_s + number + u'\n', name});
     }
     return lessons;
 }

@@ -49,7 +49,6 @@ public:
         const bool worded = kind == QAccessible::Name || kind == QAccessible::Value;
         return worded ? meter().valueText() : QString();
     }
-    void setText(QAccessible::Text /*kind*/, const QString & /*text*/) override { }
 
     QVariant currentValue() const override { return meter().value(); }
     void setCurrentValue(const QVariant & /*value*/) override { }

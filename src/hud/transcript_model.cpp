@@ -31,7 +31,7 @@ QVariant TranscriptModel::data(const QModelIndex &index, int role) const
     case TimeRole:
         return line.time;
     case TextRole:
-        return line.text.left(mostText);
+        return line.text;
     default:
         return {};
     }

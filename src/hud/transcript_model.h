@@ -22,7 +22,6 @@ public:
     enum Role { TimeRole = Qt::UserRole, TextRole };
 
     static constexpr qsizetype mostRows = 200;
-    static constexpr qsizetype mostText = 4000; ///< UTF-16 units of a line that are shown
 
     using QAbstractListModel::QAbstractListModel;
 

@@ -9,8 +9,7 @@ T.RadioButton {
 
     property string label: text // what screen readers call it
     property string hint // what they add to that
-    property real size: 18
-    property string mark: checked ? "●" : "○" // so that no choice goes by its colour alone
+    required property bool marked // so that it does not go by its colour alone
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
@@ -30,8 +29,8 @@ T.RadioButton {
     Keys.onEnterPressed: choice.clicked()
 
     contentItem: HudText {
-        text: choice.mark ? choice.mark + " " + choice.text : choice.text
-        font: Hud.mono(choice.size, choice.checked ? Font.Bold : Font.Normal)
+        text: choice.marked ? (choice.checked ? "● " : "○ ") + choice.text : choice.text
+        font: Hud.mono(18, choice.checked ? Font.Bold : Font.Normal)
         color: choice.checked ? Hud.bg : Hud.soft
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter

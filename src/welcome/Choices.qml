@@ -12,7 +12,6 @@ Flow {
     property list<string> labels: texts // what screen readers call them
     property string hint // what they add to that
     property int current: -1
-    property real size: 18
     property bool marked: true
     property real cell: 0 // least width of each
 
@@ -49,8 +48,7 @@ Flow {
             text: choices.texts[index] ?? "" // none while the row goes
             label: choices.labels[index] ?? ""
             hint: choices.hint
-            size: choices.size
-            mark: !choices.marked ? "" : checked ? "●" : "○"
+            marked: choices.marked
             checked: index === choices.current
             focusPolicy: index === Math.max(0, choices.current) ? Qt.TabFocus : Qt.NoFocus
             onClicked: choices.chosen(index)

@@ -138,7 +138,6 @@ void WelcomeQuestions::finish()
     link_.finishWelcome(answers_.chosen(), answers_.cleanedName());
     if (answers_.listen && !ears_.isOn())
         ears_.begin();
-    Q_EMIT finished();
 }
 
 // ---- choices ----

@@ -81,8 +81,6 @@ Q_SIGNALS:
     /// keyboard focus goes there, which is heard anyway. Where none runs the engine speaks them.
     void questionAnnounced(const QString &text);
     void choiceAnnounced(const QString &text);
-    /// All answers are in and sent.
-    void finished();
 
 private:
     [[nodiscard]] Question current() const { return question(step_, answers_.chosen()); }
