@@ -61,13 +61,11 @@ CaptionItem::CaptionItem(QQuickItem *parent)
 
 CaptionItem::~CaptionItem() = default;
 
-void CaptionItem::linkSet(Link *link)
+void CaptionItem::linkSet(Link &link)
 {
-    if (!link)
-        return;
     for (const auto changed : {&Link::captionChanged, &Link::captionLiveChanged,
              &Link::largeChanged, &Link::contrastChanged})
-        connect(link, changed, this, &CaptionItem::wake);
+        connect(&link, changed, this, &CaptionItem::wake);
 }
 
 double CaptionItem::rate() const

@@ -36,7 +36,7 @@ Q_SIGNALS:
     void shownChanged();
 
 protected:
-    void linkSet(Link *link) override;
+    void linkSet(Link &link) override;
     void advance(Link &link, double now) override;
     [[nodiscard]] double rate() const override;
     void paint(QPainter &painter) const override;

@@ -83,9 +83,9 @@ void CaptionNode::show(const CaptionRaster &raster, QPointF origin,
 {
     static_cast<ShaderMaterial *>(material())->numbers = {
         glow.red * glow.alpha, glow.green * glow.alpha, glow.blue * glow.alpha, glow.alpha};
-    constexpr std::size_t mostPieces = 16'000; // as many as short indices reach
+    // No more than a sentence may have letters, which is far below what short indices reach.
     const std::vector<Piece> pieces = piecesOf(raster, colour, opacity);
-    const std::size_t count = std::min(pieces.size(), mostPieces);
+    const std::size_t count = pieces.size();
     geometry()->allocate(static_cast<int>(count * 4), static_cast<int>(count * 6));
     auto *vertex = static_cast<Vertex *>(geometry()->vertexData());
     auto *index = geometry()->indexDataAsUShort();

@@ -35,7 +35,7 @@ CaptionLine lineAt(const Link &link, double position)
 
 Colour captionColour(double ahead, bool contrast)
 {
-    const Colour spoken = contrast ? Colour{0.93F, 1, 0.95F} : Colour{0.55F, 1, 0.78F};
+    const Colour spoken = contrast ? Colour{0.93F, 1, 0.95F} : colours::soft;
     const Colour unspoken = contrast ? Colour{0.55F, 0.72F, 0.62F} : Colour{0.16F, 0.46F, 0.3F};
     return ahead >= 0 ? mixed(spoken, white, std::clamp(1 - ahead / tail, 0.0, 1.0))
                       : mixed(unspoken, white, std::clamp(1 + ahead / leadUnits, 0.0, 1.0));

@@ -2,10 +2,9 @@
 
 namespace kelo {
 
-void FlashFrame::linkSet(Link *link)
+void FlashFrame::linkSet(Link &link)
 {
-    if (link)
-        connect(link, &Link::flashAtChanged, this, &FlashFrame::wake);
+    connect(&link, &Link::flashAtChanged, this, &FlashFrame::wake);
 }
 
 void FlashFrame::advance(Link &link, double now)

@@ -14,7 +14,7 @@ public:
     [[nodiscard]] const Picture &picture() const override { return picture_; }
 
 protected:
-    void linkSet(Link *link) override;
+    void linkSet(Link &link) override;
     void advance(Link &link, double now) override;
     [[nodiscard]] double rate() const override { return isActive() && flashing_ ? 30 : 0; }
 

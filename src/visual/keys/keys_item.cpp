@@ -2,13 +2,11 @@
 
 namespace kelo {
 
-void KeysItem::linkSet(Link *link)
+void KeysItem::linkSet(Link &link)
 {
-    if (!link)
-        return;
     for (const auto changed :
         {&Link::keysChanged, &Link::buttonsChanged, &Link::stateChanged, &Link::contrastChanged})
-        connect(link, changed, this, &KeysItem::answer);
+        connect(&link, changed, this, &KeysItem::answer);
 }
 
 void KeysItem::answer()

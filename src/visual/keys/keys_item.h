@@ -15,7 +15,7 @@ public:
     [[nodiscard]] const Picture &picture() const override { return strip_.picture(); }
 
 protected:
-    void linkSet(Link *link) override;
+    void linkSet(Link &link) override;
     void advance(Link &link, double now) override;
     [[nodiscard]] double rate() const override { return isActive() && strip_.moves() ? 30 : 2; }
 

@@ -9,7 +9,6 @@ Item {
     property bool shown: false
     property int order: 0 // place in the sequence of arrivals
 
-    implicitWidth: holder.childrenRect.width
     implicitHeight: holder.childrenRect.height
 
     Item {
@@ -18,7 +17,6 @@ Item {
         property real part: arrive.shown ? 1 : 0
 
         width: arrive.width
-        height: arrive.height
         opacity: part
         transform: Translate {
             y: 14 * (1 - holder.part)

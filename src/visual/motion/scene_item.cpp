@@ -20,10 +20,13 @@ void SceneItem::setLink(Link *link)
 {
     if (link == link_)
         return;
-    if (link_)
+    if (link_) {
         link_->disconnect(this);
+        linkGone();
+    }
     link_ = link;
-    linkSet(link);
+    if (link_)
+        linkSet(*link_);
     polish();
     Q_EMIT linkChanged();
 }
@@ -71,12 +74,6 @@ void SceneItem::wake()
         polish();
 }
 
-void SceneItem::componentComplete()
-{
-    SpriteItem::componentComplete();
-    polish();
-}
-
 void SceneItem::updatePolish()
 {
     refresh();
@@ -86,7 +83,6 @@ void SceneItem::geometryChange(const QRectF &now, const QRectF &before)
 {
     SpriteItem::geometryChange(now, before);
     polish();
-    update();
 }
 
 } // namespace kelo

@@ -49,15 +49,15 @@ protected:
     virtual void advance(Link &link, double now) = 0;
     /// Frames a second that the scene wants, asked after each `advance`.
     [[nodiscard]] virtual double rate() const = 0;
-    /// Called when the link is set; nullptr when it goes.
-    virtual void linkSet(Link * /*link*/) { }
+    /// Called when the link is set, and before it is another one or none.
+    virtual void linkSet(Link & /*link*/) { }
+    virtual void linkGone() { }
 
     [[nodiscard]] Drift drift() const;
     [[nodiscard]] const FramePacer &pacer() const { return pacer_; }
     /// Has the scene look at the link again soon, if it can be seen.
     void wake();
 
-    void componentComplete() override;
     void updatePolish() override;
     void geometryChange(const QRectF &now, const QRectF &before) override;
 

@@ -27,18 +27,20 @@ private:
     LayersNode *layers_ = new LayersNode;
 };
 
-void RainItem::linkSet(Link *link)
+void RainItem::linkSet(Link &link)
 {
-    scene_.reset();
-    if (!link)
-        return;
-    scene_ = std::make_unique<RainScene>(*link);
+    scene_ = std::make_unique<RainScene>(link);
     scene_->resize(width(), height());
     for (const auto changed : {&Link::keysChanged, &Link::rollingChanged, &Link::speakingChanged,
              &Link::captionChanged, &Link::pausedChanged, &Link::stateChanged,
              &Link::buttonsChanged, &Link::contrastChanged})
-        connect(link, changed, this, &RainItem::disturb);
+        connect(&link, changed, this, &RainItem::disturb);
     disturb();
+}
+
+void RainItem::linkGone()
+{
+    scene_.reset();
 }
 
 void RainItem::disturb()

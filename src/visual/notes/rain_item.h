@@ -24,7 +24,8 @@ Q_SIGNALS:
     void textsTopChanged();
 
 protected:
-    void linkSet(Link *link) override;
+    void linkSet(Link &link) override;
+    void linkGone() override;
     void advance(Link &link, double now) override;
     [[nodiscard]] double rate() const override;
     QSGNode *updateNode(QSGNode *old) override;

@@ -61,7 +61,7 @@ void RainScene::clearRoll()
 
 void RainScene::note(qint64 pitch, double strength, bool mine)
 {
-    if (!keyboard::contains(pitch) || !layout_.isUsable() || !link_)
+    if (!keyboard::contains(pitch) || !layout_.isUsable())
         return;
     const double now = link_->uptime();
     const int key = static_cast<int>(pitch);
@@ -105,7 +105,7 @@ void RainScene::update(double now, double driftTime)
 {
     const double dt = now - std::exchange(last_, now);
     bars_.advance(now, std::clamp(dt, 0.0, longestFrame) * RainLayout::speed, layout_);
-    if (link_ && link_->rollZero && layout_.isUsable()) {
+    if (link_->rollZero && layout_.isUsable()) {
         const double elapsed = now - *link_->rollZero;
         falling_.advance(link_->roll, elapsed, layout_);
         const double length = link_->rollLength;
@@ -136,10 +136,8 @@ void RainScene::draw(double now, double driftTime)
     bars_.drawSparks(lights, now);
     lights.push_back(box(0, layout_.height - progressHeight, layout_.width * progress_,
         progressHeight, colours::green));
-    if (link_) {
-        writeMarks(marks);
-        writeWords(picture_[1]);
-    }
+    writeMarks(marks);
+    writeWords(picture_[1]);
 }
 
 void RainScene::drawGrid(SpriteList &list, double driftTime) const

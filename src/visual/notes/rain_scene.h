@@ -54,7 +54,7 @@ private:
     [[nodiscard]] LabelList words() const;
     void stack(LabelList &labels) const;
 
-    QPointer<Link> link_;
+    QPointer<Link> link_; // may go before this, which is not told of anything from then on
     RainLayout layout_;
     FallingNotes falling_;
     LiveBars bars_;

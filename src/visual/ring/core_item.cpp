@@ -51,21 +51,18 @@ void CoreItem::geometryChange(const QRectF &now, const QRectF &before)
     SceneItem::geometryChange(now, before);
 }
 
-void CoreItem::linkSet(Link *link)
+void CoreItem::linkSet(Link &link)
 {
-    if (!link)
-        return;
     for (const auto changed :
         {&Link::stateChanged, &Link::modeChanged, &Link::pausedChanged, &Link::speakingChanged,
             &Link::rollingChanged, &Link::keysChanged, &Link::contrastChanged})
-        connect(link, changed, this, &CoreItem::disturb);
+        connect(&link, changed, this, &CoreItem::disturb);
     disturb();
 }
 
 void CoreItem::disturb()
 {
-    if (link())
-        motion_.disturb(link()->uptime());
+    motion_.disturb(link()->uptime());
     wake();
 }
 

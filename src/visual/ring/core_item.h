@@ -16,7 +16,7 @@ public:
     [[nodiscard]] const Picture &picture() const override { return scene_.picture(); }
 
 protected:
-    void linkSet(Link *link) override;
+    void linkSet(Link &link) override;
     void advance(Link &link, double now) override;
     [[nodiscard]] double rate() const override;
     void paint(QPainter &painter) const override;

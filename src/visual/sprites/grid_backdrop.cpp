@@ -21,7 +21,6 @@ void GridBackdrop::geometryChange(const QRectF &now, const QRectF &before)
         sprites.push_back(box(spacing * i - 0.5, 0, 1, now.height(), colour));
     for (int i = 0; spacing * i < now.height(); ++i)
         sprites.push_back(box(0, now.height() - spacing * i - 0.5, now.width(), 1, colour));
-    update();
 }
 
 } // namespace kelo

@@ -37,11 +37,9 @@ public:
         return true;
     }
 
-    void updateSampledImage(RenderState &state, int binding, QSGTexture **texture,
+    void updateSampledImage(RenderState &state, int /*binding*/, QSGTexture **texture,
         QSGMaterial *material, QSGMaterial *) override
     {
-        if (binding != 1)
-            return;
         *texture = static_cast<ShaderMaterial *>(material)->texture;
         (*texture)->commitTextureOperations(state.rhi(), state.resourceUpdateBatch());
     }

@@ -95,8 +95,8 @@ private:
     {
         const float w = shape_.halfWidth;
         const float h = shape_.halfHeight;
-        const float cosine = sprite.angle == 0 ? 1 : std::cos(sprite.angle);
-        const float sine = sprite.angle == 0 ? 0 : std::sin(sprite.angle);
+        const float cosine = std::cos(sprite.angle);
+        const float sine = std::sin(sprite.angle);
         for (const float side : {-w, w}) {
             joint(sprite.x + side * cosine - h * sine, sprite.y + side * sine + h * cosine,
                 sprite.x + side * cosine + h * sine, sprite.y + side * sine - h * cosine, side);

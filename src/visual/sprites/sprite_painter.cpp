@@ -29,7 +29,6 @@ void paintBent(QPainter &painter, const Sprite &sprite)
     const double reach =
         std::min<double>((sprite.halfWidth - sprite.radius) / sprite.bend, std::numbers::pi);
     painter.setPen(QPen(shown(sprite.top), sprite.halfHeight * 2, Qt::SolidLine, Qt::RoundCap));
-    painter.setBrush(Qt::NoBrush);
     painter.drawArc(circle, static_cast<int>(degrees(sprite.angle - reach) * 16),
         static_cast<int>(degrees(2 * reach) * 16));
 }

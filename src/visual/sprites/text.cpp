@@ -13,7 +13,6 @@ namespace {
 constexpr Colour dark{0.008F, 0.024F, 0.016F};
 constexpr double outlineWidth = 1; // points, as are the following
 constexpr double plateMargin = 2;
-constexpr qsizetype mostLetters = 400; // a line; nobody sees more
 
 double marginOf(Label::Ground ground)
 {
@@ -50,7 +49,7 @@ SetLabel::SetLabel(const Label &label, double height)
     QTextOption option;
     option.setWrapMode(label.lines > 1 ? QTextOption::WordWrap : QTextOption::NoWrap);
     layout_.setTextOption(option);
-    layOut(label.text.left(mostLetters * label.lines));
+    layOut(label.text);
 
     const QTextLine last = layout_.lineAt(layout_.lineCount() - 1);
     const qsizetype shown = last.textStart() + last.textLength();
