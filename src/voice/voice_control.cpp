@@ -167,8 +167,7 @@ void VoiceControl::listen()
     showStatus(u"LISTENING FOR “%1”"_s.arg(assistant.toUpper()));
     session_ = setup_.recogniser->start(
         request, [this, session = ++sessionId_](const auto &transcript, const auto &error) {
-            QMetaObject::invokeMethod(
-                this, [=, this] { handle(session, transcript, error); }, Qt::AutoConnection);
+            QMetaObject::invokeMethod(this, [=, this] { handle(session, transcript, error); });
         });
     const std::lock_guard lock(feeding_);
     fed_ = session_;

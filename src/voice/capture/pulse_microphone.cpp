@@ -71,13 +71,17 @@ bool PulseMicrophone::connectToServer()
     return trying && context_; // a refusal at once has taken it away again
 }
 
+/// Lets go of a timer if it runs.
+void PulseMicrophone::stop(pa_time_event *&timer) const
+{
+    if (timer)
+        pa_threaded_mainloop_get_api(loop_)->time_free(std::exchange(timer, nullptr));
+}
+
 void PulseMicrophone::disconnect()
 {
     dropStream();
-    if (patience_) {
-        pa_threaded_mainloop_get_api(loop_)->time_free(patience_);
-        patience_ = nullptr;
-    }
+    stop(patience_);
     if (context_) {
         pa_context_set_state_callback(context_, nullptr, nullptr);
         pa_context_disconnect(context_);
@@ -105,9 +109,7 @@ void PulseMicrophone::contextChanged()
     } else if (!PA_CONTEXT_IS_GOOD(state)) {
         if (stream_)
             streamChanged(stream_);
-        search_->devices.clear();
-        answer();
-        disconnect();
+        answerNone();
     }
 }
 
@@ -126,18 +128,14 @@ QFuture<QList<MicrophoneDevice>> PulseMicrophone::discover()
     const Locked lock(loop_);
     search_->waiting.push_back(std::move(promise));
     if (!connectToServer()) {
-        answer();
-        disconnect();
+        answerNone();
         return future;
     }
     if (!patience_) {
         patience_ = pa_context_rttime_new(
             context_, pa_rtclock_now() + serverPatience,
-            [](pa_mainloop_api *, pa_time_event *, const timeval *, void *data) {
-                auto *self = static_cast<PulseMicrophone *>(data);
-                self->search_->devices.clear();
-                self->answer();
-                self->disconnect(); // it is deaf; the next search connects anew
+            [](pa_mainloop_api *, pa_time_event *, const timeval *, void *self) {
+                static_cast<PulseMicrophone *>(self)->answerNone();
             },
             this);
     }
@@ -177,12 +175,17 @@ void PulseMicrophone::found(const pa_source_info &source)
         search_->devices.append(*device);
 }
 
+/// There is no server, or it is deaf. The next search connects anew.
+void PulseMicrophone::answerNone()
+{
+    search_->devices.clear();
+    answer();
+    disconnect();
+}
+
 void PulseMicrophone::answer()
 {
-    if (patience_) {
-        pa_threaded_mainloop_get_api(loop_)->time_free(patience_);
-        patience_ = nullptr;
-    }
+    stop(patience_);
     search_->asked = false;
     for (auto &promise : std::exchange(search_->waiting, {})) {
         promise.addResult(search_->devices);
@@ -248,10 +251,7 @@ void PulseMicrophone::close()
 void PulseMicrophone::dropStream()
 {
     opening_.reset(); // unanswered, if it still is
-    if (openingPatience_) {
-        pa_threaded_mainloop_get_api(loop_)->time_free(openingPatience_);
-        openingPatience_ = nullptr;
-    }
+    stop(openingPatience_);
     if (!stream_)
         return;
     pa_stream_set_state_callback(stream_, nullptr, nullptr);
@@ -269,7 +269,7 @@ void PulseMicrophone::streamChanged(pa_stream *stream)
         const bool gone = pa_context_errno(context_) == PA_ERR_NOENTITY;
         streamEnded(gone ? Opening::NoInput : Opening::NotAttached);
     } else if (state == PA_STREAM_READY && opening_) {
-        pa_threaded_mainloop_get_api(loop_)->time_free(std::exchange(openingPatience_, nullptr));
+        stop(openingPatience_);
         opening_->addResult(Opening::Started);
         opening_->finish();
         opening_.reset();

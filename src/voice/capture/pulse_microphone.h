@@ -37,8 +37,10 @@ private:
     struct Search;
 
     // All with the loop's lock held, as its callbacks are.
+    void stop(pa_time_event *&timer) const;
     bool connectToServer();
     void disconnect();
+    void answerNone();
     void contextChanged();
     void ask();
     void found(const pa_source_info &source);

@@ -10,9 +10,8 @@
 
 namespace kelo {
 
-/// The entries of a pronouncing dictionary for `words`, which are in lower case, with
-/// alternatives together. Empty when the file cannot be read,
-/// incomplete after `stop`.
+/// The entries of a pronouncing dictionary for `words`, which are in lower case, with alternatives
+/// together. Empty when the file cannot be read, incomplete after `stop`.
 [[nodiscard]] QHash<QString, QList<Phones>> dictionaryEntries(
     const QString &path, const QSet<QString> &words, const std::stop_token &stop = {});
 

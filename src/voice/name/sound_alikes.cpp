@@ -44,7 +44,6 @@ QList<QStringList> soundAlikes(const QList<Phones> &ways, const QString &path,
         for (qsizetype cut = 1; cut <= way.size(); ++cut)
             sounds << way.first(cut).join(u' ') << way.sliced(cut).join(u' ');
     }
-    sounds.remove(QString());
     const auto words = wordsThatSound(sounds, path, known, stop);
     QList<QStringList> alike;
     for (const bool whole : {true, false}) {

@@ -135,19 +135,13 @@ void DecodingRecogniser::Worker::run()
         bool audioEnded = false;
         {
             std::unique_lock lock(shared->mutex);
-            switch (wait(lock)) {
-            case Wake::Closed:
+            if (const Wake wake = wait(lock); wake != Wake::Work) {
                 lock.unlock();
                 session_.reset();
                 decoder_.reset();
-                return;
-            case Wake::Idle:
-                lock.unlock();
-                session_.reset();
-                decoder_.reset();
+                if (wake == Wake::Closed)
+                    return;
                 continue;
-            case Wake::Work:
-                break;
             }
             task = shared->newest;
             if (task && !task->finished && session_ && session_->task() == task) {

@@ -145,13 +145,6 @@ void VoskDecoder::end()
     ended_ = true;
 }
 
-void VoskDecoder::abandon()
-{
-    words_.clear();
-    ended_ = true;
-    library_->recognizer_reset(recogniser_.get());
-}
-
 /// What the library wrote, with the name for what sounds like it.
 QStringList VoskDecoder::wordsIn(const char *json, const char *field) const
 {

@@ -24,7 +24,7 @@ public:
     bool process(const Samples &samples) override;
     [[nodiscard]] QStringList words() const override;
     void end() override;
-    void abandon() override;
+    void abandon() override { } // what is left of it goes when the next one begins
 
 private:
     using Recognizer = std::unique_ptr<VoskRecognizer, void (*)(VoskRecognizer *)>;

@@ -73,7 +73,7 @@ void WakeModel::build(const QString &name, const Teacher &teach, const std::func
 
 void WakeModel::apply(RecognitionRequest &request, const QString &name) const
 {
-    if (ready_ && builtFor_ == name)
+    if (builtFor_ == name)
         request.taught = ready_;
 }
 
