@@ -8,6 +8,8 @@
 
 #include <QTest>
 
+#include <functional>
+
 using namespace Qt::StringLiterals;
 using namespace kelo::engine;
 using kelo::test::Table;
@@ -223,33 +225,7 @@ private Q_SLOTS:
             tell(lesson.begin(1 + chance.below(9)));
             for (int i = 0; i < 120; ++i) {
                 now += 0.2 * chance.below(8);
-                switch (chance.below(14)) {
-                case 0:
-                    tell(lesson.skip());
-                    break;
-                case 1:
-                    tell(lesson.back());
-                    break;
-                case 2:
-                    tell(lesson.repeat());
-                    break;
-                case 3:
-                    tell(lesson.toBar(chance.below(40)));
-                    break;
-                case 4:
-                    tell(lesson.setHands(static_cast<Hands>(chance.below(3))));
-                    break;
-                case 5:
-                    all += lesson.notes() + lesson.whereWeAre();
-                    break;
-                case 6:
-                case 7:
-                    for (double due = now + 30; lesson.deadline() && *lesson.deadline() < due;) {
-                        now = *lesson.deadline();
-                        tell(lesson.advance(now));
-                    }
-                    break;
-                default:
+                const auto play = [&] {
                     lesson.listen(now);
                     for (const Note &note : lesson.demo().notes) {
                         const bool slip = chance.oneIn(20);
@@ -260,7 +236,19 @@ private Q_SLOTS:
                     }
                     now += lesson.demo().length;
                     all += everythingOf(lesson.demo()) + (lesson.entersWith(67) ? "G" : "");
-                }
+                };
+                const auto wait = [&] {
+                    for (double due = now + 30; lesson.deadline() && *lesson.deadline() < due;) {
+                        now = *lesson.deadline();
+                        tell(lesson.advance(now));
+                    }
+                };
+                chance.of(QList<std::function<void()>>{[&] { tell(lesson.skip()); },
+                    [&] { tell(lesson.back()); }, [&] { tell(lesson.repeat()); },
+                    [&] { tell(lesson.toBar(chance.below(40))); },
+                    [&] { tell(lesson.setHands(static_cast<Hands>(chance.below(3)))); },
+                    [&] { all += lesson.notes() + lesson.whereWeAre(); }, wait, wait, play, play,
+                    play, play})();
             }
         }
         QCOMPARE(unlikeKept(u"lessons"_s, {qChecksum(all)}), QString());

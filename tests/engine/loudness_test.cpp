@@ -125,8 +125,8 @@ private Q_SLOTS:
         kelo::test::writeFile(broken, "RIFF");
         const std::string tim = "/usr/share/sounds/sf2/TimGM6mb.sf2";
         Rendered sound;
-        SoundDesk desk(sound.mixer, {{"Broken", broken.toStdString()}, {"Tim", tim}}, tim, [] {});
-        QCOMPARE(desk.playing(), std::optional<std::size_t>(1));
+        SoundDesk desk(sound.mixer, {{"Tim", tim}, {"Broken", broken.toStdString()}}, tim, [] {});
+        QCOMPARE(desk.playing(), std::optional<std::size_t>(0));
         const auto organ = [&] {
             const double from = sound.now();
             sound.mixer.music().play(0, {0x90, 60, 90});
@@ -147,10 +147,10 @@ private Q_SLOTS:
             sound.render(0.1);
             return loaded->works && loaded->soundfont == which;
         };
-        QVERIFY(!load(0));
-        QCOMPARE(desk.playing(), std::optional<std::size_t>(1));
+        QVERIFY(!load(1));
+        QCOMPARE(desk.playing(), std::optional<std::size_t>(0));
         QVERIFY(std::abs(organ() - before) < 0.2);
-        QVERIFY(load(1));
+        QVERIFY(load(0));
         QVERIFY(std::abs(organ() - before) < 0.2);
         QVERIFY(!desk.choose(2));
     }

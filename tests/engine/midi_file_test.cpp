@@ -199,11 +199,11 @@ private Q_SLOTS:
             const Bytes signs = track(join({at(0, {0xff, 3, 4, 'L', 'e', 'f', 't'}),
                 at(0, {0xff, 0x58, 4, 3, 2, 24, 8}), at(0, {0xff, 0x59, 2, 0xfe, 1}),
                 at(500, tempo(400000)), at(900, {0xff, 0x58, 4, 6, 3, 24, 8}), at(5, {0xc0, 3}),
-                at(7, {0xe1, 3, 70}), at(9, {0xb0, 64, 127}), at(2, {0xd2, 9}),
+                at(7, {0xe1, 3, 70}), at(9, {0xb0, 64, 127}), at(2, {0xd2, 9}), at(1, {0xb5, 7, 9}),
                 at(0, {0xf0, 2, 1, 0xf7}), at(300, {0xff, 0x59, 2, 2, 0}), end}));
             const int division = round % 5 == 0 ? 0xe728 : round % 5 == 1 ? 0xe350 : 480;
             Bytes damaged = join({header(round % 3, 2 + round % 2, division), scaleTrack(20, 50),
-                signs, scaleTrack(12, 70)});
+                signs, scaleTrack(13, 70)});
             if (round % 7 == 0)
                 damaged = riff("RMID", damaged);
             for (int i = round % 8; i > 0; --i)
@@ -217,7 +217,7 @@ private Q_SLOTS:
                     + QByteArray::number(piece->unit) + QByteArray::number(int(piece->spelling))
                     + QByteArray::number(piece->length) + (piece->endsEarly ? "!" : "");
                 if (round % 8 == 0)
-                    QVERIFY(piece->notes.capacity() == 32 && piece->messages.capacity() == 4);
+                    QVERIFY(piece->notes.capacity() == 33 && piece->messages.capacity() == 5);
                 for (const std::string &name : piece->trackNames)
                     all += name.c_str();
                 sum = qChecksum(all + QByteArray::number(sum));

@@ -6,6 +6,8 @@
 
 #include <QTest>
 
+#include <functional>
+
 using namespace Qt::StringLiterals;
 using namespace kelo::engine;
 using namespace midi;
@@ -176,38 +178,19 @@ private Q_SLOTS:
             music.bars = {0, 2, 4, 6, 8, 10, 12, 14};
             measureLength(music);
             for (int i = 0; i < 30; ++i) {
-                switch (chance.below(10)) {
-                case 0:
-                    stage.player.start(music, "Piece", stage.now);
-                    break;
-                case 1:
-                    stage.player.demonstrate(music, stage.now);
-                    break;
-                case 2:
-                    stage.player.pause(stage.now);
-                    break;
-                case 3:
-                    stage.player.carryOn(stage.now);
-                    break;
-                case 4:
-                    stage.player.seek(chance.below(20) - 2, stage.now);
-                    break;
-                case 5:
-                    stage.player.setTempo(chance.of(QList{0.5, 1.0, 1.7}), stage.now);
-                    break;
-                case 6:
-                    stage.player.again(stage.now);
-                    break;
-                case 7:
-                    stage.player.stop();
-                    break;
-                case 8:
-                    stage.player.open();
-                    stage.player.touch(60 + chance.below(5), chance.below(3) * 40);
-                    break;
-                default:
-                    stage.runTo(stage.now + 20);
-                }
+                chance.of(QList<std::function<void()>>{
+                    [&] { stage.player.start(music, "Piece", stage.now); },
+                    [&] { stage.player.demonstrate(music, stage.now); },
+                    [&] { stage.player.pause(stage.now); },
+                    [&] { stage.player.carryOn(stage.now); },
+                    [&] { stage.player.seek(chance.below(20) - 2, stage.now); },
+                    [&] {
+                        stage.player.setTempo(chance.of(QList{0.5, 1.0, 1.7}), stage.now);
+                    },
+                    [&] { stage.player.again(stage.now); }, [&] { stage.player.stop(); },
+                    [&] { stage.player.open(); },
+                    [&] { stage.player.touch(60 + chance.below(5), chance.below(3) * 40); },
+                    [&] { stage.runTo(stage.now + 20); }})();
                 stage.lines << QString::number(stage.player.position(stage.now), 'f', 3);
                 stage.lines << QString::number(stage.sound.gain);
                 stage.runTo(stage.now + 0.31 * chance.below(20));

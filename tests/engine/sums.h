@@ -5,6 +5,8 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QMap>
+#include <QRegularExpression>
 #include <QString>
 #include <QTest>
 
@@ -60,6 +62,30 @@ public:
     /// True once in so many times.
     bool oneIn(int times) { return below(times) == 0; }
     template <typename List> auto of(const List &list) { return list[below(int(list.size()))]; }
+
+    /// Text by rules, a line "name: text" each: "$name" stands for any line of that name, "{a|b}"
+    /// for any of these.
+    using Rules = QMultiMap<QByteArray, QByteArray>;
+    static Rules rulesIn(const QString &file)
+    {
+        Rules rules;
+        for (const QByteArray &line : kelo::test::readFile(file).split('\n'))
+            rules.insert(line.left(line.indexOf(": ")), line.mid(line.indexOf(": ") + 2));
+        return rules;
+    }
+    QByteArray text(const Rules &rules, QByteArray pattern)
+    {
+        for (qsizetype open; (open = pattern.lastIndexOf('{')) >= 0;) {
+            const qsizetype length = pattern.indexOf('}', open) + 1 - open;
+            pattern.replace(open, length, of(pattern.mid(open + 1, length - 2).split('|')));
+        }
+        static const QRegularExpression names(QStringLiteral("\\$([a-z]+)"));
+        for (auto name = names.match(QString::fromUtf8(pattern)); name.hasMatch();
+             name = names.match(QString::fromUtf8(pattern)))
+            pattern.replace(name.capturedStart(), name.capturedLength(),
+                text(rules, of(rules.values(name.captured(1).toUtf8()))));
+        return pattern;
+    }
 
 private:
     std::minstd_rand random_;

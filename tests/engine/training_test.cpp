@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <set>
 
 using namespace Qt::StringLiterals;
@@ -116,28 +117,14 @@ private Q_SLOTS:
             for (int i = 0; i < 40; ++i) {
                 const int tempo = chance.of(QList{30, 60, 97, 137, 240, 300});
                 const int beats = chance.below(9);
-                switch (chance.below(6)) {
-                case 0:
-                    stage.player.start(tempo, beats, stage.now);
-                    break;
-                case 1:
-                    stage.player.start(tempo, beats, stage.now, stage.now + 0.3);
-                    break;
-                case 2:
-                    stage.player.divide(chance.below(6), stage.now);
-                    break;
-                case 3:
-                    stage.player.countIn(tempo, beats, stage.now);
-                    break;
-                case 4:
-                    stage.player.setAccent(chance.oneIn(2));
-                    break;
-                default:
-                    if (chance.oneIn(4))
-                        stage.player.stop();
-                    else
-                        stage.player.advance(stage.now += 0.1 * chance.below(6));
-                }
+                chance.of(QList<std::function<void()>>{
+                    [&] { stage.player.start(tempo, beats, stage.now); },
+                    [&] { stage.player.start(tempo, beats, stage.now, stage.now + 0.3); },
+                    [&] { stage.player.divide(chance.below(6), stage.now); },
+                    [&] { stage.player.countIn(tempo, beats, stage.now); },
+                    [&] { stage.player.setAccent(chance.oneIn(2)); },
+                    [&] { stage.player.advance(stage.now += 0.1 * chance.below(6)); },
+                    [&] { chance.oneIn(4) ? stage.player.stop() : void(); }})();
                 stage.runTo(stage.now + 0.17 * chance.below(20));
             }
             sums << stage.sum();

@@ -42,17 +42,11 @@ private Q_SLOTS:
 
     void readsAnyNumbers()
     {
-        const QByteArrayList words =
-            QByteArray("zero one two nine ten thirteen twenty thirty ninety hundred thousand and "
-                       "a first third twelfth 7 120 9999 10000")
-                .split(' ');
+        const Chance::Rules rules = Chance::rulesIn(QFINDTESTDATA("any_text.txt"));
         Chance chance(1);
         QByteArray all;
         for (int i = 0; i < 4000; ++i) {
-            QByteArray text;
-            for (int count = 1 + chance.below(6); count > 0; --count)
-                text += chance.of(words) + ' ';
-            const auto number = numberAt(wordsOf(text.toStdString()));
+            const auto number = numberAt(wordsOf(chance.text(rules, "$numbers").toStdString()));
             all += number ? QByteArray::number(number->value) + '/'
                     + QByteArray::number(int(number->words)) + ' '
                           : "- ";
