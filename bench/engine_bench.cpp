@@ -5,6 +5,7 @@
 #include "protocol/wire.h"
 #include "sound/mixer.h"
 #include "speech/speaker.h"
+#include "speech/synthesiser.h"
 #include "support/figures.h"
 
 #include <QCoreApplication>
