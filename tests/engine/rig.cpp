@@ -79,6 +79,8 @@ void Rig::run(double seconds)
             break;
         now = std::max(now, *due) + 1e-4;
         assistant->advance(moment());
+        if (const auto next = assistant->deadline(); next && *next < now)
+            qFatal("it would turn without a rest: what was due is due again");
     }
     now = std::max(now, end);
     assistant->advance(moment());

@@ -62,14 +62,14 @@ void JamActivity::takeBack(int pitch, const Moment &)
 
 std::optional<double> JamActivity::deadline() const
 {
-    if (phrase_.size() < fewestNotes || held_ > 0)
+    if (phrase_.size() < fewestNotes || held_ > 0 || paused())
         return {};
     return lastKey_ + phraseOver;
 }
 
 void JamActivity::advance(const Moment &now)
 {
-    if (const auto due = deadline(); due && now.uptime >= *due && !paused())
+    if (const auto due = deadline(); due && now.uptime >= *due)
         answer(now);
 }
 

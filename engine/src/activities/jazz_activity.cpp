@@ -4,6 +4,8 @@
 #include "lessons/jazz_course.h"
 #include "theory/pitch_names.h"
 
+#include <algorithm>
+
 namespace kelo::engine {
 
 namespace {
@@ -34,7 +36,7 @@ JazzActivity::JazzActivity(Session &shared, std::optional<std::size_t> number)
     : TeachingActivity(shared)
 {
     if (number)
-        number_ = *number % jazzLessonCount;
+        number_ = *number;
     else
         goOn();
 }
@@ -60,6 +62,12 @@ void JazzActivity::goOn()
     const bool done = left.key >= jazzKeys.size();
     number_ = (left.lesson + (done ? 1 : 0)) % jazzLessonCount;
     key_ = done ? 0 : left.key;
+}
+
+/// While the band plays it is the last one.
+std::size_t JazzActivity::heardKey() const
+{
+    return std::min(key_, jazzKeys.size() - 1);
 }
 
 void JazzActivity::leave(const Moment &now)
@@ -91,8 +99,6 @@ void JazzActivity::begin(std::size_t number, const Moment &now)
 {
     number_ = number % jazzLessonCount;
     key_ = 0;
-    attempt_.reset();
-    band_ = false;
     idea({}, now);
 }
 
@@ -109,13 +115,13 @@ void JazzActivity::open(const Request &request, const Moment &now)
 void JazzActivity::idea(const Request &, const Moment &now)
 {
     const JazzLesson &lesson = jazzLesson(number_);
-    const std::size_t key = std::min(key_, jazzKeys.size() - 1);
     attempt_.reset();
     band_ = false;
-    teach({{},
-              "Lesson " + std::to_string(number_ + 1) + ": " + std::string(lesson.title) + ". "
-                  + std::string(lesson.idea) + " Listen, " + keyName(key) + ", then play it.",
-              true},
+    teach(
+        {{},
+            "Lesson " + std::to_string(number_ + 1) + ": " + std::string(lesson.title) + ". "
+                + std::string(lesson.idea) + " Listen, " + keyName(heardKey()) + ", then play it.",
+            true},
         now);
 }
 
@@ -160,8 +166,7 @@ void JazzActivity::startOver(const Request &, const Moment &now)
 void JazzActivity::names(const Request &, const Moment &now)
 {
     std::string text;
-    const std::size_t key = std::min(key_, jazzKeys.size() - 1);
-    for (const Step &step : stepsOf(jazzExample(jazzLesson(number_), jazzKeys[key])))
+    for (const Step &step : stepsOf(jazzExample(jazzLesson(number_), jazzKeys[heardKey()])))
         text += (text.empty() ? "" : ", ") + pitchNames(step.pitches, Spelling::Flats)
             + (step.pitches.size() > 1 ? " together" : "");
     say(text + ".", now);
@@ -172,7 +177,7 @@ Piece JazzActivity::example() const
     const JazzLesson &lesson = jazzLesson(number_);
     if (band_)
         return pieceOf(jazzBand(lesson.chords, bandTempo, choruses));
-    return jazzExample(lesson, jazzKeys[std::min(key_, jazzKeys.size() - 1)]);
+    return jazzExample(lesson, jazzKeys[heardKey()]);
 }
 
 void JazzActivity::listen(const Moment &)
@@ -180,8 +185,7 @@ void JazzActivity::listen(const Moment &)
     if (band_)
         return; // over the band everything is right
     attempt_.emplace(
-        stepsOf(jazzExample(jazzLesson(number_), jazzKeys[std::min(key_, jazzKeys.size() - 1)])),
-        Spelling::Flats);
+        stepsOf(jazzExample(jazzLesson(number_), jazzKeys[heardKey()])), Spelling::Flats);
 }
 
 bool JazzActivity::listening() const
@@ -196,10 +200,10 @@ Reply JazzActivity::press(int pitch, const Moment &now)
     missedAt_ = now.uptime;
     const bool going = attempt_->state() == Attempt::State::Going;
     const Attempt::State state = attempt_->press(pitch, now.uptime);
-    return going ? judged(state, now) : Reply{};
+    return going ? judged(state) : Reply{};
 }
 
-Reply JazzActivity::judged(Attempt::State state, const Moment &)
+Reply JazzActivity::judged(Attempt::State state)
 {
     if (state == Attempt::State::Missed)
         return {false, {}, false, false};
@@ -214,7 +218,7 @@ Reply JazzActivity::judged(Attempt::State state, const Moment &)
 
 std::optional<double> JazzActivity::deadline() const
 {
-    if (!attempt_)
+    if (!attempt_ || paused())
         return {};
     if (attempt_->state() == Attempt::State::Missed)
         return missedAt_ + quietBeforeWords;
@@ -223,7 +227,7 @@ std::optional<double> JazzActivity::deadline() const
 
 void JazzActivity::advance(const Moment &now)
 {
-    if (const auto due = deadline(); due && now.uptime >= *due && !paused()) {
+    if (const auto due = deadline(); due && now.uptime >= *due) {
         if (attempt_->state() == Attempt::State::Missed) {
             const std::string fault = attempt_->fault();
             attempt_.reset();

@@ -42,8 +42,9 @@ private:
     void stopBand(const Request &request, const Moment &now);
     void names(const Request &request, const Moment &now);
     void goOn();
+    [[nodiscard]] std::size_t heardKey() const;
     void begin(std::size_t number, const Moment &now);
-    [[nodiscard]] Reply judged(Attempt::State state, const Moment &now);
+    [[nodiscard]] Reply judged(Attempt::State state);
 
     std::size_t number_ = 0; ///< of the lesson, from 0
     std::size_t key_ = 0; ///< which of the keys; past the last the band plays

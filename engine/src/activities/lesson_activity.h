@@ -15,7 +15,10 @@ public:
     void leave(const Moment &now) override;
     bool request(const Request &request, const Moment &now) override;
     void advance(const Moment &now) override;
-    [[nodiscard]] std::optional<double> deadline() const override { return lesson_.deadline(); }
+    [[nodiscard]] std::optional<double> deadline() const override
+    {
+        return paused() ? std::nullopt : lesson_.deadline();
+    }
 
     [[nodiscard]] std::string_view mode() const override { return "teach"; }
     [[nodiscard]] unsigned where() const override { return InLesson; }
