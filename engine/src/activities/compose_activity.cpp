@@ -213,12 +213,11 @@ bool ComposeActivity::saveFiles(const Moment &now) const
     Score score = forTwoHands();
     score.title = "Composed " + stampOf(now);
     const auto midi = midiOf(score);
-    const auto file =
+    const bool played =
         keepFile(session_, score.title, ".mid", std::string(midi.begin(), midi.end()));
-    const auto notation = keepFile(session_, score.title, ".musicxml", musicXml(score));
-    session_.library.refresh();
-    session_.songs.setSongs(session_.library.names());
-    return !file.empty() && !notation.empty();
+    const bool written = keepFile(session_, score.title, ".musicxml", musicXml(score));
+    refreshSongs(session_);
+    return played && written;
 }
 
 void ComposeActivity::save(const Request &, const Moment &now)

@@ -2,7 +2,7 @@
 
 #include "composing/score_file.h"
 #include "composing/transcription.h"
-#include "setup/whole_file.h"
+#include "files/whole_file.h"
 
 #include <array>
 #include <cstdio>
@@ -71,8 +71,14 @@ std::optional<Heard> askedSong(Session &session, const Request &request, const M
     return loadSong(session, session.songs.current(), now);
 }
 
-std::filesystem::path keepFile(const Session &session, const std::string &name,
-    std::string_view extension, std::string_view bytes)
+void refreshSongs(Session &session)
+{
+    session.library.refresh();
+    session.songs.setSongs(session.library.names());
+}
+
+bool keepFile(const Session &session, const std::string &name, std::string_view extension,
+    std::string_view bytes)
 {
     constexpr int most = 1000;
     std::error_code error;
@@ -83,10 +89,8 @@ std::filesystem::path keepFile(const Session &session, const std::string &name,
     auto path = named(name);
     for (int i = 2; i < most && std::filesystem::exists(path, error); ++i)
         path = named(name + " " + std::to_string(i));
-    std::ofstream file(path, std::ios::binary);
-    file << bytes;
-    file.close();
-    return file ? path : std::filesystem::path{};
+    constexpr mode_t likeOtherSongs = 0666;
+    return !std::filesystem::exists(path, error) && replaceFile(path, bytes, likeOtherSongs);
 }
 
 std::optional<Score> usersTheme(Session &session, const Moment &now)
@@ -105,7 +109,7 @@ void loadDraft(Session &session)
 {
     constexpr std::uintmax_t largest = 1 << 22;
     std::error_code error;
-    if (std::filesystem::file_size(session.draft, error) > largest || error)
+    if (std::filesystem::file_size(session.draft, error) > largest)
         return;
     std::ifstream file(session.draft, std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(file), {}};
@@ -114,10 +118,10 @@ void loadDraft(Session &session)
 
 void keepDraft(const Session &session)
 {
+    std::error_code error;
     if (session.composition)
         replaceFile(session.draft, themeToJson(*session.composition));
-    std::error_code error;
-    if (!session.composition)
+    else
         std::filesystem::remove(session.draft, error);
 }
 

@@ -22,8 +22,10 @@ bool chooseSong(Session &session, const Request &request, const Moment &now);
 [[nodiscard]] std::optional<Heard> askedSong(
     Session &session, const Request &request, const Moment &now);
 
-/// Writes `bytes` to a new file of the songs folder; empty where the disk would not have it.
-[[nodiscard]] std::filesystem::path keepFile(const Session &session, const std::string &name,
+/// Looks for songs that came or went.
+void refreshSongs(Session &session);
+/// Writes `bytes` to a new file of the songs folder; false where the disk would not have it.
+[[nodiscard]] bool keepFile(const Session &session, const std::string &name,
     std::string_view extension, std::string_view bytes);
 
 /// The user's theme: the composition, or else what was heard or played last. Nothing after saying

@@ -26,6 +26,7 @@ Piece transposed(Piece piece, int semitones)
             note.pitch = moved(note.pitch);
     }
     piece.spelling = spellingOf(tonalityOf(piece.notes));
+    piece.written.reset(); // which has the old key
     return piece;
 }
 
@@ -87,10 +88,8 @@ void PlaybackActivity::keep(const Moment &now)
 {
     const auto bytes = writeMidiFile(session_.heard->piece);
     const bool kept =
-        !keepFile(session_, session_.heard->title, ".mid", std::string(bytes.begin(), bytes.end()))
-             .empty();
-    session_.library.refresh();
-    session_.songs.setSongs(session_.library.names());
+        keepFile(session_, session_.heard->title, ".mid", std::string(bytes.begin(), bytes.end()));
+    refreshSongs(session_);
     say(kept ? "I kept this piece among your songs." : "I couldn't write it to the songs folder.",
         now);
 }

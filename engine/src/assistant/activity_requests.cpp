@@ -89,8 +89,7 @@ void ActivityRequests::noLesson(const Request &, const Moment &now)
 
 void ActivityRequests::album(const Request &, const Moment &now)
 {
-    session_.library.refresh();
-    session_.songs.setSongs(session_.library.names());
+    refreshSongs(session_);
     for (std::size_t song = session_.library.firstFile(); song < session_.library.size(); ++song) {
         auto read = session_.library.load(song);
         if (auto *piece = std::get_if<Piece>(&read)) {

@@ -69,11 +69,9 @@ void SongRequests::keep(const Request &, const Moment &now)
         return;
     }
     const auto bytes = writeMidiFile(*take);
-    const bool kept = !keepFile(
-        session_, "Played " + stampOf(now), ".mid", std::string(bytes.begin(), bytes.end()))
-                           .empty();
-    session_.library.refresh();
-    session_.songs.setSongs(session_.library.names());
+    const bool kept = keepFile(
+        session_, "Played " + stampOf(now), ".mid", std::string(bytes.begin(), bytes.end()));
+    refreshSongs(session_);
     session_.say(
         kept ? "I kept it among your songs." : "I couldn't write it to the songs folder.", now);
 }

@@ -1,15 +1,12 @@
 #include "piano/take_store.h"
 
+#include "files/whole_file.h"
 #include "log/log.h"
 #include "music/midi_file.h"
 #include "music/midi_writer.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <charconv>
-#include <cstdio>
 #include <fstream>
 #include <functional>
 #include <optional>
@@ -29,8 +26,7 @@ constexpr std::uintmax_t largestTake = 4 << 20;
 std::optional<std::uint64_t> numberOf(const fs::path &file)
 {
     const std::string name = file.filename().string();
-    if (!name.starts_with(prefix) || !name.ends_with(suffix)
-        || name.size() <= prefix.size() + suffix.size())
+    if (!name.starts_with(prefix) || !name.ends_with(suffix))
         return {};
     std::uint64_t number = 0;
     const char *end = name.data() + name.size() - suffix.size();
@@ -57,19 +53,6 @@ fs::path fileOf(const fs::path &folder, std::uint64_t number)
     return folder / (std::string(prefix) + std::to_string(number) + std::string(suffix));
 }
 
-/// The file's name is only ever that of a whole file, whenever the machine stops.
-bool writeWhole(const fs::path &file, const std::vector<std::uint8_t> &bytes)
-{
-    const std::string draft = file.string() + ".new";
-    const int descriptor = open(draft.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    if (descriptor < 0)
-        return false;
-    const bool written =
-        write(descriptor, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size())
-        && fsync(descriptor) == 0;
-    return close(descriptor) == 0 && written && std::rename(draft.c_str(), file.c_str()) == 0;
-}
-
 } // namespace
 
 std::vector<TakeStore::Kept> TakeStore::load(std::size_t most) const
@@ -78,7 +61,7 @@ std::vector<TakeStore::Kept> TakeStore::load(std::size_t most) const
     for (const std::uint64_t number : numbersIn(folder_)) {
         const fs::path path = fileOf(folder_, number);
         std::error_code error;
-        if (takes.size() == most || fs::file_size(path, error) > largestTake || error)
+        if (takes.size() == most || fs::file_size(path, error) > largestTake)
             continue;
         std::ifstream file(path, std::ios::binary);
         const std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(file), {}};
@@ -99,7 +82,8 @@ void TakeStore::save(std::uint64_t number, const Piece &piece, std::size_t most)
         std::launch::async, [folder = folder_, number, most, bytes = writeMidiFile(piece)] {
             std::error_code error;
             fs::create_directories(folder, error);
-            if (!writeWhole(fileOf(folder, number), bytes)) {
+            if (!replaceFile(fileOf(folder, number),
+                    {reinterpret_cast<const char *>(bytes.data()), bytes.size()})) {
                 log(LogLevel::Warning, "piano", "cannot write to " + folder.string());
                 return;
             }

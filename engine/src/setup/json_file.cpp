@@ -1,6 +1,6 @@
 #include "setup/json_file.h"
 
-#include "setup/whole_file.h"
+#include "files/whole_file.h"
 
 #include <fstream>
 #include <iterator>

@@ -1,4 +1,4 @@
-#include "setup/whole_file.h"
+#include "files/whole_file.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -9,10 +9,10 @@
 
 namespace kelo::engine {
 
-bool replaceFile(const std::filesystem::path &path, std::string_view text)
+bool replaceFile(const std::filesystem::path &path, std::string_view text, mode_t mode)
 {
     const std::string draft = path.string() + ".new";
-    const int file = open(draft.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    const int file = open(draft.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode);
     if (file < 0)
         return false;
     bool written = true;
