@@ -12,7 +12,8 @@ Beat beatOf(const Piece &piece, const Player &player, const Moment &now)
     // The first bar may be longer, by an upbeat.
     if (const std::size_t bars = piece.bars.size(); bars > 2) {
         const double bar = piece.bars[2] - piece.bars[1];
-        beat.tempo = static_cast<int>(std::lround(beat.beats * 60 / bar * player.tempo()));
+        const double tempo = std::clamp(beat.beats * 60 / bar * player.tempo(), 1.0, 10'000.0);
+        beat.tempo = static_cast<int>(std::lround(tempo));
     }
     if (player.playing()) {
         const auto next = std::ranges::find_if(
@@ -41,6 +42,14 @@ bool Activity::pause(const Moment &now)
 void Activity::resume(const Moment &now)
 {
     session_.player.carryOn(now.uptime);
+}
+
+void Activity::pauseOrCarryOn(const Moment &now)
+{
+    if (paused())
+        resume(now);
+    else
+        pause(now);
 }
 
 } // namespace kelo::engine

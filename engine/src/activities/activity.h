@@ -38,6 +38,8 @@ public:
     /// False where nothing runs that could be paused.
     virtual bool pause(const Moment &now);
     virtual void resume(const Moment &now);
+    /// What RETURN does.
+    virtual void pauseOrCarryOn(const Moment &now);
     [[nodiscard]] virtual bool paused() const { return session_.player.paused(); }
 
     /// Does what was asked for; false where that is not this activity's.

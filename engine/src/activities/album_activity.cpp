@@ -59,7 +59,7 @@ void AlbumActivity::toTrack(std::size_t song, bool forward, const Moment &now)
         }
     }
     if (forward) {
-        session_.host.begin(std::make_unique<HomeActivity>(session_), now);
+        begin<HomeActivity>(now);
         say("That was your album.", now);
     }
 }
@@ -72,8 +72,7 @@ std::string AlbumActivity::place() const
 std::string_view AlbumActivity::help() const
 {
     return "Right goes to the next piece of your album, left to the one before. Return pauses. "
-           "Zero "
-           "goes home.";
+           "Zero goes home.";
 }
 
 } // namespace kelo::engine

@@ -53,6 +53,12 @@ std::vector<Note> othersOf(const Piece &piece, BarRange bars, Hands hands)
     return others;
 }
 
+/// A piece without bars is one.
+bool hasBar(const Piece &piece, int bar)
+{
+    return piece.bars.empty() || barPlace(piece, bar);
+}
+
 BarRange allOf(const Piece &piece)
 {
     const int last = piece.barNumbers.empty() ? static_cast<int>(piece.bars.size())
@@ -72,6 +78,11 @@ FollowActivity::FollowActivity(Session &shared, Heard what, const Request &reque
     , follower_(stepsFor(piece_, bars_, hands_), 100.0 / tempo_)
     , part_(othersOf(piece_, bars_, hands_))
 {
+}
+
+bool FollowActivity::possible() const
+{
+    return !follower_.steps().empty() && hasBar(piece_, bars_.first);
 }
 
 std::string FollowActivity::task() const
@@ -104,7 +115,7 @@ void FollowActivity::leave(const Moment &now)
 void FollowActivity::begin(const std::string &words, const Moment &now)
 {
     release(now.uptime + 1e9);
-    session_.player.open();
+    session_.player.open(piece_);
     follower_.restart();
     part_.restart();
     wrong_ = 0;
@@ -147,20 +158,23 @@ void FollowActivity::show(const Request &, const Moment &now)
     session_.player.demonstrate(pieceOf(excerpt, piece_), now.uptime);
 }
 
-/// RETURN shows the part, or silences it.
-bool FollowActivity::pause(const Moment &now)
+bool FollowActivity::pause(const Moment &)
 {
-    if (session_.player.playing())
-        session_.player.stop();
-    else
+    const bool playing = session_.player.playing();
+    session_.player.stop();
+    return playing;
+}
+
+void FollowActivity::pauseOrCarryOn(const Moment &now)
+{
+    if (!pause(now))
         show({}, now);
-    return true;
 }
 
 void FollowActivity::change(BarRange bars, Hands hands, const Moment &now)
 {
     auto steps = stepsFor(piece_, bars, hands);
-    if (steps.empty() || !barPlace(piece_, bars.first)) {
+    if (steps.empty() || !hasBar(piece_, bars.first)) {
         say("There is nothing to play there for these hands.", now);
         return;
     }
@@ -220,7 +234,7 @@ void FollowActivity::note(int pitch, int velocity, const Moment &now)
     if (session_.host.speaking())
         session_.host.hush();
     if (session_.player.playing())
-        session_.player.open();
+        session_.player.open(piece_);
     const auto match = follower_.press(pitch, now.uptime);
     if (!match.right) {
         ++wrong_;

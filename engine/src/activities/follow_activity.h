@@ -15,13 +15,15 @@ public:
     /// `request` may say hands, bars and a tempo in percent.
     FollowActivity(Session &shared, Heard what, const Request &request);
 
-    /// The hands have notes there.
-    [[nodiscard]] bool possible() const { return !follower_.steps().empty(); }
+    /// These bars are there, and the hands have notes in them.
+    [[nodiscard]] bool possible() const;
 
     void enter(const Moment &now) override;
     void leave(const Moment &now) override;
     bool request(const Request &request, const Moment &now) override;
     bool pause(const Moment &now) override;
+    /// Shows the part, or silences it.
+    void pauseOrCarryOn(const Moment &now) override;
     void note(int pitch, int velocity, const Moment &now) override;
     void advance(const Moment &now) override;
     [[nodiscard]] std::optional<double> deadline() const override;
@@ -60,7 +62,7 @@ private:
     Piece piece_; ///< each bar once, with the hands of its notes
     BarRange bars_; ///< as they are printed
     Hands hands_; ///< the player's
-    int tempo_ = 100; ///< percent of what is written
+    int tempo_; ///< percent of what is written
     ScoreFollower follower_;
     AccompanimentPart part_;
     std::vector<Held> held_; ///< keys of the accompaniment

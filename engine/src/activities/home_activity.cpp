@@ -86,8 +86,7 @@ void HomeActivity::list(const Request &, const Moment &now)
 std::string_view HomeActivity::help() const
 {
     return "Left and right go through the choices, Space opens one. M is the song menu, C "
-           "composes, "
-           "J is the jazz course. O plays a MIDI file of yours, Return pauses it. "
+           "composes, J is the jazz course. O plays a MIDI file of yours, Return pauses it. "
            "A lets you type a command, Slash opens a page with all of them. Zero leaves "
            "any mode.";
 }

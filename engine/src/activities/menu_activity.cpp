@@ -6,8 +6,7 @@ namespace kelo::engine {
 
 void MenuActivity::enter(const Moment &now)
 {
-    session_.library.refresh();
-    session_.songs.setSongs(session_.library.names());
+    refreshSongs(session_);
     if (entry_ == Entry::Spoken)
         say("Song menu. " + session_.songs.describe() + " Space learns it, Return plays it.", now);
 }
@@ -25,12 +24,12 @@ bool MenuActivity::request(const Request &request, const Moment &now)
     return handle(*this, handlers, request, now);
 }
 
-/// RETURN plays what the menu has come to, or pauses what plays.
-bool MenuActivity::pause(const Moment &now)
+void MenuActivity::pauseOrCarryOn(const Moment &now)
 {
-    if (!Activity::pause(now))
+    if (session_.player.playing() || session_.player.paused())
+        Activity::pauseOrCarryOn(now);
+    else
         play(now);
-    return true;
 }
 
 void MenuActivity::play(const Moment &now)
@@ -91,7 +90,7 @@ void MenuActivity::stop(const Request &, const Moment &)
 
 std::optional<Beat> MenuActivity::beat(const Moment &now) const
 {
-    if (!session_.player.playing())
+    if (!session_.player.playing() || !session_.heard)
         return {};
     return beatOf(session_.heard->piece, session_.player, now);
 }
@@ -99,7 +98,7 @@ std::optional<Beat> MenuActivity::beat(const Moment &now) const
 std::string MenuActivity::place() const
 {
     std::string text = "You are in the song menu. " + session_.songs.describe();
-    if (session_.player.playing() || session_.player.paused())
+    if (session_.heard && (session_.player.playing() || session_.player.paused()))
         text += " This is " + session_.heard->title + ".";
     return text;
 }

@@ -18,7 +18,8 @@ public:
 
     void enter(const Moment &now) override;
     bool request(const Request &request, const Moment &now) override;
-    bool pause(const Moment &now) override;
+    /// Plays what the menu has come to where nothing plays.
+    void pauseOrCarryOn(const Moment &now) override;
 
     [[nodiscard]] std::string_view mode() const override { return "menu"; }
     [[nodiscard]] unsigned where() const override { return InMenu; }

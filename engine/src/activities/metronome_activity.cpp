@@ -125,8 +125,7 @@ std::string MetronomeActivity::place() const
 std::string_view MetronomeActivity::help() const
 {
     return "Minus and equals change the metronome's tempo, left the beats of a bar, right the "
-           "parts "
-           "of a beat. Return pauses it. Zero goes home.";
+           "parts of a beat. Return pauses it. Zero goes home.";
 }
 
 std::string_view MetronomeActivity::suggestions() const

@@ -31,11 +31,10 @@ void ScoreActivity::enter(const Moment &now)
         static_cast<void>(walk_.setHands(Hands::Both));
     if (bars_)
         static_cast<void>(walk_.toBar(bars_->first));
-    words_ = "The score of " + what_.title + ", " + numberInWords(walk_.lastBar())
-        + " bars. Right and left walk through it. "
-        + description_.tell(walk_, walk_.here(), walk_.hands());
-    say(words_, now);
-    words_.clear();
+    say("The score of " + what_.title + ", " + numberInWords(walk_.lastBar())
+            + " bars. Right and left walk through it. "
+            + description_.tell(walk_, walk_.here(), walk_.hands()),
+        now);
 }
 
 bool ScoreActivity::request(const Request &request, const Moment &now)
@@ -72,17 +71,21 @@ bool ScoreActivity::request(const Request &request, const Moment &now)
     return handle(*this, handlers, request, now);
 }
 
-bool ScoreActivity::pause(const Moment &now)
+bool ScoreActivity::pause(const Moment &)
 {
     const bool playing = session_.player.playing();
     words_.clear();
     session_.player.stop();
-    if (!playing) {
-        const int end = walk_.piece().bars.back().end();
-        session_.player.demonstrate(
-            soundOf({walk_.here().from, end}, walk_.hands(), piece_.length), now.uptime);
-    }
-    return true;
+    return playing;
+}
+
+void ScoreActivity::pauseOrCarryOn(const Moment &now)
+{
+    if (pause(now))
+        return;
+    const int end = walk_.piece().bars.back().end();
+    session_.player.demonstrate(
+        soundOf({walk_.here().from, end}, walk_.hands(), piece_.length), now.uptime);
 }
 
 /// The notes of a stretch as a piece of their own; none is held for longer than `longest`.

@@ -14,8 +14,9 @@ public:
 
     void enter(const Moment &now) override;
     bool request(const Request &request, const Moment &now) override;
-    /// RETURN plays on from here, and stops.
     bool pause(const Moment &now) override;
+    /// Plays on from here, or stops.
+    void pauseOrCarryOn(const Moment &now) override;
     void advance(const Moment &now) override;
 
     [[nodiscard]] std::string_view mode() const override { return "score"; }

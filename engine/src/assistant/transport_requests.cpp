@@ -6,10 +6,7 @@ namespace kelo::engine {
 
 void TransportRequests::pauseOrCarryOn(const Request &, const Moment &now)
 {
-    if (current_->paused())
-        current_->resume(now);
-    else
-        current_->pause(now);
+    current_->pauseOrCarryOn(now);
 }
 
 void TransportRequests::pause(const Request &, const Moment &now)

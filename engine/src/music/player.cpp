@@ -117,10 +117,11 @@ void Player::setTempo(double factor, double now)
     playFrom(at, carryOnDelay, now);
 }
 
-void Player::open()
+void Player::open(const Piece &piece)
 {
     stop();
     piece_ = {};
+    instrument_.setGain(levellingGain(piece));
     restoreChannels(0);
 }
 
@@ -269,8 +270,7 @@ void Player::light(double until)
         const bool more = nextNote_ < piece_->notes.size() && piece_->notes[nextNote_].at <= until;
         if (!lit_.empty() && lit_.front().until <= until
             && (!more || lit_.front().until <= piece_->notes[nextNote_].at)) {
-            int &count = sounding_[static_cast<std::size_t>(lit_.front().pitch)];
-            if (count > 0 && --count == 0)
+            if (--sounding_[static_cast<std::size_t>(lit_.front().pitch)] == 0)
                 wire_.send("out", {lit_.front().pitch, 0});
             std::ranges::pop_heap(lit_, later);
             lit_.pop_back();

@@ -39,8 +39,8 @@ public:
     void setTempo(double factor, double now);
     [[nodiscard]] double tempo() const { return speed_; }
 
-    /// Gets ready to be played key by key, by an accompaniment that waits.
-    void open();
+    /// Gets ready to be played key by key, by an accompaniment that waits, as loudly as `piece` is.
+    void open(const Piece &piece);
     /// Presses a key at once, or releases it where `velocity` is 0.
     void touch(int pitch, int velocity);
 
