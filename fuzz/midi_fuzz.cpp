@@ -1,9 +1,10 @@
-// Any bytes as a MIDI file: whatever is read of it must be in order, go through a lesson and come
-// back from being written.
+// Any bytes as a MIDI file: whatever is read of it must be in order, go through a lesson, be
+// written down as a score and come back from being saved.
 
 #include "lessons/excerpt.h"
 #include "music/midi_file.h"
 #include "music/midi_writer.h"
+#include "written/transcript.h"
 
 #include <algorithm>
 #include <cmath>
@@ -49,6 +50,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *bytes, size_t size)
         if (!excerpts.empty())
             check(!pieceOf(excerpts.back(), *piece).notes.empty());
     }
+    check(std::ranges::is_sorted(writtenOf(*piece)->notes, {}, &WrittenNote::at));
     const auto again = readMidiFile(writeMidiFile(*piece));
     check(std::holds_alternative<Piece>(again));
     check(std::get<Piece>(again));

@@ -99,6 +99,12 @@ private Q_SLOTS:
         QCOMPARE(utf16Offsets(line).back(), static_cast<int>(QString::fromStdString(line).size()));
     }
 
+    void aTextIsCutAtAWholeCharacter()
+    {
+        QCOMPARE(oneLine("\u20ac\u20ac", 5), std::string("\u20ac"));
+        QCOMPARE(oneLine("\u20ac\u20ac", 6), std::string("\u20ac\u20ac"));
+    }
+
     void noTextBreaksALine()
     {
         std::string sent;

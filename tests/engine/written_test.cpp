@@ -484,6 +484,20 @@ private Q_SLOTS:
         QVERIFY(std::ranges::find(phrases, minuet->bars[8].at, &Stretch::from) != phrases.end());
     }
 
+    void absurdBarsStayInOrder()
+    {
+        Piece piece;
+        piece.beats = 255;
+        piece.unit = 1;
+        for (int bar = 0; bar < 500; ++bar)
+            piece.bars.push_back(bar / 2 * 1e-7);
+        piece.notes = {{0, 1, 60, 80}, {80000, 1, 62, 80}};
+        measureLength(piece);
+        const auto written = writtenOf(piece);
+        QVERIFY(std::ranges::is_sorted(written->bars, {}, &WrittenBar::at));
+        QVERIFY(written->notes.front().at < written->notes.back().at);
+    }
+
     void tellsOnlyWhatChanged()
     {
         Piece piece = std::get<Piece>(Library{{}}.load(4)); // Minuet in G

@@ -31,13 +31,13 @@ std::size_t characterLength(std::string_view text, std::size_t at)
 
 } // namespace
 
-std::string oneLine(std::string_view text)
+std::string oneLine(std::string_view text, std::size_t most)
 {
     std::string line;
     for (std::size_t i = 0; i < text.size();) {
         const std::size_t length = characterLength(text, i);
         const std::size_t taken = length == 0 ? 1 : length;
-        if (line.size() + taken > longestText)
+        if (line.size() + taken > most)
             break;
         if (length == 0)
             line += '?';

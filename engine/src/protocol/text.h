@@ -10,8 +10,8 @@ namespace kelo::engine {
 inline constexpr std::size_t longestText = 4000;
 
 /// `text` as valid UTF-8 on one line: bytes that are no UTF-8 become "?", control characters
-/// spaces, the ends are trimmed and what exceeds `longestText` is cut off at a whole character.
-[[nodiscard]] std::string oneLine(std::string_view text);
+/// spaces, the ends are trimmed and what exceeds `most` bytes is cut off at a whole character.
+[[nodiscard]] std::string oneLine(std::string_view text, std::size_t most = longestText);
 
 /// The offset in UTF-16 code units of every character of `text` (valid UTF-8), and of its end:
 /// one entry more than there are characters.

@@ -89,7 +89,7 @@ Profile profileFromSetup(std::string_view line, const Profile &old)
     std::array<std::string, 8> fields;
     for (std::string &field : fields) {
         const auto bar = std::min(line.find('|'), line.size());
-        field = oneLine(line.substr(0, std::min(bar, longestAnswer)));
+        field = oneLine(line.substr(0, bar), longestAnswer);
         line.remove_prefix(std::min(bar + 1, line.size()));
     }
     Profile profile = old;

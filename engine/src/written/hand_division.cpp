@@ -65,8 +65,7 @@ Lines linesOf(const Piece &piece)
             continue;
         Line &line = lines[note.track];
         if (line.count++ == 0) {
-            line.keyboard =
-                programs[static_cast<std::size_t>(note.channel & 15)] <= lastKeyboardProgram;
+            line.keyboard = programs[static_cast<std::size_t>(note.channel)] <= lastKeyboardProgram;
             const auto track = static_cast<std::size_t>(note.track);
             if (track < piece.trackNames.size())
                 line.named = handNamed(piece.trackNames[track]);

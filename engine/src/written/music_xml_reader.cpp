@@ -1,5 +1,6 @@
 #include "written/music_xml_reader.h"
 
+#include "protocol/text.h"
 #include "written/part_reader.h"
 
 #include <algorithm>
@@ -109,11 +110,7 @@ void giveHands(WrittenPiece &piece, const std::vector<int> &staves)
 
 std::string textOf(const pugi::xml_node &node)
 {
-    constexpr std::size_t longest = 200;
-    std::string text = std::string(node.text().get()).substr(0, longest);
-    std::ranges::replace_if(
-        text, [](unsigned char c) { return c < ' '; }, ' ');
-    return text;
+    return oneLine(node.text().get(), longestWrittenText);
 }
 
 } // namespace

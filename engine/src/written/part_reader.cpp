@@ -1,8 +1,11 @@
 #include "written/part_reader.h"
 
+#include "protocol/text.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -11,7 +14,6 @@ namespace kelo::engine {
 
 namespace {
 
-constexpr std::size_t longestText = 200;
 constexpr int mostVoices = 64;
 
 template <typename Value, std::size_t count>
@@ -37,16 +39,9 @@ constexpr Names<std::string_view, 12> chordKinds{{{"major", ""}, {"minor", "m"},
     {"half-diminished", "m7b5"}, {"diminished-seventh", "dim7"}, {"suspended-fourth", "sus4"},
     {"major-sixth", "6"}, {"minor-sixth", "m6"}}};
 
-/// One line of text that is not too long.
 std::string shortText(const char *text)
 {
-    std::string line(std::string_view(text).substr(0, longestText));
-    while (!line.empty() && (static_cast<unsigned char>(line.back()) & 0xc0U) == 0x80
-        && line.size() == longestText)
-        line.pop_back(); // no half of a letter
-    std::ranges::replace_if(
-        line, [](unsigned char c) { return c < ' '; }, ' ');
-    return line;
+    return oneLine(text, longestWrittenText);
 }
 
 double tempoOf(std::string_view words)
@@ -219,8 +214,9 @@ void PartReader::note(const pugi::xml_node &node)
     note.velocity = static_cast<std::uint8_t>(velocity_);
     note.value =
         static_cast<std::int16_t>(named(node.child("type").child_value(), noteTypes).value_or(0));
-    for (const pugi::xml_node dot : node.children("dot"))
-        note.dots = static_cast<std::int8_t>(std::min(3, note.dots + (dot ? 1 : 0)));
+    const auto dots = node.children("dot");
+    note.dots = static_cast<std::int8_t>(
+        std::min<std::ptrdiff_t>(3, std::distance(dots.begin(), dots.end())));
     for (const pugi::xml_node tie : node.children("tie"))
         (isStart(tie) ? note.tiedOn : note.tiedBefore) = true;
     for (const pugi::xml_node notations : node.children("notations"))

@@ -13,6 +13,7 @@ namespace kelo::engine {
 /// What a score may have at most; the rest of a larger one is left out.
 inline constexpr std::size_t mostWrittenNotes = 200000;
 inline constexpr std::size_t mostWrittenBars = 5000;
+inline constexpr std::size_t longestWrittenText = 200; ///< bytes
 inline constexpr int longestWrittenBar = 32 * writtenQuarter;
 
 /// Reads the measures of one part into a piece. Places count from the beginning of their bar until

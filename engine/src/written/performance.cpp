@@ -16,6 +16,7 @@ constexpr double usualTempo = 100;
 constexpr double held = 0.95; ///< of its length, so that repeated notes are two
 constexpr double heldStaccato = 0.5;
 constexpr double graceSeconds = 0.09;
+constexpr std::ptrdiff_t mostGraces = 16; ///< that come before a note
 constexpr double accompanimentVelocity = 0.8;
 
 /// Turns places into seconds, by the tempos that are written.
@@ -176,10 +177,10 @@ Piece performed(std::shared_ptr<const WrittenPiece> written, Repeats repeats)
                 continue;
             const bool grace = note->length == 0;
             // Grace notes come one after the other before what they belong to.
-            const auto graces =
-                !grace ? 0 : std::find_if(note, notes.end(), [&](const WrittenNote &next) {
-                    return next.at != note->at || next.length > 0;
-                }) - note;
+            const auto last = note + std::min(mostGraces, notes.end() - note);
+            const auto graces = !grace ? 0 : std::find_if(note, last, [&](const WrittenNote &next) {
+                return next.at != note->at || next.length > 0;
+            }) - note;
             const double at = std::max(0.0,
                 now + tempos.timeOf(note->at) - began - static_cast<double>(graces) * graceSeconds);
             const double length =

@@ -15,6 +15,8 @@ namespace kelo::engine {
 namespace {
 
 constexpr double barWithoutMetre = 2; ///< seconds
+constexpr double shortestBar = 1e-3; ///< seconds; what is shorter is no music
+constexpr int latest = 1 << 29; ///< parts of a quarter: more than ten hours
 constexpr double gapsClosed =
     0.65; ///< of the way to the next note: it was meant to last until then
 
@@ -26,10 +28,11 @@ constexpr std::array<int, 13> grid{0, writtenQuarter / 8, writtenQuarter / 6, wr
 
 int nearestOnGrid(double ticks)
 {
-    const int quarter = static_cast<int>(std::floor(ticks / writtenQuarter)) * writtenQuarter;
-    const double rest = ticks - quarter;
+    const double place = std::clamp<double>(ticks, -latest, latest);
+    const int quarter = static_cast<int>(std::floor(place / writtenQuarter)) * writtenQuarter;
+    const double rest = place - quarter;
     return quarter
-        + *std::ranges::min_element(grid, {}, [rest](int place) { return std::abs(place - rest); });
+        + *std::ranges::min_element(grid, {}, [rest](int each) { return std::abs(each - rest); });
 }
 
 /// The bars of a piece, in seconds and as they are written.
@@ -65,7 +68,7 @@ public:
             bar.unit = piece.unit;
             bar.fifths = sharpsOf(key);
             bar.minor = key.minor;
-            at += bar.length;
+            at = std::min(latest, at + bar.length);
             written_.push_back(bar);
         }
         last_ = usual > 0 ? usual : std::max(barWithoutMetre, piece.length - starts_.back());
@@ -83,7 +86,8 @@ public:
     {
         const std::size_t bar = barAt(time);
         const double length = bar + 1 < starts_.size() ? starts_[bar + 1] - starts_[bar] : last_;
-        return written_[bar].at + (time - starts_[bar]) / length * written_[bar].length;
+        const double share = (time - starts_[bar]) / std::max(length, shortestBar);
+        return written_[bar].at + share * written_[bar].length;
     }
 
     [[nodiscard]] std::vector<WrittenBar> take() { return std::move(written_); }
