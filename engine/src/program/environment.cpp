@@ -2,12 +2,15 @@
 
 #include "songs/library.h"
 
+#include <fcntl.h>
 #include <spawn.h>
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <cstdlib>
 #include <system_error>
+#include <utility>
 
 namespace kelo::engine {
 
@@ -26,16 +29,16 @@ std::vector<Soundfont> soundfonts()
 
 std::vector<std::string> firstSoundfonts()
 {
-    if (std::getenv("KELO_SOUNDFONT"))
-        return {setting("KELO_SOUNDFONT")};
+    if (std::string chosen = setting("KELO_SOUNDFONT"); !chosen.empty())
+        return {std::move(chosen)};
     return {"/usr/share/sounds/sf2/default-GM.sf2", "/usr/share/sounds/sf2/TimGM6mb.sf2",
         "/usr/share/sounds/sf2/FluidR3_GM.sf2", "/usr/share/sounds/sf3/default-GM.sf3"};
 }
 
 std::filesystem::path homeFolder()
 {
-    if (std::getenv("KELO_HOME"))
-        return setting("KELO_HOME");
+    if (const std::string chosen = setting("KELO_HOME"); !chosen.empty())
+        return chosen;
     return std::filesystem::path(setting("HOME")) / ".local" / "share" / "Kelo";
 }
 
@@ -83,8 +86,24 @@ bool openWithDesktop(const std::filesystem::path &page)
     std::string program = "xdg-open";
     std::string file = page.string();
     const std::array<char *, 3> arguments{program.data(), file.data(), nullptr};
+    // It neither reads what the display sends nor ignores the signals that the engine ignores.
+    posix_spawn_file_actions_t files{};
+    posix_spawn_file_actions_init(&files);
+    posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    sigset_t ignored{};
+    sigemptyset(&ignored);
+    sigaddset(&ignored, SIGCHLD);
+    sigaddset(&ignored, SIGPIPE);
+    posix_spawnattr_t usual{};
+    posix_spawnattr_init(&usual);
+    posix_spawnattr_setsigdefault(&usual, &ignored);
+    posix_spawnattr_setflags(&usual, POSIX_SPAWN_SETSIGDEF);
     pid_t child = 0;
-    return posix_spawnp(&child, program.c_str(), nullptr, nullptr, arguments.data(), environ) == 0;
+    const int error =
+        posix_spawnp(&child, program.c_str(), &files, &usual, arguments.data(), environ);
+    posix_spawnattr_destroy(&usual);
+    posix_spawn_file_actions_destroy(&files);
+    return error == 0;
 }
 
 } // namespace kelo::engine
