@@ -63,10 +63,10 @@ std::vector<Soundfont> findSoundfonts(std::span<const fs::path> folders)
             const std::string kind = entry->path().extension().string();
             std::error_code unreadable;
             const fs::path file = fs::canonical(entry->path(), unreadable);
-            if (unreadable || (kind != ".sf2" && kind != ".sf3") || !fs::is_regular_file(file)
-                || !seen.insert(file).second)
+            const std::uintmax_t size = unreadable ? 0 : fs::file_size(file, unreadable);
+            if (unreadable || (kind != ".sf2" && kind != ".sf3") || !seen.insert(file).second)
                 continue;
-            all.push_back({rankOf(file.filename().string()), fs::file_size(file), file});
+            all.push_back({rankOf(file.filename().string()), size, file});
         }
     }
     std::ranges::sort(all, [](const Found &a, const Found &b) {
