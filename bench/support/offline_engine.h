@@ -37,7 +37,6 @@ public:
 
     [[nodiscard]] double now() const { return now_; }
     [[nodiscard]] bool speaking() const { return speaker_.speaking(); }
-    [[nodiscard]] bool quiet() const { return assistant_.quiet(); }
     [[nodiscard]] std::span<const float> left() const { return left_; }
     [[nodiscard]] std::span<const float> right() const { return right_; }
 

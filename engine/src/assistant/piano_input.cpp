@@ -45,8 +45,8 @@ void PianoInput::change(std::string_view name, const Moment &now)
 void PianoInput::take(ChannelMessage message, std::string_view mode, const Moment &now)
 {
     const int pitch = message.first & 0x7f;
-    const bool release = message.kind() == 0x80 || (message.kind() == 0x90 && message.second == 0);
-    const bool note = release || message.kind() == 0x90;
+    const bool release = message.releases();
+    const bool note = release || message.presses();
     const int velocity = release ? 0 : message.second;
     const bool shown = down_[static_cast<std::size_t>(pitch)];
     if (note && (takeCommandKey(pitch, velocity, mode, now) || (release && !shown)))

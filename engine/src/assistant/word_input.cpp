@@ -92,7 +92,7 @@ void WordInput::obey(std::string_view text, const Moment &now)
 /// Where two songs are meant as much as each other, asks which.
 void WordInput::undertake(const Request &request, const Moment &now)
 {
-    if (!request.song || !request.other) {
+    if (!request.other) {
         session_.host.perform(request, now);
         return;
     }

@@ -7,9 +7,9 @@ namespace kelo::engine {
 
 namespace {
 
-/// A stroke of a figure: when and how long, in parts of a beat of the figure; which notes.
+/// A stroke of a figure: when and how long, in eighths; which notes.
 struct Stroke {
-    int at; ///< eighths of the bar
+    int at; ///< in the bar
     int length;
     unsigned notes; ///< bits: root, third, fifth, root above, root below, fifth below
     int stress = 0;

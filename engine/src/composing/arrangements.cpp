@@ -36,7 +36,7 @@ struct Scoring {
     int tempo; ///< quarters a minute; 0 as the theme has it
     int melodyProgram;
     int register_; ///< the octave where the melody's middle comes to lie, as a pitch
-    int doubleProgram; ///< plays the melody an octave lower too; -1 for nobody
+    int doubleProgram; ///< plays the melody an octave higher, too; -1 for nobody
     std::array<Backing, 4> backing;
     std::size_t backingCount;
 };
@@ -106,7 +106,6 @@ Score arrange(const Score &theme, Arrangement arrangement)
         accompany(score, backing.player, waltz ? Figure::Waltz : backing.figure, backing.lowest,
             backing.velocity);
     }
-    score.sort();
     return score;
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int highest = 11; ///< degrees above the tonic at middle C
 constexpr int lowest = -2;
-constexpr int periodBars = 8; ///< bars
+constexpr int periodBars = 8;
 
 /// Rhythms of a bar, in eighths.
 using Rhythm = std::vector<int>;

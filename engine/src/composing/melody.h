@@ -7,7 +7,7 @@
 
 namespace kelo::engine {
 
-/// The bars of a melody, as degrees of the key; -100 is a rest.
+/// A note of a melody, as a degree of the key.
 struct DegreeTone {
     int at = 0; ///< ticks
     int length = 0;

@@ -105,8 +105,10 @@ private:
             const int ends = std::min(end, to);
             if (begins < ends) {
                 xml += written(now, begins, {}, false, false);
-                xml += written(begins, ends, std::span(tones_).subspan(i, next - i),
-                    tones_[i].at<from, end> to);
+                const bool tiedBefore = tones_[i].at < from;
+                const bool tiedAfter = to < end;
+                xml += written(
+                    begins, ends, std::span(tones_).subspan(i, next - i), tiedBefore, tiedAfter);
                 now = ends;
             }
             i = next;
@@ -114,7 +116,7 @@ private:
         return xml + written(now, to, {}, false, false);
     }
 
-    /// Notes, or a rest, for a stretch of time, in as many written noteValues as it takes.
+    /// Notes, or a rest, for a stretch of time, in as many written values as it takes.
     [[nodiscard]] std::string written(
         int from, int to, std::span<const Tone> chord, bool tiedBefore, bool tiedAfter) const
     {

@@ -111,12 +111,12 @@ std::string lengthInWords(int ticks)
         int ticks;
         std::string_view name;
     };
-    constexpr std::array<Value, 9> values{
+    constexpr std::array<Value, 8> values{
         {{96, "semibreve"}, {72, "dotted minim"}, {48, "minim"}, {36, "dotted crotchet"},
-            {24, "crotchet"}, {18, "dotted quaver"}, {12, "quaver"}, {6, "semiquaver"}, {0, ""}}};
+            {24, "crotchet"}, {18, "dotted quaver"}, {12, "quaver"}, {6, "semiquaver"}}};
     std::string words;
     for (const Value &value : values) {
-        while (value.ticks > 0 && ticks >= value.ticks) {
+        while (ticks >= value.ticks) {
             words += (words.empty() ? "" : " tied to a ") + std::string(value.name);
             ticks -= value.ticks;
         }

@@ -92,7 +92,7 @@ Attempt::State Attempt::press(int pitch, double now)
     }
     if (current_ == State::Missed || ornament(pitch))
         return current_;
-    if (resumed_ && pressed_.empty() && times_.empty() && contains(steps_[0].pitches, pitch)) {
+    if (resumed_ && times_.empty() && contains(steps_[0].pitches, pitch)) {
         step_ = 0;
         take(pitch, now);
         return current_;
@@ -105,14 +105,14 @@ Attempt::State Attempt::press(int pitch, double now)
 
 Attempt::State Attempt::expire(double now)
 {
-    if (current_ == State::Going && early_ && now >= early_->at + together)
+    if (early_ && now >= early_->at + together)
         return miss(early_->pitch);
     return current_;
 }
 
 std::optional<double> Attempt::deadline() const
 {
-    return early_ && current_ == State::Going ? std::optional(early_->at + together) : std::nullopt;
+    return early_ ? std::optional(early_->at + together) : std::nullopt;
 }
 
 void Attempt::resume()
@@ -129,7 +129,6 @@ void Attempt::resume()
     current_ = State::Going;
     pressed_.clear();
     times_.clear();
-    early_.reset();
     resumed_ = true;
 }
 
@@ -195,8 +194,7 @@ std::string Attempt::fault() const
 
 std::string Attempt::rhythm() const
 {
-    if (current_ != State::Passed || resumed_ || times_.size() < enoughForRhythm
-        || times_.size() != steps_.size())
+    if (current_ != State::Passed || resumed_ || times_.size() < enoughForRhythm)
         return {};
     // How much longer or shorter each step was than the player's own pulse would have it.
     std::vector<double> ratios;

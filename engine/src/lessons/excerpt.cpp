@@ -20,7 +20,7 @@ public:
         : piece_(piece)
     {
         const bool compound = piece.unit >= 8 && piece.beats > 3 && piece.beats % 3 == 0;
-        beats_ = std::max(1, compound ? piece.beats / 3 : piece.beats);
+        beats_ = compound ? piece.beats / 3 : piece.beats;
         const auto &bars = piece.bars;
         if (bars.size() > 2) {
             usual_ = bars[2] - bars[1];
@@ -35,7 +35,7 @@ public:
     {
         const auto &bars = piece_.bars;
         const auto next = std::ranges::upper_bound(bars, step.at + writtenTogether);
-        if (bars.empty() || next == bars.begin() || usual_ <= 0)
+        if (next == bars.begin() || usual_ <= 0)
             return;
         const auto index = static_cast<std::size_t>(next - bars.begin()) - 1;
         const double from = bars[index] + (index == 0 ? upbeat_ : 0);

@@ -179,7 +179,6 @@ Reply Lesson::missed()
         return {{}, words + " Listen again.", true};
     }
     attempt_->resume();
-    reminded_ = false;
     return {{},
         words
             + (attempt_->atBeginning() ? " Try again." : " Go on from " + attempt_->next() + ".")};

@@ -103,8 +103,10 @@ public:
         split(phrase.words, ' ', [&](std::string_view group) {
             if (group.front() == '?')
                 take(group.substr(1), true);
-            else
-                complete = ++needed_ > 0 && complete && take(group, false);
+            else {
+                ++needed_;
+                complete = complete && take(group, false);
+            }
         });
         if (phrase.words == "@" && request_.other)
             return false; // a word of two titles is no request

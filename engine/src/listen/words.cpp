@@ -58,7 +58,7 @@ std::optional<int> digits(std::string_view word)
     int value = 0;
     const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);
     const bool whole = error == std::errc{} && end == word.data() + word.size();
-    return whole && value >= 0 && value <= largest ? std::optional(value) : std::nullopt;
+    return whole && value <= largest ? std::optional(value) : std::nullopt;
 }
 
 } // namespace

@@ -272,11 +272,10 @@ Chunks tracksOf(MidiReader file, std::size_t promised)
         const std::string_view name = tag(file.take(4));
         const std::uint32_t size = file.number(4);
         const MidiBytes body = file.take(size);
-        found.whole = found.whole && !file.failed();
         if (name == "MTrk")
             found.tracks.emplace_back(body, static_cast<int>(found.tracks.size()));
     }
-    found.whole = found.whole && found.tracks.size() >= promised;
+    found.whole = !file.failed() && found.tracks.size() >= promised;
     return found;
 }
 

@@ -68,7 +68,7 @@ Bytes writeMidiFile(const Piece &piece, const MidiSignature &signature)
         now = due;
         track.push_back(message.status);
         track.push_back(message.first);
-        if (message.kind() != 0xc0 && message.kind() != 0xd0)
+        if (message.size() == 3)
             track.push_back(message.second);
     }
     track.insert(track.end(), {0, 0xff, 0x2f, 0});

@@ -32,8 +32,9 @@ bool RawDeviceSource::replaced() const
 {
     struct stat there { };
     struct stat open { };
-    return stat(path_.c_str(), &there) != 0 || fstat(descriptor_, &open) != 0
-        || there.st_ino != open.st_ino || there.st_dev != open.st_dev;
+    fstat(descriptor_, &open);
+    return stat(path_.c_str(), &there) != 0 || there.st_ino != open.st_ino
+        || there.st_dev != open.st_dev;
 }
 
 bool RawDeviceSource::look()
@@ -49,9 +50,9 @@ bool RawDeviceSource::look()
     if (descriptor_ < 0)
         return false;
     struct stat status { };
-    const bool known = fstat(descriptor_, &status) == 0;
-    writable_ = known && S_ISCHR(status.st_mode);
-    if (!known || !(S_ISCHR(status.st_mode) || S_ISFIFO(status.st_mode))) {
+    fstat(descriptor_, &status);
+    writable_ = S_ISCHR(status.st_mode);
+    if (!writable_ && !S_ISFIFO(status.st_mode)) {
         if (!std::exchange(refused_, true))
             log(LogLevel::Warning, "piano", path_ + " is no device");
         close();
@@ -79,8 +80,7 @@ void RawDeviceSource::send(ChannelMessage message)
     if (descriptor_ < 0 || !writable_)
         return;
     const std::array<unsigned char, 3> bytes{message.status, message.first, message.second};
-    const bool two = message.kind() == 0xc0 || message.kind() == 0xd0;
-    if (write(descriptor_, bytes.data(), two ? 2 : 3) < 0 && errno != EAGAIN)
+    if (write(descriptor_, bytes.data(), message.size()) < 0 && errno != EAGAIN)
         gone_ = true;
 }
 

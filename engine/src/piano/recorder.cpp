@@ -129,7 +129,7 @@ void Recorder::write(double now)
 
 void Recorder::advance(double now)
 {
-    if (unwritten_ && now - lastKey_ >= rest)
+    if (now - lastKey_ >= rest)
         write(now);
 }
 

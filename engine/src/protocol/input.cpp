@@ -66,8 +66,7 @@ std::optional<Input> InputReader::take(char byte)
 
 std::optional<double> InputReader::deadline() const
 {
-    const bool lone =
-        (state_ == State::Command && line_.empty() && !overflow_) || state_ == State::Escape;
+    const bool lone = (state_ == State::Command && line_.empty()) || state_ == State::Escape;
     return lone ? std::optional(lastByte_ + keyAlone) : std::nullopt;
 }
 

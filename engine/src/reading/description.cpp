@@ -154,8 +154,6 @@ std::string Description::notesOf(const Walk &walk, Stretch stretch, Hands hand)
     const auto notes = walk.notesIn(stretch, hand);
     std::vector<std::string> events;
     int sounds = stretch.from;
-    const bool longer = std::ranges::any_of(
-        notes, [&](const WrittenNote *note) { return note->at != stretch.from; });
     for (std::size_t i = 0; i < notes.size();) {
         std::size_t next = i;
         std::vector<const WrittenNote *> together;
@@ -165,7 +163,7 @@ std::string Description::notesOf(const Walk &walk, Stretch stretch, Hands hand)
             end = std::max(end, notes[next]->end());
             together.push_back(notes[next++]);
         }
-        if (longer && notes[i]->at > sounds && i > 0)
+        if (notes[i]->at > sounds && i > 0)
             events.push_back(nameOf(notes[i]->at - sounds, pulseOf(walk.barAt(sounds))) + " rest");
         events.push_back(
             eventOf(walk.barAt(notes[i]->at), together, said_[static_cast<std::size_t>(hand)]));
@@ -194,9 +192,7 @@ std::string Description::tell(const Walk &walk, Stretch stretch, Hands hands)
             continue;
         const bool say = hands == Hands::Both && (!other.empty() || hands_ != handName(hand));
         text += (say ? capital(std::string(handName(hand))) + ": " : "") + notes + ". ";
-        named = handName(hand);
-        if (!other.empty())
-            named.clear();
+        named = other.empty() ? handName(hand) : "";
     }
     hands_ = named;
     text.pop_back();

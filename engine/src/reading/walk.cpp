@@ -82,8 +82,6 @@ std::vector<Stretch> Walk::places(WalkUnit unit) const
         all = phrasesOf(*piece_);
         break;
     }
-    if (all.empty())
-        all.push_back({0, piece_->bars.back().end()});
     return all;
 }
 

@@ -90,7 +90,7 @@ std::size_t Library::firstFile() const
 
 std::variant<Piece, ReadFault> Library::load(std::size_t song) const
 {
-    const std::size_t shipped = shippedSongs().size();
+    const std::size_t shipped = firstFile();
     if (song >= size())
         return ReadFault::Empty;
     if (song >= shipped)
@@ -132,7 +132,7 @@ std::filesystem::path songsFolder(const std::filesystem::path &home)
     std::filesystem::path music = home / "Music";
     std::ifstream settings(home / ".config" / "user-dirs.dirs");
     for (std::string line; std::getline(settings, line);) {
-        if (!line.starts_with(entry) || line.size() <= entry.size() || line.back() != '"')
+        if (!line.starts_with(entry) || line.back() != '"')
             continue;
         const std::string value = line.substr(entry.size(), line.size() - entry.size() - 1);
         if (value.starts_with(inHome))

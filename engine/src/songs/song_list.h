@@ -23,7 +23,7 @@ public:
     /// Chooses by place, counted from 1; false where there is no such song.
     bool choose(int number);
 
-    /// "Song 5 of 8: Minuet in G, by Christian Petzold."
+    /// "Song 5 of 8: Minuet in G, Christian Petzold."
     [[nodiscard]] std::string describe() const;
 
     [[nodiscard]] std::string count() const;

@@ -2,7 +2,6 @@
 
 #include "sound/audio_clock.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace kelo::engine {
@@ -18,7 +17,7 @@ constexpr double release = 0.3;
 float Ducker::next(std::size_t count, bool speech)
 {
     const double time = seconds(static_cast<Frame>(count));
-    sinceSpeech_ = speech ? 0 : std::min(sinceSpeech_ + time, 1e9);
+    sinceSpeech_ = speech ? 0 : sinceSpeech_ + time;
     const bool down = sinceSpeech_ < hold;
     const float goal = down ? depth : 1.0F;
     const double share = 1 - std::exp(-time / (down ? attack : release));

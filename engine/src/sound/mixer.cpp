@@ -54,8 +54,6 @@ void Mixer::takeInstruments()
     if (incoming_.load(std::memory_order_relaxed) == nullptr || outgoing_.load() != nullptr)
         return;
     std::unique_ptr<Synth> next(incoming_.exchange(nullptr));
-    if (!next)
-        return;
     next->adopt(*synth_);
     synth_.swap(next);
     outgoing_ = next.release();

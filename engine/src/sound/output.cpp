@@ -53,8 +53,6 @@ Output::Output(
     news_.wait_for(lock, firstTry, [this] { return tried_; });
 }
 
-Output::~Output() = default;
-
 void Output::keepOpen(const std::stop_token &stop)
 {
     bool missed = false; // and logged once, not every few seconds

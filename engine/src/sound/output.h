@@ -26,7 +26,6 @@ public:
     Output(
         Mixer &source, AudioClock &audioClock, const std::string &driver,
         std::function<void()> changed = [] {});
-    ~Output();
 
     [[nodiscard]] bool audible() const { return heard_; }
 

@@ -85,7 +85,6 @@ Synth::Synth(std::span<const std::string> soundfonts)
         log(LogLevel::Error, "sound", "no soundfont can be loaded");
         return;
     }
-    resetChannels();
     calibrate();
     log(LogLevel::Info, "sound", "instruments of " + soundfont_);
 }

@@ -134,8 +134,6 @@ void Speaker::followDispatcher(double now)
 void Speaker::gather(double now)
 {
     for (SpeechChunk &chunk : synthesiser_.take()) {
-        if (chunk.utterance != utterance_->id)
-            continue;
         if (!utterance_->origin && !chunk.samples.empty())
             utterance_->origin = clock_.frameAt(now + lead);
         utterance_->length += seconds(static_cast<Frame>(chunk.samples.size()));

@@ -18,7 +18,7 @@ constexpr double loud = -16.0;
 
 char letter(double meanSquare)
 {
-    const double decibel = 10 * std::log10(meanSquare + 1e-12);
+    const double decibel = 10 * std::log10(meanSquare);
     const double level = std::clamp((decibel - quiet) / (loud - quiet), 0.0, 1.0);
     return static_cast<char>('a' + std::lround(level * 15));
 }

@@ -68,10 +68,8 @@ Synthesiser::Synthesiser(std::function<void()> ready)
         log(LogLevel::Error, "speech", "eSpeak NG does not start: its data is missing");
         return;
     }
-    use({});
     espeak_SetSynthCallback(&Job::receive);
     thread_ = std::jthread([this](const std::stop_token &stop) { run(stop); });
-    stopping_ = thread_.get_stop_token();
 }
 
 void Synthesiser::use(const Manner &manner)
@@ -88,14 +86,13 @@ void Synthesiser::use(const Manner &manner)
 void Synthesiser::setVoice(std::size_t index)
 {
     const std::lock_guard lock(mutex_);
-    manner_.voice = index % voices.size();
+    manner_.voice = index;
 }
 
 void Synthesiser::setStyle(const SpeechStyle &style)
 {
     const std::lock_guard lock(mutex_);
-    manner_.style.rate = std::clamp(style.rate, SpeechStyle::slowest, SpeechStyle::fastest);
-    manner_.style.pitch = std::clamp(style.pitch, 0, 100);
+    manner_.style = style;
 }
 
 Synthesiser::~Synthesiser()
@@ -162,9 +159,9 @@ bool Synthesiser::deliver(SpeechChunk chunk)
 {
     {
         std::unique_lock lock(mutex_);
-        changed_.wait(lock, stopping_,
-            [&] { return chunks_.size() < chunksAhead || current_ != chunk.utterance; });
-        if (current_ != chunk.utterance || stopping_.stop_requested())
+        changed_.wait(
+            lock, [&] { return chunks_.size() < chunksAhead || current_ != chunk.utterance; });
+        if (current_ != chunk.utterance)
             return false;
         chunks_.push_back(std::move(chunk));
     }

@@ -49,7 +49,6 @@ private:
     std::string waiting_; ///< the text to begin, if any
     Manner manner_;
     std::deque<SpeechChunk> chunks_;
-    std::stop_token stopping_;
     std::jthread thread_;
 };
 

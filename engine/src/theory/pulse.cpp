@@ -49,14 +49,10 @@ double merit(const std::vector<Onset> &onsets, double period)
 {
     // From note to note: a tempo that drifts adds up to nothing.
     double sum = 0;
-    double weights = 0;
-    for (std::size_t i = 1; i < onsets.size(); ++i) {
-        const double beats = (onsets[i].at - onsets[i - 1].at) / period;
-        sum += clarity(beats);
-        weights += 1;
-    }
+    for (std::size_t i = 1; i < onsets.size(); ++i)
+        sum += clarity((onsets[i].at - onsets[i - 1].at) / period);
     const double octaves = std::log2(period / usual);
-    return weights == 0 ? 0 : sum / weights - 0.12 * octaves * octaves;
+    return sum / static_cast<double>(onsets.size() - 1) - 0.12 * octaves * octaves;
 }
 
 int beatsOf(const std::vector<Onset> &onsets, double start, double period)
