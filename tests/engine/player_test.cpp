@@ -188,7 +188,7 @@ private Q_SLOTS:
                         stage.player.setTempo(chance.of(QList{0.5, 1.0, 1.7}), stage.now);
                     },
                     [&] { stage.player.again(stage.now); }, [&] { stage.player.stop(); },
-                    [&] { stage.player.open(); },
+                    [&] { stage.player.open(Piece{}); },
                     [&] { stage.player.touch(60 + chance.below(5), chance.below(3) * 40); },
                     [&] { stage.runTo(stage.now + 20); }})();
                 stage.lines << QString::number(stage.player.position(stage.now), 'f', 3);
