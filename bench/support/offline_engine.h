@@ -52,7 +52,7 @@ private:
     engine::AudioClock clock_{0};
     engine::Mixer mixer_;
     engine::SoundDesk desk_{mixer_, {}, {}, [] {}};
-    engine::SpeechDispatcher dispatcher_{false, {}};
+    engine::SpeechDispatcher dispatcher_{false, [] {}};
     engine::Synthesiser voice_{[] {}};
     engine::MidiThru through_{mixer_.music(), clock_, [](engine::ChannelMessage) {}};
     engine::Speaker speaker_{wire_, dispatcher_, voice_, mixer_, clock_};
