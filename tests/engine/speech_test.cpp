@@ -1,13 +1,16 @@
 #include "speech/resampler.h"
 #include "speech/speaker.h"
 #include "speech/spectrum.h"
+#include "speech/synthesiser.h"
 #include "speech/word_marks.h"
 #include "stage.h"
 #include "sums.h"
 #include "support/table.h"
 
 #include <QTest>
+#include <QThread>
 
+#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <numbers>
@@ -93,6 +96,29 @@ double levelAt(double hertz, double rate, const std::vector<float> &samples)
 
 } // namespace
 
+/// Seconds that eSpeak NG takes for a sentence, and how often a second its sound changes sign.
+std::pair<double, double> spoken(Synthesiser &maker, std::size_t voice, const SpeechStyle &style)
+{
+    static std::uint32_t utterance = 0;
+    maker.setVoice(voice);
+    maker.setStyle(style);
+    maker.begin(++utterance, "You are welcome.");
+    double samples = 0;
+    double changes = 0;
+    float before = 0;
+    for (bool last = false; !last; QThread::msleep(1)) {
+        for (const SpeechChunk &chunk : maker.take()) {
+            for (const float sample : chunk.samples) {
+                changes += std::signbit(sample) != std::signbit(std::exchange(before, sample));
+                ++samples;
+            }
+            last = chunk.last;
+        }
+    }
+    const double seconds = samples / 44100;
+    return {seconds, changes / seconds};
+}
+
 class SpeechTest : public QObject {
     Q_OBJECT
 
@@ -140,6 +166,33 @@ private Q_SLOTS:
         QCOMPARE(
             unlikeKept(u"speaker"_s, {qChecksum((lines + output.blocks).join(u'\n').toUtf8())}),
             QString());
+    }
+
+    void eachVoiceAndStyleIsHeard()
+    {
+        Synthesiser maker([] {});
+        QVERIFY(maker.works());
+        std::vector<std::pair<double, double>> all;
+        // The same text never comes out quite the same: a voice keeps something of the one before.
+        const auto isLike = [](const auto &sound) {
+            return [&sound](const auto &other) {
+                return std::abs(other.first - sound.first) < 0.02
+                    && std::abs(other.second - sound.second) < 60;
+            };
+        };
+        for (std::size_t voice = 0; voice < voices.size(); ++voice) {
+            const auto sound = spoken(maker, voice, {});
+            QVERIFY2(std::ranges::none_of(all, isLike(sound)), voices[voice].name.data());
+            all.push_back(sound);
+        }
+        QVERIFY(isLike(spoken(maker, voices.size(), {}))(all.front()));
+        const double usual = all.front().first;
+        const auto ratio = [&](int rate) {
+            return std::round(10 * usual / spoken(maker, 0, {rate, 50}).first) / 10;
+        };
+        QCOMPARE(std::vector({ratio(120), ratio(330), ratio(400), ratio(1000)}),
+            std::vector({0.8, 1.7, 2.2, 2.2}));
+        QVERIFY(spoken(maker, 0, {165, 90}).second > 1.05 * spoken(maker, 0, {165, 10}).second);
     }
 
     void marksWholeWords_data()

@@ -16,9 +16,9 @@ inline constexpr std::array<Voice, 8> voices{{
     {"American, deep", "en-us+m7"},
     {"American, soft", "en-us+f5"},
     {"American woman", "en-us+f3"},
-    {"British", "en-gb"},
+    {"British", "en"},
     {"British, northern", "en-gb-x-gbclan"},
-    {"British woman", "en-gb+f4"},
+    {"British woman", "en+f4"},
     {"Scottish", "en-gb-scotland"},
 }};
 
