@@ -2,6 +2,9 @@
 
 #include "voice/name/name_doubt.h"
 #include "voice/recognition/speech_decoder.h"
+#include "voice/recognition/sphinx_models.h"
+#include "voice/recognition/sphinx_requests.h"
+#include "voice/recognition/sphinx_utterance.h"
 
 #include <QStringList>
 
@@ -9,11 +12,9 @@
 #include <optional>
 #include <stop_token>
 
-struct ngram_model_s;
-
 namespace kelo {
 
-/// The PocketSphinx library's decoder and its language models.
+/// The PocketSphinx library's decoder: what it is to expect, and what it hears in an utterance.
 class SphinxDecoder final : public SpeechDecoder {
 public:
     /// Reads the English model in `directory`; takes half a second and 100 MB. Null when that
@@ -46,29 +47,21 @@ public:
     [[nodiscard]] double secondsSearched() const;
 
 private:
-    struct Library;
-    struct Expectation;
+    SphinxDecoder(std::unique_ptr<SphinxModels> models, QString directory);
 
-    explicit SphinxDecoder(std::unique_ptr<Library> library);
-
-    void addWord(const QString &token, const QList<QStringList> &pronunciations);
-    [[nodiscard]] bool knows(const QString &token) const;
-    [[nodiscard]] ngram_model_s *modelOf(const QByteArray &arpa) const;
-    [[nodiscard]] ngram_model_s *modelOfPhrases(const Expectation &expectation) const;
-    bool exchangePhrases(const Expectation &expectation);
-    bool takeUp(const Expectation &expectation);
-    bool makeNameSearch(const QString &token) const;
+    [[nodiscard]] const QString &name() const;
     [[nodiscard]] QList<QStringList> requestsAmong(const QStringList &phrases) const;
     bool believeName(const std::vector<AccountedWord> &account);
     [[nodiscard]] bool callsClearly(const std::vector<AccountedWord> &account) const;
     void hearRequest(const std::vector<AccountedWord> &account);
 
-    std::unique_ptr<Library> library_;
+    std::unique_ptr<SphinxModels> models_;
+    SphinxUtterance utterance_;
+    SphinxRequests requests_;
     QString directory_;
     std::optional<TaughtModel> taught_; ///< asked for last
     QStringList phrases_; ///< likewise
     bool stale_ = false; ///< what was asked for last has not been looked at
-    std::unique_ptr<Expectation> expected_; ///< what is searched for
     bool spoke_ = false;
     std::stop_token stop_; ///< of this utterance
     std::optional<QStringList> words_; ///< of an ended utterance
