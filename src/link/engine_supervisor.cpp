@@ -36,7 +36,6 @@ EngineSupervisor::EngineSupervisor(Setup setup, EngineProcess::LineHandler handl
 void EngineSupervisor::start()
 {
     stopping_ = asked_ = false;
-    ++starts_;
     Q_EMIT stateChanged(EngineState::Starting);
 
     QProcessEnvironment environment = setup_.environment;

@@ -59,7 +59,7 @@ private:
     CrashWindow crashes_;
     bool stopping_ = false; // an end is no crash
     bool asked_ = false; // to quit
-    int starts_ = 0; // serial number of what was last started or is to be
+    int starts_ = 0; // serial number of the restart that was asked for last
 };
 
 } // namespace kelo

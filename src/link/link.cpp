@@ -91,10 +91,8 @@ void Link::engineIs(EngineState known)
 
 void Link::engineGone(bool byItself)
 {
-    if (byItself && shell_ && shell_->mainWindowHidden()) {
+    if (byItself && shell_ && shell_->mainWindowHidden())
         shell_->quit();
-        return;
-    }
     change({&Link::stateChanged, &Link::speakingChanged}, [](LinkState &all) {
         all.engine = nameOf(EngineState::Offline);
         all.speech.speaking = false;

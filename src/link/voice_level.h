@@ -22,11 +22,11 @@ struct VoiceLevel {
 
 /// What moves the display while there is no spectrum.
 struct Liveliness {
-    bool offline = false;
-    bool speaking = false;
-    bool spectrumKnown = false; ///< frames have arrived for this utterance
-    double wordAt = 0; ///< when the last word began, or the sentence before its first word
-    double pulseAt = 0; ///< when the ring was last struck
+    bool offline;
+    bool speaking;
+    bool spectrumKnown; ///< frames have arrived for this utterance
+    double wordAt; ///< when the last word began, or the sentence before its first word
+    double pulseAt; ///< when the ring was last struck
 };
 
 /// One step of the loudness from `level` towards its target: fast up, slow down.

@@ -1,5 +1,6 @@
 #include "hud/command_table.h"
 #include "hud/transcript_model.h"
+#include "link/bounds.h"
 #include "support/link_fixture.h"
 #include "support/table.h"
 
@@ -90,7 +91,11 @@ private Q_SLOTS:
         QCOMPARE(last(), u"line"_s);
         QVERIFY2(inserted.size() == 1 && model.rowCount() == 60, "a burst is one step");
         link.say({"say " + QByteArray(1'000'000, 'x')});
-        QCOMPARE(last().size(), 1000);
+        QCOMPARE(last().size(), bounds::sentence);
+        for (int i = 0; i < 300; ++i)
+            link.say({"heard line"});
+        QCOMPARE(last(), u"▸ YOU: line"_s);
+        QCOMPARE(model.rowCount(), 200);
         model.setLink(nullptr);
         QCOMPARE(model.rowCount(), 0);
     }

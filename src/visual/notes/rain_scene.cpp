@@ -14,7 +14,7 @@ namespace {
 
 constexpr double longestFrame = 0.05; // seconds; after a stall nothing leaps
 constexpr double burstRate = 900; // sparks a second
-constexpr std::size_t mostBursts = 128; // only a flood of notes reaches it
+constexpr std::size_t mostBursts = 128; // those that are over cost nothing
 
 constexpr double gridSpacing = 80; // points
 constexpr double gridPeriod = 1.6; // seconds in which the grid drifts up by one space
@@ -89,7 +89,6 @@ void RainScene::note(qint64 pitch, double strength, bool mine)
 
 void RainScene::burst(int pitch, int count, double speed, double now)
 {
-    std::erase_if(bursts_, [now](const Sparks &sparks) { return sparks.isSpent(now); });
     if (bursts_.size() >= mostBursts)
         bursts_.erase(bursts_.begin());
     bursts_.push_back({.x = layout_.centre(pitch),

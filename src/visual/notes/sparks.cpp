@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <numbers>
 
 namespace kelo {
@@ -45,13 +44,6 @@ private:
 };
 
 } // namespace
-
-bool Sparks::isSpent(double now) const
-{
-    const double emitting = count > 0 ? count / rate : std::numeric_limits<double>::infinity();
-    const double end = out ? std::min(born + emitting, *out) : born + emitting;
-    return now > end + longestLife;
-}
 
 void Sparks::draw(SpriteList &list, double now) const
 {

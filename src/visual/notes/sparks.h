@@ -18,8 +18,6 @@ struct Sparks {
     std::optional<double> out{}; ///< uptime at which it was put out
     quint32 seed = 0;
 
-    /// No spark of it is left at `now`, and none will come.
-    [[nodiscard]] bool isSpent(double now) const;
     /// Appends the sparks that fly at `now`.
     void draw(SpriteList &list, double now) const;
 };
