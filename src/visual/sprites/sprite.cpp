@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 namespace kelo {
 
@@ -115,7 +114,7 @@ Sprite arc(
 {
     return {.x = f(x),
         .y = f(y),
-        .halfWidth = f(std::min(sweep, 2 * std::numbers::pi) * radius / 2 + width / 2),
+        .halfWidth = f(sweep * radius / 2 + width / 2),
         .halfHeight = f(width / 2),
         .radius = f(width / 2),
         .angle = f(from + sweep / 2),

@@ -43,8 +43,8 @@ void outline(SpriteList &list, double left, double bottom, double width, double 
 /// A straight line.
 [[nodiscard]] Sprite line(
     double fromX, double fromY, double toX, double toY, double width, Colour colour);
-/// Part of a circle with round ends: from angle `from` over `sweep` radians, counter-clockwise.
-/// A sweep of a full turn closes it.
+/// Part of a circle with round ends: from angle `from` over `sweep` radians, counter-clockwise, at
+/// most a full turn, which closes it.
 [[nodiscard]] Sprite arc(
     double x, double y, double radius, double from, double sweep, double width, Colour colour);
 
