@@ -107,6 +107,8 @@ def wishes(start):
             assert program.input().count("I draw everything") == (1 if on else 0)
             press("ctrl+0", "ctrl+minus")  # what suits the desktop's texts, and less
             program.settings_say("scale=1.25")
+            press("ctrl+w")  # where nobody else shows messages, the portal does
+            desktop.wait_for("AddNotification")
 
 
 def desktop(start):

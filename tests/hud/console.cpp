@@ -2,6 +2,8 @@
 
 #include "hud/focus_keeper.h"
 #include "support/files.h"
+#include "support/items.h"
+#include "support/lines.h"
 #include "support/pictures.h"
 
 #include <QCursor>
@@ -160,11 +162,38 @@ QRectF Console::shown(const QQuickItem *item)
 
 QString Console::unlike(const QString &sheet, int number)
 {
+    const auto wrong = [&] {
+        return standsUnlike(itemsIn(*view.rootObject()), u"%1-%2"_s.arg(sheet).arg(number));
+    };
     if (qEnvironmentVariableIsSet("KELO_KEEP_PICTURES"))
         QTest::qWait(2000);
     else
-        (void)QTest::qWaitFor([&] { return isAsKept(view.grabWindow(), sheet, number); }, 4000);
-    return unlikeKept(view.grabWindow(), sheet, number);
+        (void)QTest::qWaitFor(
+            [&] { return isAsKept(view.grabWindow(), sheet, number) && wrong().isEmpty(); }, 4000);
+    const QString picture = unlikeKept(view.grabWindow(), sheet, number);
+    return picture.isEmpty() ? wrong() : picture;
+}
+
+QString Console::standsUnlike(const QStringList &items, const QString &kept)
+{
+    return unlikeLines(
+        items, QStringLiteral(KEPT_ITEMS) + u'/' + kept + u".txt"_s, "KELO_KEEP_PICTURES");
+}
+
+QStringList Console::touched(const QStringList &names)
+{
+    QStringList lines;
+    for (const QString &name : names) {
+        const auto *item = qobject_cast<QQuickItem *>(find(name)->object());
+        const QPoint middle = shown(item).center().toPoint();
+        QTest::mouseMove(&view, middle);
+        lines << name + u", under the mouse:"_s << itemsIn(*item);
+        QTest::mousePress(&view, Qt::LeftButton, {}, middle);
+        lines << name + u", held:"_s << itemsIn(*item);
+        QTest::mouseMove(&view, {1, 1});
+        QTest::mouseRelease(&view, Qt::LeftButton, {}, {1, 1});
+    }
+    return lines;
 }
 
 QString Console::readsUnlike(const QString &kept)

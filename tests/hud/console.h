@@ -40,8 +40,13 @@ public:
     [[nodiscard]] QStringList texts() const;
     /// The part of `item` that its scrolling ancestors let through, in window coordinates.
     [[nodiscard]] static QRectF shown(const QQuickItem *item);
-    /// What is wrong with how it looks once everything has come to rest; see unlikeKept.
+    /// What is wrong with how it looks and where all of it stands once everything has come to rest;
+    /// see unlikeKept and itemsIn.
     [[nodiscard]] QString unlike(const QString &sheet, int number = 0);
+    /// Where items are other than those that were kept.
+    [[nodiscard]] static QString standsUnlike(const QStringList &items, const QString &kept);
+    /// What is called so as it is while the mouse is over it, and while it is held.
+    [[nodiscard]] QStringList touched(const QStringList &names);
 
     /// What a screen reader reads otherwise than in a text that was kept, where everything in the
     /// tree has a line: role, name, state and, after "//", the description where it is another than

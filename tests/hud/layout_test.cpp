@@ -169,6 +169,17 @@ private Q_SLOTS:
         QCOMPARE(console.unlike(sheet, number), u""_s);
     }
 
+    void answersToTheMouse()
+    {
+        Console console;
+        for (const QByteArray &line : crowded)
+            console.link->handle(line);
+        console.show({2560, 1440});
+        const QStringList touched = console.touched({u"Update later"_s, u"Update now"_s,
+            u"Voice control is off"_s, u"Blues"_s, u"PLAY A MIDI"_s});
+        QCOMPARE(Console::standsUnlike(touched, u"touched"_s), u""_s);
+    }
+
 private:
     /// What is wrong with how the texts stand; nothing when all is well.
     static QString faults(const Console &console)

@@ -1,5 +1,7 @@
 #include "pictures.h"
 
+#include "lines.h"
+
 #include <QDir>
 #include <QPainter>
 
@@ -112,6 +114,20 @@ QString unlikeKept(
     return u"a square is off by %1 of 255, and %2 % of all pixels; see %3-*.png"_s.arg(worst)
         .arg(spread)
         .arg(name);
+}
+
+QString lightOf(const QImage &image)
+{
+    std::vector<double> light(16);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QRgb pixel = image.pixel(x, y);
+            const int part = x * 4 / image.width() + y * 4 / image.height() * 4;
+            light[static_cast<std::size_t>(part)] +=
+                qRed(pixel) + 2 * qGreen(pixel) + 3 * qBlue(pixel);
+        }
+    }
+    return u"light: "_s + numbersOf(light);
 }
 
 } // namespace kelo::test

@@ -25,4 +25,7 @@ struct Tolerance {
 [[nodiscard]] QString unlikeKept(
     const QImage &drawn, const QString &sheet, int number = 0, const Tolerance &tolerance = {});
 
+/// The light in each of sixteen parts of a picture, in figures.
+[[nodiscard]] QString lightOf(const QImage &image);
+
 } // namespace kelo::test

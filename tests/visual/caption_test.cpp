@@ -35,46 +35,6 @@ private Q_SLOTS:
         QTEST(captionColour(ahead, contrast).toQColor().toRgb(), "colour");
     }
 
-    void linesComeAndGo_data()
-    {
-        // After the script: the line, the one that leaves; opacity and offset of both, opacity of
-        // all, light, in hundredths.
-        const Table<QByteArrayList, QString, QString, QList<int>> row{
-            "script", "line", "leaving", "numbers"};
-        const QString first = u"Good evening, everyone."_s;
-        const QString second = u"Let us begin now."_s;
-        const QByteArrayList said{
-            "say Good evening, everyone. Let us begin now.", "word 0 4 100", "+0.5"};
-        row("nothing said", {"!0"}, {}, {}, {100, 0, 0, -1000, 0, 20});
-        row("said", said, first, {}, {100, 0, 0, -1000, 100, 55});
-        // The cursor jumps back to a word far behind at once, and the line with it.
-        const QByteArrayList next{"say Good evening, everyone. Let us begin now.", "word 24 3 1",
-            "+2", "word 0 4 1", "!0.01", "!0.1"};
-        row("the next line comes", next, first, second, {56, 444, 44, -556, 100, 55});
-        row("has come", next + QByteArrayList{"!0.21"}, first, {}, {100, 0, 0, -1000, 100, 55});
-        const QByteArrayList done{"say Let us begin now.", "word 0 3 1", "+0.1", "done"};
-        row("stays", done + QByteArrayList{"!2"}, second, {}, {100, 0, 0, -1000, 100, 20});
-        row("fades", done + QByteArrayList{"!2.8"}, second, {}, {100, 0, 0, -1000, 50, 20});
-        row("is gone", done + QByteArrayList{"!3.6001"}, second, {}, {100, 0, 0, -1000, 0, 20});
-        row("nothing to say", {"say ", "!1"}, {}, {}, {100, 0, 0, -1000, 0, 55});
-    }
-
-    void linesComeAndGo()
-    {
-        QFETCH(QByteArrayList, script);
-        LinkFixture fixture;
-        CaptionScene scene;
-        play(fixture, script, [&](double now) { scene.update(fixture.link(), now); });
-        QTEST(scene.line().text, "line");
-        QTEST(scene.leaving().text, "leaving");
-        QList<int> numbers;
-        for (const double number :
-            {scene.arrival().opacity, scene.arrival().offset, scene.departure().opacity,
-                scene.departure().offset, scene.opacity(), scene.glow()})
-            numbers << static_cast<int>(std::lround(number * 100));
-        QTEST(numbers, "numbers");
-    }
-
     void cellsCoverThePictureOnce_data()
     {
         const Table<QString, double> row{"text", "width"};

@@ -236,6 +236,34 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(frames.count() > 0, 450);
     }
 
+    /// What moves without new events is drawn for as long as it does.
+    void whatGoesOnIsDrawn_data()
+    {
+        const Table<QString, QByteArray> row{"type", "line"};
+        row("falling notes, a title", u"Visualiser"_s, "rollnew A"_ba);
+        row("falling notes, a roll", u"Visualiser"_s, "rollstart 0 90"_ba);
+        row("falling notes, speech", u"Visualiser"_s, "say Good evening."_ba);
+        row("falling notes, a key held", u"Visualiser"_s, "on 60 90"_ba);
+        row("ring, a roll", u"Core"_s, "rollnew A"_ba);
+        row("ring, speech", u"Core"_s, "say Good evening."_ba);
+    }
+
+    void whatGoesOnIsDrawn()
+    {
+        QFETCH(QString, type);
+        QFETCH(QByteArray, line);
+        ItemWindow stand(type, {300, 160});
+        stand.fixture->handle(line);
+        for (int i = 0; i < 200; ++i) {
+            stand.fixture.time.advance(0.1);
+            stand.item->refresh();
+        }
+        stand.window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&stand.window));
+        QSignalSpy frames(&stand.window, &QQuickWindow::afterAnimating);
+        QTRY_VERIFY_WITH_TIMEOUT(frames.count() >= 15, 5000); // resting it is two a second
+    }
+
     void theStageIsTakenAndGivenBack()
     {
         auto stand = std::make_unique<ItemWindow>(u"Visualiser"_s, QSize(1240, 840));

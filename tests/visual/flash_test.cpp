@@ -14,30 +14,6 @@ class FlashTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void flashesFade_data()
-    {
-        const Table<QString, bool, double, QString> row{"kind", "first", "age", "look"};
-        row("first beat", u"beat"_s, true, 0.0, u"6 ffffffcc ffffff00"_s);
-        row("other beat", u"beat"_s, false, 0.0, u"6 ffffff66 ffffff00"_s);
-        row("half a beat later", u"beat"_s, true, 0.09, u"6 ffffff66 ffffff00"_s);
-        row("a beat, gone", u"beat"_s, true, 0.18, u"6 ffffff00 ffffff00"_s);
-        row("good", u"good"_s, false, 0.0, u"14 38ff87f2 38ff871f"_s);
-        row("good, fading", u"good"_s, false, 0.33, u"14 38ff8761 38ff870c"_s);
-        row("wrong", u"wrong"_s, true, 0.11, u"14 ff4033c2 ff403318"_s);
-        row("gone", u"wrong"_s, true, 0.55, u"14 ff403300 ff403300"_s);
-        row("any other", u"hello"_s, true, 0.0, u"14 fffffff2 ffffff1f"_s);
-        row("yet to come", u"good"_s, true, -0.055, u"14 38ff8710a 38ff8722"_s);
-    }
-
-    void flashesFade()
-    {
-        QFETCH(QString, kind);
-        QFETCH(bool, first);
-        QFETCH(double, age);
-        const FlashLook look = flashLook(kind, first, age);
-        QTEST(u"%1 %2 %3"_s.arg(num(look.width), hex(look.outline), hex(look.fill)), "look");
-    }
-
     void beatsLeaveRoom_data()
     {
         // shown: of a dozen beats in bars of four, those that flash

@@ -66,6 +66,15 @@ private Q_SLOTS:
         QCOMPARE(console_->unlike(u"questions"_s, step), u""_s);
     }
 
+    void answersToTheMouse()
+    {
+        begin(5, {780, 780});
+        QStringList touched = console_->touched({u"High contrast"_s, u"CONTINUE"_s});
+        questions_->next();
+        touched += console_->touched({u"Not now"_s});
+        QCOMPARE(Console::standsUnlike(touched, u"touched-questions"_s), u""_s);
+    }
+
     void choicesTakeTheFocusAlong_data()
     {
         const Table<int, QString, int, QString, int> row{"step", "at", "key", "then", "announced"};
