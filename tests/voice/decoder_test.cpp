@@ -66,6 +66,16 @@ private Q_SLOTS:
         }
     }
 
+    /// What follows the name is heard again for what may be asked for.
+    void requestsWinOverWhatTheyAreTakenFor()
+    {
+        SphinxRecogniser recogniser(model);
+        const Samples speech = spoken(u"Kelo, go home"_s, u"gmw/en"_s, 175); // freely, it is others
+        QCOMPARE(recognised(recogniser, taughtTo(recogniser, u"Kelo"_s), speech,
+                     {u"slower"_s, u"louder"_s, u"go home"_s, u"song menu"_s, u"stop"_s}),
+            u"Kelo go home"_s);
+    }
+
     void aFirstCallIsHeard()
     {
         for (const double loudness : {1.0, 0.1}) { // close by, and by a quiet microphone
@@ -238,10 +248,10 @@ private:
         return recogniser.teacher()(WakeTraining::of(name),
             SpeechModelFiles::of(folder_.path(), name.size() > 50 ? u"x"_s : name), {});
     }
-    Samples spoken(const QString &text, const QString &voice = u"gmw/en-US"_s)
+    Samples spoken(const QString &text, const QString &voice = u"gmw/en-US"_s, int speed = 150)
     {
         const QString file = folder_.filePath(u"a.wav"_s);
-        speakToFile(text, voice, 150, file);
+        speakToFile(text, voice, speed, file);
         return inRoom(readSpeech(file).value_or(Samples()), {}, random_);
     }
 

@@ -2,7 +2,6 @@
 #include "voice/capture/audio.h"
 #include "voice/capture/resampler.h"
 #include "voice/recognition/comfort_noise.h"
-#include "voice/recognition/level_gate.h"
 #include "voice/recognition/noise_suppressor.h"
 #include "voice/recognition/sound_queue.h"
 
@@ -105,41 +104,6 @@ private Q_SLOTS:
         while (queue.pop()) { }
         QVERIFY(queue.empty());
         QVERIFY(std::abs(queue.seconds()) < 1e-6);
-    }
-
-    void gateLetsFirstConsonantsThrough()
-    {
-        QVERIFY(isQuiet(chunk(63)) && !isQuiet(chunk(64)));
-        LevelGate gate;
-        for (int i = 0; i < 30; ++i)
-            QVERIFY(gate.pass(chunk(i)).empty()); // too quiet to matter, but never the same
-        const Samples first = gate.pass(chunk(5000));
-        QCOMPARE(first.size(), 6 * 1600U); // half a second of run-in
-        QCOMPARE(first.front(), 25);
-        QCOMPARE(first.back(), -5000);
-        for (int i = 0; i < 10; ++i) // pauses between words are needed, and the one that ends it
-            QCOMPARE(gate.pass(chunk(3)).size(), 1600U);
-        QVERIFY(gate.pass(chunk(3)).empty());
-    }
-
-    void gateGetsUsedToNoise()
-    {
-        LevelGate gate;
-        std::mt19937 random(1);
-        double passed = 0; // seconds
-        const auto hear = [&](int tenths, double voice) {
-            passed = 0;
-            for (int i = 0; i < tenths; ++i)
-                passed += secondsOf(gate.pass(noise(1600, 60 * voice, random)));
-        };
-        hear(150, 1);
-        hear(600, 1);
-        QCOMPARE(passed, 0.0); // a minute of it costs nothing
-        hear(10, 2);
-        QVERIFY(std::abs(passed - 1.5) < 0.01); // a voice 6 dB above it comes through at once
-        hear(100, 0.5);
-        hear(20, 1); // a room that grew quiet hears what was drowned before
-        QVERIFY(passed > 2);
     }
 
     void takesNoiseAwayAndLaysAFloor()

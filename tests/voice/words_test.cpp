@@ -4,10 +4,13 @@
 #include "voice/language/request_graph.h"
 #include "voice/name/accents.h"
 #include "voice/name/name_doubt.h"
+#include "voice/name/sound_alikes.h"
 #include "voice/name/taught_name.h"
+#include "voice/name/wake_training.h"
 #include "voice/recognition/partial_stabiliser.h"
 #include "voice/wake_lab/wake_lab_report.h"
 
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -51,6 +54,33 @@ private Q_SLOTS:
                     QVERIFY2(known.contains(phone), qPrintable(name + u' ' + phone));
             }
         }
+    }
+
+    void whatHasNoReadingIsSpelledOut()
+    {
+        checkRows<QString, QString>([](const QString &text) { return spelledOut(text).join(u' '); },
+            {{"letters and digits", u"R2-é"_s, u"AA R T UW IY"_s}, {"nothing", u"?!"_s, u"AH"_s}});
+    }
+
+    void wordsStandInForANameTheyKnow()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"dict"_s);
+        writeFile(path,
+            "kaylo K EY L OW\nkay K EY\nk K EY\nquay K EY\ncay K EY\nkey's K EY\nk. K EY\n"
+            "quai(2) K EY\nlow L OW\nlow(2) L OW\nlo L OW\nkilo K IY L OW\n");
+        const auto alikes = [&](qsizetype limit) {
+            QStringList told;
+            for (const QStringList &words :
+                soundAlikes({{u"K"_s, u"EY"_s, u"L"_s, u"OW"_s}, {u"L"_s, u"OW"_s}}, path,
+                    [](const QString &word) { return word != u"cay"; }, limit, {}))
+                told << words.join(u' ');
+            return told.join(u", "_s);
+        };
+        // Whole words first; of those that sound the same four at most.
+        QCOMPARE(alikes(100),
+            u"kaylo, low, lo, kay low, kay lo, k low, k lo, quay low, quay lo, key's low, key's lo"_s);
+        QCOMPARE(alikes(4), u"kaylo, low, lo, kay low"_s);
     }
 
     /// All that accents do to two names: one sound changes at a time, and what is known comes
@@ -135,6 +165,56 @@ ngram 3=5
 \end\
 )"_s);
         QVERIFY(arpaModel({}, 1).contains("\\end\\"));
+    }
+
+    void aNameIsTaughtWithTheWordsAroundIt()
+    {
+        const QTemporaryDir folder;
+        const QString dictionary = folder.filePath(u"dict"_s);
+        writeFile(dictionary, "hey HH EY\nstop S T AA P\nstop(2) S T AO P\n");
+        const auto files = SpeechModelFiles::of(folder.path(), u"Kelo"_s);
+        WakeTraining training;
+        training.name = u"Kelo"_s;
+        training.phrases = {{u"hey Kelo"_s, 3}, {u"Kelo stop zzyx"_s, 2}};
+        training.pronunciation = CustomPronunciation{u"Kelo"_s, {u"k e l oU"_s}};
+        const TaughtModel model = prepareTaughtModel(training, files, dictionary);
+        const auto words = readTaughtModel(model);
+        QVERIFY(words);
+        QCOMPARE(words->languageModel,
+            arpaModel({{{u"hey"_s, u"kelo"_s}, 3}, {{u"kelo"_s, u"stop"_s, u"zzyx"_s}, 2}}, 0.1));
+        QStringList taught; // the decoder knows the others
+        for (const VocabularyEntry &entry : words->vocabulary)
+            taught << entry.token;
+        QCOMPARE(taught.join(u' '), u"kelo zzyx"_s);
+        const QList<Phones> ways = words->vocabulary.first().pronunciations;
+        QVERIFY(ways.contains(Phones({u"K"_s, u"EY"_s, u"L"_s, u"OW"_s})));
+        QVERIFY(ways.contains(Phones({u"K"_s, u"EH"_s, u"L"_s, u"OW"_s}))); // an accent
+        QVERIFY(ways.size() > 3 && ways.size() <= 20);
+
+        const auto reason = [&](const WakeTraining &each, const QString &path, bool stopped) {
+            std::stop_source stop;
+            if (stopped)
+                stop.request_stop();
+            try {
+                (void)prepareTaughtModel(each, files, path, stop.get_token());
+            } catch (const std::runtime_error &error) {
+                return QString::fromUtf8(error.what());
+            }
+            return QString();
+        };
+        QCOMPARE(reason(training, dictionary, false), QString());
+        QCOMPARE(reason(training, folder.filePath(u"none"_s), false),
+            u"the recogniser's dictionary cannot be read"_s);
+        QVERIFY(!reason(training, dictionary, true).isEmpty());
+        training.name = u"?!"_s;
+        QCOMPARE(reason(training, dictionary, false), u"it has no letters"_s);
+        for (const QString &file : {model.languageModel, model.vocabulary}) {
+            const QByteArray whole = readFile(file);
+            writeFile(file, whole + ' ');
+            QVERIFY(!readTaughtModel(model));
+            writeFile(file, whole);
+        }
+        QVERIFY(readTaughtModel(model));
     }
 
     void aNameIsDoubtedAmongOtherTalk()

@@ -1,0 +1,319 @@
+#include "support/table.h"
+#include "voice/capture/resampler.h"
+#include "voice/recognition/decoding_recogniser.h"
+#include "voice/recognition/decoding_session.h"
+#include "voice/recognition/level_gate.h"
+
+#include <QTest>
+
+#include <random>
+
+using namespace Qt::StringLiterals;
+using namespace kelo;
+using namespace kelo::test;
+
+namespace {
+
+/// What happens, from any thread, in order.
+class Events {
+public:
+    void add(const QString &event)
+    {
+        const std::lock_guard lock(mutex_);
+        all_ << event;
+    }
+    QString take()
+    {
+        const std::lock_guard lock(mutex_);
+        return std::exchange(all_, {}).join(u"; "_s);
+    }
+
+private:
+    std::mutex mutex_;
+    QStringList all_;
+};
+
+/// What a decoder hears next.
+struct Hearing {
+    std::mutex mutex;
+    QStringList words;
+    bool speaks = true; ///< else the speaker has fallen silent
+    std::optional<QString> problem;
+    Events events;
+};
+
+class ScriptedDecoder final : public SpeechDecoder {
+public:
+    explicit ScriptedDecoder(Hearing &hearing)
+        : hearing_(hearing)
+    {
+    }
+
+    std::optional<QString> expect(const std::optional<TaughtModel> &taught,
+        const QStringList &phrases, const std::stop_token & /*stop*/) override
+    {
+        hearing_.events.add(
+            u"expects "_s + (taught ? taught->name : QString()) + phrases.join(u','));
+        return hearing_.problem;
+    }
+    void begin(const std::stop_token & /*stop*/) override { hearing_.events.add(u"begins"_s); }
+    bool process(const Samples &samples) override
+    {
+        const std::lock_guard lock(hearing_.mutex);
+        seconds_ += secondsOf(samples);
+        return hearing_.speaks;
+    }
+    [[nodiscard]] QStringList words() const override
+    {
+        const std::lock_guard lock(hearing_.mutex);
+        return hearing_.words;
+    }
+    void end() override { hearing_.events.add(u"ends after %1"_s.arg(std::exchange(seconds_, 0))); }
+    void abandon() override { hearing_.events.add(u"abandons"_s); }
+
+private:
+    Hearing &hearing_;
+    double seconds_ = 0;
+};
+
+Samples voice(double seconds, int level = 5000)
+{
+    Samples samples(static_cast<std::size_t>(seconds * 16000));
+    for (std::size_t i = 0; i < samples.size(); ++i)
+        samples[i] = static_cast<qint16>(i / 20 % 2 ? level : -level);
+    return samples;
+}
+
+AudioBuffer bufferOf(const Samples &samples, int rate = 16000)
+{
+    return {{AudioFormat::Sample::Int16, rate, 1},
+        QByteArray(reinterpret_cast<const char *>(samples.data()),
+            static_cast<qsizetype>(samples.size() * sizeof(qint16)))};
+}
+
+RecognitionTask::Handler into(Events &events)
+{
+    return [&events](const auto &transcript, const auto &error) {
+        if (transcript)
+            events.add((transcript->final ? u"final "_s : u"partly "_s) + transcript->words);
+        if (error)
+            events.add(u"error %1 %2"_s.arg(error->domain, QString::number(error->code)));
+    };
+}
+
+} // namespace
+
+/// From sound to transcripts, with a decoder that hears what a test says.
+class DecodingTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void sessionsTellWhatIsHeard_data()
+    {
+        // steps: seconds of voice: what the decoder hears > what happens; "!" when it ends there
+        const Table<bool, QStringList> row{"live", "steps"};
+        row("words come as they stand", true,
+            {u"0.05: play > "_s, u"0.1: play > "_s, u"0.1: play > partly play"_s, u"0.1: play > "_s,
+                u"0.1: play it > "_s, u"0.2: play it > partly play it"_s,
+                u"!: play it now > ends after 0.7; final play it now"_s, u"stop > "_s});
+        row("the name is written as the user writes it", true,
+            {u"0.3: kelo > "_s, u"0.2: kelo > partly Kelo 2"_s,
+                u"finish: kelo stop > ends after 0.5; final Kelo 2 stop"_s});
+        row("a noise is no result", true,
+            {u"0.2: the > partly the"_s, u"!:  > ends after 0.25; begins"_s, u"stop > abandons"_s});
+        row("a recording is heard to its end", false,
+            {u"!: one > ends after 0.05; begins"_s, u"0.3: two > partly one two"_s,
+                u"finish: two > ends after 0.3; final one two"_s});
+        row("nothing was said", true,
+            {u"0.1:  > "_s, u"finish:  > ends after 0.1; error kAFAssistantErrorDomain 1110"_s});
+        row("a very long one is cut", true,
+            {u"29.95: la > partly la"_s, u"0.05: la > ends after 30; final la"_s});
+        row("the caller lost interest", true,
+            {u"cancel > "_s, u"1: la > "_s, u"stop > abandons"_s});
+    }
+
+    void sessionsTellWhatIsHeard()
+    {
+        QFETCH(bool, live);
+        QFETCH(QStringList, steps);
+        Hearing hearing;
+        hearing.problem = u"half deaf"_s;
+        ScriptedDecoder decoder(hearing);
+        SoundCleaner cleaner;
+        RecognitionRequest request;
+        request.contextualStrings = QStringList{u"play"_s, u"stop"_s};
+        request.live = live;
+        request.taught = TaughtModel{u"Kelo 2"_s, {}, {}, {}};
+        request.log = [&](const QString &line) { hearing.events.add(u"log "_s + line); };
+        const auto task = std::make_shared<DecodingTask>(
+            std::make_shared<DecodingMailbox>(), request, into(hearing.events));
+        QTest::ignoreMessage(QtWarningMsg, "half deaf");
+        auto session = std::make_unique<DecodingSession>(decoder, cleaner, task);
+        QCOMPARE(hearing.events.take(), u"expects Kelo 2play,stop; log half deaf; begins"_s);
+        for (const QString &step : std::as_const(steps)) {
+            const QString what = step.section(u" > "_s, 0, 0).section(u": "_s, 0, 0);
+            hearing.words =
+                step.section(u" > "_s, 0, 0).section(u": "_s, 1).split(u' ', Qt::SkipEmptyParts);
+            hearing.words.replaceInStrings(u"kelo"_s, u"kelo_2"_s);
+            hearing.speaks = what != u"!";
+            if (what == u"cancel")
+                task->cancel();
+            else if (what == u"finish")
+                session->finish();
+            else if (what == u"stop")
+                session.reset();
+            else if (what == u"!")
+                session->hear(voice(0.05));
+            else
+                for (int i = 0; i < qRound(what.toDouble() * 20); ++i)
+                    session->hear(voice(0.05));
+            QCOMPARE(step.section(u" > "_s, 0, 0) + u" > "_s + hearing.events.take(), step);
+        }
+    }
+
+    void tasksTakeSoundUntilTheirEnd()
+    {
+        Events events;
+        const auto mailbox = std::make_shared<DecodingMailbox>();
+        const auto task =
+            std::make_shared<DecodingTask>(mailbox, RecognitionRequest{}, into(events));
+        mailbox->newest = task;
+        task->append(bufferOf(voice(0.5)));
+        QCOMPARE(task->sound.seconds(), 0.5);
+        task->append(bufferOf(voice(1.5), 48000));
+        QVERIFY(std::abs(task->sound.seconds() - 1) < 0.01);
+        QVERIFY(task->resampler && task->resampler->rate() == 48000);
+        task->append(bufferOf(voice(0.5), 8000));
+        QVERIFY(std::abs(task->sound.seconds() - 2) < 0.02);
+        QTest::ignoreMessage(
+            QtWarningMsg, QRegularExpression(u"recognition falls behind: 0?.?[56]"_s));
+        for (int i = 0; i < 48; ++i)
+            task->append(bufferOf(voice(0.1)));
+        QVERIFY(task->sound.seconds() <= 6.001 && task->dropped < 0.5);
+        task->endAudio();
+        const double all = task->sound.seconds();
+        task->append(bufferOf(voice(0.5)));
+        QCOMPARE(task->sound.seconds(), all);
+        QVERIFY(mailbox->newest == task);
+        task->cancel();
+        QVERIFY(!mailbox->newest);
+        task->tell(Transcript{u"late"_s, true}, std::nullopt);
+        QCOMPARE(events.take(), QString());
+        const auto other =
+            std::make_shared<DecodingTask>(mailbox, RecognitionRequest{}, into(events));
+        mailbox->newest = other;
+        other->finish();
+        other->cancel();
+        QVERIFY2(mailbox->newest == other, "what came after its end is for the next one");
+        other->append(bufferOf(voice(0.5)));
+        QCOMPARE(other->sound.seconds(), 0.0);
+    }
+
+    void sessionsFollowEachOther()
+    {
+        Hearing hearing;
+        std::atomic<bool> loads = true;
+        DecodingRecogniser recogniser({.name = u"scripted"_s,
+            .available = true,
+            .load = [&](const std::stop_token &) -> std::unique_ptr<SpeechDecoder> {
+                return loads ? std::make_unique<ScriptedDecoder>(hearing) : nullptr;
+            },
+            .teacher = nullptr});
+        QString told;
+        const auto hears = [&](const QString &events) {
+            (void)QTest::qWaitFor([&] {
+                const QString more = hearing.events.take();
+                told += (told.isEmpty() || more.isEmpty() ? QString() : u"; "_s) + more;
+                return told.size() >= events.size();
+            });
+            if (told != events)
+                return false;
+            told.clear();
+            return true;
+        };
+        RecognitionRequest request;
+        request.log = [&](const QString &line) { hearing.events.add(u"log "_s + line); };
+        hearing.words = {u"one"_s};
+        request.live = false; // of a recording all is heard, silence too
+        const auto recording = recogniser.start(request, into(hearing.events));
+        for (int i = 0; i < 40; ++i)
+            recording->append(bufferOf(voice(0.1, 20)));
+        recording->endAudio();
+        QVERIFY2(
+            hears(u"log recognising with scripted; expects ; begins; partly one; ends after 4; "
+                  "final one"_s),
+            qPrintable(told));
+        request.live = true;
+        const auto first = recogniser.start(request, into(hearing.events));
+        QVERIFY2(hears(u"expects ; begins"_s), qPrintable(told));
+        for (int i = 0; i < 4; ++i)
+            first->append(bufferOf(voice(0.1)));
+        QVERIFY2(hears(u"partly one"_s), qPrintable(told));
+        hearing.speaks = false;
+        first->append(bufferOf(voice(0.1)));
+        QVERIFY2(hears(u"ends after 0.5; final one"_s), qPrintable(told));
+        // What is said from there on begins the next session.
+        first->append(bufferOf(voice(0.2)));
+        hearing.speaks = true;
+        hearing.words = {u"two"_s};
+        const auto second = recogniser.start(request, into(hearing.events));
+        second->endAudio();
+        QVERIFY2(hears(u"expects ; begins; ends after 0.2; final two"_s), qPrintable(told));
+        // One that is not over is given up for a newer one, and long silence is not searched.
+        const auto third = recogniser.start(request, into(hearing.events));
+        QVERIFY2(hears(u"expects ; begins"_s), qPrintable(told));
+        const auto fourth = recogniser.start(request, into(hearing.events));
+        QVERIFY2(hears(u"abandons; expects ; begins"_s), qPrintable(told));
+        for (int i = 0; i < 15; ++i)
+            fourth->append(bufferOf(voice(0.1, 20)));
+        fourth->endAudio();
+        QVERIFY2(hears(u"partly two; ends after 1; final two"_s), qPrintable(told));
+        QVERIFY(recogniser.isAvailable() && recogniser.isOnDevice());
+
+        loads = false;
+        DecodingRecogniser broken({.name = u"broken"_s,
+            .available = true,
+            .load = [](const std::stop_token &) { return nullptr; },
+            .teacher = nullptr});
+        const auto none = broken.start({}, into(hearing.events));
+        QVERIFY2(hears(u"error kelo.recogniser 1"_s), qPrintable(told));
+        QVERIFY(!broken.isAvailable());
+    }
+
+    void gateOpensForWhatRisesAboveTheRoom_data()
+    {
+        // levels: tenths of a second * level; passed: tenths that come through with each
+        const Table<QString, QString> row{"levels", "passed"};
+        row("a voice in a quiet room", u"8*5 3*900 13*5"_s, u"00000000 611 1111111111000"_s);
+        row("a fan starts and stops", u"12*20 90*100 40*30 3*120 15*70 3*130"_s,
+            u"000000000000 6"_s + QString(60, u'1') + QString(29, u'0') + u' ' + QString(40, u'0')
+                + u" 611 111111111111111 111"_s);
+        row("just above the room", u"95*70 2*113 12*70 1*115 12*70 1*118"_s,
+            QString(55, u'1') + QString(40, u'0') + u" 00 000000000000 6 111111111100 3"_s);
+        row("just audible", u"12*10 2*63 2*64 2*65"_s, u"000000000000 00 61 11"_s);
+    }
+
+    void gateOpensForWhatRisesAboveTheRoom()
+    {
+        QFETCH(QString, levels);
+        LevelGate gate;
+        QString passed;
+        for (const QString &part : levels.split(u' ')) {
+            for (int i = 0; i < part.section(u'*', 0, 0).toInt(); ++i)
+                passed += QString::number(
+                    gate.pass(voice(0.1, part.section(u'*', 1).toInt())).size() / 1600);
+            passed += u' ';
+        }
+        QTEST(passed.trimmed(), "passed");
+    }
+
+    void ratesThatCannotBeAreSilent()
+    {
+        checkRows<int, bool>([](int rate) { return !Resampler(rate).finish(voice(0.5)).empty(); },
+            {{"too low", 3999, false}, {"lowest", 4000, true}, {"highest", 768'000, true},
+                {"too high", 768'001, false}});
+    }
+};
+
+QTEST_GUILESS_MAIN(DecodingTest)
+#include "decoding_test.moc"
