@@ -1,15 +1,11 @@
-#include "app/announcer.h"
 #include "app/app_delegate.h"
 #include "app/arguments.h"
-#include "app/desktop/login_item.h"
-#include "app/display_scale.h"
 #include "app/overlay.h"
 #include "app/window_sight.h"
 #include "support/items.h"
 #include "support/lines.h"
 #include "support/link_fixture.h"
 #include "voice/voice_control.h"
-#include "welcome/welcome_questions.h"
 
 #include <QProcess>
 #include <QQuickItem>
@@ -93,50 +89,6 @@ private Q_SLOTS:
         QTRY_COMPARE(sightOf(window), WindowSight::Seen);
         delegate_->closeWindow();
         QCOMPARE(sightOf(window), WindowSight::Unseen);
-    }
-
-    void tellsEachChangeInWords()
-    {
-        QSettings settings;
-        DisplayScale scale(settings);
-        WelcomeQuestions questions(link_->link(), link_->ears);
-        const auto login = LoginItem::make(settings);
-        link_->bring(u"ONLINE"_s);
-        const Announcer announcer({.link = &link_->link(),
-            .voice = voice_.get(),
-            .questions = &questions,
-            .overlay = &delegate_->overlay(),
-            .login = login.get(),
-            .scale = &scale});
-        QStringList said;
-        connect(&announcer, &Announcer::said, &questions,
-            [&said](const QString &text) { said += text.split(u". "_s); });
-        const auto announced = [&] {
-            link_->time.advance(2);
-            (void)QTest::qWaitFor([&] { return said.size() >= 11; });
-            return std::exchange(said, {}).join(u'|');
-        };
-        link_->say({"mode teach", "typing 1", "access large 1", "access contrast 1",
-            "update 3.2|Faster", "window visual 1", "rollnew Waltz", "paused 1", "kbd Piano"});
-        delegate_->overlay().setEnabled(false);
-        scale.larger();
-        Q_EMIT login->changed();
-        Q_EMIT questions.questionAnnounced(u"Who?"_s);
-        Q_EMIT questions.choiceAnnounced(u"Luna"_s);
-        link_->bring(u"OFFLINE"_s);
-        QCOMPARE(announced(),
-            u"Who?|Luna|Kelo is offline|Mode: lesson|Typing: letters go to Kelo as text|"
-            "Larger captions on|High contrast on|New update: version 3.2|Faster|Visualiser open|"
-            "Playing Waltz|Paused|Piano connected: Piano|Caption panel off|Size 125 percent"_s);
-        link_->bring(u"ONLINE"_s);
-        link_->say({"mode idle", "typing 0", "access large 0", "access contrast 0", "update ",
-            "window visual 0", "rollstop", "paused 0", "kbd"});
-        delegate_->overlay().setEnabled(true);
-        scale.smaller();
-        QCOMPARE(announced(),
-            u"Kelo is online|Mode: standby|Typing is over|Larger captions off|High contrast off|"
-            "Visualiser closed|Stopped playing|Carrying on|No piano connected|Caption panel on|"
-            "Size 100 percent"_s);
     }
 
     void showsWhileTheDisplayIsNotSeen()

@@ -4,7 +4,6 @@
 #include "app/desktop_ties.h"
 #include "app/display_scale.h"
 #include "app/launch.h"
-#include "app/menu_table.h"
 #include "app/overlay_rules.h"
 #include "app/single_instance.h"
 #include "app/window_frame.h"
@@ -20,25 +19,6 @@
 using namespace Qt::StringLiterals;
 using namespace kelo;
 using kelo::test::checkRows;
-
-namespace {
-
-/// Entries from top to bottom: number of what they do, title, mark, what else is chosen.
-QString told(const std::vector<MenuEntry> &entries)
-{
-    QStringList lines;
-    for (const MenuEntry &entry : entries) {
-        if (!entry.shown)
-            continue;
-        lines << (entry.action ? QString::number(static_cast<int>(*entry.action)) : u"-"_s) + u' '
-                + entry.title
-                + (entry.checked ? *entry.checked ? u" [on]"_s : u" [off]"_s : QString()) + entry.id
-                + (entry.below.empty() ? QString() : u'(' + told(entry.below) + u')');
-    }
-    return lines.join(u'|');
-}
-
-} // namespace
 
 /// What the application decides, apart from windows and desktops.
 class RulesTest : public QObject {
@@ -144,32 +124,6 @@ private Q_SLOTS:
                 {"a terminal's entry", "app-terminal@autostart.service\n", false},
                 {"a longer name", "app-app.kelo.assistant@autostart.service2\n", false}});
         QVERIFY2(markedByLogin("10a8", slice), "a session manager");
-    }
-
-    void menusNameWhatIsThere()
-    {
-        const QString window = u"7 Larger|8 Smaller|9 Normal size|- |11 Minimise|12 Close"_s;
-        QCOMPARE(told(trayMenu({.assistant = u"Luna"_s})),
-            u"0 Open the window|1 Change my name, city or wake word…|2 Install the natural voice…|"
-            "- |3 Listen for “Luna” [off]|4 Show the panel when Luna speaks [on]|"
-            "5 Start when I log in [off]|- Microphone(6 As the system suggests [on])|- Window("_s
-                + window + u")|- |14 Quit Kelo"_s);
-        const QString other = told(trayMenu({.assistant = u"Kelo"_s,
-            .listening = true,
-            .panel = false,
-            .login = true,
-            .globalKeys = true,
-            .microphones = {{u"usb"_s, u"USB Mic"_s}, {u"inner"_s, u"Internal"_s}},
-            .wantedMicrophone = u"usb"_s}));
-        QVERIFY2(
-            other.contains(u"3 Listen for “Kelo” [on]|4 Show the panel when Kelo speaks [off]|"
-                           "5 Start when I log in [on]|- Microphone(6 As the system suggests [off]|"
-                           "6 USB Mic [on]usb|6 Internal [off]inner)|- Window("_s
-                + window + u"|10 Keys that reach me from everywhere…)|"_s),
-            qPrintable(other));
-        QCOMPARE(told(windowMenu({})),
-            u"7 Larger\tCtrl++|8 Smaller\tCtrl+-|9 Normal size\tCtrl+0|- |11 Minimise\tCtrl+M|"
-            "12 Close\tCtrl+W|- |13 Hide Kelo\tCtrl+H|14 Quit Kelo\tCtrl+Q"_s);
     }
 
     void putsTheWindowWhereItCanBeReached()

@@ -64,13 +64,13 @@ std::pair<QString, const QMetaObject *> typeOf(const QObject &object)
 /// What Qt makes of such an object that nobody says anything of.
 const QMap<QString, QString> &plain(const QMetaObject &type)
 {
-    static QQmlEngine engine;
     static QMap<QByteArray, QMap<QString, QString>> known;
     auto &values = known[type.className()];
     if (!values.isEmpty())
         return values;
     QByteArray name = type.className();
     name.remove(0, name.startsWith("QQuick") ? 6 : 3);
+    QQmlEngine engine;
     QQmlComponent component(&engine);
     component.setData("import QtQuick\nimport QtQuick.Layouts\nimport QtQuick.Templates as T\n"
             + QByteArray(name == "ScrollBar" || name.endsWith("Button") ? "T." : "") + name + " {}",

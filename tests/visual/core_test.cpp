@@ -55,40 +55,6 @@ private Q_SLOTS:
         }
         QVERIFY(stand.scene.look().time < 63);
     }
-
-    void wordsFollowTheState_data()
-    {
-        // sizes: of the words, in points; 0: any that fits
-        const Table<QByteArrayList, double, QStringList, double> row{
-            "script", "side", "words", "size"};
-        row("listening", {"mode teach"}, 400.0, {u"LESSON"_s, u"LISTENING"_s}, 15.0);
-        row("speaking", {"mode teach", "say Hello."}, 400.0, {u"LESSON"_s, u"SPEAKING"_s}, 15.0);
-        row("paused", {"say Hello.", "paused 1"}, 400.0, {u"PAUSED"_s, u"RETURN OR KEY 6"_s}, 15.0);
-        row("offline", {"state OFFLINE"}, 400.0, {u"OFFLINE"_s}, 15.0);
-        row("a long word in a small ring", {"state RESTARTING"}, 240.0, {u"RESTARTING"_s}, 11.0);
-        row("a ring too small for small words", {"mode teach"}, 140.0, {u"LESSON"_s}, 11.0);
-        row("too small for anything", {"mode teach"}, 20.0, {}, 0.0);
-    }
-
-    void wordsFollowTheState()
-    {
-        QFETCH(QByteArrayList, script);
-        QFETCH(double, side);
-        QFETCH(double, size);
-        const Stand stand(script + QByteArrayList{"!0"}, side);
-        const LabelList &labels = stand.scene.picture()[1].labels;
-        QTEST(words(labels), "words");
-        const double middle = side + 40 - stand.scene.ringPlace().center().y();
-        for (const Label &label : labels) {
-            const bool first = &label == &labels.front();
-            const bool wide = !first || label.size <= 11; // across the rim
-            const double wave = stand.scene.ringPlace().width() / 2 * (wide ? 0.50 : 0.30);
-            const double half = static_cast<double>(label.text.size()) * label.size * 0.602 / 2;
-            for (const double y : {label.y - middle, label.y - middle + label.size * 0.73})
-                QVERIFY2(std::hypot(half, y) < wave, qPrintable(label.text));
-            QVERIFY(first ? size == 0 || label.size == size : label.size >= 11);
-        }
-    }
 };
 
 QTEST_GUILESS_MAIN(CoreTest)

@@ -21,29 +21,6 @@ class KeysTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void keysLieWhereTheyShould_data()
-    {
-        // centre: in key widths
-        const Table<qint64, double, double> row{"pitch", "centre", "noteWidth"};
-        row("the lowest key", 21, 0.5, 0.84);
-        row("the lowest black key", 22, 1.0, 0.56);
-        row("middle C", 60, 23.5, 0.84);
-        row("C sharp", 61, 24.0, 0.56);
-        row("the highest key", 108, 51.5, 0.84);
-        row("white beyond the keyboard", 120, 0.5, 0.84);
-        row("below zero", -1, 0.5, 0.84);
-        row("absurd", std::numeric_limits<qint64>::min(), 0.5, 0.84);
-    }
-
-    void keysLieWhereTheyShould()
-    {
-        QFETCH(qint64, pitch);
-        QTEST(keyboard::centre(pitch, 1), "centre");
-        QTEST(keyboard::noteWidth(pitch, 1), "noteWidth");
-        QCOMPARE(keyboard::whites.back(), 108);
-        QVERIFY(!keyboard::hasBlackToRight(108));
-    }
-
     void absurdNotesDrawNothingAbsurd()
     {
         LinkFixture fixture;
