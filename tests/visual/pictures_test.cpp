@@ -6,11 +6,9 @@
 #include "visual/sprites/layer_node.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QIcon>
 #include <QPainter>
 #include <QQuickWindow>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -146,21 +144,6 @@ private Q_SLOTS:
                 told.last() += u" %1 %2"_s.arg(size.width()).arg(size.height());
         }
         QCOMPARE(test::unlikeLines(told, QStringLiteral(KELO_BOOK), "KELO_KEEP_PICTURES"), u""_s);
-    }
-
-    void theBookIsWritten()
-    {
-        const QTemporaryDir folder;
-        const QDir written(folder.filePath(u"new/book"_s));
-        for (const QString &names : {u"reference-keys"_s, u"magnified-200-question-4"_s})
-            QCOMPARE(writeSnapshots(written.path(), names), inSoftware_ ? 1 : 0);
-        QCOMPARE(writeSnapshots(u"/dev/null/book"_s, u"reference-keys"_s), 1);
-        if (!inSoftware_) {
-            QCOMPARE(written.entryList(QDir::Files).join(u' '),
-                u"magnified-200-question-4-1240x840.png "
-                "magnified-200-question-4-contrast-1240x840.png reference-keys.png"_s);
-            QCOMPARE(QImage(written.filePath(u"reference-keys.png"_s)).size(), QSize(1040, 150));
-        }
     }
 
 private:

@@ -1,12 +1,9 @@
 #include "support/table.h"
 #include "voice/capture/resampler.h"
-#include "voice/recognition/decoding_recogniser.h"
 #include "voice/recognition/decoding_session.h"
 #include "voice/recognition/level_gate.h"
 
 #include <QTest>
-
-#include <random>
 
 using namespace Qt::StringLiterals;
 using namespace kelo;
@@ -14,28 +11,18 @@ using namespace kelo::test;
 
 namespace {
 
-/// What happens, from any thread, in order.
+/// What happens, in order.
 class Events {
 public:
-    void add(const QString &event)
-    {
-        const std::lock_guard lock(mutex_);
-        all_ << event;
-    }
-    QString take()
-    {
-        const std::lock_guard lock(mutex_);
-        return std::exchange(all_, {}).join(u"; "_s);
-    }
+    void add(const QString &event) { all_ << event; }
+    QString take() { return std::exchange(all_, {}).join(u"; "_s); }
 
 private:
-    std::mutex mutex_;
     QStringList all_;
 };
 
 /// What a decoder hears next.
 struct Hearing {
-    std::mutex mutex;
     QStringList words;
     bool speaks = true; ///< else the speaker has fallen silent
     std::optional<QString> problem;
@@ -59,15 +46,10 @@ public:
     void begin(const std::stop_token & /*stop*/) override { hearing_.events.add(u"begins"_s); }
     bool process(const Samples &samples) override
     {
-        const std::lock_guard lock(hearing_.mutex);
         seconds_ += secondsOf(samples);
         return hearing_.speaks;
     }
-    [[nodiscard]] QStringList words() const override
-    {
-        const std::lock_guard lock(hearing_.mutex);
-        return hearing_.words;
-    }
+    [[nodiscard]] QStringList words() const override { return hearing_.words; }
     void end() override { hearing_.events.add(u"ends after %1"_s.arg(std::exchange(seconds_, 0))); }
     void abandon() override { hearing_.events.add(u"abandons"_s); }
 
@@ -82,13 +64,6 @@ Samples voice(double seconds, int level = 5000)
     for (std::size_t i = 0; i < samples.size(); ++i)
         samples[i] = static_cast<qint16>(i / 20 % 2 ? level : -level);
     return samples;
-}
-
-AudioBuffer bufferOf(const Samples &samples, int rate = 16000)
-{
-    return {{AudioFormat::Sample::Int16, rate, 1},
-        QByteArray(reinterpret_cast<const char *>(samples.data()),
-            static_cast<qsizetype>(samples.size() * sizeof(qint16)))};
 }
 
 RecognitionTask::Handler into(Events &events)
@@ -169,115 +144,6 @@ private Q_SLOTS:
                     session->hear(voice(0.05));
             QCOMPARE(step.section(u" > "_s, 0, 0) + u" > "_s + hearing.events.take(), step);
         }
-    }
-
-    void tasksTakeSoundUntilTheirEnd()
-    {
-        Events events;
-        const auto mailbox = std::make_shared<DecodingMailbox>();
-        const auto task =
-            std::make_shared<DecodingTask>(mailbox, RecognitionRequest{}, into(events));
-        mailbox->newest = task;
-        task->append(bufferOf(voice(0.5)));
-        QCOMPARE(task->sound.seconds(), 0.5);
-        task->append(bufferOf(voice(1.5), 48000));
-        QVERIFY(std::abs(task->sound.seconds() - 1) < 0.01);
-        QVERIFY(task->resampler && task->resampler->rate() == 48000);
-        task->append(bufferOf(voice(0.5), 8000));
-        QVERIFY(std::abs(task->sound.seconds() - 2) < 0.02);
-        QTest::ignoreMessage(
-            QtWarningMsg, QRegularExpression(u"recognition falls behind: 0?.?[56]"_s));
-        for (int i = 0; i < 48; ++i)
-            task->append(bufferOf(voice(0.1)));
-        QVERIFY(task->sound.seconds() <= 6.001 && task->dropped < 0.5);
-        task->endAudio();
-        const double all = task->sound.seconds();
-        task->append(bufferOf(voice(0.5)));
-        QCOMPARE(task->sound.seconds(), all);
-        QVERIFY(mailbox->newest == task);
-        task->cancel();
-        QVERIFY(!mailbox->newest);
-        task->tell(Transcript{u"late"_s, true}, std::nullopt);
-        QCOMPARE(events.take(), QString());
-        const auto other =
-            std::make_shared<DecodingTask>(mailbox, RecognitionRequest{}, into(events));
-        mailbox->newest = other;
-        other->finish();
-        other->cancel();
-        QVERIFY2(mailbox->newest == other, "what came after its end is for the next one");
-        other->append(bufferOf(voice(0.5)));
-        QCOMPARE(other->sound.seconds(), 0.0);
-    }
-
-    void sessionsFollowEachOther()
-    {
-        Hearing hearing;
-        std::atomic<bool> loads = true;
-        DecodingRecogniser recogniser({.name = u"scripted"_s,
-            .available = true,
-            .load = [&](const std::stop_token &) -> std::unique_ptr<SpeechDecoder> {
-                return loads ? std::make_unique<ScriptedDecoder>(hearing) : nullptr;
-            },
-            .teacher = nullptr});
-        QString told;
-        const auto hears = [&](const QString &events) {
-            (void)QTest::qWaitFor([&] {
-                const QString more = hearing.events.take();
-                told += (told.isEmpty() || more.isEmpty() ? QString() : u"; "_s) + more;
-                return told.size() >= events.size();
-            });
-            if (told != events)
-                return false;
-            told.clear();
-            return true;
-        };
-        RecognitionRequest request;
-        request.log = [&](const QString &line) { hearing.events.add(u"log "_s + line); };
-        hearing.words = {u"one"_s};
-        request.live = false; // of a recording all is heard, silence too
-        const auto recording = recogniser.start(request, into(hearing.events));
-        for (int i = 0; i < 40; ++i)
-            recording->append(bufferOf(voice(0.1, 20)));
-        recording->endAudio();
-        QVERIFY2(
-            hears(u"log recognising with scripted; expects ; begins; partly one; ends after 4; "
-                  "final one"_s),
-            qPrintable(told));
-        request.live = true;
-        const auto first = recogniser.start(request, into(hearing.events));
-        QVERIFY2(hears(u"expects ; begins"_s), qPrintable(told));
-        for (int i = 0; i < 4; ++i)
-            first->append(bufferOf(voice(0.1)));
-        QVERIFY2(hears(u"partly one"_s), qPrintable(told));
-        hearing.speaks = false;
-        first->append(bufferOf(voice(0.1)));
-        QVERIFY2(hears(u"ends after 0.5; final one"_s), qPrintable(told));
-        // What is said from there on begins the next session.
-        first->append(bufferOf(voice(0.2)));
-        hearing.speaks = true;
-        hearing.words = {u"two"_s};
-        const auto second = recogniser.start(request, into(hearing.events));
-        second->endAudio();
-        QVERIFY2(hears(u"expects ; begins; ends after 0.2; final two"_s), qPrintable(told));
-        // One that is not over is given up for a newer one, and long silence is not searched.
-        const auto third = recogniser.start(request, into(hearing.events));
-        QVERIFY2(hears(u"expects ; begins"_s), qPrintable(told));
-        const auto fourth = recogniser.start(request, into(hearing.events));
-        QVERIFY2(hears(u"abandons; expects ; begins"_s), qPrintable(told));
-        for (int i = 0; i < 15; ++i)
-            fourth->append(bufferOf(voice(0.1, 20)));
-        fourth->endAudio();
-        QVERIFY2(hears(u"partly two; ends after 1; final two"_s), qPrintable(told));
-        QVERIFY(recogniser.isAvailable() && recogniser.isOnDevice());
-
-        loads = false;
-        DecodingRecogniser broken({.name = u"broken"_s,
-            .available = true,
-            .load = [](const std::stop_token &) { return nullptr; },
-            .teacher = nullptr});
-        const auto none = broken.start({}, into(hearing.events));
-        QVERIFY2(hears(u"error kelo.recogniser 1"_s), qPrintable(told));
-        QVERIFY(!broken.isAvailable());
     }
 
     void gateOpensForWhatRisesAboveTheRoom_data()

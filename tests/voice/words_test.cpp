@@ -4,7 +4,6 @@
 #include "voice/language/request_graph.h"
 #include "voice/name/accents.h"
 #include "voice/name/name_doubt.h"
-#include "voice/name/sound_alikes.h"
 #include "voice/name/taught_name.h"
 #include "voice/name/wake_training.h"
 #include "voice/recognition/partial_stabiliser.h"
@@ -54,33 +53,6 @@ private Q_SLOTS:
                     QVERIFY2(known.contains(phone), qPrintable(name + u' ' + phone));
             }
         }
-    }
-
-    void whatHasNoReadingIsSpelledOut()
-    {
-        checkRows<QString, QString>([](const QString &text) { return spelledOut(text).join(u' '); },
-            {{"letters and digits", u"R2-é"_s, u"AA R T UW IY"_s}, {"nothing", u"?!"_s, u"AH"_s}});
-    }
-
-    void wordsStandInForANameTheyKnow()
-    {
-        const QTemporaryDir folder;
-        const QString path = folder.filePath(u"dict"_s);
-        writeFile(path,
-            "kaylo K EY L OW\nkay K EY\nk K EY\nquay K EY\ncay K EY\nkey's K EY\nk. K EY\n"
-            "quai(2) K EY\nlow L OW\nlow(2) L OW\nlo L OW\nkilo K IY L OW\n");
-        const auto alikes = [&](qsizetype limit) {
-            QStringList told;
-            for (const QStringList &words :
-                soundAlikes({{u"K"_s, u"EY"_s, u"L"_s, u"OW"_s}, {u"L"_s, u"OW"_s}}, path,
-                    [](const QString &word) { return word != u"cay"; }, limit, {}))
-                told << words.join(u' ');
-            return told.join(u", "_s);
-        };
-        // Whole words first; of those that sound the same four at most.
-        QCOMPARE(alikes(100),
-            u"kaylo, low, lo, kay low, kay lo, k low, k lo, quay low, quay lo, key's low, key's lo"_s);
-        QCOMPARE(alikes(4), u"kaylo, low, lo, kay low"_s);
     }
 
     /// All that accents do to two names: one sound changes at a time, and what is known comes
