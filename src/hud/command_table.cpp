@@ -13,6 +13,7 @@ struct Commands {
 
 public:
     static QList<CommandGroup> table(const QString &assistant);
+    static CommandGroup practice();
 };
 
 QList<CommandGroup> Commands::table(const QString &assistant)
@@ -88,6 +89,25 @@ QList<CommandGroup> Commands::table(const QString &assistant)
     };
 }
 
+CommandGroup Commands::practice()
+{
+    const CommandVariants inScore{.only = u"score"_s};
+    return {tr("PRACTICE"),
+        {
+            {u"W"_s, u"w"_s, tr("Read the score: walk through it, step by step")},
+            {u"U"_s, u"u"_s, tr("Follow me: the other hand waits for mine")},
+            {u"1"_s, u"1"_s, tr("Walk by notes"), inScore},
+            {u"2"_s, u"2"_s, tr("Walk by beats"), inScore},
+            {u"3"_s, u"3"_s, tr("Walk by bars"), inScore},
+            {u"4"_s, u"4"_s, tr("Walk by phrases"), inScore},
+            {u"D"_s, u"d"_s, tr("Read this bar out"), inScore},
+            {u"I"_s, u"i"_s, tr("What comes before"), inScore},
+            {u"K"_s, u"k"_s, tr("Which key and metre"), inScore},
+            {u"X"_s, u"x"_s, tr("Spell the chord"), inScore},
+            {u"Z"_s, u"z"_s, tr("Only the notes, or words too"), inScore},
+        }};
+}
+
 /// What the first eight command keys do, by mode.
 struct PianoKeys {
     Q_DECLARE_TR_FUNCTIONS(PianoKeys)
@@ -117,6 +137,14 @@ QStringList PianoKeys::jobs(QStringView mode)
     if (mode == u"logic" || mode == u"reaper") {
         return {tr("CHOOSE"), tr("BACK A LEVEL"), tr("NEXT"), tr("PREVIOUS"), tr("TALK MODE"),
             tr("STOP"), tr("COMPOSE"), tr("HELP")};
+    }
+    if (mode == u"score") {
+        return {tr("SAY EVERYTHING"), tr("SAY THE NOTES"), tr("STEP ON"), tr("STEP BACK"),
+            tr("TALK MODE"), tr("PLAY ON / STOP"), tr("COMPOSE"), tr("HELP")};
+    }
+    if (mode == u"follow") {
+        return {tr("BEGIN ANEW"), tr("PLAY MY PART"), tr("NEXT BARS"), tr("BARS BEFORE"),
+            tr("TALK MODE"), tr("PLAY PART / STOP"), tr("COMPOSE"), tr("HELP")};
     }
     return {tr("START / HEAR AGAIN"), tr("SAY THE NOTES"), tr("SKIP AHEAD"), tr("GO BACK"),
         tr("TALK MODE"), tr("PAUSE"), tr("COMPOSE"), tr("HELP")};
@@ -148,6 +176,12 @@ const QList<CommandGroup> &commandGroups()
 {
     static const QList<CommandGroup> groups = Commands::table(Link::shared().assistant);
     return groups;
+}
+
+const CommandGroup &practiceGroup()
+{
+    static const CommandGroup group = Commands::practice();
+    return group;
 }
 
 QList<Command> jazzLessons(const QStringList &names)

@@ -57,6 +57,9 @@ public:
 /// is then, and the same from there on.
 [[nodiscard]] const QList<CommandGroup> &commandGroups();
 
+/// Commands for practising that an engine may know beyond those.
+[[nodiscard]] const CommandGroup &practiceGroup();
+
 /// The jazz lessons on offer as commands, numbered from 1.
 [[nodiscard]] QList<Command> jazzLessons(const QStringList &names);
 

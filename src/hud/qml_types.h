@@ -32,7 +32,10 @@ class CommandTable : public QObject {
     Q_PROPERTY(QList<kelo::CommandGroup> groups READ groups CONSTANT)
 
 public:
-    [[nodiscard]] static QList<CommandGroup> groups() { return commandGroups(); }
+    [[nodiscard]] static QList<CommandGroup> groups()
+    {
+        return commandGroups() + QList{practiceGroup()};
+    }
     Q_INVOKABLE [[nodiscard]] static QList<kelo::Command> lessons(const QStringList &names)
     {
         return jazzLessons(names);

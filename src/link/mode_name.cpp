@@ -16,6 +16,8 @@ constexpr std::array modeNames{
     ModeName{u"teach", u"LESSON"},
     ModeName{u"compose", u"COMPOSE"},
     ModeName{u"menu", u"SONG MENU"},
+    ModeName{u"score", u"SCORE"},
+    ModeName{u"follow", u"FOLLOW ME"},
     ModeName{u"jazz", u"JAZZ"},
     ModeName{u"logic", u"LOGIC CONTROL"},
     ModeName{u"reaper", u"REAPER CONTROL"},

@@ -59,7 +59,8 @@ QString inputOf(QString send)
 QStringList inputsIn(const QString &mode)
 {
     QStringList inputs;
-    for (const kelo::CommandGroup &group : kelo::commandGroups()) {
+    for (const kelo::CommandGroup &group :
+        kelo::commandGroups() + QList{kelo::practiceGroup()}) {
         for (const kelo::Command &command : group.commands) {
             if (!command.send.startsWith(u'#') && command.listed(mode))
                 inputs << inputOf(command.send);

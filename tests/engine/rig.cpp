@@ -315,7 +315,7 @@ QString failureOf(Rig &rig, const QStringList &steps)
             const int pitch = keys.section(u' ', rest.toInt(), rest.toInt()).toInt();
             const QStringList modes = rig.lines.filter(QRegularExpression(u"^mode "_s));
             const QStringList music{
-                u"mode teach"_s, u"mode ear"_s, u"mode compose"_s, u"mode jazz"_s};
+                u"mode teach"_s, u"mode ear"_s, u"mode compose"_s, u"mode jazz"_s, u"mode follow"_s};
             sent = rig.seen = rig.lines.size();
             if (music.contains(modes.last())) { // where every key is music
                 const int lowest = keys.section(u' ', 10, 10).toInt();

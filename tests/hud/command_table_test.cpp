@@ -30,9 +30,10 @@ private Q_SLOTS:
             "ACCESS|MIC=#voice|A=a|BIG=#large|HC=#contrast|HAND=~hands\n|EAR=~ear\n|TICK=~"
             "metronome\n",
             "SYSTEM|/=/|⇧K=K",
+            "PRACTICE|W=w|U=u|1=1|2=2|3=3|4=4|D=d|I=i|K=k|X=x|Z=z",
         };
         QByteArrayList actual;
-        for (const CommandGroup &group : commandGroups()) {
+        for (const CommandGroup &group : commandGroups() + QList{practiceGroup()}) {
             QByteArray line = group.title.toUtf8();
             for (const Command &command : group.commands)
                 line += '|' + command.key.toUtf8() + '=' + command.send.toUtf8();
@@ -63,6 +64,12 @@ private Q_SLOTS:
                     u"1 CHOOSE|2 BACK A LEVEL|3 NEXT|4 PREVIOUS|5 TALK MODE|6 STOP|7 COMPOSE|"
                     "8 HELP|H HOME|K KEEP"_s},
                 {"another one", u"reaper"_s, jobs(u"logic"_s)},
+                {"a score", u"score"_s,
+                    u"1 SAY EVERYTHING|2 SAY THE NOTES|3 STEP ON|4 STEP BACK|5 TALK MODE|"
+                    "6 PLAY ON / STOP|7 COMPOSE|8 HELP|H HOME|K KEEP"_s},
+                {"accompanied", u"follow"_s,
+                    u"1 BEGIN ANEW|2 PLAY MY PART|3 NEXT BARS|4 BARS BEFORE|5 TALK MODE|"
+                    "6 PLAY PART / STOP|7 COMPOSE|8 HELP|H HOME|K KEEP"_s},
                 {"none that is known", u"Compose"_s, jobs(u"teach"_s)}});
     }
 

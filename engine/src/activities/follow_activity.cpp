@@ -130,6 +130,8 @@ bool FollowActivity::request(const Request &request, const Moment &now)
         {Action::Start, &FollowActivity::again},
         {Action::Again, &FollowActivity::again},
         {Action::StartOver, &FollowActivity::again},
+        {Action::Next, &FollowActivity::next},
+        {Action::Previous, &FollowActivity::previous},
         {Action::CarryOn, &FollowActivity::show},
         {Action::NoteNames, &FollowActivity::show},
         {Action::PlayBars, &FollowActivity::toBars},
@@ -191,6 +193,32 @@ void FollowActivity::toBars(const Request &request, const Moment &now)
     if (request.number)
         tempo_ = std::clamp(*request.number, slowest, fastest);
     change(request.bars.value_or(bars_), request.hands.value_or(hands_), now);
+}
+
+void FollowActivity::next(const Request &, const Moment &now)
+{
+    shift(1, now);
+}
+
+void FollowActivity::previous(const Request &, const Moment &now)
+{
+    shift(-1, now);
+}
+
+/// To as many bars after these, or before them; those at an end may be fewer.
+void FollowActivity::shift(int by, const Moment &now)
+{
+    const BarRange all = allOf(piece_);
+    const int count = bars_.last - bars_.first + 1;
+    const BarRange bars{std::max(all.first, bars_.first + by * count),
+        std::min(all.last, bars_.last + by * count)};
+    if (bars.first > bars.last)
+        say(bars_ == all ? "You play all of it. Say which bars you want."
+                : by > 0 ? "These are the last bars."
+                         : "These are the first bars.",
+            now);
+    else
+        change(bars, hands_, now);
 }
 
 void FollowActivity::setHands(const Request &request, const Moment &now)
@@ -314,7 +342,7 @@ std::string_view FollowActivity::help() const
 {
     return "Play your part: the other hand goes with you and waits where you wait. Wherever you go "
            "I find you again. At the end it begins anew, a little faster after a clean pass. "
-           "Return plays your part, Space begins anew. Say bars five to eight, left hand, sixty "
+           "Return plays your part, Space begins anew, left and right change the bars. Say bars five to eight, left hand, sixty "
            "percent, or count me in. Zero goes home.";
 }
 

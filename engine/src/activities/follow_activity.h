@@ -45,12 +45,15 @@ private:
     void again(const Request &request, const Moment &now);
     void show(const Request &request, const Moment &now);
     void toBars(const Request &request, const Moment &now);
+    void next(const Request &request, const Moment &now);
+    void previous(const Request &request, const Moment &now);
     void setHands(const Request &request, const Moment &now);
     void nextHands(const Request &request, const Moment &now);
     void tempo(const Request &request, const Moment &now);
     void slower(const Request &request, const Moment &now);
     void faster(const Request &request, const Moment &now);
 
+    void shift(int by, const Moment &now);
     void change(BarRange bars, Hands hands, const Moment &now);
     void setTempo(int percent, const Moment &now);
     void begin(const std::string &words, const Moment &now);
