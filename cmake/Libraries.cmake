@@ -9,6 +9,7 @@ pkg_check_modules(FLUIDSYNTH REQUIRED IMPORTED_TARGET fluidsynth>=2.3)
 pkg_check_modules(PUGIXML REQUIRED IMPORTED_TARGET pugixml)
 pkg_check_modules(RTMIDI REQUIRED IMPORTED_TARGET rtmidi)
 pkg_check_modules(SPEEXDSP REQUIRED IMPORTED_TARGET speexdsp)
+pkg_check_modules(SQLITE REQUIRED IMPORTED_TARGET sqlite3)
 pkg_check_modules(ZIP REQUIRED IMPORTED_TARGET libzip)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb)
 

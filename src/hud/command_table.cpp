@@ -96,6 +96,9 @@ CommandGroup Commands::practice()
         {
             {u"W"_s, u"w"_s, tr("Read the score: walk through it, step by step")},
             {u"U"_s, u"u"_s, tr("Follow me: the other hand waits for mine")},
+            {u"PLAN"_s, u"~say what shall I practise\n"_s, tr("What shall I practise?")},
+            {u"LEAD"_s, u"~say practice session\n"_s,
+                tr("Fifteen minutes of practice that is led")},
             {u"1"_s, u"1"_s, tr("Walk by notes"), inScore},
             {u"2"_s, u"2"_s, tr("Walk by beats"), inScore},
             {u"3"_s, u"3"_s, tr("Walk by bars"), inScore},

@@ -51,7 +51,7 @@ void Rig::start(bool known)
         Equipment{wire, speech, player, metronome, band, through, keys, *library, desk,
             [](const std::filesystem::path &) { return false; }},
         Places{home / "profile.json", home / "commands.html", home / "songs", home / "takes",
-            home / "composition.json", home / "progress.json"},
+            home / "composition.json", home / "progress.json", home / "practice.db"},
         7);
     assistant->begin("", true, moment());
     assistant->greet("", moment());

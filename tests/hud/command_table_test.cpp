@@ -30,7 +30,8 @@ private Q_SLOTS:
             "ACCESS|MIC=#voice|A=a|BIG=#large|HC=#contrast|HAND=~hands\n|EAR=~ear\n|TICK=~"
             "metronome\n",
             "SYSTEM|/=/|⇧K=K",
-            "PRACTICE|W=w|U=u|1=1|2=2|3=3|4=4|D=d|I=i|K=k|X=x|Z=z",
+            "PRACTICE|W=w|U=u|PLAN=~say what shall I practise\n|LEAD=~say practice session\n"
+            "|1=1|2=2|3=3|4=4|D=d|I=i|K=k|X=x|Z=z",
         };
         QByteArrayList actual;
         for (const CommandGroup &group : commandGroups() + QList{practiceGroup()}) {

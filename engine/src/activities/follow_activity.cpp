@@ -119,6 +119,7 @@ void FollowActivity::begin(const std::string &words, const Moment &now)
     follower_.restart();
     part_.restart();
     wrong_ = 0;
+    wrongKeys_.clear();
     lastKeys_ = 0;
     if (!words.empty())
         say(words, now);
@@ -266,6 +267,7 @@ void FollowActivity::note(int pitch, int velocity, const Moment &now)
     const auto match = follower_.press(pitch, now.uptime);
     if (!match.right) {
         ++wrong_;
+        ++wrongKeys_[barAt(follower_.steps()[follower_.step()].at)];
         session_.wire.send("flash", "wrong");
     }
     part_.reach(follower_, match);
@@ -288,9 +290,22 @@ void FollowActivity::advance(const Moment &now)
         passed(now);
 }
 
+/// The number of the bar that sounds at a time of the piece.
+int FollowActivity::barAt(double at) const
+{
+    constexpr double early = 0.04;
+    const auto after = std::ranges::upper_bound(piece_.bars, at + early) - piece_.bars.begin();
+    const auto index = static_cast<std::size_t>(std::max<std::ptrdiff_t>(after - 1, 0));
+    return index < piece_.barNumbers.size() ? piece_.barNumbers[index]
+                                            : static_cast<int>(index) + 1;
+}
+
 void FollowActivity::passed(const Moment &now)
 {
     const bool clean = wrong_ <= tolerated;
+    const auto percent = static_cast<int>(std::lround(100 / follower_.pace()));
+    session_.practice.add(barsOf(
+        {bars_.first, bars_.last, hands_, std::move(wrongKeys_), percent}, what_.title, now.local));
     session_.wire.send("flash", clean ? "good" : "wrong");
     badPasses_ = clean ? 0 : badPasses_ + 1;
     const bool falls = badPasses_ == badPassesBeforeSlower;

@@ -4,6 +4,7 @@
 #include "following/accompaniment_part.h"
 #include "following/score_follower.h"
 
+#include <map>
 #include <vector>
 
 namespace kelo::engine {
@@ -58,6 +59,7 @@ private:
     void setTempo(int percent, const Moment &now);
     void begin(const std::string &words, const Moment &now);
     void passed(const Moment &now);
+    [[nodiscard]] int barAt(double at) const;
     void release(double until);
     [[nodiscard]] std::string task() const;
 
@@ -71,6 +73,7 @@ private:
     std::vector<Held> held_; ///< keys of the accompaniment
     std::size_t lastKeys_ = 0; ///< of the last step
     int wrong_ = 0; ///< keys in this pass
+    std::map<int, int> wrongKeys_; ///< the same by bar
     int badPasses_ = 0;
 };
 

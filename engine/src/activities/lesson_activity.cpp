@@ -15,6 +15,7 @@ LessonActivity::LessonActivity(Session &shared, Lesson lesson, std::optional<Bar
 
 void LessonActivity::enter(const Moment &now)
 {
+    session_.heard = {lesson_.title(), lesson_.wholePiece()};
     Reply reply = lesson_.begin(bars_ ? bars_->first : session_.progress.barOf(lesson_.title()));
     if (!session_.pianoPresent)
         reply.words.insert(0, "I don't see a piano yet. ");
@@ -26,6 +27,8 @@ void LessonActivity::leave(const Moment &now)
     session_.heard = {lesson_.title(), lesson_.wholePiece()};
     if (dropped_)
         session_.progress.forget(lesson_.title());
+    lesson_.stop();
+    note(now);
     if (paused())
         resume(now);
     TeachingActivity::leave(now);
@@ -55,8 +58,16 @@ void LessonActivity::advance(const Moment &now)
     if (!paused())
         teach(lesson_.advance(now.uptime), now);
     TeachingActivity::advance(now);
+    note(now);
     if (!dropped_)
         session_.progress.reach(lesson_.title(), lesson_.bar());
+}
+
+/// What was played stays known.
+void LessonActivity::note(const Moment &now)
+{
+    if (const auto part = lesson_.takePlayed())
+        session_.practice.add(barsOf(*part, lesson_.title(), now.local));
 }
 
 void LessonActivity::repeat(const Request &, const Moment &now)

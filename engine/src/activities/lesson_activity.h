@@ -37,6 +37,8 @@ private:
         return lesson_.press(pitch, now.uptime);
     }
     void over(const Moment &now) override;
+    using TeachingActivity::note;
+    void note(const Moment &now);
 
     void repeat(const Request &request, const Moment &now);
     void next(const Request &request, const Moment &now);

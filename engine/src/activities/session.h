@@ -5,6 +5,7 @@
 #include "listen/request.h"
 #include "music/player.h"
 #include "piano/recorder.h"
+#include "practice/practice_log.h"
 #include "protocol/wire.h"
 #include "setup/progress.h"
 #include "songs/library.h"
@@ -70,6 +71,7 @@ struct Session {
     Recorder recorder{};
     std::optional<Heard> heard{}; ///< what was played last
     Progress progress{};
+    PracticeLog practice{};
     std::optional<Score> composition{}; ///< the user's theme
     std::map<Action, double> done{}; ///< when something was last asked for
     bool pianoPresent = false;

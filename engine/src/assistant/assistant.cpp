@@ -38,6 +38,7 @@ consteval std::array<int, actionCount> handlersOfActions()
     count(ActivityRequests::handlers);
     count(SongRequests::handlers);
     count(ScoreRequests::handlers);
+    count(PracticeRequests::handlers);
     count(SoundRequests::handlers);
     count(DisplayRequests::handlers);
     count(TalkRequests::handlers);
@@ -76,12 +77,14 @@ Assistant::Assistant(const Equipment &equipment, const Places &places, std::uint
           .logic = equipment.logic,
           .reaper = equipment.reaper,
           .recorder = Recorder(places.takes),
-          .progress = Progress(places.progress)}
+          .progress = Progress(places.progress),
+          .practice = PracticeLog(places.practice)}
     , activity_(std::make_unique<HomeActivity>(session_))
     , transportRequests_(session_, activity_)
     , activityRequests_(session_, activity_)
     , songRequests_(session_)
     , scoreRequests_(session_)
+    , practiceRequests_(session_)
     , soundRequests_(
           session_, settings_, equipment.speech, equipment.through, equipment.keys, equipment.desk)
     , displayRequests_(session_)
@@ -120,7 +123,7 @@ void Assistant::greet(std::string_view trouble, const Moment &now)
     } else {
         troubleLeft_ = trouble; // the first question is about to interrupt
     }
-    say(greeting.append(trouble), now);
+    say(greeting.append(session_.practice.takeTrouble()).append(trouble), now);
 }
 
 void Assistant::tellNames()
@@ -203,6 +206,7 @@ void Assistant::perform(const Request &request, const Moment &now)
         || handle(activityRequests_, ActivityRequests::handlers, request, now)
         || handle(songRequests_, SongRequests::handlers, request, now)
         || handle(scoreRequests_, ScoreRequests::handlers, request, now)
+        || handle(practiceRequests_, PracticeRequests::handlers, request, now)
         || handle(soundRequests_, SoundRequests::handlers, request, now)
         || handle(displayRequests_, DisplayRequests::handlers, request, now)
         || handle(piano_, PianoInput::handlers, request, now)
@@ -258,6 +262,10 @@ void Assistant::advance(const Moment &now)
     session_.recorder.advance(now.uptime);
     piano_.advance(now);
     activity_->advance(now);
+    if (quiet()) {
+        if (const std::string trouble = session_.practice.takeTrouble(); !trouble.empty())
+            say(trouble, now);
+    }
 }
 
 std::optional<double> Assistant::deadline() const

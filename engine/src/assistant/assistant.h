@@ -5,6 +5,7 @@
 #include "assistant/display_requests.h"
 #include "assistant/mode_display.h"
 #include "assistant/piano_input.h"
+#include "assistant/practice_requests.h"
 #include "assistant/score_requests.h"
 #include "assistant/song_requests.h"
 #include "assistant/sound_requests.h"
@@ -50,6 +51,7 @@ struct Places {
     std::filesystem::path takes; ///< what was played last
     std::filesystem::path draft; ///< of the composition that is not saved yet
     std::filesystem::path progress; ///< in lessons
+    std::filesystem::path practice; ///< what was played, bar by bar
 };
 
 /// Takes what comes in, by key, by voice, from the piano or from the display, makes requests of
@@ -123,6 +125,7 @@ private:
     ActivityRequests activityRequests_;
     SongRequests songRequests_;
     ScoreRequests scoreRequests_;
+    PracticeRequests practiceRequests_;
     SoundRequests soundRequests_;
     DisplayRequests displayRequests_;
     TalkRequests talkRequests_;

@@ -16,6 +16,11 @@ std::optional<Request> OpenQuestion::chosen(
             return std::ranges::find(answers, word.text) != answers.end();
         });
     };
+    const bool yesOrNo = !first_.song && !second_.song;
+    if (yesOrNo && said({"no", "don't", "not", "never"}))
+        return second_;
+    if (yesOrNo && said({"yes", "yeah", "sure"}))
+        return first_;
     if (said({"first", "former", "one"}))
         return first_;
     if (said({"second", "latter", "two", "other"}))

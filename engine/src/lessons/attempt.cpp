@@ -68,6 +68,7 @@ void Attempt::take(int pitch, double now)
 Attempt::State Attempt::miss(int pitch)
 {
     wrong_ = pitch;
+    ++wrongKeys_[expected().bar];
     early_.reset();
     return current_ = State::Missed;
 }
@@ -192,9 +193,23 @@ std::string Attempt::fault() const
     return text + (pitches.size() > 1 ? " " + pitchName(meant, spelling_) + "." : ".");
 }
 
+bool Attempt::atOneGo() const
+{
+    return current_ == State::Passed && !resumed_ && times_.size() == steps_.size();
+}
+
+int Attempt::tempo() const
+{
+    if (!atOneGo() || times_.size() < 2)
+        return 0;
+    const double took = std::max(times_.back() - times_.front(), 1e-3);
+    const double written = steps_.back().at - steps_.front().at;
+    return static_cast<int>(std::lround(std::clamp(100 * written / took, 1.0, 999.0)));
+}
+
 std::string Attempt::rhythm() const
 {
-    if (current_ != State::Passed || resumed_ || times_.size() < enoughForRhythm)
+    if (!atOneGo() || times_.size() < enoughForRhythm)
         return {};
     // How much longer or shorter each step was than the player's own pulse would have it.
     std::vector<double> ratios;

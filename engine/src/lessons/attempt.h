@@ -2,6 +2,7 @@
 
 #include "lessons/excerpt.h"
 
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -44,6 +45,12 @@ public:
     /// What was wrong: "Bar one, beat three: E. You played the F above."
     [[nodiscard]] std::string fault() const;
 
+    /// Wrong keys by the bar in which they were pressed.
+    [[nodiscard]] const std::map<int, int> &wrongKeys() const { return wrongKeys_; }
+
+    /// How fast an attempt went that passed at one go, in percent of what is written; else 0.
+    [[nodiscard]] int tempo() const;
+
     /// Something kind about the rhythm of an attempt that passed, against its own pulse; empty for
     /// little to say.
     [[nodiscard]] std::string rhythm() const;
@@ -54,6 +61,7 @@ private:
         double at;
     };
 
+    [[nodiscard]] bool atOneGo() const;
     [[nodiscard]] const Step &expected() const { return steps_[step_]; }
     [[nodiscard]] bool missing(int pitch) const;
     [[nodiscard]] bool ornament(int pitch) const;
@@ -72,6 +80,7 @@ private:
     std::optional<Key> last_; ///< the last key
     bool resumed_ = false; ///< time says nothing any more
     int wrong_ = 0;
+    std::map<int, int> wrongKeys_;
 };
 
 } // namespace kelo::engine

@@ -26,6 +26,7 @@ std::string spoken(Hands hands)
 Lesson::Lesson(Piece piece, std::string title, Hands hands)
     : piece_(std::move(piece))
     , title_(std::move(title))
+    , farewell_("That was the whole of " + title_ + ". Well done.")
     , hands_(hands)
     , excerpts_(excerptsOf(piece_, hands))
 {
@@ -35,18 +36,40 @@ std::string Lesson::whereWeAre() const
 {
     const Excerpt &excerpt = excerpts_[place_];
     const std::string first = numberInWords(excerpt.firstBar);
-    return (excerpt.lastBar > excerpt.firstBar
-                   ? "Bars " + first + " and " + numberInWords(excerpt.lastBar)
-                   : "Bar " + first)
+    const int more = excerpt.lastBar - excerpt.firstBar;
+    return (more == 0
+                   ? "Bar " + first
+                   : "Bars " + first + (more == 1 ? " and " : " to ") + numberInWords(excerpt.lastBar))
         + ", " + spoken(excerpt.hands) + ".";
 }
 
 Reply Lesson::present(std::string before)
 {
-    attempt_.reset();
+    endAttempt();
     if (!before.empty())
         before += ' ';
-    return {{}, before + whereWeAre(), true};
+    return {{}, before + whereWeAre(), shows_};
+}
+
+bool Lesson::narrow(int first, int last, Hands hands)
+{
+    std::erase_if(excerpts_, [&](const Excerpt &part) {
+        return part.hands != hands || part.lastBar < first || part.firstBar > last;
+    });
+    moveTo(0);
+    return !excerpts_.empty();
+}
+
+void Lesson::joinAll()
+{
+    Excerpt all = excerpts_.back();
+    all.from = excerpts_.front().from;
+    all.firstBar = excerpts_.front().firstBar;
+    all.hands = hands_;
+    all.steps = stepsOf(piece_, hands_, all.from, all.to);
+    excerpts_ = {std::move(all)};
+    shows_ = false;
+    moveTo(0);
 }
 
 /// The first part that has this bar or a later one.
@@ -54,8 +77,37 @@ void Lesson::goTo(int bar)
 {
     const auto found = std::ranges::find_if(
         excerpts_, [&](const Excerpt &excerpt) { return excerpt.lastBar >= bar; });
-    place_ = found == excerpts_.end() ? 0 : static_cast<std::size_t>(found - excerpts_.begin());
+    moveTo(found == excerpts_.end() ? 0 : static_cast<std::size_t>(found - excerpts_.begin()));
+}
+
+void Lesson::moveTo(std::size_t place)
+{
+    finish(false);
+    place_ = place;
     misses_ = 0;
+}
+
+void Lesson::endAttempt()
+{
+    if (!attempt_)
+        return;
+    for (const auto &[bar, keys] : attempt_->wrongKeys())
+        wrongKeys_[bar] += keys;
+    attempt_.reset();
+}
+
+/// Notes what has become of the part.
+void Lesson::finish(bool passed)
+{
+    if (excerpts_.empty())
+        return;
+    const int tempo = passed ? attempt_->tempo() : 0;
+    endAttempt();
+    auto wrong = std::exchange(wrongKeys_, {});
+    if (!passed && wrong.empty())
+        return;
+    const Excerpt &part = excerpts_[place_];
+    played_ = {part.firstBar, part.lastBar, part.hands, std::move(wrong), tempo, passed};
 }
 
 Reply Lesson::begin(int bar)
@@ -75,8 +127,7 @@ Reply Lesson::skip()
 {
     if (place_ + 1 >= excerpts_.size())
         return {{}, "This is the last part."};
-    ++place_;
-    misses_ = 0;
+    moveTo(place_ + 1);
     return present();
 }
 
@@ -84,8 +135,7 @@ Reply Lesson::back()
 {
     if (place_ == 0)
         return present("This is the first part.");
-    --place_;
-    misses_ = 0;
+    moveTo(place_ - 1);
     return present();
 }
 
@@ -103,7 +153,9 @@ Reply Lesson::setHands(Hands which)
     if (found.empty())
         return {{}, "There is nothing for the " + spoken(which) + " in this piece."};
     const int bar = excerpts_.empty() ? 1 : excerpts_[place_].firstBar;
+    finish(false);
     excerpts_ = std::move(found);
+    place_ = 0;
     hands_ = which;
     goTo(bar);
     return present();
@@ -130,6 +182,7 @@ void Lesson::listen(double now)
 {
     if (excerpts_.empty())
         return;
+    endAttempt();
     attempt_.emplace(excerpts_[place_].steps, piece_.spelling);
     lastKey_ = now;
     reminded_ = false;
@@ -157,14 +210,13 @@ Reply Lesson::passed()
 {
     const std::string rhythm = attempt_->rhythm();
     const std::string praise = rhythm.empty() ? "Good." : "Good. " + rhythm;
+    finish(true);
     Reply reply;
     if (place_ + 1 < excerpts_.size()) {
-        ++place_;
-        misses_ = 0;
+        moveTo(place_ + 1);
         reply = present(praise);
     } else {
-        attempt_.reset();
-        reply.words = praise + " That was the whole of " + title_ + ". Well done.";
+        reply.words = praise + (farewell_.empty() ? "" : " " + farewell_);
         reply.over = true;
     }
     reply.good = true;
@@ -174,8 +226,8 @@ Reply Lesson::passed()
 Reply Lesson::missed()
 {
     std::string words = attempt_->fault();
-    if (++misses_ % missesBeforeDemo == 0) {
-        attempt_.reset();
+    if (++misses_ % missesBeforeDemo == 0 && shows_) {
+        endAttempt();
         return {{}, words + " Listen again.", true};
     }
     attempt_->resume();

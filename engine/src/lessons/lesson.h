@@ -3,9 +3,12 @@
 #include "lessons/attempt.h"
 #include "lessons/excerpt.h"
 #include "lessons/reply.h"
+#include "practice/played_bar.h"
 
+#include <map>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace kelo::engine {
 
@@ -30,6 +33,16 @@ public:
     /// The bar where the part begins.
     [[nodiscard]] int bar() const { return excerpts_[place_].firstBar; }
 
+    /// Nothing but these bars with these hands; false where there is nothing of them.
+    bool narrow(int first, int last, Hands hands);
+    /// All that is left as one part, which is not shown before.
+    void joinAll();
+    /// Begins with words of one's own; at the end, too, if there are some.
+    [[nodiscard]] Reply open(const std::string &words) { return present(words); }
+    /// Whether an example of each part is played.
+    void show(bool examples) { shows_ = examples; }
+    void sayAtEnd(std::string words) { farewell_ = std::move(words); }
+
     /// "Bars one and two, right hand."
     [[nodiscard]] std::string whereWeAre() const;
 
@@ -41,6 +54,14 @@ public:
 
     /// What `demo` means: the phrase, by itself.
     [[nodiscard]] Piece demo() const { return pieceOf(excerpts_[place_], piece_); }
+
+    /// What the player has done with a part that was left since; once.
+    [[nodiscard]] std::optional<PlayedPart> takePlayed()
+    {
+        return std::exchange(played_, std::nullopt);
+    }
+    /// The part is left as it is.
+    void stop() { finish(false); }
 
     /// It has said and played what it wanted to; it is the player's turn.
     void listen(double now);
@@ -56,17 +77,24 @@ public:
 
 private:
     void goTo(int bar);
+    void moveTo(std::size_t place);
+    void endAttempt();
+    void finish(bool passed);
     [[nodiscard]] Reply present(std::string before = {});
     [[nodiscard]] Reply missed();
     [[nodiscard]] Reply passed();
 
     Piece piece_;
     std::string title_;
+    std::string farewell_;
+    bool shows_ = true; ///< an example of each part
     Hands hands_;
     std::vector<Excerpt> excerpts_;
     std::size_t place_ = 0;
     std::optional<Attempt> attempt_;
     int misses_ = 0; ///< of this excerpt
+    std::map<int, int> wrongKeys_; ///< of this excerpt, by bar
+    std::optional<PlayedPart> played_;
     double lastKey_ = 0;
     bool reminded_ = false;
 };

@@ -53,6 +53,12 @@ enum class Action : std::uint8_t {
     Hands,
     SetHands,
     Drop,
+    // Practice.
+    PracticePlan,
+    PracticeReport,
+    LeadPractice,
+    ForgetPiece,
+    ExportPractice,
     // Training.
     EarTraining,
     Metronome,

@@ -153,6 +153,32 @@ constexpr Job lessonsJobs[] = {
             {"forget song|this ?song", ""}}}},
 };
 
+constexpr Job practiceJobs[] = {
+    {Action::PracticePlan, InIdle | InTalk | InMenu | InLesson, "PLAN",
+        "Says which bars need you most, and what has waited for long.",
+        {{{"what practise|practice ?shall|should|could|must|i|do|today|now|next|me|to",
+              "what shall I practise"},
+            {"practice plan ?my|what|is|say", "practice plan"}}}},
+    {Action::PracticeReport, InIdle | InTalk | InMenu | InLesson, "", "How your practice goes.",
+        {{{"how am i doing ?today|this|week|now", "how am I doing"},
+            {"how practice|practising ?is|my|going|am|i", "how is my practice"},
+            {"progress ?my|what|is|how|say|tell", ""}}}},
+    {Action::LeadPractice, InIdle | InTalk | InMenu, "LEAD",
+        "Leads you through some minutes of practice: a scale, the weakest bars, a piece you know.",
+        {{{"minutes practice|practise|practising ?of|let's|do|start|lead|me|for|i|want|to #",
+              "fifteen minutes of practice"},
+            {"practice session ?start|let's|do|led", "practice session"},
+            {"lead me|my|practice ?through|practice|my", "lead me through practice"}}}},
+    {Action::ForgetPiece, InIdle | InTalk | InMenu | InLesson, "",
+        "Forgets what you practised of a piece, after asking twice.",
+        {{{"forget piece ?this|that|the|my|practice|of|all|about", "forget this piece"},
+            {"forget practice ?this|that|the|my|of|all|about|piece", ""},
+            {"forget @ ?all|everything|about|my|practice|of", ""}}}},
+    {Action::ExportPractice, InIdle | InTalk | InMenu, "",
+        "Writes all that you practised to a table beside your songs.",
+        {{{"export|write|save practice ?my|to|a|file|table|as|out|down", "export my practice"}}}},
+};
+
 constexpr Job trainingJobs[] = {
     {Action::EarTraining, InIdle | InMenu | InTalk, "EAR", "Ear training: find the note I play.",
         {{{"ear|ears training|train|exercise|practice|game ?start", "ear training"},
@@ -383,6 +409,7 @@ constexpr JobGroup groups[] = {
     {"While something plays", playingJobs},
     {"Scores", scoreJobs},
     {"Lessons", lessonsJobs},
+    {"Practice", practiceJobs},
     {"Training and the band", trainingJobs},
     {"Music of its own", makingJobs},
     {"Other programs", studioJobs},

@@ -1,0 +1,305 @@
+#include "lessons/exercises.h"
+#include "practice/practice_log.h"
+#include "practice/practice_plan.h"
+#include "support/files.h"
+#include "support/table.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace kelo::engine;
+using kelo::test::Table;
+
+namespace {
+
+constexpr std::chrono::local_days firstDay{std::chrono::year(2025) / 3 / 1};
+
+std::chrono::local_seconds noonOf(int day)
+{
+    return firstDay + std::chrono::days(day) + std::chrono::hours(12);
+}
+
+/// "D3 b5 w2 t80 left Piece": the day, the bar, wrong keys, percent; both hands and a piece "A"
+/// unless something else is said.
+std::vector<PlayedBar> playedFrom(const QString &text)
+{
+    std::vector<PlayedBar> played;
+    for (const QString &each : text.split(u", "_s, Qt::SkipEmptyParts)) {
+        PlayedBar bar{.at = noonOf(0), .piece = "A"};
+        for (const QString &word : each.split(u' ')) {
+            const int number = word.mid(1).toInt();
+            if (word.startsWith(u'D'))
+                bar.at = noonOf(number);
+            else if (word.startsWith(u'b'))
+                bar.bar = number;
+            else if (word.startsWith(u'w'))
+                bar.wrong = number;
+            else if (word.startsWith(u't'))
+                bar.tempo = number;
+            else if (word == u"left")
+                bar.hands = Hands::Left;
+            else
+                bar.piece = word.toStdString();
+        }
+        played.push_back(bar);
+    }
+    return played;
+}
+
+QString textOf(const Assignment &part)
+{
+    return u"%1 %2-%3 %4 w%5 %6 days"_s.arg(QString::fromStdString(part.piece))
+        .arg(part.first)
+        .arg(part.last)
+        .arg(QLatin1StringView(nameOf(part.hands).data()))
+        .arg(part.wrong)
+        .arg(part.days);
+}
+
+} // namespace
+
+/// What is remembered of practice, and what is made of it.
+class PracticeTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void spacesAsSm2Does_data()
+    {
+        const Table<QString, QString> row{"played", "known"}; // grade, days until due, ease
+        row("the first time", u"D0 t100"_s, u"5 1 2.60"_s);
+        row("the second", u"D0 t100, D1 t100"_s, u"5 6 2.70"_s);
+        row("the third", u"D0 t100, D1 t100, D7 t100"_s, u"5 16 2.80"_s);
+        row("clean, but slowly", u"D0 t89, D1 t50, D7"_s, u"4 15 2.50"_s);
+        row("one wrong key is remembered", u"D0 w1, D1 w1"_s, u"3 6 2.22"_s);
+        row("two are not", u"D0 t100, D1 w2"_s, u"2 1 2.28"_s);
+        row("nor more of them", u"D0 w3, D1 w40"_s, u"1 1 1.42"_s);
+        row("never too hard", u"D0 w9, D1 w9, D2 w9, D3 w9"_s, u"1 1 1.30"_s);
+        row("the first time of a day counts", u"D0 w2, D0 t100, D0 t100"_s, u"2 1 2.18"_s);
+        row("no longer than a year", u"D0 t100, D1 t100, D7 t100, D30 t100, D90 t100, D300 t100"_s,
+            u"5 365 3.10"_s);
+    }
+
+    void spacesAsSm2Does()
+    {
+        QFETCH(QString, played);
+        const auto known = knownBars(playedFrom(played));
+        QCOMPARE(known.size(), 1U);
+        QTEST(u"%1 %2 %3"_s.arg(known[0].grade)
+                  .arg((known[0].due - known[0].last).count())
+                  .arg(known[0].ease, 0, 'f', 2),
+            "known");
+    }
+
+    void plansADay_data()
+    {
+        // weakest | untouched | known
+        const Table<QString, QString> row{"played", "plan"};
+        row("nothing", u""_s, u" |  | "_s);
+        row("what went wrong most", u"b1 w1, b5 w4, b9 w2"_s,
+            u"A 5-5 both w4 9 days; A 9-9 both w2 9 days; A 1-1 both w1 9 days | A 1-1 both w1 9 "
+            "days | "_s);
+        row("bars beside each other", u"D9 b1 w1, D9 b2 w3, D9 b3 w2, D9 b5 w3"_s,
+            u"A 1-3 both w6 0 days; A 5-5 both w3 0 days |  | "_s);
+        row("no more than four together", u"D9 b1 w3, D9 b2 w3, D9 b3 w3, D9 b4 w3, D9 b5 w3"_s,
+            u"A 1-4 both w12 0 days; A 5-5 both w3 0 days |  | "_s);
+        row("hands by themselves", u"D9 b1 w2, D9 b2 w2 left"_s,
+            u"A 1-1 both w2 0 days; A 2-2 left w2 0 days |  | "_s);
+        row("what is fresh is left out", u"D9 b1 t100, D8 b2 t100"_s,
+            u"A 2-2 both w0 1 days |  | A"_s);
+        row("what waited longest", u"D9 b1 w2, D4 b1 B, D5 b1 C"_s,
+            u"A 1-1 both w2 0 days; B 1-1 both w0 5 days; C 1-1 both w0 4 days | B 1-1 both w0 5 "
+            "days | B"_s);
+        row("the piece that goes best", u"D9 b1 B, D9 b1, D9 b2, D9 b3, D9 b4 w3"_s,
+            u"A 4-4 both w3 0 days |  | A"_s);
+        row("not one that goes by halves", u"D9 b1 B, D9 b1, D9 b2, D9 b3 w3, D9 b4 w3"_s,
+            u"A 3-4 both w6 0 days |  | B"_s);
+        row("no piece that is gone", u"D1 b1 w3 Gone, D9 b1 Gone, D9 b2 Gone"_s, u" |  | "_s);
+    }
+
+    void plansADay()
+    {
+        QFETCH(QString, played);
+        const PracticePlan plan = planFor(
+            knownBars(playedFrom(played)), firstDay + std::chrono::days(9), {"A", "B", "C"});
+        QStringList weakest;
+        for (const Assignment &part : plan.weakest)
+            weakest << textOf(part);
+        QTEST(weakest.join(u"; "_s) + u" | "_s + (plan.untouched ? textOf(*plan.untouched) : u""_s)
+                + u" | "_s + QString::fromStdString(plan.known),
+            "plan");
+    }
+
+    void sumsUpAWeek()
+    {
+        const auto played =
+            playedFrom(u"D0 b1 w1, D0 b1, D8 b1, D8 b2 w2, D10 b1, D10 b2, D13 b3 w2"_s);
+        const PracticeWeek week =
+            weekUntil(firstDay + std::chrono::days(13), played, knownBars(played));
+        QCOMPARE(week.days, 3);
+        QCOMPARE(week.bars, 5);
+        QCOMPARE(week.clean, 60);
+        QCOMPARE(week.cleanBefore, 50);
+        QCOMPARE(week.sure, 2);
+        QCOMPARE(week.known, 3);
+        QCOMPARE(weekUntil(firstDay + std::chrono::days(6), {}, {}).cleanBefore, -1);
+    }
+
+    void tellsBarsOfAPart()
+    {
+        const PlayedPart part{4, 6, Hands::Right, {{5, 2}, {0, 1}}, 80};
+        QCOMPARE(barsOf(part, "A", noonOf(0)).size(), 3U);
+        QCOMPARE(barsOf(part, "A", noonOf(0)).front().wrong, 1);
+        PlayedPart broken = part;
+        broken.whole = false;
+        const auto bars = barsOf(broken, "A", noonOf(0));
+        QCOMPARE(bars.size(), 2U);
+        QCOMPARE(bars.back(), (PlayedBar{noonOf(0), "A", 5, Hands::Right, 2, 80}));
+    }
+
+    void outlivesTheProgram()
+    {
+        const QTemporaryDir folder;
+        const auto file = std::filesystem::path(folder.path().toStdString()) / "new" / "p.db";
+        const auto played =
+            playedFrom(u"D0 b1 w1 t80, D0 b2 left Für, D400 b3, D2 b3 t100 It's"_s);
+        {
+            PracticeLog log(file);
+            log.add(played);
+            PracticeLog beside(file); // another one may read and write meanwhile
+            beside.add(std::span(played).first(1));
+            QVERIFY(log.takeTrouble().empty() && beside.takeTrouble().empty());
+        }
+        PracticeLog log(file);
+        auto kept = log.bars();
+        QCOMPARE(kept.size(), 5U);
+        QCOMPARE(kept[0], played[0]);
+        QCOMPARE(kept[1], played[1]);
+        QCOMPARE(kept[3], played[3]); // by time
+        QCOMPARE(kept[4], played[2]);
+        QCOMPARE(log.forget("A"), 3U);
+        QCOMPARE(log.forget("A"), 0U);
+        kept = PracticeLog(file).bars();
+        QCOMPARE(kept.size(), 2U);
+        QCOMPARE(QString::fromStdString(tableOf(kept)),
+            u"time,piece,bar,hand,wrong keys,tempo percent\r\n"
+            "2025-03-01 12:00:00,\"Für\",2,left,0,\r\n"
+            "2025-03-03 12:00:00,\"It's\",3,both,0,100\r\n"_s);
+        QCOMPARE(tableOf(playedFrom(u"\"q\""_s)).find("\"\"\"q\"\"\"") != std::string::npos, true);
+    }
+
+    void goesOnWhateverTheFile_data()
+    {
+        const Table<QByteArray, bool> row{"file", "aside"};
+        row("no database", QByteArray(5000, 'x'), true);
+        row("cut off", "half", true);
+        row("another program's", "other", false);
+        row("not to be written", "readonly", false);
+    }
+
+    void goesOnWhateverTheFile()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(bool, aside);
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"p.db"_s);
+        const auto played = playedFrom(u"D0 b1 w1, D0 b2, D0 b3"_s);
+        if (file.size() > 100) {
+            test::writeFile(path, file);
+        } else {
+            PracticeLog whole(path.toStdString());
+            for (int i = 0; i < 300; ++i)
+                whole.add(played);
+        }
+        QByteArray bytes = test::readFile(path);
+        if (file == "half")
+            test::writeFile(path, bytes.left(bytes.size() / 2) + QByteArray(4096, 'x'));
+        if (file == "other")
+            test::writeFile(path, bytes.replace("at TEXT NOT NULL,", "it TEXT NOT NULL,"));
+        if (file == "readonly")
+            QDir(folder.path()).mkdir(u"p.db-journal"_s); // no journal can be written there
+        PracticeLog log(path.toStdString());
+        log.add(played);
+        QVERIFY(!log.takeTrouble().empty());
+        QVERIFY2(log.takeTrouble().empty(), "it is said once");
+        QVERIFY(log.bars().size() >= 3);
+        QCOMPARE(log.bars().back(), played.back());
+        QCOMPARE(QFileInfo::exists(path + u".damaged"_s), aside);
+    }
+
+    void namesTheFingersOfAScale_data()
+    {
+        const Table<int, bool, QString, QString> row{"tonic", "minor", "right", "left"};
+        row("C major", 0, false, u"12312345"_s, u"54321321"_s);
+        row("F major", 5, false, u"12341234"_s, u"54321321"_s);
+        row("B major", 11, false, u"12312345"_s, u"43214321"_s);
+        row("B flat major", 10, false, u"41231234"_s, u"32143213"_s);
+        row("E flat major", 3, false, u"31234123"_s, u"32143213"_s);
+        row("A flat major", 8, false, u"34123123"_s, u"32143213"_s);
+        row("D flat major", 1, false, u"23123412"_s, u"32143213"_s);
+        row("F sharp major", 6, false, u"23412312"_s, u"43213214"_s);
+        row("A minor", 9, true, u"12312345"_s, u"54321321"_s);
+        row("E flat minor", 3, true, u"31234123"_s, u"21432132"_s);
+        row("B flat minor", 10, true, u"41231234"_s, u"21321432"_s);
+        row("F sharp minor", 6, true, u"34123123"_s, u"43213214"_s);
+        row("B minor", 11, true, u"12312345"_s, u"43214321"_s);
+    }
+
+    void namesTheFingersOfAScale()
+    {
+        QFETCH(int, tonic);
+        QFETCH(bool, minor);
+        const auto fingers = [&](Hands hand) {
+            QString all;
+            for (const int finger : scaleFingers({tonic, minor}, hand))
+                all += QString::number(finger);
+            return all;
+        };
+        QTEST(fingers(Hands::Right), "right");
+        QTEST(fingers(Hands::Left), "left");
+    }
+
+    /// The thumb is kept off black keys in all scales: no hand can turn over it there.
+    void keepsTheThumbOffBlackKeys()
+    {
+        for (int tonic = 0; tonic < 12; ++tonic) {
+            for (const bool minor : {false, true}) {
+                const Piece scale = scaleOf({tonic, minor}, Hands::Both);
+                QCOMPARE(scale.notes.size(), 30U);
+                for (std::size_t i = 0; i < scale.notes.size(); ++i) {
+                    const int note = scale.notes[i].pitch % 12;
+                    const bool black =
+                        note == 1 || note == 3 || note == 6 || note == 8 || note == 10;
+                    QVERIFY2(!black || scale.marks[i].finger != 1,
+                        qPrintable(u"tonic %1 note %2"_s.arg(tonic).arg(note)));
+                }
+            }
+        }
+    }
+
+    void makesExercises()
+    {
+        const auto pitches = [](const Piece &piece) {
+            QStringList all;
+            for (const Note &note : piece.notes)
+                all << QString::number(note.pitch);
+            return all.join(u' ');
+        };
+        QCOMPARE(pitches(scaleOf({9, true}, Hands::Right)),
+            u"57 59 60 62 64 65 68 69 68 65 64 62 60 59 57"_s);
+        QCOMPARE(pitches(arpeggioOf({0, false}, Hands::Left)), u"48 52 55 60 55 52 48"_s);
+        QCOMPARE(pitches(cadenceOf({0, false}, Hands::Both)),
+            u"60 64 67 48 60 65 69 53 59 65 67 55 60 64 67 48"_s);
+        QCOMPARE(pitches(cadenceOf({9, true}, Hands::Right)),
+            u"57 60 64 57 62 65 56 62 64 57 60 64"_s);
+        QCOMPARE(QString::fromStdString(fingersInWords(arpeggioOf({2, false}, Hands::Both))),
+            u"Right hand: one, two, three, five. Left hand: five, three, two, one."_s);
+        const Piece scale = scaleOf({0, false}, Hands::Both);
+        QVERIFY(scale.bars.size() == 2 && scale.notes.back().duration > 0.7);
+    }
+};
+
+QTEST_APPLESS_MAIN(PracticeTest)
+#include "practice_test.moc"
