@@ -18,7 +18,7 @@ OfflineEngine::OfflineEngine(std::function<void(std::string_view)> lines)
     , assistant_({wire_, speaker_, player_, metronome_, band_, through_, mixer_.keys(), library_,
                      desk_, [](const std::filesystem::path &) { return false; }},
           {home_ / "profile.json", home_ / "commands.html", home_ / "songs", home_ / "takes",
-              home_ / "composition.json", home_ / "progress.json", home_ / "practice.db"},
+              home_ / "composition.json", home_ / "progress.json", home_ / "practice.db", home_},
           1)
 {
 }

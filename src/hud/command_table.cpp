@@ -107,6 +107,8 @@ CommandGroup Commands::practice()
             {u"I"_s, u"i"_s, tr("What comes before"), inScore},
             {u"K"_s, u"k"_s, tr("Which key and metre"), inScore},
             {u"X"_s, u"x"_s, tr("Spell the chord"), inScore},
+            {u"Y"_s, u"y"_s, tr("This bar in braille music"), inScore},
+            {u"BRF"_s, u"~say save as braille\n"_s, tr("Save the piece as braille music"), inScore},
             {u"Z"_s, u"z"_s, tr("Only the notes, or words too"), inScore},
         }};
 }

@@ -59,8 +59,7 @@ QString inputOf(QString send)
 QStringList inputsIn(const QString &mode)
 {
     QStringList inputs;
-    for (const kelo::CommandGroup &group :
-        kelo::commandGroups() + QList{kelo::practiceGroup()}) {
+    for (const kelo::CommandGroup &group : kelo::commandGroups() + QList{kelo::practiceGroup()}) {
         for (const kelo::Command &command : group.commands) {
             if (!command.send.startsWith(u'#') && command.listed(mode))
                 inputs << inputOf(command.send);

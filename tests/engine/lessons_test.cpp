@@ -288,10 +288,12 @@ private Q_SLOTS:
         }
         QCOMPARE(found,
             QStringList({u"1-2 right 5"_s, u"1-2 left 1"_s, u"1-2 both 5"_s, u"3-3 left 1"_s,
-                u"4-4 right 8"_s, u"4-4 left 4"_s, u"4-4 both 8"_s, u"5-5 right 1"_s,
-                u"5-5 left 1"_s, u"5-5 both 1"_s}));
+                u"1-3 both 6"_s, u"4-4 right 8"_s, u"4-4 left 4"_s, u"4-4 both 8"_s,
+                u"5-5 right 1"_s, u"5-5 left 1"_s, u"5-5 both 1"_s, u"4-5 both 9"_s,
+                u"1-5 both 15"_s}));
         const auto left = excerptsOf(piece, Hands::Left);
-        QCOMPARE(left.size(), 3U);
+        QCOMPARE(left.size(), 5U);
+        QVERIFY(left[2].joined && left[2].lastBar == 4 && left[4].firstBar == 1);
         const Piece demo = pieceOf(left[1], piece);
         QCOMPARE(demo.notes.size(), 5U);
         QCOMPARE(demo.notes.front().at, 0.0);
@@ -341,8 +343,10 @@ private Q_SLOTS:
         QCOMPARE(text(both.back()), u"Bars one and two, both hands. (demo)"_s);
         for (int i = 0; i < 3; ++i)
             static_cast<void>(both.skip());
+        QCOMPARE(text(both.skip()), u"Bars one to three, both hands. (demo)"_s);
+        QCOMPARE(both.bar(), 3); // where it goes on another day
         QCOMPARE(text(both.skip()), u"This is the last part."_s);
-        QCOMPARE(text(both.repeat()), u"Bar three, both hands. (demo)"_s);
+        QCOMPARE(text(both.repeat()), u"Bars one to three, both hands. (demo)"_s);
     }
 
     void waitsUntilThePlayerIsQuiet()
@@ -370,6 +374,54 @@ private Q_SLOTS:
         }
     }
 
+    void saysAsMuchAsIsWanted()
+    {
+        const auto begun = [](Talk talk) {
+            Lesson lesson(sheet("c4/1 | d4 | e4", "c3/1 | g2 | c3"), "Test", Hands::Both);
+            lesson.setTalk(talk);
+            static_cast<void>(lesson.begin());
+            lesson.listen(0);
+            static_cast<void>(lesson.press(60, 1));
+            return lesson;
+        };
+        Lesson changes = begun(Talk::Changes);
+        static_cast<void>(changes.press(64, 2));
+        QCOMPARE(text(changes.advance(4)), u"Bar two, beat one: D. You played the E above."_s);
+        static_cast<void>(changes.press(60, 5));
+        QCOMPARE(text(changes.press(62, 6)), u"(good) Left hand. (demo)"_s);
+        QCOMPARE(text(changes.repeat()), u"(demo)"_s);
+        static_cast<void>(changes.skip());
+        QCOMPARE(text(changes.skip()), u"Bar three, right hand. (demo)"_s);
+        changes.listen(10);
+        QCOMPARE(text(changes.advance(40)), QString());
+        Lesson sounds = begun(Talk::Sounds);
+        static_cast<void>(sounds.press(64, 2));
+        QCOMPARE(text(sounds.advance(4)), QString());
+        static_cast<void>(sounds.press(60, 5));
+        QCOMPARE(text(sounds.press(62, 6)), u"(good)  (demo)"_s);
+        QCOMPARE(QString::fromStdString(sounds.whereWeAre()), u"Bars one and two, left hand."_s);
+    }
+
+    void tellsWhatWasPlayed()
+    {
+        Lesson lesson(sheet("c4/1 | d4 | e4", "c3/1 | g2 | c3"), "Test", Hands::Both);
+        static_cast<void>(lesson.begin());
+        QVERIFY(!lesson.takePlayed());
+        lesson.listen(0);
+        for (const int key : {60, 65, 62}) // put right at once
+            static_cast<void>(lesson.press(key, key / 2.0));
+        const auto passed = lesson.takePlayed();
+        QVERIFY(passed && passed->whole && passed->hands == Hands::Right);
+        QCOMPARE(passed->wrong.at(2), 1);
+        QCOMPARE(passed->tempo, 200);
+        QVERIFY(!lesson.takePlayed());
+        lesson.listen(100);
+        static_cast<void>(lesson.press(50, 101));
+        static_cast<void>(lesson.skip());
+        const auto left = lesson.takePlayed();
+        QVERIFY(left && !left->whole && left->hands == Hands::Left && left->wrong.at(1) == 1);
+    }
+
     void changesHands()
     {
         Lesson lesson(sheet("c4/1 | d4 | e4 | f4", "c3/1 | c3 | c3 | c3"), "Test", Hands::Both);
@@ -391,7 +443,7 @@ private Q_SLOTS:
             Reply reply = lesson.begin();
             double now = 0;
             int phrases = 0;
-            for (; reply.demo && phrases < 300; ++phrases) {
+            for (; !reply.over && phrases < 300; ++phrases) {
                 lesson.listen(now);
                 reply = {};
                 // A player who plays exactly what was shown.
@@ -399,7 +451,7 @@ private Q_SLOTS:
                     reply = lesson.press(note.pitch, now + note.at);
                     QVERIFY2(!reply.good || *reply.good, reply.words.c_str());
                 }
-                now += 100;
+                now += 1000;
             }
             QVERIFY2(reply.over, library.names()[song].title.c_str());
             QVERIFY(phrases >= 4);

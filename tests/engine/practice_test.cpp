@@ -163,8 +163,7 @@ private Q_SLOTS:
     {
         const QTemporaryDir folder;
         const auto file = std::filesystem::path(folder.path().toStdString()) / "new" / "p.db";
-        const auto played =
-            playedFrom(u"D0 b1 w1 t80, D0 b2 left Für, D400 b3, D2 b3 t100 It's"_s);
+        const auto played = playedFrom(u"D0 b1 w1 t80, D0 b2 left Für, D400 b3, D2 b3 t100 It's"_s);
         {
             PracticeLog log(file);
             log.add(played);
@@ -207,17 +206,17 @@ private Q_SLOTS:
         const QString path = folder.filePath(u"p.db"_s);
         const auto played = playedFrom(u"D0 b1 w1, D0 b2, D0 b3"_s);
         if (file.size() > 100) {
-            test::writeFile(path, file);
+            kelo::test::writeFile(path, file);
         } else {
             PracticeLog whole(path.toStdString());
             for (int i = 0; i < 300; ++i)
                 whole.add(played);
         }
-        QByteArray bytes = test::readFile(path);
+        QByteArray bytes = kelo::test::readFile(path);
         if (file == "half")
-            test::writeFile(path, bytes.left(bytes.size() / 2) + QByteArray(4096, 'x'));
+            kelo::test::writeFile(path, bytes.left(bytes.size() / 2) + QByteArray(4096, 'x'));
         if (file == "other")
-            test::writeFile(path, bytes.replace("at TEXT NOT NULL,", "it TEXT NOT NULL,"));
+            kelo::test::writeFile(path, bytes.replace("at TEXT NOT NULL,", "it TEXT NOT NULL,"));
         if (file == "readonly")
             QDir(folder.path()).mkdir(u"p.db-journal"_s); // no journal can be written there
         PracticeLog log(path.toStdString());
@@ -292,8 +291,8 @@ private Q_SLOTS:
         QCOMPARE(pitches(arpeggioOf({0, false}, Hands::Left)), u"48 52 55 60 55 52 48"_s);
         QCOMPARE(pitches(cadenceOf({0, false}, Hands::Both)),
             u"60 64 67 48 60 65 69 53 59 65 67 55 60 64 67 48"_s);
-        QCOMPARE(pitches(cadenceOf({9, true}, Hands::Right)),
-            u"57 60 64 57 62 65 56 62 64 57 60 64"_s);
+        QCOMPARE(
+            pitches(cadenceOf({9, true}, Hands::Right)), u"57 60 64 57 62 65 56 62 64 57 60 64"_s);
         QCOMPARE(QString::fromStdString(fingersInWords(arpeggioOf({2, false}, Hands::Both))),
             u"Right hand: one, two, three, five. Left hand: five, three, two, one."_s);
         const Piece scale = scaleOf({0, false}, Hands::Both);

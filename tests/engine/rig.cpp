@@ -51,7 +51,8 @@ void Rig::start(bool known)
         Equipment{wire, speech, player, metronome, band, through, keys, *library, desk,
             [](const std::filesystem::path &) { return false; }},
         Places{home / "profile.json", home / "commands.html", home / "songs", home / "takes",
-            home / "composition.json", home / "progress.json", home / "practice.db"},
+            home / "composition.json", home / "progress.json", home / "practice.db",
+            home / "downloads"},
         7);
     assistant->begin("", true, moment());
     assistant->greet("", moment());
@@ -314,8 +315,8 @@ QString failureOf(Rig &rig, const QStringList &steps)
             const QString keys = rig.lines.filter(QRegularExpression(u"^buttons ."_s)).last();
             const int pitch = keys.section(u' ', rest.toInt(), rest.toInt()).toInt();
             const QStringList modes = rig.lines.filter(QRegularExpression(u"^mode "_s));
-            const QStringList music{
-                u"mode teach"_s, u"mode ear"_s, u"mode compose"_s, u"mode jazz"_s, u"mode follow"_s};
+            const QStringList music{u"mode teach"_s, u"mode ear"_s, u"mode compose"_s,
+                u"mode jazz"_s, u"mode follow"_s};
             sent = rig.seen = rig.lines.size();
             if (music.contains(modes.last())) { // where every key is music
                 const int lowest = keys.section(u' ', 10, 10).toInt();

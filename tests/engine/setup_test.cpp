@@ -109,7 +109,8 @@ private Q_SLOTS:
             return QJsonDocument::fromJson(readFile(path())).object();
         };
         QJsonObject usual{{u"keysSound"_s, true}, {u"assistant"_s, u"Kelo"_s}, {u"topKey"_s, 108},
-            {u"speechRate"_s, 165}, {u"speechPitch"_s, 50}, {u"voice"_s, 0}, {u"wishedIn"_s, 0}};
+            {u"speechRate"_s, 165}, {u"speechPitch"_s, 50}, {u"voice"_s, 0}, {u"lessonTalk"_s, 0},
+            {u"wishedIn"_s, 0}};
         QJsonObject set{
             {u"keysSound"_s, false}, {u"assistant"_s, u"Aria"_s}, {u"birthday"_s, u"12-31"_s}};
         for (const QString &key :
@@ -126,10 +127,11 @@ private Q_SLOTS:
             usual[part + u"Loudness"_s] = 100;
         QCOMPARE(kept({}), usual);
         const QList<std::tuple<QString, int, int>> bounds{{u"topKey"_s, 36, 127},
-            {u"voice"_s, 0, 99}, {u"speechRate"_s, 120, 400}, {u"speechPitch"_s, 0, 100},
-            {u"voiceLoudness"_s, 10, 200}, {u"piecesLoudness"_s, 10, 200},
-            {u"keysLoudness"_s, 10, 200}, {u"bandLoudness"_s, 10, 200},
-            {u"ticksLoudness"_s, 10, 200}, {u"wishedIn"_s, -1000000000, 1000000000}};
+            {u"voice"_s, 0, 99}, {u"lessonTalk"_s, 0, 2}, {u"speechRate"_s, 120, 400},
+            {u"speechPitch"_s, 0, 100}, {u"voiceLoudness"_s, 10, 200},
+            {u"piecesLoudness"_s, 10, 200}, {u"keysLoudness"_s, 10, 200},
+            {u"bandLoudness"_s, 10, 200}, {u"ticksLoudness"_s, 10, 200},
+            {u"wishedIn"_s, -1000000000, 1000000000}};
         QJsonObject low = usual;
         QJsonObject high = usual;
         QJsonObject tooLow{{u"user"_s, u" Bo\n"_s}, {u"assistant"_s, u" Bo"_s}};

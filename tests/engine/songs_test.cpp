@@ -8,6 +8,7 @@
 #include "support/files.h"
 #include "support/table.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -180,6 +181,31 @@ private Q_SLOTS:
         writeFile(home.filePath(u".config/user-dirs.dirs"_s), settings);
         QCOMPARE(QString::fromStdString(songsFolder(home.path().toStdString()).string()),
             folder.replace(u"HOME"_s, home.path()));
+    }
+
+    void findsTheNewestDownload()
+    {
+        const QTemporaryDir home;
+        const auto newest = [&] {
+            return QString::fromStdString(
+                newestPiece(downloadFolder(home.path().toStdString())).filename().string());
+        };
+        QCOMPARE(newest(), QString());
+        writeFile(home.filePath(u".config/user-dirs.dirs"_s), "XDG_DOWNLOAD_DIR=\"$HOME/Neu\"\n");
+        const auto add = [&](const QString &name, int minutesAgo) {
+            const QString path = home.filePath(u"Neu/"_s + name);
+            writeFile(path, "x");
+            std::filesystem::last_write_time(path.toStdString(),
+                std::filesystem::file_time_type::clock::now() - std::chrono::minutes(minutesAgo));
+        };
+        add(u"old.MID"_s, 9);
+        add(u"newer.mxl"_s, 5);
+        add(u"newest.pdf"_s, 1);
+        add(u"oldest.midi"_s, 20);
+        QCOMPARE(newest(), u"newer.mxl"_s);
+        add(u"now.musicxml"_s, 0);
+        QDir(home.path()).mkpath(u"Neu/folder.mid"_s);
+        QCOMPARE(newest(), u"now.musicxml"_s);
     }
 
     void theMenuGoesRound()

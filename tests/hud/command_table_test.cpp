@@ -31,7 +31,8 @@ private Q_SLOTS:
             "metronome\n",
             "SYSTEM|/=/|⇧K=K",
             "PRACTICE|W=w|U=u|PLAN=~say what shall I practise\n|LEAD=~say practice session\n"
-            "|1=1|2=2|3=3|4=4|D=d|I=i|K=k|X=x|Z=z",
+            "|1=1|2=2|3=3|4=4|D=d|I=i|K=k|X=x|Y=y|"
+            "BRF=~say save as braille\n|Z=z",
         };
         QByteArrayList actual;
         for (const CommandGroup &group : commandGroups() + QList{practiceGroup()}) {

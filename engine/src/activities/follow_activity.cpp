@@ -211,8 +211,8 @@ void FollowActivity::shift(int by, const Moment &now)
 {
     const BarRange all = allOf(piece_);
     const int count = bars_.last - bars_.first + 1;
-    const BarRange bars{std::max(all.first, bars_.first + by * count),
-        std::min(all.last, bars_.last + by * count)};
+    const BarRange bars{
+        std::max(all.first, bars_.first + by * count), std::min(all.last, bars_.last + by * count)};
     if (bars.first > bars.last)
         say(bars_ == all ? "You play all of it. Say which bars you want."
                 : by > 0 ? "These are the last bars."
@@ -357,7 +357,8 @@ std::string_view FollowActivity::help() const
 {
     return "Play your part: the other hand goes with you and waits where you wait. Wherever you go "
            "I find you again. At the end it begins anew, a little faster after a clean pass. "
-           "Return plays your part, Space begins anew, left and right change the bars. Say bars five to eight, left hand, sixty "
+           "Return plays your part, Space begins anew, left and right change the bars. Say bars "
+           "five to eight, left hand, sixty "
            "percent, or count me in. Zero goes home.";
 }
 

@@ -16,6 +16,7 @@ LessonActivity::LessonActivity(Session &shared, Lesson lesson, std::optional<Bar
 void LessonActivity::enter(const Moment &now)
 {
     session_.heard = {lesson_.title(), lesson_.wholePiece()};
+    lesson_.setTalk(session_.talk);
     Reply reply = lesson_.begin(bars_ ? bars_->first : session_.progress.barOf(lesson_.title()));
     if (!session_.pianoPresent)
         reply.words.insert(0, "I don't see a piano yet. ");
@@ -28,7 +29,7 @@ void LessonActivity::leave(const Moment &now)
     if (dropped_)
         session_.progress.forget(lesson_.title());
     lesson_.stop();
-    note(now);
+    keepPlayed(now);
     if (paused())
         resume(now);
     TeachingActivity::leave(now);
@@ -55,16 +56,17 @@ bool LessonActivity::request(const Request &request, const Moment &now)
 
 void LessonActivity::advance(const Moment &now)
 {
+    lesson_.setTalk(session_.talk);
     if (!paused())
         teach(lesson_.advance(now.uptime), now);
     TeachingActivity::advance(now);
-    note(now);
+    keepPlayed(now);
     if (!dropped_)
         session_.progress.reach(lesson_.title(), lesson_.bar());
 }
 
 /// What was played stays known.
-void LessonActivity::note(const Moment &now)
+void LessonActivity::keepPlayed(const Moment &now)
 {
     if (const auto part = lesson_.takePlayed())
         session_.practice.add(barsOf(*part, lesson_.title(), now.local));

@@ -17,7 +17,7 @@ public:
     void advance(const Moment &now) override;
     [[nodiscard]] std::optional<double> deadline() const override
     {
-        return paused() ? std::nullopt : lesson_.deadline();
+        return paused() ? std::nullopt : earliest({lesson_.deadline(), exampleDeadline()});
     }
 
     [[nodiscard]] std::string_view mode() const override { return "teach"; }
@@ -28,6 +28,7 @@ public:
     [[nodiscard]] std::optional<Beat> beat(const Moment &now) const override;
 
 private:
+    [[nodiscard]] bool givesCues() const override { return true; }
     [[nodiscard]] Piece example() const override { return lesson_.demo(); }
     void listen(const Moment &now) override { lesson_.listen(now.uptime); }
     [[nodiscard]] bool entersWith(int pitch) const override { return lesson_.entersWith(pitch); }
@@ -37,8 +38,7 @@ private:
         return lesson_.press(pitch, now.uptime);
     }
     void over(const Moment &now) override;
-    using TeachingActivity::note;
-    void note(const Moment &now);
+    void keepPlayed(const Moment &now);
 
     void repeat(const Request &request, const Moment &now);
     void next(const Request &request, const Moment &now);

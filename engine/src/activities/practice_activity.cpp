@@ -39,7 +39,7 @@ void PracticeActivity::enter(const Moment &now)
     warmUp(now);
     plan(now);
     Station &first = stations_.front();
-    std::string words = numberInWords(minutes_) + " minutes. " + first.opening;
+    std::string words = capitalised(numberInWords(minutes_)) + " minutes. " + first.opening;
     if (!session_.pianoPresent)
         words.insert(0, "I don't see a piano yet. ");
     teach(first.lesson.open(words), now);
@@ -69,8 +69,8 @@ void PracticeActivity::warmUp(const Moment &now)
         lesson.joinAll();
         lesson.show(true);
         lesson.sayAtEnd({});
-        stations_.push_back(
-            {Part::WarmUp, "To warm up: " + name + ". " + fingersInWords(scale), std::move(lesson)});
+        stations_.push_back({Part::WarmUp, "To warm up: " + name + ". " + fingersInWords(scale),
+            std::move(lesson)});
     }
 }
 
@@ -93,26 +93,27 @@ void PracticeActivity::plan(const Moment &now)
 }
 
 /// Some bars of a piece, all of a known one, or the lesson on a new one.
-void PracticeActivity::add(
-    Part part, const std::string &piece, Hands hands, const Assignment *bars)
+void PracticeActivity::add(Part part, const std::string &piece, Hands hands, const Assignment *bars)
 {
     const auto &names = session_.library.names();
-    const auto song = static_cast<std::size_t>(
-        std::ranges::find(names, piece, &SongName::title) - names.begin());
+    const auto song =
+        static_cast<std::size_t>(std::ranges::find(names, piece, &SongName::title) - names.begin());
     const auto read =
         song < names.size() ? session_.library.load(song) : std::variant<Piece, ReadFault>();
     if (!std::holds_alternative<Piece>(read))
         return;
     Lesson lesson(studied(std::get<Piece>(read)), piece, hands);
-    if (lesson.empty() || (bars && !lesson.narrow(bars->first, bars->last, hands)))
+    // Where one hand rests, both hands together are the other one alone.
+    const auto narrow = [&](Hands whose) { return lesson.narrow(bars->first, bars->last, whose); };
+    if (lesson.empty() || (bars && !narrow(hands) && !narrow(Hands::Right) && !narrow(Hands::Left)))
         return;
-    std::string opening = piece + ".";
+    std::string opening = piece + ". " + lesson.whereWeAre();
     if (part == Part::Known) {
         lesson.joinAll();
         opening = "Now what you know: " + piece + ". I listen.";
     } else if (!bars) {
         static_cast<void>(lesson.begin(session_.progress.barOf(piece)));
-        opening = "Something new: " + piece + ". Listen, then play it back.";
+        opening = "Something new: " + piece + ". Listen, then play it back. " + lesson.whereWeAre();
     }
     lesson.sayAtEnd({});
     stations_.push_back({part, opening, std::move(lesson)});
@@ -198,14 +199,15 @@ Reply PracticeActivity::goOn(Reply reply, const Moment &now)
     const auto next = std::find_if(stations_.begin() + 1, stations_.end(),
         [&](const Station &station) { return !late(station.part); });
     reply.over = next == stations_.end();
-    if (passed)
-        reply.words = reply.words.substr(0, reply.words.find('.') + 1) + " ";
+    if (passed) // the praise without what it says of the rhythm
+        reply.words = reply.words.empty() ? "" : "Good. ";
     if (reply.over) {
         reply.words += farewell();
         reply.demo = false;
         return reply;
     }
     stations_.erase(stations_.begin(), next);
+    stations_.front().lesson.setTalk(session_.talk);
     const Reply opened = stations_.front().lesson.open(reply.words + stations_.front().opening);
     return {reply.good, opened.words, opened.demo};
 }
@@ -213,6 +215,8 @@ Reply PracticeActivity::goOn(Reply reply, const Moment &now)
 /// "Fifteen minutes. You played forty bars, thirty of them without a wrong key."
 std::string PracticeActivity::farewell() const
 {
+    if (played_ == 0)
+        return "That was practice for today.";
     return "That was practice for today. You played " + numberInWords(played_)
         + (played_ == 1 ? " bar, " : " bars, ") + numberInWords(clean_)
         + " of them without a wrong key.";
@@ -237,18 +241,22 @@ void PracticeActivity::keep(const Moment &now)
 
 void PracticeActivity::advance(const Moment &now)
 {
+    stations_.front().lesson.setTalk(session_.talk);
     if (!paused())
         teach(goOn(stations_.front().lesson.advance(now.uptime), now), now);
     TeachingActivity::advance(now);
-    if (timeIsUp(now) && now.uptime >= lastKey_ + quietAtEnd && !session_.host.speaking()
-        && !presenting())
+    if (now.uptime >= std::max(until_, lastKey_ + quietAtEnd) && !paused() && !presenting()
+        && !session_.host.speaking())
         stop({}, now);
 }
 
 std::optional<double> PracticeActivity::deadline() const
 {
-    return earliest(
-        {stations_.front().lesson.deadline(), std::max(until_, lastKey_ + quietAtEnd)});
+    if (paused())
+        return {};
+    const bool waits = !presenting() && !session_.host.speaking();
+    return earliest({stations_.front().lesson.deadline(), exampleDeadline(),
+        waits ? std::optional(std::max(until_, lastKey_ + quietAtEnd)) : std::nullopt});
 }
 
 std::optional<Beat> PracticeActivity::beat(const Moment &now) const

@@ -37,6 +37,7 @@ private:
         Lesson lesson;
     };
 
+    [[nodiscard]] bool givesCues() const override { return true; }
     [[nodiscard]] Piece example() const override { return stations_.front().lesson.demo(); }
     void listen(const Moment &now) override;
     [[nodiscard]] bool entersWith(int pitch) const override;
@@ -52,7 +53,6 @@ private:
     void plan(const Moment &now);
     void warmUp(const Moment &now);
     void add(Part part, const std::string &piece, Hands hands, const Assignment *bars);
-    [[nodiscard]] bool timeIsUp(const Moment &now) const { return now.uptime >= until_; }
     [[nodiscard]] Reply goOn(Reply reply, const Moment &now);
     [[nodiscard]] std::string farewell() const;
     void keep(const Moment &now);

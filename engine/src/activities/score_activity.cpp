@@ -1,5 +1,7 @@
 #include "activities/score_activity.h"
 
+#include "activities/pieces.h"
+#include "braille/braille_page.h"
 #include "listen/words.h"
 #include "written/performance.h"
 #include "written/transcript.h"
@@ -53,6 +55,8 @@ bool ScoreActivity::request(const Request &request, const Moment &now)
         {Action::WhichKey, &ScoreActivity::key},
         {Action::SpellChord, &ScoreActivity::chord},
         {Action::SilentScore, &ScoreActivity::silent},
+        {Action::BrailleBar, &ScoreActivity::braille},
+        {Action::SaveBraille, &ScoreActivity::saveBraille},
         {Action::ByNote, &ScoreActivity::byNote},
         {Action::ByBeat, &ScoreActivity::byBeat},
         {Action::ByBar, &ScoreActivity::byBar},
@@ -134,6 +138,10 @@ void ScoreActivity::show(Stretch stretch, Hands hands, std::string words, const 
 
 void ScoreActivity::advance(const Moment &now)
 {
+    if (!braille_.empty() && !session_.host.speaking()) {
+        session_.wire.send("say", std::exchange(braille_, {}));
+        session_.wire.send("done");
+    }
     if (words_.empty() || session_.player.playing() || session_.player.paused())
         return;
     say(std::exchange(words_, {}), now);
@@ -229,6 +237,26 @@ void ScoreActivity::silent(const Request &request, const Moment &now)
     say(silent_ ? "Only the notes sound." : "I say what is written.", now);
 }
 
+/// Nobody can speak it: it is shown when it has been said which bar it is.
+void ScoreActivity::braille(const Request &, const Moment &now)
+{
+    const WrittenBar &bar = walk_.barAt(walk_.here().from);
+    const auto index = static_cast<std::size_t>(&bar - walk_.piece().bars.data());
+    say("Bar " + numberInWords(bar.number) + " in braille.", now);
+    braille_ = brailleOfBar(walk_.piece(), index, walk_.hands());
+}
+
+void ScoreActivity::saveBraille(const Request &, const Moment &now)
+{
+    WrittenPiece titled = walk_.piece();
+    if (titled.title.empty())
+        titled.title = what_.title;
+    const bool kept = keepFile(session_, what_.title, ".brf", brfOf(titled));
+    say(kept ? "I wrote it in braille to the songs folder."
+             : "I couldn't write it to the songs folder.",
+        now);
+}
+
 void ScoreActivity::walkBy(WalkUnit unit, std::string_view name, const Moment &now)
 {
     walk_.setUnit(unit);
@@ -287,7 +315,8 @@ std::string_view ScoreActivity::help() const
     return "Right and left walk through the score, Space says everything about where you are, "
            "Return plays on from here. "
            "One walks by notes, two by beats, three by bars, four by phrases. K says the key, X "
-           "spells the chord, I says what comes before, D reads the bar, Z makes me silent. Say "
+           "spells the chord, I says what comes before, D reads the bar, Y shows it in braille, Z "
+           "makes me silent. Say "
            "go to bar five, left hand, or read me bar nine. Zero goes home.";
 }
 

@@ -36,6 +36,8 @@ private:
     void key(const Request &request, const Moment &now);
     void chord(const Request &request, const Moment &now);
     void silent(const Request &request, const Moment &now);
+    void braille(const Request &request, const Moment &now);
+    void saveBraille(const Request &request, const Moment &now);
     void byNote(const Request &request, const Moment &now);
     void byBeat(const Request &request, const Moment &now);
     void byBar(const Request &request, const Moment &now);
@@ -55,6 +57,7 @@ private:
     std::optional<BarRange> bars_;
     Description description_;
     std::string words_; ///< for when the notes have sounded
+    std::string braille_; ///< for when the words have been said
     bool silent_ = false;
 };
 

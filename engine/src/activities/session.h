@@ -2,6 +2,7 @@
 
 #include "activities/moment.h"
 #include "composing/score.h"
+#include "lessons/talk.h"
 #include "listen/request.h"
 #include "music/player.h"
 #include "piano/recorder.h"
@@ -61,6 +62,7 @@ struct Session {
     Band &band;
     Library &library;
     std::filesystem::path songsFolder; ///< what is to be kept goes there
+    std::filesystem::path downloads; ///< where the user's browser writes
     std::filesystem::path draft; ///< of the composition that is not saved yet
     std::uint32_t seed = 0; ///< of all that is chosen by chance
     StudioControl *logic = nullptr; ///< where there is one
@@ -68,6 +70,7 @@ struct Session {
 
     SongList songs{}; ///< with the song that was chosen last
     Hands hands = Hands::Both;
+    Talk talk = Talk::All; ///< in lessons
     Recorder recorder{};
     std::optional<Heard> heard{}; ///< what was played last
     Progress progress{};

@@ -2,6 +2,12 @@
 
 namespace kelo::engine {
 
+namespace {
+
+constexpr double breath = 0.8; ///< seconds between what was played and the next example
+
+} // namespace
+
 bool TeachingActivity::pause(const Moment &now)
 {
     if (!Activity::pause(now))
@@ -44,12 +50,15 @@ void TeachingActivity::teach(const Reply &reply, const Moment &now)
 {
     if (reply.good)
         session_.wire.send("flash", *reply.good ? "good" : "wrong");
+    if (reply.good.value_or(false) && givesCues())
+        session_.metronome.give(Metronome::Cue::Right, now.uptime);
     if (!reply.words.empty())
         say(reply.words, now);
     if (reply.demo) {
         if (paused())
             resume(now);
         exampleWaits_ = true;
+        exampleAt_ = reply.good ? now.uptime + breath : now.uptime;
         session_.player.stop();
     }
     if (reply.over)
@@ -74,10 +83,14 @@ void TeachingActivity::advance(const Moment &now)
 {
     if (session_.host.speaking() || paused_)
         return;
-    if (exampleWaits_)
-        demonstrate(now);
-    else if (!session_.player.playing() && !listening())
+    if (exampleWaits_) {
+        if (now.uptime >= exampleAt_)
+            demonstrate(now);
+    } else if (!session_.player.playing() && !listening()) {
         listen(now);
+        if (givesCues())
+            session_.metronome.give(Metronome::Cue::YourTurn, now.uptime);
+    }
 }
 
 } // namespace kelo::engine

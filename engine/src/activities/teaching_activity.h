@@ -23,6 +23,15 @@ public:
     }
 
 protected:
+    /// When an example that nothing is said before begins.
+    [[nodiscard]] std::optional<double> exampleDeadline() const
+    {
+        return exampleWaits_ && !paused_ && !session_.host.speaking() ? std::optional(exampleAt_)
+                                                                      : std::nullopt;
+    }
+    /// Sounds tell when it is the player's turn, and what was right.
+    [[nodiscard]] virtual bool givesCues() const { return false; }
+
     /// Flashes, says the words and has the example wait for their end.
     void teach(const Reply &reply, const Moment &now);
     /// Silences the example; the player's turn comes at once.
@@ -42,6 +51,7 @@ protected:
 
 private:
     bool exampleWaits_ = false; ///< for the words before it
+    double exampleAt_ = 0; ///< not before
     bool paused_ = false;
 };
 

@@ -72,6 +72,7 @@ Assistant::Assistant(const Equipment &equipment, const Places &places, std::uint
           .band = equipment.band,
           .library = equipment.library,
           .songsFolder = places.songs,
+          .downloads = places.downloads,
           .draft = places.draft,
           .seed = seed,
           .logic = equipment.logic,

@@ -52,6 +52,7 @@ struct Places {
     std::filesystem::path draft; ///< of the composition that is not saved yet
     std::filesystem::path progress; ///< in lessons
     std::filesystem::path practice; ///< what was played, bar by bar
+    std::filesystem::path downloads; ///< the user's
 };
 
 /// Takes what comes in, by key, by voice, from the piano or from the display, makes requests of

@@ -55,6 +55,7 @@ constexpr KeyMeaning scoreKeys[] = {
     {key('i'), Action::WhatBefore},
     {key('k'), Action::WhichKey},
     {key('x'), Action::SpellChord},
+    {key('y'), Action::BrailleBar},
     {key('z'), Action::SilentScore},
 };
 

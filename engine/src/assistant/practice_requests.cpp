@@ -39,13 +39,6 @@ std::string named(const Assignment &part)
                                             : ", right hand");
 }
 
-std::string capitalised(std::string text)
-{
-    if (!text.empty() && text[0] >= 'a' && text[0] <= 'z')
-        text[0] = static_cast<char>(text[0] - 'a' + 'A');
-    return text;
-}
-
 std::set<std::string> titles(const Session &session)
 {
     std::set<std::string> all;
@@ -107,14 +100,15 @@ void PracticeRequests::report(const Request &, const Moment &now)
         + " that you practised went well the last time";
     const PracticePlan plan = planFor(known, today(now), titles(session_));
     if (!plan.weakest.empty())
-        text += ", and " + named(plan.weakest.front()) + ", need you most";
+        text += ", and " + named(plan.weakest.front())
+            + (plan.weakest.front().first == plan.weakest.front().last ? ", needs" : ", need")
+            + " you most";
     session_.say(text + ".", now);
 }
 
 void PracticeRequests::lead(const Request &request, const Moment &now)
 {
-    session_.library.refresh();
-    session_.songs.setSongs(session_.library.names());
+    refreshSongs(session_);
     session_.host.begin(std::make_unique<PracticeActivity>(session_,
                             std::clamp(request.number.value_or(usualMinutes), 1, mostMinutes)),
         now);
@@ -144,18 +138,18 @@ void PracticeRequests::forget(const Request &request, const Moment &now)
         session_.say("I don't know which piece.", now);
         return;
     }
-    const auto count = static_cast<int>(
-        std::ranges::count(session_.practice.bars(), leaving_, &PlayedBar::piece));
+    const auto count =
+        static_cast<int>(std::ranges::count(session_.practice.bars(), leaving_, &PlayedBar::piece));
     if (count == 0) {
         session_.say("I remember nothing of " + leaving_ + ".", now);
         return;
     }
     sure_ = answered;
-    Request yes{.action = Action::ForgetPiece, .on = true};
-    Request no{.action = Action::ForgetPiece, .on = false};
-    session_.host.ask(answered
-            ? counted(count, "bar") + " that you played will be gone. Are you sure? Yes or no."
-            : "Forget what you practised of " + leaving_ + "? Yes or no.",
+    const Request yes{.action = Action::ForgetPiece, .on = true};
+    const Request no{.action = Action::ForgetPiece, .on = false};
+    session_.host.ask(answered ? capitalised(counted(count, "bar"))
+                + " that you played will be gone. Are you sure? Yes or no."
+                               : "Forget what you practised of " + leaving_ + "? Yes or no.",
         yes, no, now);
 }
 
@@ -166,9 +160,9 @@ void PracticeRequests::exportAll(const Request &, const Moment &now)
         session_.say(nothingYet, now);
         return;
     }
-    const auto file = keepFile(session_, "Practice " + stampOf(now), ".csv", tableOf(played));
-    session_.say(file.empty() ? "I couldn't write it to the songs folder."
-                              : "I wrote it to the songs folder, as " + file.filename().string() + ".",
+    const bool kept = keepFile(session_, "Practice " + stampOf(now), ".csv", tableOf(played));
+    session_.say(kept ? "I wrote it as a table to the songs folder."
+                      : "I couldn't write it to the songs folder.",
         now);
 }
 

@@ -29,6 +29,8 @@ public:
         {Action::ByBeat, &ScoreRequests::readFirst},
         {Action::ByBar, &ScoreRequests::readFirst},
         {Action::ByPhrase, &ScoreRequests::readFirst},
+        {Action::BrailleBar, &ScoreRequests::readFirst},
+        {Action::SaveBraille, &ScoreRequests::readFirst},
     };
 
 private:

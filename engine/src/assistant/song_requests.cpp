@@ -1,6 +1,7 @@
 #include "assistant/song_requests.h"
 
 #include "activities/lesson_activity.h"
+#include "activities/loading_activity.h"
 #include "activities/pieces.h"
 #include "activities/playback_activity.h"
 #include "lessons/excerpt.h"
@@ -83,6 +84,15 @@ void SongRequests::playKept(const Request &, const Moment &now)
             now, Heard{"What you played", std::move(*take)}, "This is what you played.");
     else
         session_.say("You haven't played anything yet.", now);
+}
+
+void SongRequests::playDownload(const Request &, const Moment &now)
+{
+    const auto file = newestPiece(session_.downloads);
+    if (file.empty())
+        session_.say("There is no MIDI file and no MusicXML score among your downloads.", now);
+    else
+        playFile(session_, file, now);
 }
 
 /// One note, beside whatever plays.

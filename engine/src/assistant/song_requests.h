@@ -18,6 +18,7 @@ public:
     void countSongs(const Request &request, const Moment &now);
     void keep(const Request &request, const Moment &now);
     void playKept(const Request &request, const Moment &now);
+    void playDownload(const Request &request, const Moment &now);
     void playNote(const Request &request, const Moment &now);
     void playBars(const Request &request, const Moment &now);
     void noteNames(const Request &request, const Moment &now);
@@ -32,6 +33,7 @@ public:
         {Action::CountSongs, &SongRequests::countSongs},
         {Action::Keep, &SongRequests::keep},
         {Action::PlayKept, &SongRequests::playKept},
+        {Action::PlayDownload, &SongRequests::playDownload},
         {Action::PlayNote, &SongRequests::playNote},
         {Action::PlayBars, &SongRequests::playBars},
         {Action::NoteNames, &SongRequests::noteNames},

@@ -23,7 +23,7 @@ std::string dateInWords(std::chrono::year_month_day today)
         + std::string(months[month]) + ".";
 }
 
-TalkRequests::TalkRequests(Session &session, const Settings &settings,
+TalkRequests::TalkRequests(Session &session, Settings &settings,
     const std::unique_ptr<Activity> &current, std::filesystem::path page,
     std::function<bool(const std::filesystem::path &)> openPage)
     : session_(session)
@@ -32,6 +32,30 @@ TalkRequests::TalkRequests(Session &session, const Settings &settings,
     , page_(std::move(page))
     , openPage_(std::move(openPage))
 {
+    session_.talk = static_cast<Talk>(settings_->lessonTalk);
+}
+
+void TalkRequests::talkInLessons(Talk talk, std::string_view words, const Moment &now)
+{
+    session_.talk = talk;
+    settings_.change([talk](Profile &profile) { profile.lessonTalk = static_cast<int>(talk); });
+    session_.say(words, now);
+}
+
+void TalkRequests::sayAll(const Request &, const Moment &now)
+{
+    talkInLessons(Talk::All, "In lessons I say all that may help.", now);
+}
+
+void TalkRequests::sayChanges(const Request &, const Moment &now)
+{
+    talkInLessons(Talk::Changes, "In lessons I say what was wrong and what changes.", now);
+}
+
+void TalkRequests::soundsOnly(const Request &, const Moment &now)
+{
+    talkInLessons(
+        Talk::Sounds, "In lessons sounds tell you. Ask where am I, or for the notes.", now);
 }
 
 void TalkRequests::stopListening(const Request &, const Moment &now)

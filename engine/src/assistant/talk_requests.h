@@ -14,9 +14,8 @@ namespace kelo::engine {
 class TalkRequests {
 public:
     /// `current` is the activity that the user is in, never empty.
-    TalkRequests(Session &session, const Settings &settings,
-        const std::unique_ptr<Activity> &current, std::filesystem::path page,
-        std::function<bool(const std::filesystem::path &)> openPage);
+    TalkRequests(Session &session, Settings &settings, const std::unique_ptr<Activity> &current,
+        std::filesystem::path page, std::function<bool(const std::filesystem::path &)> openPage);
 
     void stopListening(const Request &request, const Moment &now);
     void time(const Request &request, const Moment &now);
@@ -30,6 +29,9 @@ public:
     void greet(const Request &request, const Moment &now);
     void world(const Request &request, const Moment &now);
     void naturalVoice(const Request &request, const Moment &now);
+    void sayAll(const Request &request, const Moment &now);
+    void sayChanges(const Request &request, const Moment &now);
+    void soundsOnly(const Request &request, const Moment &now);
 
     static constexpr Handler<TalkRequests> handlers[] = {
         {Action::StopListening, &TalkRequests::stopListening},
@@ -44,14 +46,19 @@ public:
         {Action::Greet, &TalkRequests::greet},
         {Action::World, &TalkRequests::world},
         {Action::NaturalVoice, &TalkRequests::naturalVoice},
+        {Action::SayAll, &TalkRequests::sayAll},
+        {Action::SayChanges, &TalkRequests::sayChanges},
+        {Action::SoundsOnly, &TalkRequests::soundsOnly},
     };
 
     static constexpr std::string_view noOtherVoice =
         "I can't install another voice. V changes between those that I have.";
 
 private:
+    void talkInLessons(Talk talk, std::string_view words, const Moment &now);
+
     Session &session_;
-    const Settings &settings_;
+    Settings &settings_;
     const std::unique_ptr<Activity> &current_;
     std::filesystem::path page_;
     std::function<bool(const std::filesystem::path &)> openPage_;

@@ -14,7 +14,8 @@ namespace {
 
 /// What leaves the activity that one is in. It takes more than a part of the words to ask for it.
 constexpr Action leaving[] = {Action::OpenMenu, Action::PlaySong, Action::Learn, Action::ReadScore,
-    Action::Follow, Action::LeadPractice, Action::ForgetPiece, Action::PlayKept, Action::Album, Action::Home, Action::MakeUp, Action::Surprise,
+    Action::Follow, Action::LeadPractice, Action::ForgetPiece, Action::PlayKept,
+    Action::PlayDownload, Action::Album, Action::Home, Action::MakeUp, Action::Surprise,
     Action::Compose, Action::Lullaby, Action::VideoGame, Action::FilmScore, Action::Jam,
     Action::Jazz, Action::EarTraining, Action::Band, Action::LogicControl, Action::ReaperControl,
     Action::Drop, Action::StartOver, Action::NewPiece, Action::Metronome};

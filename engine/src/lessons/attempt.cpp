@@ -237,7 +237,7 @@ std::string Attempt::rhythm() const
         odd += std::abs(off(i)) > std::log(uneven) ? 1 : 0;
     }
     if (odd == 0)
-        return "And in good time.";
+        return std::string(inTime);
     if (odd > 2 && odd * 3 > ratios.size())
         return "The rhythm was uneven.";
     return placeOf(worst + 1)

@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -18,6 +19,8 @@ namespace kelo::engine {
 class Attempt {
 public:
     enum class State { Going, Passed, Missed };
+
+    static constexpr std::string_view inTime = "And in good time."; ///< of the best rhythm
 
     Attempt(std::vector<Step> steps, Spelling spelling)
         : steps_(std::move(steps))

@@ -98,6 +98,18 @@ std::vector<Step> stepsOf(
     return steps;
 }
 
+/// Whose the steps are.
+Hands handsIn(const std::vector<Step> &steps)
+{
+    bool right = false;
+    bool left = false;
+    for (const Step &step : steps) {
+        for (const Hands hand : step.hands)
+            (hand == Hands::Left ? left : right) = true;
+    }
+    return right && left ? Hands::Both : left ? Hands::Left : Hands::Right;
+}
+
 std::vector<double> barsOf(const Piece &piece)
 {
     if (!piece.bars.empty())
@@ -124,6 +136,17 @@ std::vector<Excerpt> excerptsOf(const Piece &piece, Hands hands)
         return bar < bars.size() ? bars[bar] : std::max(piece.length, bars.back()) + 1;
     };
     std::vector<Excerpt> all;
+    std::vector<std::size_t> phrases; ///< the first part of each
+    const auto join = [&](std::size_t count) {
+        const Excerpt &first = all[phrases[phrases.size() - count]];
+        Excerpt joined = all.back();
+        joined.from = first.from;
+        joined.firstBar = first.firstBar;
+        joined.steps = stepsOf(piece, owners, hands, joined.from, joined.to);
+        joined.hands = handsIn(joined.steps);
+        joined.joined = true;
+        all.push_back(std::move(joined));
+    };
     for (std::size_t bar = 0; bar < bars.size();) {
         const auto steps = [&](Hands whose, std::size_t count) {
             return stepsOf(piece, owners, whose, startOf(bar), startOf(bar + count));
@@ -141,7 +164,14 @@ std::vector<Excerpt> excerptsOf(const Piece &piece, Hands hands)
                 places.numberOf(bar + count - 1), whose, std::move(found)});
         }
         bar += count;
+        if (all.size() == before)
+            continue;
+        phrases.push_back(before);
+        for (std::size_t together = 2; phrases.size() % together == 0; together *= 2)
+            join(together);
     }
+    if (phrases.size() > 1 && all.back().firstBar != all.front().firstBar)
+        join(phrases.size());
     return all;
 }
 

@@ -26,13 +26,15 @@ struct Excerpt {
     int lastBar = 0;
     Hands hands = Hands::Both;
     std::vector<Step> steps; ///< at least one
+    bool joined = false; ///< phrases that were learnt one by one before
 };
 
 /// What hands play from one time of a piece to another, in seconds.
 [[nodiscard]] std::vector<Step> stepsOf(const Piece &piece, Hands hands, double from, double to);
 
 /// The way through a piece for `hands`, phrase by phrase: for both hands each phrase comes with
-/// the right hand alone, the left hand alone, then together. Bars without notes are left out.
+/// the right hand alone, the left hand alone, then together. Bars without notes are left out. Two
+/// phrases are joined when both are known, then four, and so on to the whole piece.
 [[nodiscard]] std::vector<Excerpt> excerptsOf(const Piece &piece, Hands hands);
 
 /// An excerpt as a piece of its own that begins at 0; what the hands hold ends with it.

@@ -74,7 +74,7 @@ public:
         }
         measureLength(piece_);
         piece_.beats = beatsOfBar;
-        for (double bar = 0; bar < piece_.length; bar += 2 * eighth * beatsOfBar)
+        for (double bar = 0; bar < piece_.length - eighth; bar += 2 * eighth * beatsOfBar)
             piece_.bars.push_back(bar);
         return std::move(piece_);
     }
@@ -144,8 +144,9 @@ Piece arpeggioOf(const Tonality &key, Hands hands)
     // On a white key the third is the fourth finger's, on a black one the middle finger's.
     const bool black = isBlack(key.tonic + scaleStep(key, 2));
     const std::array left{5, black ? 3 : 4, 2, 1};
-    return upAndDown(key, hands, degrees, 3,
-        [&](Hands hand) -> const std::array<int, 4> & { return hand == Hands::Left ? left : right; });
+    return upAndDown(key, hands, degrees, 3, [&](Hands hand) -> const std::array<int, 4> & {
+        return hand == Hands::Left ? left : right;
+    });
 }
 
 Piece cadenceOf(const Tonality &key, Hands hands)
@@ -170,8 +171,7 @@ Piece cadenceOf(const Tonality &key, Hands hands)
             const int degree = chords[i].degrees[tone];
             // The leading tone lies a semitone below the tonic, in minor, too.
             const int above = degree < 0 ? -1 : scaleStep(key, degree);
-            exercise.add(
-                at, 4 * eighth, tonicFor(key, Hands::Right) + above, Hands::Right,
+            exercise.add(at, 4 * eighth, tonicFor(key, Hands::Right) + above, Hands::Right,
                 chords[i].fingers[tone]);
         }
         if (plays(hands, Hands::Left))
@@ -197,7 +197,8 @@ std::string fingersInWords(const Piece &exercise)
         }
         if (!fingers.empty())
             text += (text.empty() ? "" : " ")
-                + std::string(hand == Hands::Right ? "Right hand: " : "Left hand: ") + fingers + ".";
+                + std::string(hand == Hands::Right ? "Right hand: " : "Left hand: ") + fingers
+                + ".";
     }
     return text;
 }

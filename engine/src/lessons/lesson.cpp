@@ -5,6 +5,7 @@
 #include "written/transcript.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace kelo::engine {
@@ -15,6 +16,7 @@ constexpr double quietBeforeWords = 0.8; ///< nobody wants to be talked to while
 constexpr double quietBeforeHint = 5;
 constexpr double quietBeforeReminder = 15;
 constexpr int missesBeforeDemo = 3;
+constexpr int longestExample = 8; ///< bars
 
 std::string spoken(Hands hands)
 {
@@ -32,32 +34,60 @@ Lesson::Lesson(Piece piece, std::string title, Hands hands)
 {
 }
 
-std::string Lesson::whereWeAre() const
+/// "Bars one and two"
+std::string Lesson::bars() const
 {
     const Excerpt &excerpt = excerpts_[place_];
-    const std::string first = numberInWords(excerpt.firstBar);
     const int more = excerpt.lastBar - excerpt.firstBar;
-    return (more == 0
-                   ? "Bar " + first
-                   : "Bars " + first + (more == 1 ? " and " : " to ") + numberInWords(excerpt.lastBar))
-        + ", " + spoken(excerpt.hands) + ".";
+    const std::string first = numberInWords(excerpt.firstBar);
+    if (more == 0)
+        return "Bar " + first;
+    return "Bars " + first + (more == 1 ? " and " : " to ") + numberInWords(excerpt.lastBar);
 }
 
+std::string Lesson::whereWeAre() const
+{
+    return bars() + ", " + spoken(excerpts_[place_].hands) + ".";
+}
+
+int Lesson::bar() const
+{
+    auto part = excerpts_.begin() + static_cast<std::ptrdiff_t>(place_);
+    while (part->joined && part != excerpts_.begin())
+        --part;
+    return part->firstBar;
+}
+
+/// Says what is new of the part, as far as that is wanted, and shows it.
 Reply Lesson::present(std::string before)
 {
     endAttempt();
-    if (!before.empty())
+    const Excerpt &part = excerpts_[place_];
+    const std::string told = std::exchange(told_, bars());
+    std::string where = whereWeAre();
+    if (talk_ == Talk::Sounds || (talk_ == Talk::Changes && presented_ == place_ && !told.empty()))
+        where.clear();
+    else if (talk_ == Talk::Changes && told == told_)
+        where = capitalised(spoken(part.hands)) + ".";
+    presented_ = place_;
+    if (!before.empty() && !where.empty())
         before += ' ';
-    return {{}, before + whereWeAre(), shows_};
+    const bool isLong = part.lastBar - part.firstBar >= longestExample;
+    return {{}, before + where, shows_ && !(part.joined && isLong)};
 }
 
 bool Lesson::narrow(int first, int last, Hands hands)
 {
-    std::erase_if(excerpts_, [&](const Excerpt &part) {
-        return part.hands != hands || part.lastBar < first || part.firstBar > last;
+    std::vector<Excerpt> wanted;
+    std::ranges::copy_if(excerpts_, std::back_inserter(wanted), [&](const Excerpt &part) {
+        return !part.joined && part.hands == hands && part.lastBar >= first
+            && part.firstBar <= last;
     });
-    moveTo(0);
-    return !excerpts_.empty();
+    if (wanted.empty())
+        return false;
+    excerpts_ = std::move(wanted);
+    place_ = 0;
+    return true;
 }
 
 void Lesson::joinAll()
@@ -69,7 +99,15 @@ void Lesson::joinAll()
     all.steps = stepsOf(piece_, hands_, all.from, all.to);
     excerpts_ = {std::move(all)};
     shows_ = false;
-    moveTo(0);
+    place_ = 0;
+}
+
+Reply Lesson::open(const std::string &words)
+{
+    endAttempt();
+    told_ = bars();
+    presented_ = place_;
+    return {{}, words, shows_};
 }
 
 /// The first part that has this bar or a later one.
@@ -209,14 +247,18 @@ Reply Lesson::press(int pitch, double now)
 Reply Lesson::passed()
 {
     const std::string rhythm = attempt_->rhythm();
-    const std::string praise = rhythm.empty() ? "Good." : "Good. " + rhythm;
+    std::string praise = talk_ == Talk::Sounds ? "" : rhythm;
+    if (talk_ == Talk::All)
+        praise = rhythm.empty() ? "Good." : "Good. " + rhythm;
+    else if (rhythm == Attempt::inTime)
+        praise.clear();
     finish(true);
     Reply reply;
     if (place_ + 1 < excerpts_.size()) {
         moveTo(place_ + 1);
         reply = present(praise);
     } else {
-        reply.words = praise + (farewell_.empty() ? "" : " " + farewell_);
+        reply.words = praise + (praise.empty() || farewell_.empty() ? "" : " ") + farewell_;
         reply.over = true;
     }
     reply.good = true;
@@ -225,12 +267,14 @@ Reply Lesson::passed()
 
 Reply Lesson::missed()
 {
-    std::string words = attempt_->fault();
+    std::string words = talk_ == Talk::Sounds ? "" : attempt_->fault();
     if (++misses_ % missesBeforeDemo == 0 && shows_) {
         endAttempt();
-        return {{}, words + " Listen again.", true};
+        return {{}, talk_ == Talk::All ? words + " Listen again." : words, true};
     }
     attempt_->resume();
+    if (talk_ != Talk::All)
+        return {{}, words};
     return {{},
         words
             + (attempt_->atBeginning() ? " Try again." : " Go on from " + attempt_->next() + ".")};
@@ -245,6 +289,8 @@ Reply Lesson::advance(double now)
         if (attempt_->expire(now) == Attempt::State::Missed)
             return {false, {}};
         reminded_ = true;
+        if (talk_ != Talk::All)
+            return {};
         return {
             {}, attempt_->begun() ? "Next comes " + attempt_->next() + "." : "It is your turn."};
     }

@@ -3,6 +3,7 @@
 #include "lessons/attempt.h"
 #include "lessons/excerpt.h"
 #include "lessons/reply.h"
+#include "lessons/talk.h"
 #include "practice/played_bar.h"
 
 #include <map>
@@ -30,17 +31,19 @@ public:
     [[nodiscard]] Reply setHands(Hands which);
     [[nodiscard]] Reply toBar(int bar);
 
-    /// The bar where the part begins.
-    [[nodiscard]] int bar() const { return excerpts_[place_].firstBar; }
+    /// The bar where the part begins, or the last one of those that it joins.
+    [[nodiscard]] int bar() const;
 
-    /// Nothing but these bars with these hands; false where there is nothing of them.
+    /// Nothing but these bars with these hands; false, and all as it was, where there are none.
     bool narrow(int first, int last, Hands hands);
     /// All that is left as one part, which is not shown before.
     void joinAll();
-    /// Begins with words of one's own; at the end, too, if there are some.
-    [[nodiscard]] Reply open(const std::string &words) { return present(words); }
+    /// Begins with words of one's own alone.
+    [[nodiscard]] Reply open(const std::string &words);
     /// Whether an example of each part is played.
     void show(bool examples) { shows_ = examples; }
+    void setTalk(Talk talk) { talk_ = talk; }
+    /// What follows the praise for the last part.
     void sayAtEnd(std::string words) { farewell_ = std::move(words); }
 
     /// "Bars one and two, right hand."
@@ -80,6 +83,7 @@ private:
     void moveTo(std::size_t place);
     void endAttempt();
     void finish(bool passed);
+    [[nodiscard]] std::string bars() const;
     [[nodiscard]] Reply present(std::string before = {});
     [[nodiscard]] Reply missed();
     [[nodiscard]] Reply passed();
@@ -87,6 +91,9 @@ private:
     Piece piece_;
     std::string title_;
     std::string farewell_;
+    Talk talk_ = Talk::All;
+    std::string told_; ///< the bars that were named last
+    std::size_t presented_ = 0; ///< the part that was shown last
     bool shows_ = true; ///< an example of each part
     Hands hands_;
     std::vector<Excerpt> excerpts_;

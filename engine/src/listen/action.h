@@ -16,6 +16,7 @@ enum class Action : std::uint8_t {
     CountSongs,
     Keep,
     PlayKept,
+    PlayDownload,
     Album,
     // What runs now.
     Start,
@@ -47,12 +48,17 @@ enum class Action : std::uint8_t {
     ByBeat,
     ByBar,
     ByPhrase,
+    BrailleBar,
+    SaveBraille,
     // Lessons.
     Follow,
     NoteNames,
     Hands,
     SetHands,
     Drop,
+    SayAll,
+    SayChanges,
+    SoundsOnly,
     // Practice.
     PracticePlan,
     PracticeReport,

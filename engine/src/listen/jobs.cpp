@@ -91,6 +91,11 @@ constexpr Job playingJobs[] = {
     {Action::PlayKept, Everywhere, "", "Plays back what you just played.",
         {{{"play back ?it|what|i|played|that|recording", "play it back"},
             {"play|hear what i played ?just", ""}}}},
+    {Action::PlayDownload, Everywhere, "", "Plays the newest music in your folder of downloads.",
+        {{{"play|open|hear downloaded|download|downloads "
+           "?file|last|latest|newest|i|just|from|my|one",
+              "play the file I downloaded last"},
+            {"downloaded|download last|latest|newest ?file|play|i", ""}}}},
     {Action::Album, InIdle | InTalk | InMenu, "ALBUM", "Plays every piece that you kept.",
         {{{"album ?play|my", "play my album"},
             {"everything|pieces|songs i kept|saved ?play|all", ""}}}},
@@ -123,6 +128,12 @@ constexpr Job scoreJobs[] = {
     {Action::SpellChord, InScore, "X", "All notes that sound here, and their chord.",
         {{{"spell ?chord|that|this|notes|it|out", "spell the chord"},
             {"what|which chord ?is|this|that", "which chord"}}}},
+    {Action::BrailleBar, InScore, "Y",
+        "Shows this bar in braille music, on a braille display and as a caption.",
+        {{{"braille ?in|this|bar|measure|show|the|music|read|me", "in braille"}}}},
+    {Action::SaveBraille, InScore, "BRF", "Writes the piece in braille music beside your songs.",
+        {{{"save|write|export|print braille ?as|in|this|it|piece|score|music|file|a",
+            "save as braille"}}}},
     {Action::SilentScore, InScore, "Z", "Only the notes sound, or words follow them.",
         {{{"only|just notes ?play|sound", "only the notes", true},
             {"silent mode|score|reading", "silent mode"},
@@ -153,6 +164,16 @@ constexpr Job lessonsJobs[] = {
             {"forget song|this ?song", ""}}}},
 };
 
+constexpr Job talkJobs[] = {
+    {Action::SayAll, InLesson, "", "In lessons I say all that may help.",
+        {{{"say|tell everything ?me|again|in|lessons", "say everything"}}}},
+    {Action::SayChanges, InLesson, "", "In lessons I say only what was wrong and what changes.",
+        {{{"only|just changes ?say|me|tell|what|in|lessons", "only say changes"},
+            {"less say|talk ?to|please|in|lessons", ""}}}},
+    {Action::SoundsOnly, InLesson, "", "In lessons sounds tell it, and I say nothing unasked.",
+        {{{"only|just sounds ?make|use|with|in|lessons", "only sounds"}}}},
+};
+
 constexpr Job practiceJobs[] = {
     {Action::PracticePlan, InIdle | InTalk | InMenu | InLesson, "PLAN",
         "Says which bars need you most, and what has waited for long.",
@@ -165,7 +186,8 @@ constexpr Job practiceJobs[] = {
             {"progress ?my|what|is|how|say|tell", ""}}}},
     {Action::LeadPractice, InIdle | InTalk | InMenu, "LEAD",
         "Leads you through some minutes of practice: a scale, the weakest bars, a piece you know.",
-        {{{"minutes practice|practise|practising ?of|let's|do|start|lead|me|for|i|want|to #",
+        {{{"minutes practice|practise|practising ?of|let's|do|start|lead|me|for|i|want|to|through "
+           "#",
               "fifteen minutes of practice"},
             {"practice session ?start|let's|do|led", "practice session"},
             {"lead me|my|practice ?through|practice|my", "lead me through practice"}}}},
@@ -409,6 +431,7 @@ constexpr JobGroup groups[] = {
     {"While something plays", playingJobs},
     {"Scores", scoreJobs},
     {"Lessons", lessonsJobs},
+    {"How much is said in lessons", talkJobs},
     {"Practice", practiceJobs},
     {"Training and the band", trainingJobs},
     {"Music of its own", makingJobs},

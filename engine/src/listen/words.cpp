@@ -170,4 +170,11 @@ std::string ordinalInWords(int value)
                                          : "rd");
 }
 
+std::string capitalised(std::string text)
+{
+    if (!text.empty() && text[0] >= 'a' && text[0] <= 'z')
+        text[0] = static_cast<char>(text[0] - 'a' + 'A');
+    return text;
+}
+
 } // namespace kelo::engine

@@ -32,6 +32,9 @@ struct SpokenNumber {
 /// "seven", "ninety five"; digits from 100 on.
 [[nodiscard]] std::string numberInWords(int value);
 
+/// With a capital letter at its beginning.
+[[nodiscard]] std::string capitalised(std::string text);
+
 /// "first" to "twelfth", then "13th" and so on.
 [[nodiscard]] std::string ordinalInWords(int value);
 

@@ -72,11 +72,12 @@ public:
     Statement &operator=(const Statement &) = delete;
     ~Statement() { sqlite3_finalize(statement_); }
 
+    /// `text` has to stay until the statement is performed.
     void bind(int column, const std::string &text)
     {
-        sqlite3_bind_text(statement_, column, text.data(), static_cast<int>(text.size()),
-            SQLITE_TRANSIENT); // NOLINT: the macro's own cast
+        sqlite3_bind_text(statement_, column, text.data(), static_cast<int>(text.size()), nullptr);
     }
+    void bind(int column, std::string &&text) = delete;
     void bind(int column, int value) { sqlite3_bind_int(statement_, column, value); }
 
     /// Does it, or goes on to the next row; false where something is wrong or nothing is left.
@@ -161,15 +162,15 @@ PracticeLog::Found PracticeLog::open(const std::filesystem::path &file)
     if (!check.step() || check.text(0) != "ok")
         return Found::Damaged;
     // It may be another program's, and what can be read need not be writable.
-    const bool ours = perform(database, "SELECT at, piece, bar, hand, wrong, tempo FROM played LIMIT 0");
+    const bool ours =
+        perform(database, "SELECT at, piece, bar, hand, wrong, tempo FROM played LIMIT 0");
     return ours && perform(database, "PRAGMA user_version = 1") ? Found::Whole : Found::Unusable;
 }
 
 /// Goes on in memory, with what can still be read of the file.
 void PracticeLog::retreat()
 {
-    log(LogLevel::Warning, "practice",
-        file_.string() + ": " + sqlite3_errmsg(database_.get()));
+    log(LogLevel::Warning, "practice", file_.string() + ": " + sqlite3_errmsg(database_.get()));
     trouble_ = "I can't keep what you practise, so I remember it only until I end. ";
     const auto kept = bars();
     open(":memory:");
@@ -185,10 +186,12 @@ bool PracticeLog::write(std::span<const PlayedBar> bars)
     {
         Statement insert(database, "INSERT INTO played VALUES(?, ?, ?, ?, ?, nullif(?, 0))");
         for (const PlayedBar &each : bars) {
-            insert.bind(1, stamp(each.at));
+            const std::string at = stamp(each.at);
+            const std::string hand(nameOf(each.hands));
+            insert.bind(1, at);
             insert.bind(2, each.piece);
             insert.bind(3, each.bar);
-            insert.bind(4, std::string(nameOf(each.hands)));
+            insert.bind(4, hand);
             insert.bind(5, each.wrong);
             insert.bind(6, each.tempo);
             good = good && insert.perform();

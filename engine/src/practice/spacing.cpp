@@ -20,10 +20,9 @@ void repeat(KnownBar &known, int grade, std::chrono::local_days today)
     known.repetitions = grade < 3 ? 0 : known.repetitions + 1;
     const double days = known.repetitions <= 1 ? 1
         : known.repetitions == 2               ? 6
-                                               : std::round(waited.count() * known.ease);
-    const int short_of_best = 5 - grade;
-    known.ease = std::max(
-        leastEase, known.ease + 0.1 - short_of_best * (0.08 + short_of_best * 0.02));
+                                 : std::round(static_cast<double>(waited.count()) * known.ease);
+    const int missing = 5 - grade;
+    known.ease = std::max(leastEase, known.ease + 0.1 - missing * (0.08 + missing * 0.02));
     known.grade = grade;
     known.last = today;
     known.due = today + std::chrono::days(static_cast<int>(std::min<double>(days, longestWait)));
@@ -52,6 +51,7 @@ std::vector<KnownBar> knownBars(std::span<const PlayedBar> played)
         known.tempo = each.tempo > 0 ? each.tempo : known.tempo;
     }
     std::vector<KnownBar> bars;
+    bars.reserve(all.size());
     for (auto &[key, known] : all)
         bars.push_back(std::move(known));
     return bars;

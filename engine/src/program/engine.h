@@ -69,7 +69,8 @@ private:
     Assistant assistant_{{wire_, speaker_, player_, metronome_, band_, through_, mixer_.keys(),
                              library_, desk_, openWithDesktop, &mackie_, &reaper_},
         {home_ / "profile.json", home_ / "commands.html", songs_, home_ / "takes",
-            home_ / "composition.json", home_ / "progress.json", home_ / "practice.db"},
+            home_ / "composition.json", home_ / "progress.json", home_ / "practice.db",
+            data_.downloads()},
         std::random_device{}()};
     std::optional<Demo> demo_;
     bool audible_ = false;

@@ -81,6 +81,11 @@ std::filesystem::path DataFolder::songs() const
     return songsFolder(scratch_ ? path_ : std::filesystem::path(setting("HOME")));
 }
 
+std::filesystem::path DataFolder::downloads() const
+{
+    return downloadFolder(scratch_ ? path_ : std::filesystem::path(setting("HOME")));
+}
+
 bool openWithDesktop(const std::filesystem::path &page)
 {
     std::string program = "xdg-open";

@@ -35,6 +35,8 @@ public:
     [[nodiscard]] const std::filesystem::path &path() const { return path_; }
     /// The folder with songs that belongs to it.
     [[nodiscard]] std::filesystem::path songs() const;
+    /// Where files that were downloaded are found.
+    [[nodiscard]] std::filesystem::path downloads() const;
 
 private:
     bool scratch_;

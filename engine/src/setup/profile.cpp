@@ -36,6 +36,7 @@ template <typename Members, typename Visit> void visitMembers(Members &profile, 
     visit("voiceLoudness", profile.voiceLoudness);
     visit("speechRate", profile.speechRate);
     visit("speechPitch", profile.speechPitch);
+    visit("lessonTalk", profile.lessonTalk);
     visit("systemVoice", profile.systemVoice);
     visit("piecesLoudness", profile.piecesLoudness);
     visit("keysLoudness", profile.keysLoudness);
@@ -78,6 +79,7 @@ void repair(Profile &profile)
     for (int *loudness : {&profile.voiceLoudness, &profile.piecesLoudness, &profile.keysLoudness,
              &profile.bandLoudness, &profile.ticksLoudness})
         *loudness = std::clamp(*loudness, 10, 200);
+    profile.lessonTalk = std::clamp(profile.lessonTalk, 0, 2);
     profile.speechRate = std::clamp(profile.speechRate, 120, 400);
     profile.speechPitch = std::clamp(profile.speechPitch, 0, 100);
 }

@@ -25,6 +25,7 @@ struct Profile {
     int voiceLoudness = 100; ///< percent
     int speechRate = 165; ///< words a minute
     int speechPitch = 50; ///< 0 to 100
+    int lessonTalk = 0; ///< how much is said in lessons: all, changes, sounds only
     bool systemVoice = false; ///< the desktop's speech service speaks
     int piecesLoudness = 100; ///< percent, as the next three
     int keysLoudness = 100;

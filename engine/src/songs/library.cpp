@@ -31,6 +31,11 @@ std::string lowered(std::string text)
     return text;
 }
 
+bool isMusic(const std::filesystem::path &file)
+{
+    return std::ranges::find(kinds, lowered(file.extension().string())) != kinds.end();
+}
+
 std::string titleOf(const std::filesystem::path &file)
 {
     std::string title = oneLine(file.stem().string());
@@ -54,6 +59,26 @@ std::variant<Piece, ReadFault> pieceFrom(std::variant<WrittenPiece, ReadFault> r
         Repeats::Played);
 }
 
+/// A folder of the user's as the desktop's settings name it.
+std::filesystem::path userFolder(
+    const std::filesystem::path &home, std::string_view variable, std::string_view usual)
+{
+    const std::string entry = std::string(variable) + "=\"";
+    constexpr std::string_view inHome = "$HOME/";
+    std::filesystem::path folder = home / usual;
+    std::ifstream settings(home / ".config" / "user-dirs.dirs");
+    for (std::string line; std::getline(settings, line);) {
+        if (!line.starts_with(entry) || line.size() <= entry.size() || line.back() != '"')
+            continue;
+        const std::string value = line.substr(entry.size(), line.size() - entry.size() - 1);
+        if (value.starts_with(inHome))
+            folder = home / value.substr(inHome.size());
+        else if (value.starts_with('/'))
+            folder = value;
+    }
+    return folder;
+}
+
 } // namespace
 
 Library::Library(std::filesystem::path folder)
@@ -72,9 +97,8 @@ void Library::refresh()
     for (auto it = std::filesystem::directory_iterator(folder_, error);
          !error && it != std::filesystem::directory_iterator() && files_.size() < mostFiles;
          it.increment(error)) {
-        const std::string kind = lowered(it->path().extension().string());
         std::error_code unreadable;
-        if (std::ranges::find(kinds, kind) != kinds.end() && it->is_regular_file(unreadable))
+        if (isMusic(it->path()) && it->is_regular_file(unreadable))
             files_.push_back(it->path());
     }
     std::ranges::sort(files_, {},
@@ -125,22 +149,36 @@ std::variant<Piece, ReadFault> loadPiece(const std::filesystem::path &path, Midi
     return readMidiFile(bytes, progress);
 }
 
+std::filesystem::path newestPiece(const std::filesystem::path &folder)
+{
+    constexpr int mostLookedAt = 20'000;
+    std::filesystem::path newest;
+    std::filesystem::file_time_type when;
+    std::error_code error;
+    int count = 0;
+    for (auto it = std::filesystem::directory_iterator(folder, error);
+         !error && it != std::filesystem::directory_iterator() && count < mostLookedAt;
+         it.increment(error), ++count) {
+        std::error_code unreadable;
+        if (!isMusic(it->path()) || !it->is_regular_file(unreadable))
+            continue;
+        const auto written = it->last_write_time(unreadable);
+        if (!unreadable && (newest.empty() || written > when)) {
+            newest = it->path();
+            when = written;
+        }
+    }
+    return newest;
+}
+
+std::filesystem::path downloadFolder(const std::filesystem::path &home)
+{
+    return userFolder(home, "XDG_DOWNLOAD_DIR", "Downloads");
+}
+
 std::filesystem::path songsFolder(const std::filesystem::path &home)
 {
-    constexpr std::string_view entry = "XDG_MUSIC_DIR=\"";
-    constexpr std::string_view inHome = "$HOME/";
-    std::filesystem::path music = home / "Music";
-    std::ifstream settings(home / ".config" / "user-dirs.dirs");
-    for (std::string line; std::getline(settings, line);) {
-        if (!line.starts_with(entry) || line.back() != '"')
-            continue;
-        const std::string value = line.substr(entry.size(), line.size() - entry.size() - 1);
-        if (value.starts_with(inHome))
-            music = home / value.substr(inHome.size());
-        else if (value.starts_with('/'))
-            music = value;
-    }
-    return music / "Kelo Songs";
+    return userFolder(home, "XDG_MUSIC_DIR", "Music") / "Kelo Songs";
 }
 
 } // namespace kelo::engine

@@ -39,6 +39,12 @@ private:
 [[nodiscard]] std::variant<Piece, ReadFault> loadPiece(
     const std::filesystem::path &path, MidiProgress *progress = nullptr);
 
+/// The newest file of a folder that is music by its name; empty where there is none.
+[[nodiscard]] std::filesystem::path newestPiece(const std::filesystem::path &folder);
+
+/// The folder of downloads, as the desktop's settings and `home` have it.
+[[nodiscard]] std::filesystem::path downloadFolder(const std::filesystem::path &home);
+
 /// The music folder's "Kelo Songs", as the desktop's settings and `home` have it.
 [[nodiscard]] std::filesystem::path songsFolder(const std::filesystem::path &home);
 

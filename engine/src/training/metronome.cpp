@@ -15,6 +15,8 @@ constexpr unsigned char drumPress = 0x99;
 constexpr unsigned char highWoodBlock = 76;
 constexpr unsigned char lowWoodBlock = 77;
 constexpr unsigned char closedHat = 42;
+constexpr unsigned char claves = 75;
+constexpr unsigned char muteTriangle = 80;
 
 } // namespace
 
@@ -98,6 +100,14 @@ void Metronome::stop()
         return;
     running_ = false;
     instrument_.silence();
+}
+
+void Metronome::give(Cue cue, double now)
+{
+    constexpr ChannelMessage yourTurn{drumPress, claves, 80};
+    constexpr ChannelMessage right{drumPress, muteTriangle, 45};
+    static_cast<void>(
+        instrument_.play(clock_.frameAt(now), cue == Cue::YourTurn ? yourTurn : right));
 }
 
 ChannelMessage Metronome::soundOf(std::int64_t tick) const

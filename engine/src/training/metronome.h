@@ -32,6 +32,11 @@ public:
     /// Whether the first beat of a bar differs from the others.
     void setAccent(bool on) { accented_ = on; }
 
+    /// What a teacher tells by a sound.
+    enum class Cue { YourTurn, Right };
+    /// At once, beside whatever ticks.
+    void give(Cue cue, double now);
+
     [[nodiscard]] bool ticking() const { return running_; }
     [[nodiscard]] int tempo() const { return beatsPerMinute_; }
     [[nodiscard]] int beats() const { return beatsPerBar_; }

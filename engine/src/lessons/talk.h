@@ -1,0 +1,11 @@
+#pragma once
+
+#include <cstdint>
+
+namespace kelo::engine {
+
+/// How much a teacher says: all; only what is wrong or changes; or nothing that a sound tells, so
+/// that words come only when they are asked for.
+enum class Talk : std::uint8_t { All, Changes, Sounds };
+
+} // namespace kelo::engine
