@@ -167,29 +167,6 @@ private Q_SLOTS:
         QVERIFY(!desk.playing() && !desk.choose(0) && !desk.advance());
     }
 
-    void speaksFasterAndHigher()
-    {
-        const auto length = [](const SpeechStyle &style) {
-            Rendered sound(noSoundfont);
-            sound.say(sentence, style);
-            return sound.now();
-        };
-        const double common = length({});
-        QVERIFY(length({SpeechStyle::slowest}) > 1.2 * common);
-        const double fastest = length({SpeechStyle::fastest});
-        QVERIFY2(fastest < 0.55 * common, qPrintable(QString::number(fastest / common)));
-        QVERIFY(length({9999}) > 0.95 * fastest);
-        const auto crossings = [](int pitch) { // how often a vowel's sound changes its sign
-            Rendered sound(noSoundfont);
-            sound.say("ooh", {SpeechStyle{}.rate, pitch});
-            int count = 0;
-            for (std::size_t i = 1; i < sound.left.size(); ++i)
-                count += sound.left[i - 1] < 0 && sound.left[i] >= 0;
-            return count;
-        };
-        QVERIFY(crossings(99) > crossings(0));
-    }
-
     void eachLoudnessIsItsOwn()
     {
         const Piece piece = readSheet(shippedSongs()[1]).value();
