@@ -28,7 +28,7 @@ Item {
         id: heading
 
         x: 16
-        width: Math.min(implicitWidth, panel.width - 32)
+        width: panel.width - 32
         height: 34
         wrapMode: Text.Wrap
         maximumLineCount: 2
@@ -45,7 +45,7 @@ Item {
         height: heading.height
         verticalAlignment: Text.AlignVCenter
         text: panel.note
-        visible: text !== "" && implicitWidth <= panel.width - heading.width - 44
+        visible: text !== "" && implicitWidth <= panel.width - heading.contentWidth - 44
         font: Hud.mono(11)
     }
 

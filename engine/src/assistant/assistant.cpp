@@ -125,6 +125,7 @@ void Assistant::greet(std::string_view trouble, const Moment &now)
         troubleLeft_ = trouble; // the first question is about to interrupt
     }
     say(greeting.append(session_.practice.takeTrouble()).append(trouble), now);
+    greeted_ = true;
 }
 
 void Assistant::tellNames()
@@ -263,7 +264,7 @@ void Assistant::advance(const Moment &now)
     session_.recorder.advance(now.uptime);
     piano_.advance(now);
     activity_->advance(now);
-    if (quiet()) {
+    if (greeted_ && quiet()) {
         if (const std::string trouble = session_.practice.takeTrouble(); !trouble.empty())
             say(trouble, now);
     }

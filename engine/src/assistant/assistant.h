@@ -136,6 +136,7 @@ private:
     ModeDisplay modeDisplay_;
     bool talking_ = false; ///< talk mode, beside whatever the activity is
     std::string lastSaid_;
+    bool greeted_ = false;
     std::string troubleLeft_; // to tell of once the questions are answered
     bool quit_ = false;
 };

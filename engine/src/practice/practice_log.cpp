@@ -3,6 +3,7 @@
 #include "log/log.h"
 
 #include <sqlite3.h>
+#include <unistd.h>
 
 #include <array>
 #include <cstdio>
@@ -171,7 +172,9 @@ PracticeLog::Found PracticeLog::open(const std::filesystem::path &file)
 void PracticeLog::retreat()
 {
     log(LogLevel::Warning, "practice", file_.string() + ": " + sqlite3_errmsg(database_.get()));
-    trouble_ = "I can't keep what you practise, so I remember it only until I end. ";
+    // Where the folder takes nothing at all, that is told as one.
+    if (::access(file_.parent_path().c_str(), W_OK) == 0)
+        trouble_ = "I can't keep what you practise, so I remember it only until I end. ";
     const auto kept = bars();
     open(":memory:");
     write(kept);
