@@ -43,7 +43,7 @@ std::vector<Stretch> Walk::notePlaces() const
         const WrittenNote &note = piece_->notes[i];
         if (!wanted(note, hands_))
             continue;
-        if (!note.tiedBefore) {
+        if (!note.tiedBefore || places.empty()) { // a tie may come from nowhere
             rest(note.at);
             if (places.empty() || places.back().from != note.at || places.back().to != note.at)
                 places.push_back({note.at, note.at});
