@@ -26,7 +26,7 @@ const QStringList leftOut{u"objectName"_s, u"x"_s, u"y"_s, u"width"_s, u"height"
     u"visualPosition"_s, u"progress"_s, u"status"_s, u"visible"_s, u"length"_s, u"cursorPosition"_s,
     u"selectionStart"_s, u"selectionEnd"_s, u"baseUrl"_s, u"renderType"_s,
     u"effectiveHorizontalAlignment"_s, u"antialiasing"_s, u"minimumPointSize"_s, u"focusReason"_s,
-    u"originX"_s, u"originY"_s, u"verticalVelocity"_s};
+    u"originX"_s, u"originY"_s, u"verticalVelocity"_s, u"pressX"_s, u"pressY"_s};
 
 QString shown(const QVariant &value)
 {
