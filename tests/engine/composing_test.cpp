@@ -211,8 +211,8 @@ private Q_SLOTS:
             }
             auto notes = played(tune, 0.36 + 0.013 * seed, seed % 3 == 0 ? 0.03 : 0);
             for (Note &note : notes) {
-                note.velocity = 40 + chance.below(80);
-                note.duration *= chance.of(QList{0.3, 0.7, 1.0, 1.2});
+                note.velocity = std::uint8_t(40 + chance.below(80));
+                note.duration *= chance.of(QList{0.3F, 0.7F, 1.0F, 1.2F});
             }
             for (int i = 0; i < 12 && seed % 4 == 0; ++i) { // an accompaniment
                 const Note &above = notes[std::size_t(chance.below(int(notes.size())))];

@@ -299,7 +299,7 @@ private Q_SLOTS:
         QCOMPARE(demo.notes.front().at, 0.0);
         QVERIFY(demo.notes.front().track == 1 && demo.length <= 4.0);
         Piece staccato = piece; // its last note is over at once, and belongs to its part
-        staccato.notes.back().duration = 0.02;
+        staccato.notes.back().duration = 0.02F;
         staccato.length = staccato.notes.back().at + 0.02;
         const auto ends = excerptsOf(staccato, Hands::Both);
         QVERIFY(!pieceOf(ends.back(), staccato).notes.empty());

@@ -42,7 +42,7 @@ private Q_SLOTS:
         QCOMPARE(notes,
             QStringList({u"0 0.95 64 0"_s, u"1 0.7125 66 0"_s, u"1 3.8 36 1"_s,
                 u"1.75 0.2375 58 0"_s, u"2 2.85 60 0"_s, u"2 2.85 64 0"_s}));
-        QCOMPARE(piece->length, 4.85);
+        QCOMPARE(float(piece->length), 4.85F);
         std::vector<double> told; // a press and a release a note
         for (MessageFeed feed(*piece); const auto next = feed.next(); feed.pop())
             told.push_back(next->at);
@@ -123,7 +123,7 @@ private Q_SLOTS:
             QVERIFY(note.pitch >= 36 && note.pitch <= 84);
             found << note.pitch % 12;
             if (note.at >= piece.bars.back() - 1e-9)
-                bass = std::min(bass, note.pitch);
+                bass = std::min<int>(bass, note.pitch);
         }
         QByteArrayList all;
         for (int degree = 0; degree < 12; ++degree) {

@@ -90,7 +90,7 @@ void ComposeActivity::note(int pitch, int velocity, const Moment &now)
     const auto held = std::find_if(phrase_.rbegin(), phrase_.rend(),
         [pitch](const Note &note) { return note.pitch == pitch && note.duration <= 0; });
     if (held != phrase_.rend())
-        held->duration = now.uptime - held->at;
+        held->endAt(now.uptime);
 }
 
 void ComposeActivity::takeBack(int pitch, const Moment &)
@@ -127,7 +127,7 @@ void ComposeActivity::writeDown(const Moment &now)
         return;
     for (Note &note : phrase_) {
         if (note.duration <= 0)
-            note.duration = now.uptime - note.at;
+            note.endAt(now.uptime);
     }
     auto &composition = session_.composition;
     Score phrase = transcribe(phrase_, composition ? &*composition : nullptr);

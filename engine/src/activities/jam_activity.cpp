@@ -50,7 +50,7 @@ void JamActivity::note(int pitch, int velocity, const Moment &now)
     const auto held = std::find_if(phrase_.rbegin(), phrase_.rend(),
         [pitch](const Note &note) { return note.pitch == pitch && note.duration <= 0; });
     if (held != phrase_.rend())
-        held->duration = now.uptime - held->at;
+        held->endAt(now.uptime);
 }
 
 void JamActivity::takeBack(int pitch, const Moment &)

@@ -20,10 +20,9 @@ constexpr double secondsToSkip = 8; ///< where a piece has no bars
 
 Piece transposed(Piece piece, int semitones)
 {
-    const auto moved = [semitones](int pitch) { return std::clamp(pitch + semitones, 0, 127); };
     for (Note &note : piece.notes) {
         if (note.channel != drumChannel)
-            note.pitch = moved(note.pitch);
+            note.transpose(semitones);
     }
     piece.spelling = spellingOf(tonalityOf(piece.notes));
     piece.written.reset(); // which has the old key

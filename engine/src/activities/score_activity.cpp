@@ -118,7 +118,7 @@ Piece ScoreActivity::soundOf(Stretch stretch, Hands hands, double longest) const
             || (hands != Hands::Both && hand != hands))
             continue;
         note.at = std::max(0.0, note.at - from - before);
-        note.duration = std::min(note.duration, longest);
+        note.endAt(note.at + std::min<double>(note.duration, longest));
         sound.notes.push_back(note);
     }
     measureLength(sound);

@@ -186,7 +186,7 @@ Piece pieceOf(const Excerpt &excerpt, const Piece &whole)
         if (!wanted || note.at < excerpt.from - writtenTogether
             || note.at >= excerpt.to - writtenTogether || owners[i] == Hands::Both)
             continue;
-        note.duration = std::min(note.duration, excerpt.to - note.at);
+        note.endAt(std::min(note.at + note.duration, excerpt.to));
         note.at = std::max(0.0, note.at - excerpt.from);
         note.channel = note.track = owners[i] == Hands::Right ? 0 : 1;
         part.notes.push_back(note);

@@ -67,7 +67,7 @@ Piece jazzExample(const JazzLesson &lesson, int semitones)
                                 .right = {std::string(lesson.notes)}})
                       .value_or(Piece{});
     for (Note &note : piece.notes)
-        note.pitch += semitones;
+        note.transpose(semitones);
     return piece;
 }
 

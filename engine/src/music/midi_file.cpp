@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <string_view>
 #include <utility>
 
@@ -93,7 +94,7 @@ private:
 };
 
 /// Finds for each release the press that it ends: the oldest one of that key. Until then a note's
-/// duration is the place of the next note that waits on its key, so that no second list is needed.
+/// duration holds the bits of the place of the next note that waits on its key, so that no second list is needed.
 class NotePairing {
 public:
     explicit NotePairing(std::vector<Note> &pieceNotes)
@@ -107,12 +108,12 @@ public:
     {
         const auto index = static_cast<Index>(notes_.size());
         const std::size_t key = keyOf(note.channel, note.pitch);
-        note.duration = none;
+        note.duration = std::bit_cast<float>(none);
         notes_.push_back(note);
         if (heads_[key] == none)
             heads_[key] = index;
         else
-            notes_[tails_[key]].duration = index;
+            notes_[tails_[key]].duration = std::bit_cast<float>(index);
         tails_[key] = index;
     }
 
@@ -141,8 +142,8 @@ private:
     void end(Index &head, double at)
     {
         Note &note = notes_[head];
-        head = static_cast<Index>(note.duration);
-        note.duration = at - note.at;
+        head = std::bit_cast<Index>(note.duration);
+        note.endAt(at);
     }
 
     std::vector<Note> &notes_;

@@ -3,6 +3,7 @@
 #include "midi/channel_message.h"
 #include "music/hands.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -12,14 +13,25 @@
 
 namespace kelo::engine {
 
-/// A note of a piece; seconds from its beginning.
+/// A note of a piece; seconds from its beginning. Long pieces have a million of them: 16 bytes
+/// each.
 struct Note {
+    Note() = default;
+    Note(double start, double lasting, int key, int strength, int trackNumber = 0,
+        int channelNumber = 0);
+
+    void endAt(double time);
+    void transpose(int semitones)
+    {
+        pitch = static_cast<std::uint8_t>(std::clamp(pitch + semitones, 0, 127));
+    }
+
     double at = 0;
-    double duration = 0;
-    int pitch = 0;
-    int velocity = 0;
-    int track = 0;
-    int channel = 0;
+    float duration = 0;
+    std::uint8_t pitch = 0;
+    std::uint8_t velocity = 0;
+    std::uint8_t track = 0; ///< of more tracks than fit the last ones are one
+    std::uint8_t channel = 0;
 
     friend bool operator==(const Note &, const Note &) = default;
 };

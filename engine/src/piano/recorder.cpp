@@ -44,7 +44,7 @@ void Recorder::key(int pitch, int velocity, double now)
 {
     auto &note = held_[static_cast<std::size_t>(pitch)];
     if (note)
-        notes_[*note].duration = now - begun_ - notes_[*note].at;
+        notes_[*note].endAt(now - begun_);
     note.reset();
     if (velocity > 0 && (notes_.empty() || now - lastKey_ > silence))
         begin(now);
@@ -95,7 +95,7 @@ Piece Recorder::current(double now) const
     piece.notes = notes_;
     for (const auto &note : held_) {
         if (note)
-            piece.notes[*note].duration = now - begun_ - piece.notes[*note].at;
+            piece.notes[*note].endAt(now - begun_);
     }
     piece.messages = pedals_; // before the keys of the same moment
     measureLength(piece);

@@ -36,7 +36,7 @@ std::vector<Onset> onsetsOf(std::span<const Note> notes)
 {
     std::vector<Onset> onsets;
     for (const Note &note : notes) {
-        const double weight = note.velocity / 80.0 + std::min(note.duration, 1.5);
+        const double weight = note.velocity / 80.0 + std::min(note.duration, 1.5F);
         if (onsets.empty() || note.at - onsets.back().at > together)
             onsets.push_back({note.at, weight});
         else

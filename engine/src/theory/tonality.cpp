@@ -61,7 +61,7 @@ Tonality tonalityOf(std::span<const Note> notes)
     constexpr double closing = 0.5; // what a tune ends on is mostly its tonic
     PitchClassWeights weights{};
     for (const Note &note : notes)
-        weights[static_cast<std::size_t>(note.pitch % 12)] += std::min(note.duration, 2.0);
+        weights[static_cast<std::size_t>(note.pitch % 12)] += std::min(note.duration, 2.0F);
     if (!notes.empty()) {
         const auto last = static_cast<std::size_t>(notes.back().pitch % 12);
         const double all = std::accumulate(weights.begin(), weights.end(), 0.0);
