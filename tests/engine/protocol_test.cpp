@@ -27,7 +27,8 @@ private Q_SLOTS:
         row("UTF-8 and escapes within a command", "~say \xc3\xa9\x1b[C\n",
             {Command{"say \xc3\xa9\x1b[C"}});
         row("an unknown sequence is swallowed", "\x1b[Ah", {key('h')});
-        row("escape and another key", "\x1bh", {key('h')});
+        row("escape and another key", "\x1bh\x1b\x1b~x\n",
+            {Key::Escape, key('h'), Key::Escape, Key::Escape, Command{"x"}});
         row("what is no key is passed over", "\xc3\xa9\x01\rh", {key('h')});
     }
 

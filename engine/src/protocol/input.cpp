@@ -15,6 +15,11 @@ std::vector<Input> InputReader::feed(std::string_view bytes, double now)
 {
     std::vector<Input> inputs;
     for (const char byte : bytes) {
+        if (state_ == State::Escape
+            && byte != '[') { // the key itself, with another right behind it
+            inputs.emplace_back(Key::Escape);
+            state_ = State::Keys;
+        }
         if (auto input = take(byte))
             inputs.push_back(std::move(*input));
     }
@@ -35,10 +40,8 @@ std::optional<Input> InputReader::take(char byte)
         state_ = State::Keys;
         return overflow_ ? std::nullopt : std::optional<Input>(Command{std::move(line_)});
     case State::Escape:
-        state_ = byte == '[' ? State::Sequence : State::Keys;
-        if (state_ == State::Sequence)
-            return {};
-        break;
+        state_ = State::Sequence;
+        return {};
     case State::Sequence:
         state_ = State::Keys;
         if (byte == 'C')

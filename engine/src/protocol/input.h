@@ -27,8 +27,9 @@ struct Command {
 using Input = std::variant<Command, Key>;
 
 /// Tells apart what arrives on standard input: "~" begins a command that a line feed ends, any
-/// other byte is a keystroke of its own, and the arrows are ESC "[C" and ESC "[D". A "~" or ESC
-/// after which nothing follows for a moment was the key itself. Seconds throughout.
+/// other byte is a keystroke of its own, and the arrows are ESC "[C" and ESC "[D". An ESC before
+/// anything but "[" was the key itself, and so was a "~" or ESC after which nothing follows for a
+/// moment. Seconds throughout.
 class InputReader {
 public:
     [[nodiscard]] std::vector<Input> feed(std::string_view bytes, double now);
