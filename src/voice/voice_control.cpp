@@ -1,13 +1,10 @@
 #include "voice/voice_control.h"
 
-#include "voice/capture/microphone_wish.h"
 #include "voice/ear_line.h"
 
 #include <QCoreApplication>
 #include <QLoggingCategory>
 
-#include <algorithm>
-#include <array>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -30,14 +27,6 @@ constexpr auto notReadyLine =
     "Keyboard, wait a minute for it to download, then switch my listening "
     "back on.\n"_L1;
 
-/// Silence, cancellation and the end of a session are no news.
-bool isExpected(const RecogniserError &error)
-{
-    static constexpr std::array codes{203, 216, 301, 1110};
-    return error.domain == "kAFAssistantErrorDomain"_L1
-        && std::find(codes.begin(), codes.end(), error.code) != codes.end();
-}
-
 } // namespace
 
 VoiceControl::VoiceControl(VoiceSetup setup, QObject *parent)
@@ -46,15 +35,13 @@ VoiceControl::VoiceControl(VoiceSetup setup, QObject *parent)
     , log_(setup_.baseDir, setup_.time)
     , capture_(
           std::move(setup_.microphone), setup_.time, [this](const QString &text) { log(text); })
+    , microphone_(capture_, setup_.settings.get())
     , wakeModel_(setup_.recogniser.get(), setup_.baseDir + "/speech-model"_L1,
           [this](const QString &text) { log(text); })
 {
     connect(&capture_, &CaptureSession::started, this, &VoiceControl::microphoneOpened);
     connect(&capture_, &CaptureSession::unavailable, this, &VoiceControl::withoutMicrophone);
     connect(&capture_, &CaptureSession::changed, this, &VoiceControl::microphonesChanged);
-    if (setup_.settings)
-        wantedMicrophone_ = setup_.settings->value(u"microphone"_s).toString();
-    capture_.prefer(wantedMicrophone_);
     if (setup_.link) {
         connect(setup_.link, &Link::speakingChanged, this, [this] {
             if (std::exchange(assistantSpoke_, setup_.link->speaking) && !setup_.link->speaking)
@@ -173,12 +160,6 @@ void VoiceControl::listen()
     fed_ = session_;
 }
 
-void VoiceControl::startOver()
-{
-    if (on)
-        listen();
-}
-
 void VoiceControl::endSession()
 {
     {
@@ -231,7 +212,7 @@ void VoiceControl::handle(qint64 session, const std::optional<Transcript> &trans
         if (!setup_.link->typing)
             setup_.send(earLine(transcript->words, transcript->final));
     }
-    if (error && !isExpected(*error)) {
+    if (error && !error->isExpected()) {
         log(u"recogniser error %1 %2: %3"_s.arg(
             error->domain, QString::number(error->code), error->description));
     }
@@ -256,47 +237,11 @@ void VoiceControl::voiceFinished()
 
 // ---- the microphone ----
 
-QString VoiceControl::microphoneInUse() const
-{
-    return capture_.isRunning() ? capture_.microphone().name : QString();
-}
-
-void VoiceControl::chooseMicrophone(const QString &id)
-{
-    wantedMicrophone_ = id;
-    if (setup_.settings)
-        setup_.settings->setValue(u"microphone"_s, id);
-    capture_.prefer(id);
-}
-
 void VoiceControl::useMicrophone(const QString &wanted)
 {
     capture_.refresh([this, wanted] {
-        setup_.send("~speak "_L1 + microphoneAnswer(wanted).simplified() + u'\n');
+        setup_.send("~speak "_L1 + microphone_.follow(wanted).simplified() + u'\n');
     });
-}
-
-QString VoiceControl::microphoneAnswer(const QString &wanted)
-{
-    const auto &devices = microphones();
-    const MicrophoneDevice *suggested = chosenMicrophone(devices, wantedMicrophone_);
-    if (!suggested)
-        return tr("I find no microphone.");
-    const MicrophoneDevice current = capture_.isRunning() ? capture_.microphone() : *suggested;
-    if (wanted.isEmpty())
-        return tr("I listen with %1.").arg(current.name);
-    const bool usual = wanted == "usual"_L1;
-    const MicrophoneDevice *wished =
-        usual ? chosenMicrophone(devices, {}) : wishedMicrophone(devices, current.id, wanted);
-    if (!wished)
-        return tr("I find no such microphone. I still listen with %1.").arg(current.name);
-    const bool already = wished->id == current.id;
-    const QString answer =
-        (already ? tr("I listen with %1 already.") : tr("From now on I listen with %1."))
-            .arg(wished->name);
-    if (!already || wanted != "next"_L1) // there is no other
-        chooseMicrophone(usual ? QString() : wished->id);
-    return answer;
 }
 
 void VoiceControl::microphoneOpened()

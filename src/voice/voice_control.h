@@ -3,7 +3,7 @@
 #include "link/reading.h"
 #include "link/voice_input.h"
 #include "voice/capture/audio.h"
-#include "voice/capture/capture_session.h"
+#include "voice/capture/microphone_choice.h"
 #include "voice/recognition/wake_model.h"
 #include "voice/voice_log_file.h"
 #include "voice/voice_setup.h"
@@ -63,7 +63,11 @@ public:
     /// without one there is nothing to listen to and none is started.
     void listen() override;
     /// A fresh session if voice control is on.
-    void startOver();
+    void startOver()
+    {
+        if (on)
+            listen();
+    }
     void setVocabulary(const QStringList &phrases) override { vocabulary_ = phrases; }
     /// The assistant has finished speaking.
     void voiceFinished();
@@ -75,11 +79,11 @@ public:
     /// Looks for them anew; `microphonesChanged` tells what is new.
     void refreshMicrophones() { capture_.refresh(); }
     /// The name of the one that is listened with; empty while nothing is.
-    [[nodiscard]] QString microphoneInUse() const;
+    [[nodiscard]] QString microphoneInUse() const { return microphone_.inUse(); }
     /// The id of the one that the user wants whenever it is there, kept across launches; empty for
     /// the one that suggests itself (`chosenMicrophone`).
-    [[nodiscard]] const QString &wantedMicrophone() const { return wantedMicrophone_; }
-    void chooseMicrophone(const QString &id);
+    [[nodiscard]] const QString &wantedMicrophone() const { return microphone_.wanted(); }
+    void chooseMicrophone(const QString &id) { microphone_.choose(id); }
     void useMicrophone(const QString &wanted) override;
 
     /// Appends a line to the voice log.
@@ -123,7 +127,6 @@ private:
     }
 
     void askForMicrophone();
-    [[nodiscard]] QString microphoneAnswer(const QString &wanted);
     void microphoneOpened();
     void withoutMicrophone();
     void startWatchdog();
@@ -141,8 +144,8 @@ private:
     VoiceSetup setup_;
     VoiceLogFile log_;
     CaptureSession capture_;
+    MicrophoneChoice microphone_;
     WakeModel wakeModel_;
-    QString wantedMicrophone_;
     QStringList vocabulary_;
     int turn_ = 0; // answers to an earlier turn's questions are not wanted any more
     std::unique_ptr<QObject> refresh_; // while it exists, the watchdog timer runs

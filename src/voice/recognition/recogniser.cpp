@@ -8,9 +8,19 @@
 #include "voice/recognition/sphinx_recogniser.h"
 #endif
 
+#include <algorithm>
+#include <array>
+
 using namespace Qt::StringLiterals;
 
 namespace kelo {
+
+bool RecogniserError::isExpected() const
+{
+    static constexpr std::array codes{203, 216, 301, 1110};
+    return domain == "kAFAssistantErrorDomain"_L1
+        && std::find(codes.begin(), codes.end(), code) != codes.end();
+}
 
 /// A model that the user brought along is wanted; the other is there because it came with this.
 std::unique_ptr<Recogniser> Recogniser::ofThisSystem()

@@ -22,6 +22,9 @@ struct RecogniserError {
     QString domain;
     int code = 0;
     QString description;
+
+    /// Silence, cancellation and the end of a session are no news.
+    [[nodiscard]] bool isExpected() const;
 };
 
 /// What a session is to listen for.
