@@ -15,7 +15,6 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLoggingCategory>
-#include <QProcess>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
@@ -58,12 +57,16 @@ AppDelegate *AppDelegate::shared()
     return theDelegate;
 }
 
-void AppDelegate::launch(const Arguments &arguments, bool startedByLogin)
+bool AppDelegate::launch(const Arguments &arguments, bool startedByLogin)
 {
+    if (session::endRequested())
+        return false;
     if (!settings_.isWritable())
         qCWarning(appLog) << "no setting can be kept in" << settings_.fileName();
     makeWindow();
     theDelegate = this;
+    if (session::endRequested())
+        return false; // before a window shows that would have to be drawn first
     const LaunchFacts facts{
         arguments.hidden, arguments.show, startedByLogin, loginItemOn(), Link::clock()};
     if (!startsHidden(facts))
@@ -78,9 +81,10 @@ void AppDelegate::launch(const Arguments &arguments, bool startedByLogin)
     connect(qApp, &QCoreApplication::aboutToQuit, this, &AppDelegate::end);
     session::onEndRequested(this, [this] { quit(); });
     if (session::endRequested())
-        return;
+        return false;
     link_.start();
     voice_.resumeIfWanted();
+    return true;
 }
 
 void AppDelegate::makeWindow()
@@ -120,32 +124,9 @@ void AppDelegate::showWindow()
     });
 }
 
-void AppDelegate::hideWindow()
-{
-    window_->hide();
-}
-
-void AppDelegate::minimiseWindow()
-{
-    window_->minimise();
-}
-
-void AppDelegate::closeWindow()
-{
-    window_->close();
-}
-
 void AppDelegate::openMenu(QPoint place)
 {
-    windowMenu_.setFont(Hud::mono(13 * scale_.factor()));
-    windowMenu_.setStyleSheet(
-        u"QMenu { background: %1; color: %2; border: 1px solid %3; }"
-        "QMenu::item { padding: 0.4em 1.2em; }"
-        "QMenu::item:selected { background: %3; color: %1; }"_s.arg(
-            Hud::bg().name(), Hud::shared().soft().name(), Hud::green().name()));
-    windowMenu_.winId(); // makes the window behind it, so that it can be tied to ours
-    windowMenu_.windowHandle()->setTransientParent(window_.get());
-    windowMenu_.popup(window_->mapToGlobal(place));
+    windowMenu_.open(*window_, place, scale_.factor());
 }
 
 void AppDelegate::windowClosed()
@@ -293,10 +274,7 @@ void AppDelegate::choose(MenuAction action, const QString &id)
 
 void AppDelegate::relaunch()
 {
-    // The new one shows what this one shows; the session's marks on this one say nothing of it.
-    QProcess::startDetached(u"/bin/sh"_s,
-        {u"-c"_s, u"sleep 1.5; exec \"$0\" \"$1\""_s, QCoreApplication::applicationFilePath(),
-            mainWindowHidden() ? u"--hidden"_s : u"--show"_s});
+    startAgain(mainWindowHidden());
     quit();
 }
 

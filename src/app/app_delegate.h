@@ -6,6 +6,7 @@
 #include "app/main_window.h"
 #include "app/menu_bar.h"
 #include "app/midi_chooser.h"
+#include "app/window_menu.h"
 #include "link/shell.h"
 #include "welcome/welcome_questions.h"
 
@@ -39,15 +40,16 @@ public:
     static AppDelegate *shared();
 
     /// Makes the main window, shows it unless this start is to stay hidden, then starts the
-    /// engine and, where the user wants it, voice control.
-    void launch(const Arguments &arguments, bool startedByLogin = false);
+    /// engine and, where the user wants it, voice control. False when the process has been asked to
+    /// end meanwhile: then there is nothing to go on with.
+    [[nodiscard]] bool launch(const Arguments &arguments, bool startedByLogin = false);
 
     [[nodiscard]] MainWindow *window() const { return window_.get(); }
     [[nodiscard]] Overlay &overlay() { return *overlay_; }
     Q_INVOKABLE void showWindow();
-    Q_INVOKABLE void hideWindow();
-    Q_INVOKABLE void minimiseWindow();
-    Q_INVOKABLE void closeWindow();
+    Q_INVOKABLE void hideWindow() { window_->hide(); }
+    Q_INVOKABLE void minimiseWindow() { window_->minimise(); }
+    Q_INVOKABLE void closeWindow() { window_->close(); }
     /// The menu of the window, at `place` in it.
     Q_INVOKABLE void openMenu(QPoint place);
     /// Ends the application; the engine is asked to quit first.
@@ -83,7 +85,7 @@ private:
     std::unique_ptr<LoginItem> loginItem_ = LoginItem::make(settings_);
     std::unique_ptr<DesktopTies> desktop_;
     MenuBar menuBar_;
-    ActionMenu windowMenu_{[this] { return windowMenu(menuFacts()); }};
+    WindowMenu windowMenu_{[this] { return menuFacts(); }};
     MidiChooser midiChooser_;
     std::unique_ptr<MainWindow> window_;
     std::unique_ptr<Overlay> overlay_;

@@ -1,6 +1,8 @@
 #include "app/launch.h"
 
+#include <QCoreApplication>
 #include <QFile>
+#include <QProcess>
 
 using namespace Qt::StringLiterals;
 
@@ -24,6 +26,13 @@ bool takeLoginMarks()
     qunsetenv(variable);
     QFile groups(u"/proc/self/cgroup"_s);
     return markedByLogin(id, groups.open(QIODevice::ReadOnly) ? groups.readAll() : QByteArray());
+}
+
+void startAgain(bool hidden)
+{
+    QProcess::startDetached(u"/bin/sh"_s,
+        {u"-c"_s, u"sleep 1.5; exec \"$0\" \"$1\""_s, QCoreApplication::applicationFilePath(),
+            hidden ? u"--hidden"_s : u"--show"_s});
 }
 
 } // namespace kelo

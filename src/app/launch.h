@@ -33,4 +33,8 @@ struct LaunchFacts {
 /// started from here bears it.
 [[nodiscard]] bool takeLoginMarks();
 
+/// Starts the program anew once this process has had the time to end; `hidden` stands whatever the
+/// session's marks say, which are on this process alone.
+void startAgain(bool hidden);
+
 } // namespace kelo

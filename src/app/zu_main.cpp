@@ -42,8 +42,8 @@ int runDisplay(const kelo::Arguments &arguments)
     AppDelegate delegate(Link::shared(), VoiceControl::shared());
     QObject::connect(
         &instance, &SingleInstance::raiseRequested, &delegate, &AppDelegate::showWindow);
-    delegate.launch(arguments, startedByLogin);
-    const int status = QCoreApplication::exec();
+    const int status = delegate.launch(arguments, startedByLogin) ? QCoreApplication::exec() : 0;
+    instance.stopListening();
     // What must last is on the disk, and the engine has been asked to end. To free windows and
     // speech models takes longer than whoever quits ought to wait.
     Link::shared().leaveEngine();
