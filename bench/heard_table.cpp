@@ -5,7 +5,8 @@
 #include "listen/understanding.h"
 #include "songs/library.h"
 #include "voice/name/wake_training.h"
-#include "voice/recognition/sphinx_recogniser.h"
+#include "voice/recognition/decoding_recogniser.h"
+#include "voice/recognition/sphinx_kind.h"
 #include "voice/wake_lab/speech_sample.h"
 #include "voice_corpus.h"
 
@@ -66,7 +67,7 @@ private:
     [[nodiscard]] QStringList stepsOf(const Samples &sound, const RecognitionRequest &request);
 
     QTemporaryDir folder;
-    SphinxRecogniser recogniser{QStringLiteral(KELO_POCKETSPHINX)};
+    DecodingRecogniser recogniser{{sphinxKind(QStringLiteral(KELO_POCKETSPHINX))}};
     Library library{{}};
     std::optional<TaughtModel> taught;
     std::mt19937 random{7};

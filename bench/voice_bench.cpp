@@ -8,8 +8,9 @@
 #include "support/figures.h"
 #include "voice/name/taught_name.h"
 #include "voice/name/wake_training.h"
+#include "voice/recognition/decoding_recogniser.h"
 #include "voice/recognition/sphinx_decoder.h"
-#include "voice/recognition/sphinx_recogniser.h"
+#include "voice/recognition/sphinx_kind.h"
 #include "voice/wake_lab/recording.h"
 #include "voice/wake_lab/speech_sample.h"
 #include "voice_corpus.h"
@@ -128,7 +129,7 @@ private:
         Figures &figures, const QString &token, const TaughtModel &model, double seconds);
 
     QTemporaryDir folder_;
-    SphinxRecogniser recogniser_{QStringLiteral(KELO_POCKETSPHINX)};
+    DecodingRecogniser recogniser_{{sphinxKind(QStringLiteral(KELO_POCKETSPHINX))}};
     std::mt19937 random_{20};
 };
 

@@ -16,7 +16,8 @@
 #include "songs/library.h"
 #include "voice/name/taught_name.h"
 #include "voice/name/wake_training.h"
-#include "voice/recognition/sphinx_recogniser.h"
+#include "voice/recognition/decoding_recogniser.h"
+#include "voice/recognition/sphinx_kind.h"
 #include "voice/wake_lab/recording.h"
 #include "voice/wake_lab/speech_sample.h"
 #include "voice_corpus.h"
@@ -141,9 +142,9 @@ private:
 
     [[nodiscard]] std::optional<Samples> spoken(const Voice &voice, const QString &text);
     [[nodiscard]] Heard heard(
-        SphinxRecogniser &recogniser, const TaughtModel &model, const Samples &sound);
+        DecodingRecogniser &recogniser, const TaughtModel &model, const Samples &sound);
     [[nodiscard]] std::optional<engine::Request> requestIn(const QString &words) const;
-    void call(SphinxRecogniser &recogniser, const TaughtModel &model, const Voice &voice,
+    void call(DecodingRecogniser &recogniser, const TaughtModel &model, const Voice &voice,
         const QString &request, std::size_t room);
 
     QTemporaryDir folder_;
@@ -174,7 +175,7 @@ std::optional<engine::Request> Bench::requestIn(const QString &words) const
 }
 
 Bench::Heard Bench::heard(
-    SphinxRecogniser &recogniser, const TaughtModel &model, const Samples &sound)
+    DecodingRecogniser &recogniser, const TaughtModel &model, const Samples &sound)
 {
     const QString text = recognised(recogniser, model, sound, phrases_);
     const QStringList words = tokensOf(text, model.name);
@@ -186,7 +187,7 @@ Bench::Heard Bench::heard(
     return {true, requestIn(words.sliced(place + 1).join(u' '))};
 }
 
-void Bench::call(SphinxRecogniser &recogniser, const TaughtModel &model, const Voice &voice,
+void Bench::call(DecodingRecogniser &recogniser, const TaughtModel &model, const Voice &voice,
     const QString &request, std::size_t room)
 {
     const auto speech = spoken(voice, "Hey "_L1 + model.name + ", "_L1 + request);
@@ -207,14 +208,15 @@ void Bench::run(const QString &order, int calls, const QStringList &names)
 {
     const auto all = voices();
     for (qsizetype n = 0; n < names.size(); ++n) {
-        auto recogniser = std::make_unique<SphinxRecogniser>(QStringLiteral(KELO_POCKETSPHINX));
+        auto recogniser = std::make_unique<DecodingRecogniser>(
+            std::vector{sphinxKind(QStringLiteral(KELO_POCKETSPHINX))});
         const TaughtModel model = recogniser->teacher()(
             WakeTraining::of(names[n]), SpeechModelFiles::of(folder_.path(), names[n]), {});
         const auto hear = [&](std::size_t room, int k) {
             for (qsizetype v = 0; v < all.size(); ++v) {
                 if (order == u"first"_s)
-                    recogniser =
-                        std::make_unique<SphinxRecogniser>(QStringLiteral(KELO_POCKETSPHINX));
+                    recogniser = std::make_unique<DecodingRecogniser>(
+                        std::vector{sphinxKind(QStringLiteral(KELO_POCKETSPHINX))});
                 const qsizetype which = (v + 3 * k + 5 * n) % requests().size();
                 const std::size_t where = order == u"alternating"_s
                     ? (room + static_cast<std::size_t>(v)) % rooms.size()
@@ -238,7 +240,7 @@ void Bench::talk(int sentences, const QStringList &names)
     int falseCalls = 0;
     double seconds = 0;
     for (const QString &name : names) {
-        SphinxRecogniser recogniser(QStringLiteral(KELO_POCKETSPHINX));
+        DecodingRecogniser recogniser({sphinxKind(QStringLiteral(KELO_POCKETSPHINX))});
         const TaughtModel model = recogniser.teacher()(
             WakeTraining::of(name), SpeechModelFiles::of(folder_.path(), name), {});
         for (int k = 0; k < sentences; ++k) {

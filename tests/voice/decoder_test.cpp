@@ -1,8 +1,9 @@
 #include "support/files.h"
 #include "voice/name/taught_name.h"
 #include "voice/name/wake_training.h"
+#include "voice/recognition/decoding_recogniser.h"
 #include "voice/recognition/sphinx_decoder.h"
-#include "voice/recognition/sphinx_recogniser.h"
+#include "voice/recognition/sphinx_kind.h"
 #include "voice/recognition/sphinx_utterance.h"
 #include "voice/wake_lab/recording.h"
 #include "voice/wake_lab/speech_sample.h"
@@ -45,7 +46,7 @@ private Q_SLOTS:
 
     void teachingLetsItHearTheName()
     {
-        SphinxRecogniser recogniser(model);
+        DecodingRecogniser recogniser({sphinxKind(model)});
         const Samples speech = spoken(u"Hey Kelo, what's the weather. Kelo, stop"_s);
         const QString plain = recognised(recogniser, {}, speech);
         QVERIFY2(!plain.isEmpty() && !plain.contains(u"Kelo"_s), qPrintable(plain));
@@ -56,7 +57,7 @@ private Q_SLOTS:
 
     void whatMayBeAskedForIsPreferred()
     {
-        SphinxRecogniser recogniser(model);
+        DecodingRecogniser recogniser({sphinxKind(model)});
         const auto taught = taughtTo(recogniser, u"Kelo"_s);
         const Samples speech = spoken(u"Kelo, what time is it"_s);
         for (const auto &[phrase, written] :
@@ -69,7 +70,7 @@ private Q_SLOTS:
     /// What follows the name is heard again for what may be asked for.
     void requestsWinOverWhatTheyAreTakenFor()
     {
-        SphinxRecogniser recogniser(model);
+        DecodingRecogniser recogniser({sphinxKind(model)});
         const Samples speech = spoken(u"Kelo, go home"_s, u"gmw/en"_s, 175); // freely, it is others
         QCOMPARE(recognised(recogniser, taughtTo(recogniser, u"Kelo"_s), speech,
                      {u"slower"_s, u"louder"_s, u"go home"_s, u"song menu"_s, u"stop"_s}),
@@ -79,7 +80,7 @@ private Q_SLOTS:
     void aFirstCallIsHeard()
     {
         for (const double loudness : {1.0, 0.1}) { // close by, and by a quiet microphone
-            SphinxRecogniser recogniser(model);
+            DecodingRecogniser recogniser({sphinxKind(model)});
             Samples speech = spoken(u"Hey Luna, what's the weather"_s, u"gmw/en-GB-scotland"_s);
             for (qint16 &sample : speech)
                 sample = static_cast<qint16>(sample * loudness);
@@ -92,7 +93,7 @@ private Q_SLOTS:
     {
         const Samples speech = spoken(u"I said hello to my brother and went home"_s);
         for (const QString &name : {u"Zentari"_s, u"hello"_s}) { // not there; an everyday word
-            SphinxRecogniser recogniser(model);
+            DecodingRecogniser recogniser({sphinxKind(model)});
             const auto taught = taughtTo(recogniser, name);
             for (int time = 0; time < 2; ++time) { // what is heard again leaves no trace
                 const auto words = recognised(recogniser, taught, speech).split(u' ');
@@ -148,7 +149,7 @@ private Q_SLOTS:
             {u"luna-lm"_s, QByteArray(5000, '\xff')}, // no model
             {u"luna-vocab"_s, "luna ZZ\n"}, // other words
         };
-        const SphinxRecogniser recogniser(model);
+        const DecodingRecogniser recogniser({sphinxKind(model)});
         const auto decoder = SphinxDecoder::load(model);
         QVERIFY(decoder);
         for (const auto &[file, contents] : damages) {
@@ -177,14 +178,14 @@ private Q_SLOTS:
 
     void silenceAndNoSoundAreNoWords()
     {
-        SphinxRecogniser recogniser(model);
+        DecodingRecogniser recogniser({sphinxKind(model)});
         QCOMPARE(recognised(recogniser, {}, {}), QString());
         QCOMPARE(recognised(recogniser, {}, Samples(16000)), QString());
         QCOMPARE(recognised(recogniser, {}, Samples(16000, 32767)), QString());
         // Sessions that are dropped in the middle, tasks that outlive their recogniser.
         std::shared_ptr<RecognitionTask> task;
         {
-            SphinxRecogniser brief(model);
+            DecodingRecogniser brief({sphinxKind(model)});
             for (int i = 0; i < 20; ++i) {
                 task = brief.start({}, [](const auto &, const auto &) {});
                 task->append({{}, QByteArray(640, '\x55')});
@@ -199,10 +200,10 @@ private Q_SLOTS:
 
     void withoutAModelItIsNotAvailable()
     {
-        SphinxRecogniser recogniser(folder_.path());
+        DecodingRecogniser recogniser({sphinxKind(folder_.path())});
         QVERIFY(!recogniser.isAvailable() && !recogniser.teacher());
         writeFile(SphinxDecoder::dictionaryIn(folder_.path()), {}); // there is no more than that
-        SphinxRecogniser broken(folder_.path());
+        DecodingRecogniser broken({sphinxKind(folder_.path())});
         QVERIFY(broken.isAvailable());
         QCOMPARE(recognised(broken, {}, Samples(1600)), QString());
         QVERIFY(!broken.isAvailable());
@@ -210,7 +211,7 @@ private Q_SLOTS:
 
     void strangeNamesCanBeTaught()
     {
-        SphinxRecogniser recogniser(model);
+        DecodingRecogniser recogniser({sphinxKind(model)});
         const Samples question = spoken(u"what time is it"_s);
         for (const QString &name : {u"Kelo 2"_s, u"Ольга"_s, u"</s> \\end\\ (2)"_s, u"the"_s,
                  u"my very own dear music teacher at home"_s, QString(300, u'k')})
@@ -223,7 +224,7 @@ private Q_SLOTS:
     {
         auto decoder = SphinxDecoder::load(model);
         QVERIFY(decoder);
-        SphinxRecogniser recogniser(model);
+        DecodingRecogniser recogniser({sphinxKind(model)});
         const auto taught = taughtTo(recogniser, u"Kelo"_s);
         const Samples speech = spoken(u"everyone could see that Kelo had nothing to say"_s);
         std::stop_source stop;
@@ -243,7 +244,7 @@ private Q_SLOTS:
 
 private:
     QTemporaryDir folder_;
-    TaughtModel taughtTo(const SphinxRecogniser &recogniser, const QString &name)
+    TaughtModel taughtTo(const DecodingRecogniser &recogniser, const QString &name)
     {
         return recogniser.teacher()(WakeTraining::of(name),
             SpeechModelFiles::of(folder_.path(), name.size() > 50 ? u"x"_s : name), {});

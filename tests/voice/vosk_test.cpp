@@ -1,6 +1,7 @@
 #include "support/scripted_engine.h"
 #include "voice/name/wake_training.h"
-#include "voice/recognition/vosk_recogniser.h"
+#include "voice/recognition/decoding_recogniser.h"
+#include "voice/recognition/vosk_kind.h"
 #include "voice/wake_lab/recording.h"
 
 #include <QTemporaryDir>
@@ -20,20 +21,34 @@ private Q_SLOTS:
         writeFile(path(u"words"_s), "the kay low hello play music some");
         writeFile(
             path(u"dict"_s), "hello HH AH L OW\nkay K EY\nlow L OW\nkilo K IY L OW\nplay P L EY\n");
-        recogniser_ = std::make_unique<VoskRecogniser>(library, folder_.path(), path(u"dict"_s));
+        kind_ = voskKind(library, folder_.path(), path(u"dict"_s));
+        recogniser_ = std::make_unique<DecodingRecogniser>(std::vector{kind_});
     }
 
     void isThereWhenLibraryAndModelAre()
     {
         QVERIFY(recogniser_->isAvailable() && recogniser_->isOnDevice());
         QVERIFY(recogniser_->name().startsWith(u"Vosk"_s));
-        QVERIFY(!VoskRecogniser(u"libnowhere.so"_s, folder_.path(), {}).isAvailable());
-        QVERIFY(!VoskRecogniser(u"libm.so.6"_s, folder_.path(), {}).isAvailable());
-        QVERIFY(!VoskRecogniser(library, path(u"nowhere"_s), {}).isAvailable());
+        QVERIFY(!voskKind(u"libnowhere.so"_s, folder_.path(), {}).available);
+        QVERIFY(!voskKind(u"libm.so.6"_s, folder_.path(), {}).available);
+        QVERIFY(!voskKind(library, path(u"nowhere"_s), {}).available);
+    }
+
+    void onesThatCannotBeLoadedGiveWayToOthers()
+    {
+        writeFile(path(u"says"_s), "hello");
         const QTemporaryDir empty; // a folder that is no model
-        VoskRecogniser broken(library, empty.path(), {});
-        QCOMPARE(recognised(broken, {}, speech()), QString());
-        QVERIFY(!broken.isAvailable() && !broken.teacher());
+        const DecoderKind broken = voskKind(library, empty.path(), {});
+        for (const auto &[kinds, heard] : {std::pair{std::vector{broken}, u""_s},
+                 {std::vector{DecoderKind{}, broken, kind_}, u"hello"_s}}) {
+            DecodingRecogniser recogniser(kinds);
+            QCOMPARE(recogniser.name(), broken.name);
+            QTest::ignoreMessage(
+                QtWarningMsg, qPrintable(broken.name + u": the model could not be loaded"_s));
+            QCOMPARE(recognised(recogniser, {}, speech()), heard);
+            QCOMPARE(recogniser.name(), heard.isEmpty() ? QString() : kind_.name);
+            QCOMPARE(bool(recogniser.teacher()), recogniser.isAvailable());
+        }
     }
 
     void writesTheNameForWhatSoundsLikeIt()
@@ -61,10 +76,16 @@ private Q_SLOTS:
             over = transcript->final;
         });
         const Samples sound = speech();
-        for (std::size_t at = 0; at + 320 <= sound.size(); at += 320)
-            task->append({{}, QByteArray(reinterpret_cast<const char *>(sound.data() + at), 640)});
+        const auto speak = [&] {
+            for (std::size_t at = 0; at + 320 <= sound.size(); at += 320)
+                task->append(
+                    {{}, QByteArray(reinterpret_cast<const char *>(sound.data() + at), 640)});
+        };
+        speak();
         QTRY_VERIFY(over);
         QCOMPARE(told, (QStringList{u"hello"_s, u"=hello"_s}));
+        speak(); // which is no part of a recording
+        QCOMPARE(recognised(*recogniser_, {}, Samples(16000)), QString());
     }
 
 private:
@@ -81,7 +102,8 @@ private:
 
     const QString library = QStringLiteral(VOSK_STAND_IN);
     QTemporaryDir folder_;
-    std::unique_ptr<VoskRecogniser> recogniser_;
+    DecoderKind kind_;
+    std::unique_ptr<DecodingRecogniser> recogniser_;
 };
 
 QTEST_GUILESS_MAIN(VoskTest)

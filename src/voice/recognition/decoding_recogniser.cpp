@@ -24,16 +24,23 @@ const RecogniserError notLoaded{u"kelo.recogniser"_s, 1, u"the speech model coul
 
 /// What the thread works with; it may outlive the recogniser.
 struct DecodingRecogniser::Worker {
-    explicit Worker(DecoderKind wanted)
-        : kind(std::move(wanted))
-        , available(kind.available)
+    explicit Worker(std::vector<DecoderKind> wanted)
+        : kinds(std::move(wanted))
     {
+        std::erase_if(kinds, [](const DecoderKind &kind) { return !kind.available; });
     }
 
     void run();
 
-    const DecoderKind kind;
-    std::atomic<bool> available;
+    /// That is in use, null when none is left. From any thread.
+    [[nodiscard]] const DecoderKind *kind() const
+    {
+        const std::size_t now = current;
+        return now < kinds.size() ? &kinds[now] : nullptr;
+    }
+
+    std::vector<DecoderKind> kinds;
+    std::atomic<std::size_t> current = 0;
     DecodingMailbox &mailbox() const { return *shared; }
     const std::shared_ptr<DecodingMailbox> shared = std::make_shared<DecodingMailbox>();
     std::promise<void> ended;
@@ -51,8 +58,8 @@ private:
     SoundCleaner cleaner_;
 };
 
-DecodingRecogniser::DecodingRecogniser(DecoderKind kind)
-    : worker_(std::make_shared<Worker>(std::move(kind)))
+DecodingRecogniser::DecodingRecogniser(std::vector<DecoderKind> kinds)
+    : worker_(std::make_shared<Worker>(std::move(kinds)))
     , thread_([worker = worker_] {
         worker->run();
         worker->ended.set_value();
@@ -80,12 +87,13 @@ DecodingRecogniser::~DecodingRecogniser()
 
 QString DecodingRecogniser::name() const
 {
-    return worker_->kind.name;
+    const DecoderKind *kind = worker_->kind();
+    return kind ? kind->name : QString();
 }
 
 bool DecodingRecogniser::isAvailable() const
 {
-    return worker_->available;
+    return worker_->kind();
 }
 
 std::shared_ptr<RecognitionTask> DecodingRecogniser::start(
@@ -97,7 +105,8 @@ std::shared_ptr<RecognitionTask> DecodingRecogniser::start(
     const auto before = std::exchange(mailbox.newest, task);
     if (before && !before->finished)
         before->abandon();
-    else if (before && DecodingTask::Clock::now() - before->appended < carriedOver)
+    else if (before && before->request.live && request.live
+        && DecodingTask::Clock::now() - before->appended < carriedOver)
         std::swap(task->sound, before->sound);
     mailbox.changed.notify_one();
     return task;
@@ -105,7 +114,8 @@ std::shared_ptr<RecognitionTask> DecodingRecogniser::start(
 
 Teacher DecodingRecogniser::teacher() const
 {
-    return isAvailable() ? worker_->kind.teacher : nullptr;
+    const DecoderKind *kind = worker_->kind();
+    return kind ? kind->teacher : nullptr;
 }
 
 // ---- on the worker's thread ----
@@ -168,18 +178,20 @@ void DecodingRecogniser::Worker::run()
 void DecodingRecogniser::Worker::begin(const std::shared_ptr<DecodingTask> &task)
 {
     const std::stop_token closing = shared->closing.get_token();
-    if (!decoder_) {
-        decoder_ = kind.load(closing);
+    while (!decoder_ && kind()) {
+        decoder_ = kind()->load(closing);
         if (decoder_)
-            task->log("recognising with "_L1 + kind.name);
+            task->log("recognising with "_L1 + kind()->name);
+        else if (closing.stop_requested())
+            return;
+        else
+            task->warn(kind()->name + ": the model could not be loaded"_L1);
+        current += decoder_ ? 0 : 1;
     }
     if (decoder_) {
         session_ = std::make_unique<DecodingSession>(*decoder_, cleaner_, task);
         return;
     }
-    if (closing.stop_requested())
-        return;
-    available = false;
     task->finish();
     task->tell(std::nullopt, notLoaded);
 }

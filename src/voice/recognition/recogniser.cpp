@@ -1,11 +1,12 @@
 #include "voice/recognition/recogniser.h"
 
 #include "link/paths.h"
-#include "voice/recognition/vosk_recogniser.h"
+#include "voice/recognition/decoding_recogniser.h"
+#include "voice/recognition/vosk_kind.h"
 
 #ifdef KELO_POCKETSPHINX
 #include "voice/recognition/sphinx_decoder.h"
-#include "voice/recognition/sphinx_recogniser.h"
+#include "voice/recognition/sphinx_kind.h"
 #endif
 
 #include <algorithm>
@@ -25,22 +26,18 @@ bool RecogniserError::isExpected() const
 /// A model that the user brought along is wanted; the other is there because it came with this.
 std::unique_ptr<Recogniser> Recogniser::ofThisSystem()
 {
+    std::vector<DecoderKind> kinds;
+    QString dictionary;
 #ifdef KELO_POCKETSPHINX
     const auto directory = QStringLiteral(KELO_POCKETSPHINX);
-    const QString dictionary = SphinxDecoder::dictionaryIn(directory);
-#else
-    const QString dictionary;
+    dictionary = SphinxDecoder::dictionaryIn(directory);
+    kinds.push_back(sphinxKind(directory));
 #endif
-    auto own =
-        std::make_unique<VoskRecogniser>(qEnvironmentVariable("KELO_VOSK_LIBRARY", u"libvosk.so"_s),
-            qEnvironmentVariable("KELO_VOSK_MODEL", baseDir() + "/vosk-model"_L1), dictionary);
-    if (own->isAvailable())
-        return own;
-#ifdef KELO_POCKETSPHINX
-    return std::make_unique<SphinxRecogniser>(directory);
-#else
-    return nullptr;
-#endif
+    kinds.insert(kinds.begin(),
+        voskKind(qEnvironmentVariable("KELO_VOSK_LIBRARY", u"libvosk.so"_s),
+            qEnvironmentVariable("KELO_VOSK_MODEL", baseDir() + "/vosk-model"_L1), dictionary));
+    auto recogniser = std::make_unique<DecodingRecogniser>(std::move(kinds));
+    return recogniser->isAvailable() ? std::move(recogniser) : nullptr;
 }
 
 } // namespace kelo

@@ -1,4 +1,4 @@
-#include "voice/recognition/vosk_recogniser.h"
+#include "voice/recognition/vosk_kind.h"
 
 #include "voice/name/taught_name.h"
 #include "voice/recognition/vosk_decoder.h"
@@ -10,9 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace kelo {
 
-namespace {
-
-DecoderKind kindIn(const QString &file, const QString &directory, const QString &dictionary)
+DecoderKind voskKind(const QString &file, const QString &directory, const QString &dictionary)
 {
     // Without a model the library is not even loaded: it takes its time.
     auto library = QFileInfo(directory).isDir() ? VoskLibrary::load(file) : nullptr;
@@ -27,14 +25,6 @@ DecoderKind kindIn(const QString &file, const QString &directory, const QString 
         };
     }
     return kind;
-}
-
-} // namespace
-
-VoskRecogniser::VoskRecogniser(
-    const QString &library, const QString &directory, const QString &dictionary)
-    : DecodingRecogniser(kindIn(library, directory, dictionary))
-{
 }
 
 } // namespace kelo

@@ -1,4 +1,4 @@
-#include "voice/recognition/sphinx_recogniser.h"
+#include "voice/recognition/sphinx_kind.h"
 
 #include "voice/name/taught_name.h"
 #include "voice/recognition/sphinx_decoder.h"
@@ -9,9 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace kelo {
 
-namespace {
-
-DecoderKind kindIn(const QString &directory)
+DecoderKind sphinxKind(const QString &directory)
 {
     const QString dictionary = SphinxDecoder::dictionaryIn(directory);
     return {u"PocketSphinx"_s, QFileInfo::exists(dictionary),
@@ -20,13 +18,6 @@ DecoderKind kindIn(const QString &directory)
             const std::stop_token &stop) {
             return prepareTaughtModel(training, files, dictionary, stop);
         }};
-}
-
-} // namespace
-
-SphinxRecogniser::SphinxRecogniser(const QString &directory)
-    : DecodingRecogniser(kindIn(directory))
-{
 }
 
 } // namespace kelo
