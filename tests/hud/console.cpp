@@ -169,7 +169,7 @@ QString Console::unlike(const QString &sheet, int number)
         QTest::qWait(2000);
     else
         (void)QTest::qWaitFor(
-            [&] { return isAsKept(view.grabWindow(), sheet, number) && wrong().isEmpty(); }, 4000);
+            [&] { return isAsKept(view.grabWindow(), sheet, number) && wrong().isEmpty(); }, 15000);
     const QString picture = unlikeKept(view.grabWindow(), sheet, number);
     return picture.isEmpty() ? wrong() : picture;
 }
