@@ -1,6 +1,7 @@
 #include "lessons/exercises.h"
 #include "practice/practice_log.h"
 #include "practice/practice_plan.h"
+#include "sums.h"
 #include "support/files.h"
 #include "support/table.h"
 
@@ -170,6 +171,9 @@ private Q_SLOTS:
             PracticeLog beside(file); // another one may read and write meanwhile
             beside.add(std::span(played).first(1));
             QVERIFY(log.takeTrouble().empty() && beside.takeTrouble().empty());
+            log.keepReading("A", 1);
+            log.keepReading("A", 2);
+            log.keepReading("Für", 1);
         }
         PracticeLog log(file);
         auto kept = log.bars();
@@ -178,7 +182,9 @@ private Q_SLOTS:
         QCOMPARE(kept[1], played[1]);
         QCOMPARE(kept[3], played[3]); // by time
         QCOMPARE(kept[4], played[2]);
+        QVERIFY(log.readingOf("A") == 2 && log.readingOf("Für") == 1 && !log.readingOf("B"));
         QCOMPARE(log.forget("A"), 3U);
+        QVERIFY(!log.readingOf("A") && log.readingOf("Für"));
         QCOMPARE(log.forget("A"), 0U);
         kept = PracticeLog(file).bars();
         QCOMPARE(kept.size(), 2U);
@@ -295,6 +301,25 @@ private Q_SLOTS:
             pitches(cadenceOf({9, true}, Hands::Right)), u"57 60 64 57 62 65 56 62 64 57 60 64"_s);
         QCOMPARE(QString::fromStdString(fingersInWords(arpeggioOf({2, false}, Hands::Both))),
             u"Right hand: one, two, three, five. Left hand: five, three, two, one."_s);
+        QCOMPARE(
+            pitches(patternOf({0, false}, Hands::Right, 0)).left(23), u"60 64 65 67 69 67 65 64"_s);
+        QCOMPARE(QString::fromStdString(fingersOfBar(patternOf({9, true}, Hands::Left, 2))),
+            u"Left hand: five, four, one, two, three, four, three, two."_s);
+        QCOMPARE(
+            keyOfDay(firstDay + std::chrono::days(1)).tonic, (keyOfDay(firstDay).tonic + 7) % 12);
+        QByteArray all;
+        for (int tonic = 0; tonic < 12; ++tonic) {
+            for (const bool minor : {false, true}) {
+                for (const Hands hands : {Hands::Both, Hands::Right, Hands::Left}) {
+                    const Tonality key{tonic, minor};
+                    for (const Piece &each : {scaleOf(key, hands), arpeggioOf(key, hands),
+                             cadenceOf(key, hands), patternOf(key, hands, 0),
+                             patternOf(key, hands, 1), patternOf(key, hands, 2)})
+                        all += everythingOf(each);
+                }
+            }
+        }
+        QCOMPARE(unlikeKept(u"exercises"_s, {qChecksum(all)}), QString());
         const Piece scale = scaleOf({0, false}, Hands::Both);
         QVERIFY(scale.bars.size() == 2 && scale.notes.back().duration > 0.7);
     }

@@ -3,7 +3,9 @@
 #include "support/table.h"
 #include "theory/harmony.h"
 #include "training/band.h"
+#include "training/chord_trainer.h"
 #include "training/ear_trainer.h"
+#include "training/echo_game.h"
 #include "training/metronome.h"
 
 #include <QRegularExpression>
@@ -186,6 +188,69 @@ private Q_SLOTS:
         for (int round = 0; round < 8; ++round)
             static_cast<void>(trainer.skip());
         QCOMPARE(trainer.level(), 0);
+    }
+
+    void theEchoGrows()
+    {
+        EchoGame game(3);
+        QVERIFY(game.begin().demo);
+        const auto play = [&](int octaves, int slip) {
+            game.listen();
+            Reply reply;
+            const std::vector<int> melody = game.melody();
+            for (std::size_t i = 0; i < melody.size() && !reply.good; ++i)
+                reply = game.press(melody[i] + 12 * octaves + (i == 1 ? slip : 0));
+            return reply;
+        };
+        QVERIFY(!game.press(60).good); // nobody waits for it yet
+        for (std::size_t notes = EchoGame::shortest; notes < EchoGame::longest; ++notes) {
+            QCOMPARE(game.melody().size(), notes);
+            QCOMPARE(game.demo().notes.size(), notes);
+            QVERIFY(*play(int(notes) % 3 - 1, 0).good);
+        }
+        QCOMPARE(QString::fromStdString(game.tally()), u"The longest was fifteen notes."_s);
+        QVERIFY(!*play(0, 1).good);
+        QCOMPARE(game.melody().size(), EchoGame::longest); // once more
+        QVERIFY(!*play(0, 12).good);
+        QCOMPARE(game.melody().size(), EchoGame::longest - 2);
+    }
+
+    void theChordTrainerNamesWhatWasFound()
+    {
+        for (const auto first : {ChordTrainer::First::Intervals, ChordTrainer::First::Chords}) {
+            QByteArray all;
+            Chance chance(5);
+            ChordTrainer trainer(9, first);
+            all += trainer.begin().words;
+            for (int i = 0; i < 160; ++i) {
+                trainer.listen();
+                const std::vector<int> notes = trainer.asked();
+                all += everythingOf(trainer.demo());
+                const auto way = chance.below(i < 90 ? 60 : 6);
+                if (way == 0) {
+                    all += trainer.skip().words + trainer.tally();
+                    continue;
+                }
+                if (way == 1)
+                    trainer.tell();
+                for (std::size_t n = notes.size(); n-- > 0;) {
+                    // Other octaves are as good, but for the lowest note; a wrong key is wrong.
+                    const int off = way == 2 ? 1 : way == 3 && n == 0 ? 24 : n > 0 ? 12 : 0;
+                    const Reply reply = trainer.press(notes[n] + off);
+                    all += QByteArray(reply.good ? *reply.good ? "+" : "-" : ".")
+                        + reply.words.c_str();
+                    if (reply.good)
+                        break;
+                }
+            }
+            const bool chords = first == ChordTrainer::First::Chords;
+            QVERIFY(all.contains(chords ? "Yes, minor seventh: " : "Yes, a fifth: "));
+            QVERIFY(all.contains("Now chords with sevenths."));
+            QCOMPARE(
+                unlikeKept(chords ? u"chords by ear"_s : u"intervals by ear"_s, {qChecksum(all)}),
+                QString());
+        }
+        QCOMPARE(intervalName(-19), std::string("an octave and a fifth"));
     }
 
     void theEarTrainerExplains()

@@ -450,6 +450,35 @@ private Q_SLOTS:
         QTEST(hands(piece), "hands");
     }
 
+    /// Played by one track alone, which hands are the other's? In thousandths of the notes: wrong,
+    /// and which of two readings; and what is asked.
+    void saysWhenItIsUnsure()
+    {
+        const Library library{{}};
+        QStringList found;
+        for (std::size_t song = 0; song < library.size(); ++song) {
+            const Piece written = studied(std::get<Piece>(library.load(song)));
+            QVERIFY(!handsInDoubt(written));
+            Piece piece = written;
+            piece.written.reset();
+            piece.marks.clear();
+            for (Note &each : piece.notes)
+                each.track = each.channel = 0;
+            const auto wrong = [&](const Piece &read) {
+                std::size_t count = 0;
+                for (std::size_t i = 0; i < read.notes.size(); ++i)
+                    count += handsOf(read)[i] != written.marks[i].hand;
+                return QString::number(1000 * count / read.notes.size());
+            };
+            const auto doubt = handsInDoubt(piece);
+            found << wrong(piece) + u' ' + wrong(withReading(piece, 2))
+                    + (doubt ? u' ' + QString::fromUtf8(doubt->firstIs.data()) : QString());
+        }
+        QCOMPARE(found.join(u", "_s),
+            u"29 194 it is for the right one, 11 11, 0 0, 0 0, 103 128 it is for the right one, "
+            "113 113, 534 534, 244 442 all for one hand"_s);
+    }
+
     void writesDownWhatIsPlayed()
     {
         // Every shipped song, written down again from its sound, has its notes on its own grid.

@@ -6,7 +6,7 @@ namespace kelo::engine {
 
 void EarTrainingActivity::enter(const Moment &now)
 {
-    Reply reply = trainer_.begin();
+    Reply reply = game_->begin();
     if (!session_.pianoPresent)
         reply.words.insert(0, "I don't see a piano yet. ");
     teach(reply, now);
@@ -35,18 +35,18 @@ bool EarTrainingActivity::request(const Request &request, const Moment &now)
 
 void EarTrainingActivity::repeat(const Request &, const Moment &now)
 {
-    teach(trainer_.repeat(), now);
+    teach(game_->repeat(), now);
 }
 
 void EarTrainingActivity::next(const Request &, const Moment &now)
 {
-    teach(trainer_.skip(), now);
+    teach(game_->skip(), now);
 }
 
 void EarTrainingActivity::answer(const Request &, const Moment &now)
 {
-    trainer_.tell();
-    say("It is " + trainer_.answer() + ".", now);
+    game_->tell();
+    say("It is " + game_->answer() + ".", now);
 }
 
 void EarTrainingActivity::stop(const Request &, const Moment &)
@@ -57,13 +57,7 @@ void EarTrainingActivity::stop(const Request &, const Moment &)
 void EarTrainingActivity::home(const Request &, const Moment &now)
 {
     begin<HomeActivity>(now);
-    say("Home. " + trainer_.tally(), now);
-}
-
-std::string_view EarTrainingActivity::help() const
-{
-    return "I play a note, you find it on your piano. Space plays it again, N tells you what it "
-           "was, right goes on to another. Zero goes home.";
+    say("Home. " + game_->tally(), now);
 }
 
 std::string_view EarTrainingActivity::suggestions() const

@@ -1,16 +1,19 @@
 #pragma once
 
 #include "activities/teaching_activity.h"
-#include "training/ear_trainer.h"
+#include "training/ear_game.h"
+
+#include <memory>
+#include <utility>
 
 namespace kelo::engine {
 
-/// Ear training.
+/// Training by ear, whichever game it is.
 class EarTrainingActivity : public TeachingActivity {
 public:
-    explicit EarTrainingActivity(Session &shared, std::uint32_t seed)
+    EarTrainingActivity(Session &shared, std::unique_ptr<EarGame> game)
         : TeachingActivity(shared)
-        , trainer_(seed)
+        , game_(std::move(game))
     {
     }
 
@@ -20,15 +23,15 @@ public:
 
     [[nodiscard]] std::string_view mode() const override { return "ear"; }
     [[nodiscard]] unsigned where() const override { return InEar; }
-    [[nodiscard]] std::string place() const override { return "This is ear training."; }
-    [[nodiscard]] std::string_view help() const override;
+    [[nodiscard]] std::string place() const override { return std::string(game_->place()); }
+    [[nodiscard]] std::string_view help() const override { return game_->help(); }
     [[nodiscard]] std::string_view suggestions() const override;
 
 private:
-    [[nodiscard]] Piece example() const override { return trainer_.demo(); }
-    void listen(const Moment &) override { trainer_.listen(); }
-    [[nodiscard]] bool listening() const override { return trainer_.listening(); }
-    [[nodiscard]] Reply press(int pitch, const Moment &) override { return trainer_.press(pitch); }
+    [[nodiscard]] Piece example() const override { return game_->demo(); }
+    void listen(const Moment &) override { game_->listen(); }
+    [[nodiscard]] bool listening() const override { return game_->listening(); }
+    [[nodiscard]] Reply press(int pitch, const Moment &) override { return game_->press(pitch); }
 
     void repeat(const Request &request, const Moment &now);
     void next(const Request &request, const Moment &now);
@@ -36,7 +39,7 @@ private:
     void stop(const Request &request, const Moment &now);
     void home(const Request &request, const Moment &now);
 
-    EarTrainer trainer_;
+    std::unique_ptr<EarGame> game_; ///< never empty
 };
 
 } // namespace kelo::engine

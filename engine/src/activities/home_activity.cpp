@@ -11,7 +11,7 @@ struct Choice {
     Action action;
 };
 
-constexpr std::array<Choice, 14> choices{{
+constexpr std::array<Choice, 19> choices{{
     {"Song menu", Action::OpenMenu},
     {"Play me something", Action::MakeUp},
     {"Compose", Action::Compose},
@@ -19,7 +19,12 @@ constexpr std::array<Choice, 14> choices{{
     {"Live band", Action::Band},
     {"Jazz course", Action::Jazz},
     {"Read a score", Action::ReadScore},
+    {"Scales", Action::Scale},
+    {"Finger exercises", Action::FingerPattern},
     {"Ear training", Action::EarTraining},
+    {"Echo game", Action::EchoGame},
+    {"Chords by ear", Action::ChordTraining},
+    {"Drone", Action::Drone},
     {"Metronome", Action::Metronome},
     {"My album", Action::Album},
     {"Logic control", Action::LogicControl},
@@ -34,6 +39,7 @@ bool HomeActivity::request(const Request &request, const Moment &now)
 {
     static constexpr Handler<HomeActivity> handlers[] = {
         {Action::Start, &HomeActivity::start},
+        {Action::Agree, &HomeActivity::agree},
         {Action::OpenChoice, &HomeActivity::open},
         {Action::Next, &HomeActivity::next},
         {Action::NextChoice, &HomeActivity::next},
@@ -51,6 +57,15 @@ void HomeActivity::start(const Request &request, const Moment &now)
         open(request, now);
     else
         session_.host.perform({Action::Learn}, now);
+}
+
+/// Nobody asked where nothing was named.
+void HomeActivity::agree(const Request &request, const Moment &now)
+{
+    if (named_)
+        open(request, now);
+    else
+        say("Yes to what? Say what you would like, or press H for help.", now);
 }
 
 void HomeActivity::open(const Request &, const Moment &now)
@@ -94,7 +109,8 @@ std::string_view HomeActivity::help() const
 std::string_view HomeActivity::suggestions() const
 {
     return "song menu; teach me song two; play the minuet in G; play me something calm; compose; "
-           "jam with me; ear training; metronome at ninety; live band; or what time is it";
+           "jam with me; practise the D major scale; ear training; echo game; metronome at ninety; "
+           "live band; or what time is it";
 }
 
 } // namespace kelo::engine

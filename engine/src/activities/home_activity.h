@@ -18,6 +18,7 @@ public:
 
 private:
     void start(const Request &request, const Moment &now);
+    void agree(const Request &request, const Moment &now);
     void open(const Request &request, const Moment &now);
     void next(const Request &request, const Moment &now);
     void previous(const Request &request, const Moment &now);

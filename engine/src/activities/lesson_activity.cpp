@@ -7,7 +7,7 @@
 namespace kelo::engine {
 
 LessonActivity::LessonActivity(Session &shared, Lesson lesson, std::optional<BarRange> bars)
-    : TeachingActivity(shared)
+    : LessonTeaching(shared)
     , lesson_(std::move(lesson))
     , bars_(bars)
 {
@@ -142,13 +142,6 @@ void LessonActivity::over(const Moment &now)
 {
     dropped_ = true;
     begin<MenuActivity>(now, MenuActivity::Entry::Quiet);
-}
-
-std::optional<Beat> LessonActivity::beat(const Moment &now) const
-{
-    Beat beat = beatOf(lesson_.wholePiece(), session_.player, now);
-    beat.nextBar = now.uptime; // an example is no part of the piece's time
-    return beat;
 }
 
 std::string LessonActivity::place() const

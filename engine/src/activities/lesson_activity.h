@@ -1,12 +1,11 @@
 #pragma once
 
-#include "activities/teaching_activity.h"
-#include "lessons/lesson.h"
+#include "activities/lesson_teaching.h"
 
 namespace kelo::engine {
 
 /// A lesson on a song.
-class LessonActivity : public TeachingActivity {
+class LessonActivity : public LessonTeaching {
 public:
     /// At `bars`, or where the lesson on this song was left.
     LessonActivity(Session &shared, Lesson lesson, std::optional<BarRange> bars);
@@ -15,28 +14,14 @@ public:
     void leave(const Moment &now) override;
     bool request(const Request &request, const Moment &now) override;
     void advance(const Moment &now) override;
-    [[nodiscard]] std::optional<double> deadline() const override
-    {
-        return paused() ? std::nullopt : earliest({lesson_.deadline(), exampleDeadline()});
-    }
 
-    [[nodiscard]] std::string_view mode() const override { return "teach"; }
-    [[nodiscard]] unsigned where() const override { return InLesson; }
     [[nodiscard]] std::string place() const override;
     [[nodiscard]] std::string_view help() const override;
     [[nodiscard]] std::string_view suggestions() const override;
-    [[nodiscard]] std::optional<Beat> beat(const Moment &now) const override;
 
 private:
-    [[nodiscard]] bool givesCues() const override { return true; }
-    [[nodiscard]] Piece example() const override { return lesson_.demo(); }
-    void listen(const Moment &now) override { lesson_.listen(now.uptime); }
-    [[nodiscard]] bool entersWith(int pitch) const override { return lesson_.entersWith(pitch); }
-    [[nodiscard]] bool listening() const override { return lesson_.listening(); }
-    [[nodiscard]] Reply press(int pitch, const Moment &now) override
-    {
-        return lesson_.press(pitch, now.uptime);
-    }
+    [[nodiscard]] const Lesson &current() const override { return lesson_; }
+    [[nodiscard]] Lesson &current() override { return lesson_; }
     void over(const Moment &now) override;
     void keepPlayed(const Moment &now);
 

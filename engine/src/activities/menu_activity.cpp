@@ -15,6 +15,7 @@ bool MenuActivity::request(const Request &request, const Moment &now)
 {
     static constexpr Handler<MenuActivity> handlers[] = {
         {Action::Start, &MenuActivity::learn},
+        {Action::Agree, &MenuActivity::learn},
         {Action::Next, &MenuActivity::next},
         {Action::Previous, &MenuActivity::previous},
         {Action::Again, &MenuActivity::again},

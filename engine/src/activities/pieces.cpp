@@ -3,6 +3,7 @@
 #include "composing/score_file.h"
 #include "composing/transcription.h"
 #include "files/whole_file.h"
+#include "written/hand_division.h"
 
 #include <array>
 #include <cstdio>
@@ -39,7 +40,10 @@ std::optional<Heard> heardFrom(Session &session, std::variant<Piece, ReadFault> 
         session.say(explain(*fault), now);
         return {};
     }
-    return Heard{title, std::move(std::get<Piece>(read))};
+    Piece &piece = std::get<Piece>(read);
+    if (const auto reading = session.practice.readingOf(title))
+        piece = withReading(piece, *reading);
+    return Heard{title, std::move(piece)};
 }
 
 std::optional<Heard> loadSong(Session &session, std::size_t song, const Moment &now)

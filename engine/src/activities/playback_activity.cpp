@@ -12,6 +12,8 @@ namespace kelo::engine {
 namespace {
 
 constexpr int drumChannel = 9;
+constexpr int slowest = 20; ///< percent
+constexpr int fastest = 200;
 constexpr int barsToSkip = 4;
 constexpr double justBegun = 0.2; ///< a bar that is about to sound counts
 constexpr double secondsToSkip = 8; ///< where a piece has no bars
@@ -29,11 +31,13 @@ Piece transposed(Piece piece, int semitones)
     return piece;
 }
 
-PlaybackActivity::PlaybackActivity(Session &shared, Heard what, std::string announcement, Kind kind)
+PlaybackActivity::PlaybackActivity(
+    Session &shared, Heard what, std::string announcement, Kind kind, std::optional<int> percent)
     : Activity(shared)
     , first_(std::move(what))
     , announcement_(std::move(announcement))
     , kind_(kind)
+    , percent_(percent)
 {
 }
 
@@ -41,7 +45,19 @@ void PlaybackActivity::enter(const Moment &now)
 {
     if (!announcement_.empty())
         say(announcement_, now);
+    if (percent_) {
+        session_.player.stop();
+        tempoBefore_ = session_.player.tempo();
+        session_.player.setTempo(std::clamp(*percent_, slowest, fastest) / 100.0, now.uptime);
+    }
     play(std::move(first_), now);
+}
+
+void PlaybackActivity::leave(const Moment &now)
+{
+    Activity::leave(now);
+    if (percent_)
+        session_.player.setTempo(tempoBefore_, now.uptime);
 }
 
 void PlaybackActivity::play(Heard what, const Moment &now)

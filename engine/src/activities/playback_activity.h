@@ -10,10 +10,12 @@ public:
     /// What was made up is kept by S, as long as nothing is played on it.
     enum class Kind { Known, MadeUp };
 
-    PlaybackActivity(
-        Session &shared, Heard what, std::string announcement, Kind kind = Kind::Known);
+    /// `percent` is a tempo for this piece alone.
+    PlaybackActivity(Session &shared, Heard what, std::string announcement, Kind kind = Kind::Known,
+        std::optional<int> percent = {});
 
     void enter(const Moment &now) override;
+    void leave(const Moment &now) override;
     bool request(const Request &request, const Moment &now) override;
     void note(int pitch, int velocity, const Moment &now) override;
     void advance(const Moment &now) override;
@@ -41,6 +43,8 @@ private:
     Heard first_; ///< until it is played
     std::string announcement_;
     Kind kind_;
+    std::optional<int> percent_;
+    double tempoBefore_ = 1;
     bool playing_ = false;
 };
 

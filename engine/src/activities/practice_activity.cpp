@@ -3,6 +3,7 @@
 #include "activities/home_activity.h"
 #include "lessons/exercises.h"
 #include "listen/words.h"
+#include "written/hand_division.h"
 #include "written/performance.h"
 
 #include <algorithm>
@@ -17,17 +18,10 @@ constexpr double endOfWarmUp = 0.2; ///< of the time
 constexpr double endOfWeakest = 0.75;
 constexpr double quietAtEnd = 8; ///< seconds; a phrase that is being played is heard out
 
-/// By a fifth a day, so that all keys have their turn.
-Tonality keyOfDay(const Moment &now)
-{
-    const auto day = std::chrono::floor<std::chrono::days>(now.local).time_since_epoch().count();
-    return {static_cast<int>(day * 7 % 12), day % 3 == 2};
-}
-
 } // namespace
 
 PracticeActivity::PracticeActivity(Session &shared, int minutes)
-    : TeachingActivity(shared)
+    : LessonTeaching(shared)
     , minutes_(minutes)
 {
 }
@@ -61,7 +55,7 @@ void PracticeActivity::leave(const Moment &now)
 
 void PracticeActivity::warmUp(const Moment &now)
 {
-    const Tonality key = keyOfDay(now);
+    const Tonality key = keyOfDay(std::chrono::floor<std::chrono::days>(now.local));
     for (const Hands hands : {Hands::Right, Hands::Left}) {
         const Piece scale = scaleOf(key, hands);
         const std::string name = "The scale of " + nameOf(key);
@@ -102,7 +96,9 @@ void PracticeActivity::add(Part part, const std::string &piece, Hands hands, con
         song < names.size() ? session_.library.load(song) : std::variant<Piece, ReadFault>();
     if (!std::holds_alternative<Piece>(read))
         return;
-    Lesson lesson(studied(std::get<Piece>(read)), piece, hands);
+    const Piece &whole = std::get<Piece>(read);
+    const auto reading = session_.practice.readingOf(piece);
+    Lesson lesson(studied(reading ? withReading(whole, *reading) : whole), piece, hands);
     // Where one hand rests, both hands together are the other one alone.
     const auto narrow = [&](Hands whose) { return lesson.narrow(bars->first, bars->last, whose); };
     if (lesson.empty() || (bars && !narrow(hands) && !narrow(Hands::Right) && !narrow(Hands::Left)))
@@ -136,13 +132,13 @@ bool PracticeActivity::request(const Request &request, const Moment &now)
 
 void PracticeActivity::again(const Request &, const Moment &now)
 {
-    teach(stations_.front().lesson.repeat(), now);
+    teach(current().repeat(), now);
 }
 
 /// Leaves this and goes on with what comes after it.
 void PracticeActivity::next(const Request &, const Moment &now)
 {
-    stations_.front().lesson.stop();
+    current().stop();
     teach(goOn({.over = true}, now), now);
 }
 
@@ -164,24 +160,9 @@ void PracticeActivity::note(int pitch, int velocity, const Moment &now)
     TeachingActivity::note(pitch, velocity, now);
 }
 
-void PracticeActivity::listen(const Moment &now)
-{
-    stations_.front().lesson.listen(now.uptime);
-}
-
-bool PracticeActivity::entersWith(int pitch) const
-{
-    return stations_.front().lesson.entersWith(pitch);
-}
-
-bool PracticeActivity::listening() const
-{
-    return stations_.front().lesson.listening();
-}
-
 Reply PracticeActivity::press(int pitch, const Moment &now)
 {
-    return goOn(stations_.front().lesson.press(pitch, now.uptime), now);
+    return goOn(current().press(pitch, now.uptime), now);
 }
 
 /// Where a part is done with, has the next one follow: of what there is time for.
@@ -243,7 +224,7 @@ void PracticeActivity::advance(const Moment &now)
 {
     stations_.front().lesson.setTalk(session_.talk);
     if (!paused())
-        teach(goOn(stations_.front().lesson.advance(now.uptime), now), now);
+        teach(goOn(current().advance(now.uptime), now), now);
     TeachingActivity::advance(now);
     if (now.uptime >= std::max(until_, lastKey_ + quietAtEnd) && !paused() && !presenting()
         && !session_.host.speaking())
@@ -255,15 +236,8 @@ std::optional<double> PracticeActivity::deadline() const
     if (paused())
         return {};
     const bool waits = !presenting() && !session_.host.speaking();
-    return earliest({stations_.front().lesson.deadline(), exampleDeadline(),
+    return earliest({LessonTeaching::deadline(),
         waits ? std::optional(std::max(until_, lastKey_ + quietAtEnd)) : std::nullopt});
-}
-
-std::optional<Beat> PracticeActivity::beat(const Moment &now) const
-{
-    Beat beat = beatOf(stations_.front().lesson.wholePiece(), session_.player, now);
-    beat.nextBar = now.uptime;
-    return beat;
 }
 
 std::string PracticeActivity::place() const

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "activities/teaching_activity.h"
-#include "lessons/lesson.h"
+#include "activities/lesson_teaching.h"
 #include "practice/practice_plan.h"
 
 #include <deque>
@@ -10,7 +9,7 @@ namespace kelo::engine {
 
 /// Practice that is led, for some minutes: a scale to warm up, the bars that need it most, and a
 /// piece that is known.
-class PracticeActivity : public TeachingActivity {
+class PracticeActivity : public LessonTeaching {
 public:
     PracticeActivity(Session &shared, int minutes);
 
@@ -21,12 +20,9 @@ public:
     void advance(const Moment &now) override;
     [[nodiscard]] std::optional<double> deadline() const override;
 
-    [[nodiscard]] std::string_view mode() const override { return "teach"; }
-    [[nodiscard]] unsigned where() const override { return InLesson; }
     [[nodiscard]] std::string place() const override;
     [[nodiscard]] std::string_view help() const override;
     [[nodiscard]] std::string_view suggestions() const override;
-    [[nodiscard]] std::optional<Beat> beat(const Moment &now) const override;
 
 private:
     enum class Part { WarmUp, Weakest, Known };
@@ -37,11 +33,8 @@ private:
         Lesson lesson;
     };
 
-    [[nodiscard]] bool givesCues() const override { return true; }
-    [[nodiscard]] Piece example() const override { return stations_.front().lesson.demo(); }
-    void listen(const Moment &now) override;
-    [[nodiscard]] bool entersWith(int pitch) const override;
-    [[nodiscard]] bool listening() const override;
+    [[nodiscard]] const Lesson &current() const override { return stations_.front().lesson; }
+    [[nodiscard]] Lesson &current() override { return stations_.front().lesson; }
     [[nodiscard]] Reply press(int pitch, const Moment &now) override;
     void over(const Moment &now) override;
 

@@ -3,7 +3,10 @@
 #include "activities/album_activity.h"
 #include "activities/band_activity.h"
 #include "activities/compose_activity.h"
+#include "activities/drone_activity.h"
+#include "activities/duet_activity.h"
 #include "activities/ear_training_activity.h"
+#include "activities/exercise_activity.h"
 #include "activities/jam_activity.h"
 #include "activities/jazz_activity.h"
 #include "activities/menu_activity.h"
@@ -15,6 +18,9 @@
 #include "composing/composer.h"
 #include "composing/variations.h"
 #include "lessons/jazz_course.h"
+#include "training/chord_trainer.h"
+#include "training/ear_trainer.h"
+#include "training/echo_game.h"
 
 #include <algorithm>
 #include <random>
@@ -29,7 +35,45 @@ void ActivityRequests::openMenu(const Request &, const Moment &now)
 
 void ActivityRequests::trainEars(const Request &, const Moment &now)
 {
-    begin<EarTrainingActivity>(now, session_.seedAt(now));
+    begin<EarTrainingActivity>(now, std::make_unique<EarTrainer>(session_.seedAt(now)));
+}
+
+void ActivityRequests::echo(const Request &, const Moment &now)
+{
+    begin<EarTrainingActivity>(now, std::make_unique<EchoGame>(session_.seedAt(now)));
+}
+
+void ActivityRequests::intervals(const Request &, const Moment &now)
+{
+    begin<EarTrainingActivity>(
+        now, std::make_unique<ChordTrainer>(session_.seedAt(now), ChordTrainer::First::Intervals));
+}
+
+void ActivityRequests::chords(const Request &, const Moment &now)
+{
+    begin<EarTrainingActivity>(
+        now, std::make_unique<ChordTrainer>(session_.seedAt(now), ChordTrainer::First::Chords));
+}
+
+void ActivityRequests::exercise(const Request &request, const Moment &now)
+{
+    begin<ExerciseActivity>(now, request);
+}
+
+void ActivityRequests::drone(const Request &request, const Moment &now)
+{
+    if (request.on && !*request.on)
+        session_.say("There is no drone now.", now);
+    else
+        begin<DroneActivity>(now, request);
+}
+
+void ActivityRequests::duet(const Request &request, const Moment &now)
+{
+    if (auto take = session_.recorder.lastTake(now.uptime))
+        begin<DuetActivity>(now, std::move(*take), request.number.value_or(100));
+    else
+        session_.say("You haven't played anything yet.", now);
 }
 
 /// With a piece it keeps the piece's beat; otherwise it is an activity of its own.

@@ -17,6 +17,12 @@ public:
 
     void openMenu(const Request &request, const Moment &now);
     void trainEars(const Request &request, const Moment &now);
+    void echo(const Request &request, const Moment &now);
+    void intervals(const Request &request, const Moment &now);
+    void chords(const Request &request, const Moment &now);
+    void exercise(const Request &request, const Moment &now);
+    void drone(const Request &request, const Moment &now);
+    void duet(const Request &request, const Moment &now);
     void metronome(const Request &request, const Moment &now);
     void metronomeAccent(const Request &request, const Moment &now);
     void countIn(const Request &request, const Moment &now);
@@ -42,6 +48,15 @@ public:
     static constexpr Handler<ActivityRequests> handlers[] = {
         {Action::OpenMenu, &ActivityRequests::openMenu},
         {Action::EarTraining, &ActivityRequests::trainEars},
+        {Action::EchoGame, &ActivityRequests::echo},
+        {Action::IntervalTraining, &ActivityRequests::intervals},
+        {Action::ChordTraining, &ActivityRequests::chords},
+        {Action::Scale, &ActivityRequests::exercise},
+        {Action::Arpeggio, &ActivityRequests::exercise},
+        {Action::Cadence, &ActivityRequests::exercise},
+        {Action::FingerPattern, &ActivityRequests::exercise},
+        {Action::Drone, &ActivityRequests::drone},
+        {Action::PlayWithMe, &ActivityRequests::duet},
         {Action::Metronome, &ActivityRequests::metronome},
         {Action::MetronomeAccent, &ActivityRequests::metronomeAccent},
         {Action::CountIn, &ActivityRequests::countIn},

@@ -1,6 +1,7 @@
 #include "assistant/score_requests.h"
 
 #include "activities/follow_activity.h"
+#include "activities/hands_activity.h"
 #include "activities/pieces.h"
 #include "activities/score_activity.h"
 
@@ -33,7 +34,7 @@ void ScoreRequests::follow(const Request &request, const Moment &now)
     Request piece = request;
     piece.number.reset();
     auto song = askedSong(session_, piece, now);
-    if (!song)
+    if (!song || askForHands(session_, *song, request, now))
         return;
     auto next = std::make_unique<FollowActivity>(session_, std::move(*song), request);
     if (!next->possible())

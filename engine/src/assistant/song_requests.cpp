@@ -1,5 +1,6 @@
 #include "assistant/song_requests.h"
 
+#include "activities/hands_activity.h"
 #include "activities/lesson_activity.h"
 #include "activities/loading_activity.h"
 #include "activities/pieces.h"
@@ -38,7 +39,7 @@ void SongRequests::playSong(const Request &request, const Moment &now)
 void SongRequests::learn(const Request &request, const Moment &now)
 {
     const auto song = askedSong(session_, request, now);
-    if (!song)
+    if (!song || askForHands(session_, *song, request, now))
         return;
     if (request.hands)
         session_.hands = *request.hands;
@@ -50,6 +51,11 @@ void SongRequests::learn(const Request &request, const Moment &now)
     if (request.hands)
         session_.wire.send("hands", nameOf(session_.hands));
     begin<LessonActivity>(now, std::move(lesson), request.bars);
+}
+
+void SongRequests::chooseHands(const Request &, const Moment &now)
+{
+    session_.say("There is nothing to choose between now.", now);
 }
 
 void SongRequests::listSongs(const Request &, const Moment &now)
@@ -77,11 +83,11 @@ void SongRequests::keep(const Request &, const Moment &now)
         kept ? "I kept it among your songs." : "I couldn't write it to the songs folder.", now);
 }
 
-void SongRequests::playKept(const Request &, const Moment &now)
+void SongRequests::playKept(const Request &request, const Moment &now)
 {
     if (auto take = session_.recorder.lastTake(now.uptime))
-        begin<PlaybackActivity>(
-            now, Heard{"What you played", std::move(*take)}, "This is what you played.");
+        begin<PlaybackActivity>(now, Heard{"What you played", std::move(*take)},
+            "This is what you played.", PlaybackActivity::Kind::Known, request.number);
     else
         session_.say("You haven't played anything yet.", now);
 }

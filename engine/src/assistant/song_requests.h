@@ -14,6 +14,7 @@ public:
 
     void playSong(const Request &request, const Moment &now);
     void learn(const Request &request, const Moment &now);
+    void chooseHands(const Request &request, const Moment &now);
     void listSongs(const Request &request, const Moment &now);
     void countSongs(const Request &request, const Moment &now);
     void keep(const Request &request, const Moment &now);
@@ -29,6 +30,7 @@ public:
     static constexpr Handler<SongRequests> handlers[] = {
         {Action::PlaySong, &SongRequests::playSong},
         {Action::Learn, &SongRequests::learn},
+        {Action::ChooseHands, &SongRequests::chooseHands},
         {Action::ListSongs, &SongRequests::listSongs},
         {Action::CountSongs, &SongRequests::countSongs},
         {Action::Keep, &SongRequests::keep},

@@ -111,6 +111,11 @@ void TalkRequests::who(const Request &, const Moment &now)
     session_.say("I'm " + settings_->assistant + ", and I practise the piano with you.", now);
 }
 
+void TalkRequests::agree(const Request &, const Moment &now)
+{
+    session_.say("All right.", now);
+}
+
 void TalkRequests::thanks(const Request &, const Moment &now)
 {
     session_.say("You're welcome.", now);

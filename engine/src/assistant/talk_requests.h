@@ -25,6 +25,7 @@ public:
     void suggestions(const Request &request, const Moment &now);
     void page(const Request &request, const Moment &now);
     void who(const Request &request, const Moment &now);
+    void agree(const Request &request, const Moment &now);
     void thanks(const Request &request, const Moment &now);
     void greet(const Request &request, const Moment &now);
     void world(const Request &request, const Moment &now);
@@ -42,6 +43,7 @@ public:
         {Action::WhatCanISay, &TalkRequests::suggestions},
         {Action::CommandPage, &TalkRequests::page},
         {Action::WhoAreYou, &TalkRequests::who},
+        {Action::Agree, &TalkRequests::agree},
         {Action::Thanks, &TalkRequests::thanks},
         {Action::Greet, &TalkRequests::greet},
         {Action::World, &TalkRequests::world},

@@ -17,8 +17,21 @@ constexpr Action leaving[] = {Action::OpenMenu, Action::PlaySong, Action::Learn,
     Action::Follow, Action::LeadPractice, Action::ForgetPiece, Action::PlayKept,
     Action::PlayDownload, Action::Album, Action::Home, Action::MakeUp, Action::Surprise,
     Action::Compose, Action::Lullaby, Action::VideoGame, Action::FilmScore, Action::Jam,
-    Action::Jazz, Action::EarTraining, Action::Band, Action::LogicControl, Action::ReaperControl,
+    Action::Jazz, Action::EarTraining, Action::EchoGame, Action::IntervalTraining,
+    Action::ChordTraining, Action::Scale, Action::Arpeggio, Action::Cadence, Action::FingerPattern,
+    Action::Drone, Action::PlayWithMe, Action::Band, Action::LogicControl, Action::ReaperControl,
     Action::Drop, Action::StartOver, Action::NewPiece, Action::Metronome};
+
+/// Something was said besides where a song may be named, and it is no song that there is: another
+/// one is not what was meant.
+bool namesNoSong(const Request &request)
+{
+    constexpr Action ofSongs[] = {Action::PlaySong, Action::Learn, Action::ReadScore};
+    const bool ofSong = std::ranges::find(ofSongs, request.action) != std::end(ofSongs);
+    const bool numbered = ofSong && request.number; // of what is followed it is the tempo
+    return (ofSong || request.action == Action::Follow) && !request.whole && !request.song
+        && !numbered;
+}
 
 } // namespace
 
@@ -82,9 +95,10 @@ void WordInput::obey(std::string_view text, const Moment &now)
     }
     const auto request = understandKindly(words, session_.library.names());
     const bool leaves = request && std::ranges::find(leaving, request->action) != std::end(leaving);
-    if (request && (request->whole || !leaves || !current_->busy()))
+    if (request && (request->whole || !leaves || !current_->busy()) && !namesNoSong(*request))
         undertake(*request, now);
-    else if (std::ranges::find(words, "play", &Word::text) != words.end())
+    else if ((request && namesNoSong(*request))
+        || std::ranges::find(words, "play", &Word::text) != words.end())
         session_.say("I don't know that song. Ask which songs there are, or press L.", now);
     else
         session_.say("I didn't understand that. Ask what you can say, or press H for help.", now);

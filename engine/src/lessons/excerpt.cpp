@@ -1,8 +1,12 @@
 #include "lessons/excerpt.h"
 
+#include "reading/walk.h"
 #include "written/hand_division.h"
+#include "written/transcript.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <memory>
 #include <utility>
 
 namespace kelo::engine {
@@ -10,8 +14,9 @@ namespace kelo::engine {
 namespace {
 
 constexpr double writtenTogether = 0.04; ///< seconds within which the keys of a chord are written
-constexpr std::size_t mostSteps = 8; ///< that are easily kept in mind
+constexpr std::size_t mostSteps = 16; ///< that are kept in mind
 constexpr double barWithoutMetre = 2;
+constexpr std::size_t mostBars = 10'000; ///< of what has no metre
 
 /// Bars and beats of a piece.
 class Places {
@@ -110,15 +115,86 @@ Hands handsIn(const std::vector<Step> &steps)
     return right && left ? Hands::Both : left ? Hands::Left : Hands::Right;
 }
 
-std::vector<double> barsOf(const Piece &piece)
-{
-    if (!piece.bars.empty())
-        return piece.bars;
-    std::vector<double> bars;
-    for (double at = 0; at < piece.length; at += barWithoutMetre)
-        bars.push_back(at);
-    return bars;
-}
+/// Where phrases begin and end, in seconds and as bars.
+class Phrases {
+public:
+    explicit Phrases(const Piece &piece)
+        : piece_(piece)
+    {
+        starts_ = piece.bars;
+        for (double at = 0; piece.bars.empty() && at < piece.length && starts_.size() < mostBars;
+             at += barWithoutMetre)
+            starts_.push_back(at);
+        if (piece.written && piece.written->bars.size() == starts_.size()) {
+            written_ = piece.written;
+            return;
+        }
+        Piece played = piece;
+        played.written.reset();
+        played.bars = starts_;
+        written_ = writtenOf(played);
+    }
+
+    /// Each phrase without its steps.
+    [[nodiscard]] std::vector<Excerpt> all() const
+    {
+        std::vector<Excerpt> phrases;
+        for (const Stretch &stretch : phrasesOf(*written_, mostSteps))
+            phrases.push_back(phrase(stretch));
+        if (!phrases.empty()) // the last note may be written a little late
+            phrases.back().to = std::max(phrases.back().to, piece_.length) + 1;
+        return phrases;
+    }
+
+private:
+    [[nodiscard]] std::size_t barAt(int at) const
+    {
+        const auto &bars = written_->bars;
+        const auto after = std::ranges::upper_bound(bars, at, {}, &WrittenBar::at);
+        return static_cast<std::size_t>(std::max<std::ptrdiff_t>(after - bars.begin() - 1, 0));
+    }
+
+    [[nodiscard]] double timeOf(int at) const
+    {
+        const std::size_t index = barAt(at);
+        const WrittenBar &bar = written_->bars[index];
+        const auto startOf = [&](std::size_t place) {
+            if (place < starts_.size())
+                return starts_[place];
+            const std::size_t count = starts_.size();
+            return starts_.back()
+                + (count > 1 ? starts_[count - 1] - starts_[count - 2] : barWithoutMetre);
+        };
+        const double share = bar.length > 0 ? static_cast<double>(at - bar.at) / bar.length : 0;
+        return startOf(index) + share * (startOf(index + 1) - startOf(index));
+    }
+
+    /// Less than half a bar at its beginning leads to the next bar, and less than half of one at
+    /// its end belongs to the bar before.
+    [[nodiscard]] Excerpt phrase(Stretch stretch) const
+    {
+        std::size_t first = barAt(stretch.from);
+        std::size_t last = barAt(stretch.to - 1);
+        const auto &bars = written_->bars;
+        const auto half = [&](std::size_t bar) { return bars[bar].at + bars[bar].length / 2; };
+        const bool upbeat = first < last && stretch.from >= half(first);
+        first += upbeat ? 1 : 0;
+        last -= last > first && stretch.to <= half(last) ? 1 : 0;
+        const int into = upbeat ? 0 : stretch.from - bars[first].at - bars[first].upbeat;
+        Excerpt phrase{timeOf(stretch.from), timeOf(stretch.to), bars[first].number,
+            bars[last].number, Hands::Both, {}};
+        phrase.upbeat = upbeat;
+        phrase.written = stretch;
+        const int beat = std::max(1, pulseOf(bars[first]));
+        if (into >= beat)
+            phrase.fromBeat = into / beat + 1;
+        return phrase;
+    }
+
+    const Piece &piece_;
+    std::vector<double> starts_; ///< of the bars; never empty where there are notes
+    std::shared_ptr<const WrittenPiece> written_;
+};
 
 } // namespace
 
@@ -129,12 +205,9 @@ std::vector<Step> stepsOf(const Piece &piece, Hands hands, double from, double t
 
 std::vector<Excerpt> excerptsOf(const Piece &piece, Hands hands)
 {
+    if (piece.notes.empty())
+        return {};
     const auto owners = handsOf(piece);
-    const auto bars = barsOf(piece);
-    const Places places(piece);
-    const auto startOf = [&](std::size_t bar) {
-        return bar < bars.size() ? bars[bar] : std::max(piece.length, bars.back()) + 1;
-    };
     std::vector<Excerpt> all;
     std::vector<std::size_t> phrases; ///< the first part of each
     const auto join = [&](std::size_t count) {
@@ -142,35 +215,33 @@ std::vector<Excerpt> excerptsOf(const Piece &piece, Hands hands)
         Excerpt joined = all.back();
         joined.from = first.from;
         joined.firstBar = first.firstBar;
+        joined.fromBeat = first.fromBeat;
+        joined.upbeat = first.upbeat;
+        joined.written.from = first.written.from;
         joined.steps = stepsOf(piece, owners, hands, joined.from, joined.to);
         joined.hands = handsIn(joined.steps);
         joined.joined = true;
         all.push_back(std::move(joined));
     };
-    for (std::size_t bar = 0; bar < bars.size();) {
-        const auto steps = [&](Hands whose, std::size_t count) {
-            return stepsOf(piece, owners, whose, startOf(bar), startOf(bar + count));
-        };
-        const bool two = bar + 1 < bars.size() && steps(hands, 2).size() <= mostSteps;
-        const std::size_t count = two ? 2 : 1;
+    for (const Excerpt &phrase : Phrases(piece).all()) {
         const std::size_t before = all.size();
         for (const Hands whose : {Hands::Right, Hands::Left, Hands::Both}) {
             if (hands != Hands::Both && whose != hands)
                 continue;
-            auto found = steps(whose, count);
+            auto found = stepsOf(piece, owners, whose, phrase.from, phrase.to);
             if (found.empty() || (whose == Hands::Both && all.size() - before < 2))
                 continue; // nothing to play, or nothing to put together
-            all.push_back({startOf(bar), startOf(bar + count), places.numberOf(bar),
-                places.numberOf(bar + count - 1), whose, std::move(found)});
+            all.push_back(phrase);
+            all.back().hands = whose;
+            all.back().steps = std::move(found);
         }
-        bar += count;
         if (all.size() == before)
             continue;
         phrases.push_back(before);
         for (std::size_t together = 2; phrases.size() % together == 0; together *= 2)
             join(together);
     }
-    if (phrases.size() > 1 && all.back().firstBar != all.front().firstBar)
+    if (phrases.size() > 1 && all.back().from != all.front().from)
         join(phrases.size());
     return all;
 }

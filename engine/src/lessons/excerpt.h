@@ -2,6 +2,7 @@
 
 #include "music/hands.h"
 #include "music/piece.h"
+#include "written/phrases.h"
 
 #include <vector>
 
@@ -18,23 +19,27 @@ struct Step {
     double beatAt = 0; ///< seconds where that beat begins
 };
 
-/// What is learnt at a time: one bar or two of one hand or both.
+/// What is learnt at a time: a phrase of one hand or both.
 struct Excerpt {
     double from = 0; ///< seconds from the piece's beginning
     double to = 0;
-    int firstBar = 0; ///< counted from 1
+    int firstBar = 0; ///< as it is printed; an upbeat belongs to the bar that it leads to
     int lastBar = 0;
     Hands hands = Hands::Both;
     std::vector<Step> steps; ///< at least one
     bool joined = false; ///< phrases that were learnt one by one before
+    int fromBeat = 0; ///< where it begins within its first bar; 0 at a bar's beginning or before it
+    bool upbeat = false; ///< it begins before its first bar
+    Stretch written{}; ///< the same as the piece is written
 };
 
 /// What hands play from one time of a piece to another, in seconds.
 [[nodiscard]] std::vector<Step> stepsOf(const Piece &piece, Hands hands, double from, double to);
 
-/// The way through a piece for `hands`, phrase by phrase: for both hands each phrase comes with
-/// the right hand alone, the left hand alone, then together. Bars without notes are left out. Two
-/// phrases are joined when both are known, then four, and so on to the whole piece.
+/// The way through a piece for `hands`, phrase by phrase, as cadences, rests and repeats part them,
+/// none longer than one keeps in mind: for both hands each phrase comes with the right hand alone,
+/// the left hand alone, then together. Phrases without notes are left out. Two phrases are joined
+/// when both are known, then four, and so on to the whole piece.
 [[nodiscard]] std::vector<Excerpt> excerptsOf(const Piece &piece, Hands hands);
 
 /// An excerpt as a piece of its own that begins at 0; what the hands hold ends with it.

@@ -182,15 +182,55 @@ Piece cadenceOf(const Tonality &key, Hands hands)
     return exercise.finished(4);
 }
 
-std::string fingersInWords(const Piece &exercise)
+Piece patternOf(const Tonality &key, Hands hands, int which)
+{
+    constexpr int positions = 7; ///< one on each degree of the scale
+    constexpr std::size_t notes = 8; ///< of a bar
+    using Bar = std::array<int, notes>;
+    /// Degrees above the position.
+    static constexpr std::array<Bar, fingerPatterns> degrees{{
+        {0, 2, 3, 4, 5, 4, 3, 2},
+        {0, 2, 5, 4, 3, 4, 3, 2},
+        {0, 2, 5, 4, 3, 2, 3, 4},
+    }};
+    const auto pattern =
+        static_cast<std::size_t>((which % fingerPatterns + fingerPatterns) % fingerPatterns);
+    Exercise exercise(key);
+    for (const Hands hand : bothHands) {
+        if (!plays(hands, hand))
+            continue;
+        const int tonic = tonicFor(key, hand);
+        for (int i = 0; i < positions * static_cast<int>(notes); ++i) {
+            const int degree = degrees[pattern][static_cast<std::size_t>(i) % notes];
+            // A position spans six keys: the outer fingers stretch.
+            const int place = degree == 0 ? 0 : degree - 1;
+            exercise.add(i * eighth, eighth,
+                tonic + scaleStep(key, i / static_cast<int>(notes) + degree), hand,
+                hand == Hands::Right ? place + 1 : 5 - place);
+        }
+        exercise.add(positions * notes * eighth, 2 * eighth, tonic + octave, hand,
+            hand == Hands::Right ? 1 : 5);
+    }
+    return exercise.finished(4);
+}
+
+Tonality keyOfDay(std::chrono::local_days day)
+{
+    const auto count = day.time_since_epoch().count();
+    return {static_cast<int>((count * 7 % octave + octave) % octave), count % 3 == 2};
+}
+
+namespace {
+
+/// The fingers of the notes that `take` wants, hand by hand.
+std::string fingersOf(const Piece &exercise, auto take)
 {
     std::string text;
     for (const Hands hand : bothHands) {
         std::string fingers;
         int highest = -1;
         for (std::size_t i = 0; i < exercise.notes.size(); ++i) {
-            const bool upwards = exercise.notes[i].pitch > highest;
-            if (exercise.marks[i].hand != hand || !upwards)
+            if (exercise.marks[i].hand != hand || !take(exercise.notes[i], highest))
                 continue;
             highest = exercise.notes[i].pitch;
             fingers += (fingers.empty() ? "" : ", ") + numberInWords(exercise.marks[i].finger);
@@ -201,6 +241,19 @@ std::string fingersInWords(const Piece &exercise)
                 + ".";
     }
     return text;
+}
+
+} // namespace
+
+std::string fingersOfBar(const Piece &exercise)
+{
+    const double end = exercise.bars.size() > 1 ? exercise.bars[1] : exercise.length;
+    return fingersOf(exercise, [end](const Note &note, int) { return note.at < end - eighth / 2; });
+}
+
+std::string fingersInWords(const Piece &exercise)
+{
+    return fingersOf(exercise, [](const Note &note, int highest) { return note.pitch > highest; });
 }
 
 } // namespace kelo::engine

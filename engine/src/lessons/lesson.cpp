@@ -39,10 +39,14 @@ std::string Lesson::bars() const
 {
     const Excerpt &excerpt = excerpts_[place_];
     const int more = excerpt.lastBar - excerpt.firstBar;
-    const std::string first = numberInWords(excerpt.firstBar);
-    if (more == 0)
-        return "Bar " + first;
-    return "Bars " + first + (more == 1 ? " and " : " to ") + numberInWords(excerpt.lastBar);
+    std::string text = (more == 0 ? "Bar " : "Bars ") + numberInWords(excerpt.firstBar);
+    if (more > 0)
+        text += (more == 1 ? " and " : " to ") + numberInWords(excerpt.lastBar);
+    if (excerpt.upbeat)
+        text += " with the upbeat";
+    else if (excerpt.fromBeat > 0)
+        text += " from beat " + numberInWords(excerpt.fromBeat);
+    return text;
 }
 
 std::string Lesson::whereWeAre() const
@@ -95,6 +99,9 @@ void Lesson::joinAll()
     Excerpt all = excerpts_.back();
     all.from = excerpts_.front().from;
     all.firstBar = excerpts_.front().firstBar;
+    all.fromBeat = excerpts_.front().fromBeat;
+    all.upbeat = excerpts_.front().upbeat;
+    all.written.from = excerpts_.front().written.from;
     all.hands = hands_;
     all.steps = stepsOf(piece_, hands_, all.from, all.to);
     excerpts_ = {std::move(all)};
@@ -202,12 +209,7 @@ Reply Lesson::setHands(Hands which)
 std::string Lesson::notes() const
 {
     const Excerpt &excerpt = excerpts_[place_];
-    const Walk walk(writtenOf(piece_));
-    const auto from = walk.bar(excerpt.firstBar);
-    const auto to = walk.bar(excerpt.lastBar);
-    if (!from || !to)
-        return {};
-    return Description{}.tell(walk, {from->from, to->to}, excerpt.hands);
+    return Description{}.tell(Walk(writtenOf(piece_)), excerpt.written, excerpt.hands);
 }
 
 bool Lesson::entersWith(int pitch) const

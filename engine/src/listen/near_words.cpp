@@ -16,9 +16,11 @@ namespace {
 constexpr std::size_t certainSounds = 3; ///< shorter words sound like too many others
 constexpr std::size_t longestPhrase = 40; ///< words; nobody asks for anything at such length
 
-std::set<std::string, std::less<>> wordsOfPhrases()
+using Words = std::set<std::string, std::less<>>;
+
+Words wordsOfPhrases()
 {
-    std::set<std::string, std::less<>> all;
+    Words all;
     for (const JobGroup &group : jobGroups()) {
         for (const Job &job : group.jobs) {
             for (const Phrase &phrase : job.phrases) {
@@ -34,19 +36,20 @@ std::set<std::string, std::less<>> wordsOfPhrases()
     return all;
 }
 
+/// All words that mean something: those of the phrases, and those of the songs.
 class Dictionary {
 public:
     explicit Dictionary(std::span<const SongName> songs)
     {
         for (const SongName &song : songs) {
             for (Word &word : wordsOf(song.title + ' ' + song.composer))
-                words_.insert(std::move(word.text));
+                ofSongs_.insert(std::move(word.text));
         }
     }
 
     [[nodiscard]] bool knows(const std::string &word) const
     {
-        return isCourtesy(word) || words_.contains(word);
+        return isCourtesy(word) || ofPhrases().contains(word) || ofSongs_.contains(word);
     }
 
     /// The known word that sounds most like `word`.
@@ -54,15 +57,16 @@ public:
     {
         std::optional<std::string> best;
         double least = 0;
-        for (const std::string &known : words_) {
+        forEach([&](const std::string &known) {
             const double distance = soundDistance(word, known);
             const bool alike =
                 soundsOf(known).size() < certainSounds ? distance <= 0 : soundsLike(word, known);
-            if (!alike || (best && distance >= least))
-                continue;
-            best = known;
-            least = distance;
-        }
+            const bool sooner = distance == least && best && known < *best;
+            if (alike && (!best || distance < least || sooner)) {
+                best = known;
+                least = distance;
+            }
+        });
         return best;
     }
 
@@ -70,14 +74,30 @@ public:
     [[nodiscard]] std::optional<std::string> homophone(const std::string &word) const
     {
         const std::string sounds = soundsOf(word);
-        const auto found = std::ranges::find_if(words_, [&](const std::string &known) {
-            return sounds.size() >= certainSounds && soundsOf(known) == sounds;
+        std::optional<std::string> first;
+        forEach([&](const std::string &known) {
+            if (sounds.size() >= certainSounds && soundsOf(known) == sounds
+                && (!first || known < *first))
+                first = known;
         });
-        return found == words_.end() ? std::nullopt : std::optional(*found);
+        return first;
     }
 
 private:
-    std::set<std::string, std::less<>> words_ = wordsOfPhrases();
+    /// They are the same at any time.
+    static const Words &ofPhrases()
+    {
+        static const Words words = wordsOfPhrases();
+        return words;
+    }
+
+    template <typename Take> void forEach(Take take) const
+    {
+        std::ranges::for_each(ofPhrases(), take);
+        std::ranges::for_each(ofSongs_, take);
+    }
+
+    Words ofSongs_;
 };
 
 } // namespace

@@ -18,6 +18,24 @@ constexpr std::string_view courtesies[] = {"a", "an", "the", "please", "me", "my
     "there", "uh", "um", "er", "oh", "okay", "well", "i'd", "i'm", "give", "go", "get", "kindly",
     "quickly", "here", "from", "into", "those", "these", "know", "did"};
 
+/// The words of a title that nobody has to say: they tell which one of several it is, "number 1",
+/// or how much of it, "the opening". A title of nothing else has none.
+std::vector<bool> labelsOf(const std::vector<Word> &title)
+{
+    static constexpr std::string_view names[] = {
+        "number", "no", "opus", "op", "opening", "beginning", "movement"};
+    std::vector<bool> labels;
+    for (const Word &word : title) {
+        const bool digits = word.text.find_first_not_of("0123456789") == std::string::npos;
+        labels.push_back((digits && !labels.empty() && labels.back())
+            || std::ranges::find(names, word.text) != std::end(names));
+    }
+    bool anythingElse = false;
+    for (std::size_t i = 0; i < title.size(); ++i)
+        anythingElse = anythingElse || (!labels[i] && !isCourtesy(title[i].text));
+    return anythingElse ? labels : std::vector<bool>(title.size());
+}
+
 /// How the words name one title or composer.
 class Naming {
 public:
@@ -31,18 +49,22 @@ public:
     /// The part of `name` that was said and not counted before.
     double share(std::string_view name, std::vector<bool> &named) const
     {
+        constexpr double labelWeight = 0.01; // between titles that are named alike otherwise
         int said = 0;
         int all = 0;
-        for (const Word &part : wordsOf(name)) {
-            if (isCourtesy(part.text))
+        int labels = 0;
+        const std::vector<Word> parts = wordsOf(name);
+        const std::vector<bool> isLabel = labelsOf(parts);
+        for (std::size_t i = 0; i < parts.size(); ++i) {
+            if (isCourtesy(parts[i].text))
                 continue;
-            ++all;
-            if (const auto at = find(part.text, named)) {
+            all += isLabel[i] ? 0 : 1;
+            if (const auto at = find(parts[i].text, named)) {
                 named[*at] = true;
-                ++said;
+                ++(isLabel[i] ? labels : said);
             }
         }
-        return all == 0 ? 0.0 : static_cast<double>(said) / all;
+        return said == 0 ? 0.0 : static_cast<double>(said) / all + labelWeight * labels;
     }
 
 private:

@@ -12,7 +12,6 @@ namespace {
 
 constexpr double scheduleAhead = 0.2; ///< seconds of music that outlast a busy moment
 constexpr double scheduleEvery = 0.1;
-constexpr double demonstrationDelay = 0.3;
 constexpr double carryOnDelay = 0.1; ///< longer than any block is on its way to the loudspeaker
 constexpr int drumChannel = 9;
 constexpr std::size_t notesPerLine = 64;

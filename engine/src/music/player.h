@@ -56,6 +56,7 @@ public:
     [[nodiscard]] std::optional<double> deadline() const;
 
     static constexpr double leadIn = 3.0; ///< long enough to see the first notes fall
+    static constexpr double demonstrationDelay = 0.3; ///< seconds until an example begins
 
 private:
     enum class State { Stopped, Playing, Paused };

@@ -23,6 +23,7 @@ constexpr const char *schema = R"(
         at TEXT NOT NULL, piece TEXT NOT NULL, bar INTEGER NOT NULL,
         hand TEXT NOT NULL, wrong INTEGER NOT NULL, tempo INTEGER);
     CREATE INDEX IF NOT EXISTS played_piece ON played(piece);
+    CREATE TABLE IF NOT EXISTS hands(piece TEXT PRIMARY KEY, reading INTEGER NOT NULL);
 )";
 
 std::string stamp(std::chrono::local_seconds at)
@@ -229,8 +230,32 @@ std::vector<PlayedBar> PracticeLog::bars()
     return all;
 }
 
+std::optional<int> PracticeLog::readingOf(const std::string &piece)
+{
+    Statement select(database_.get(), "SELECT reading FROM hands WHERE piece = ?");
+    select.bind(1, piece);
+    return select.step() ? std::optional(select.number(0)) : std::nullopt;
+}
+
+void PracticeLog::keepReading(const std::string &piece, int reading)
+{
+    const auto write = [&] {
+        Statement replace(database_.get(), "INSERT OR REPLACE INTO hands VALUES(?, ?)");
+        replace.bind(1, piece);
+        replace.bind(2, reading);
+        return replace.perform();
+    };
+    if (write())
+        return;
+    retreat();
+    write();
+}
+
 std::size_t PracticeLog::forget(const std::string &piece)
 {
+    Statement removeReading(database_.get(), "DELETE FROM hands WHERE piece = ?");
+    removeReading.bind(1, piece);
+    removeReading.perform();
     Statement remove(database_.get(), "DELETE FROM played WHERE piece = ?");
     remove.bind(1, piece);
     if (!remove.perform())

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -15,7 +16,8 @@ namespace kelo::engine {
 
 /// What was practised, bar by bar, in an SQLite file that is the user's own: one table, `played`,
 /// with the columns `at` (local time, "2025-03-07 10:00:10"), `piece`, `bar`, `hand` ("both",
-/// "right", "left"), `wrong` (keys) and `tempo` (percent of what is written, or nothing).
+/// "right", "left"), `wrong` (keys) and `tempo` (percent of what is written, or nothing); and
+/// `hands`, which of two readings of the hands the user chose for a `piece`.
 ///
 /// Whatever is the matter with the file, the log goes on in memory: a damaged one is put aside,
 /// under its name and ".damaged".
@@ -32,7 +34,11 @@ public:
     /// The oldest first.
     [[nodiscard]] std::vector<PlayedBar> bars();
 
-    /// Says how many rows are gone.
+    /// Which reading of the hands the user chose for a piece, 1 or 2; nothing where nobody did.
+    [[nodiscard]] std::optional<int> readingOf(const std::string &piece);
+    void keepReading(const std::string &piece, int reading);
+
+    /// Says how many rows are gone of what was played.
     std::size_t forget(const std::string &piece);
 
     /// What the user has to know about the file; once, then empty.

@@ -170,4 +170,10 @@ Reply EarTrainer::skip()
     return {{}, words, true};
 }
 
+std::string_view EarTrainer::help() const
+{
+    return "I play a note, you find it on your piano. Space plays it again, N tells you what it "
+           "was, right goes on to another. Zero goes home.";
+}
+
 } // namespace kelo::engine

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "lessons/reply.h"
-#include "music/piece.h"
+#include "training/ear_game.h"
 
 #include <cstdint>
 #include <optional>
@@ -14,36 +13,25 @@ namespace kelo::engine {
 /// Ear training: middle C and then a note that is to be found on the keys; as one gets better
 /// more notes, then two in a row. Any octave is right, but two notes keep their distance.
 /// Seconds throughout.
-class EarTrainer {
+class EarTrainer : public EarGame {
 public:
     explicit EarTrainer(std::uint32_t seed)
         : random_(seed)
     {
     }
 
-    [[nodiscard]] Reply begin();
-    [[nodiscard]] Reply repeat() const { return {{}, {}, true}; }
+    [[nodiscard]] Reply begin() override;
+    [[nodiscard]] Reply skip() override;
+    [[nodiscard]] std::string tally() const override;
+    [[nodiscard]] Piece demo() const override;
+    [[nodiscard]] std::string answer() const override;
+    void tell() override { told_ = true; }
+    void listen() override;
+    [[nodiscard]] bool listening() const override { return waiting_; }
+    [[nodiscard]] Reply press(int pitch) override;
 
-    /// Gives this one up: says what it was and goes on.
-    [[nodiscard]] Reply skip();
-
-    /// "Four of five.", or that there is nothing to count.
-    [[nodiscard]] std::string tally() const;
-
-    /// What `demo` means: the notes to be found.
-    [[nodiscard]] Piece demo() const;
-
-    /// What was asked, in words.
-    [[nodiscard]] std::string answer() const;
-
-    /// It was asked for the answer, so that finding it is worth nothing any more.
-    void tell() { told_ = true; }
-
-    /// It has said and played what it wanted to; it is the player's turn.
-    void listen();
-    [[nodiscard]] bool listening() const { return waiting_; }
-
-    [[nodiscard]] Reply press(int pitch);
+    [[nodiscard]] std::string_view place() const override { return "This is ear training."; }
+    [[nodiscard]] std::string_view help() const override;
 
     [[nodiscard]] int level() const { return currentLevel_; }
     [[nodiscard]] const std::vector<int> &asked() const { return notes_; }

@@ -10,7 +10,6 @@ namespace {
 constexpr double clicksAhead = 0.2;
 constexpr double clicksEvery = 0.1;
 constexpr double tooLate = 0.25; ///< beats that a sleeping machine missed stay silent
-constexpr double firstBeatDelay = 0.1;
 constexpr unsigned char drumPress = 0x99;
 constexpr unsigned char highWoodBlock = 76;
 constexpr unsigned char lowWoodBlock = 77;
@@ -44,7 +43,7 @@ void Metronome::start(int tempo, int beats, double now)
     if (running_)
         change(tempo, beats, parts_, now);
     else
-        start(tempo, beats, now, now + firstBeatDelay);
+        start(tempo, beats, now, now + soon);
 }
 
 void Metronome::divide(int parts, double now)

@@ -14,6 +14,7 @@ public:
     static constexpr int slowest = 30; ///< beats a minute
     static constexpr int fastest = 300;
     static constexpr int mostParts = 4; ///< of a beat
+    static constexpr double soon = 0.1; ///< seconds until the first beat
 
     Metronome(Wire &wire, Instrument &instrument, const AudioClock &clock);
 

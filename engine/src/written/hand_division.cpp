@@ -1,12 +1,13 @@
 #include "written/hand_division.h"
 
+#include "written/two_hands.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
-#include <limits>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -83,108 +84,6 @@ std::pair<int, int> lowestAndHighest(const Lines &lines)
     return {low->first, high->first};
 }
 
-/// Two hands that share what one track has: for each moment it finds how many of the lowest notes
-/// are the left hand's. Each way through is judged by what the hands would have to reach and how
-/// far they would move, and the cheapest one is taken (Viterbi).
-class TwoHands {
-public:
-    /// `notes` in the order of time; the result is their hands.
-    static std::vector<Hands> divide(const std::vector<const Note *> &notes)
-    {
-        TwoHands hands;
-        std::vector<Chord> chords;
-        for (std::size_t i = 0; i < notes.size(); ++i) {
-            if (chords.empty() || notes[i]->at - chords.back().at > writtenTogether
-                || chords.back().notes.size() == mostTogether)
-                chords.push_back({notes[i]->at, {}});
-            chords.back().notes.emplace_back(notes[i]->pitch, i);
-        }
-        for (Chord &chord : chords) {
-            std::ranges::sort(chord.notes);
-            hands.take(chord);
-        }
-        return hands.best(chords, notes.size());
-    }
-
-private:
-    static constexpr std::size_t mostTogether = 20;
-
-    struct Chord {
-        double at;
-        std::vector<std::pair<int, std::size_t>> notes; ///< pitch, and place among all
-    };
-
-    /// The best way that gives so many of a chord's notes to the left hand.
-    struct Way {
-        double cost = 0;
-        double left = 48; ///< where the hands lie
-        double right = 67;
-        std::uint8_t before = 0;
-    };
-
-    static double reach(int low, int high, std::size_t count)
-    {
-        const int span = high - low;
-        return (span > octave ? 2.0 * (span - octave) : 0.0)
-            + (count > 5 ? 6.0 * static_cast<double>(count - 5) : 0.0);
-    }
-
-    void take(const Chord &chord)
-    {
-        const auto &notes = chord.notes;
-        std::vector<Way> now(notes.size() + 1);
-        for (std::size_t split = 0; split <= notes.size(); ++split) {
-            double held = 0;
-            if (split > 0)
-                held += reach(notes[0].first, notes[split - 1].first, split);
-            if (split < notes.size())
-                held += reach(notes[split].first, notes.back().first, notes.size() - split);
-            const double left = split > 0 ? middle(notes[0].first, notes[split - 1].first) : 0;
-            const double right =
-                split < notes.size() ? middle(notes[split].first, notes.back().first) : 0;
-            now[split].cost = std::numeric_limits<double>::infinity();
-            for (std::size_t i = 0; i < ways_.size(); ++i) {
-                const Way &way = ways_[i];
-                Way next{way.cost + held, split > 0 ? left : way.left,
-                    split < notes.size() ? right : way.right, static_cast<std::uint8_t>(i)};
-                next.cost += move(way.left, next.left) + move(way.right, next.right);
-                // The right hand lies above the left one, each on its side of the middle.
-                next.cost += next.left >= next.right ? 4 : 0;
-                next.cost +=
-                    0.02 * (std::max(0.0, next.left - 60) + std::max(0.0, 60 - next.right));
-                if (next.cost < now[split].cost)
-                    now[split] = next;
-            }
-        }
-        ways_ = std::move(now);
-        std::vector<std::uint8_t> from(ways_.size());
-        std::ranges::transform(ways_, from.begin(), &Way::before);
-        before_.push_back(std::move(from));
-    }
-
-    static double middle(int low, int high) { return (low + high) / 2.0; }
-    static double move(double from, double to)
-    {
-        const double far = std::abs(to - from);
-        return 0.15 * far + (far > octave ? 0.3 * (far - octave) : 0);
-    }
-
-    [[nodiscard]] std::vector<Hands> best(const std::vector<Chord> &chords, std::size_t count) const
-    {
-        std::vector<Hands> hands(count, Hands::Right);
-        auto way = static_cast<std::size_t>(
-            std::ranges::min_element(ways_, {}, &Way::cost) - ways_.begin());
-        for (std::size_t i = chords.size(); i-- > 0; way = before_[i][way]) {
-            for (std::size_t note = 0; note < way; ++note)
-                hands[chords[i].notes[note].second] = Hands::Left;
-        }
-        return hands;
-    }
-
-    std::vector<Way> ways_{Way{}}; ///< by how many notes of the last chord are the left hand's
-    std::vector<std::vector<std::uint8_t>> before_; ///< where each way of each chord comes from
-};
-
 /// One line of single notes that one hand can play.
 bool single(const std::vector<const Note *> &notes)
 {
@@ -202,52 +101,173 @@ bool single(const std::vector<const Note *> &notes)
     return leaps * 8 <= notes.size();
 }
 
+/// What is known of whose hand plays what, and what else it may be.
+struct Reading {
+    std::vector<Hands> hands;
+    std::optional<HandsInDoubt> doubt{};
+};
+
+class Reader {
+public:
+    explicit Reader(const Piece &piece)
+        : piece_(piece)
+        , lines_(linesOf(piece))
+    {
+    }
+
+    [[nodiscard]] Reading read()
+    {
+        if (piece_.marks.size() == piece_.notes.size()) {
+            Reading known{std::vector(piece_.notes.size(), Hands::Both)};
+            std::ranges::transform(piece_.marks, known.hands.begin(), &NoteMark::hand);
+            return known;
+        }
+        if (std::ranges::any_of(
+                lines_, [](const auto &line) { return line.second.named != Hands::Both; }))
+            return {byTrack([this](int track) { return lines_[track].named; })};
+        if (std::ranges::any_of(lines_, [](const auto &line) { return line.second.keyboard; }))
+            std::erase_if(lines_, [](const auto &line) { return !line.second.keyboard; });
+        if (lines_.size() == 2 || lines_.size() > mostStaves)
+            return byTracks();
+        return byReach();
+    }
+
+private:
+    static constexpr std::size_t mostStaves = 4; ///< that one player reads
+
+    [[nodiscard]] std::vector<Hands> byTrack(auto handOfTrack) const
+    {
+        std::vector<Hands> hands(piece_.notes.size(), Hands::Both);
+        for (std::size_t i = 0; i < piece_.notes.size(); ++i) {
+            if (piece_.notes[i].channel != drumChannel)
+                hands[i] = handOfTrack(piece_.notes[i].track);
+        }
+        return hands;
+    }
+
+    /// The lowest and the highest track; which one that is says little where both lie alike, and
+    /// nobody knows whether an ensemble's outer parts are what a pianist would play.
+    [[nodiscard]] Reading byTracks()
+    {
+        constexpr double alike = 4; ///< semitones between tracks of which neither is the lower
+        const auto [low, high] = lowestAndHighest(lines_);
+        const auto of = [&](int right, int left) {
+            return byTrack([=](int track) {
+                return track == right ? Hands::Right : track == left ? Hands::Left : Hands::Both;
+            });
+        };
+        Reading reading{of(high, low)};
+        if (lines_.size() > mostStaves)
+            reading.doubt = {byReach().hands, "the highest part and the lowest one",
+                "all parts together, as two hands can reach them"};
+        else if (lines_[high].mean() - lines_[low].mean() < alike)
+            reading.doubt = {of(low, high), "the higher part is for the right hand",
+                "the higher part is for the left hand"};
+        return reading;
+    }
+
+    [[nodiscard]] Reading byReach()
+    {
+        Reading reading{std::vector(piece_.notes.size(), Hands::Both)};
+        std::vector<const Note *> notes;
+        std::vector<std::size_t> places;
+        for (std::size_t i = 0; i < piece_.notes.size(); ++i) {
+            if (lines_.contains(piece_.notes[i].track) && piece_.notes[i].channel != drumChannel) {
+                notes.push_back(&piece_.notes[i]);
+                places.push_back(i);
+            }
+        }
+        if (notes.empty())
+            return reading;
+        const auto spread = [&](const std::vector<Hands> &divided) {
+            std::vector<Hands> hands = reading.hands;
+            for (std::size_t i = 0; i < places.size(); ++i)
+                hands[places[i]] = divided[i];
+            return hands;
+        };
+        if (!single(notes)) {
+            const Division division = divideBetweenHands(notes);
+            auto doubt = doubtIn(division);
+            if (doubt)
+                doubt->second = spread(doubt->second);
+            reading.hands = spread(division.hands);
+            reading.doubt = std::move(doubt);
+            return reading;
+        }
+        constexpr double either = 5; ///< semitones around the border where it may be either's
+        const double mean = lines_.begin()->second.mean();
+        const auto all = [&](Hands hand) { return spread(std::vector(notes.size(), hand)); };
+        const bool low = mean < bass;
+        reading.hands = all(low ? Hands::Left : Hands::Right);
+        if (std::abs(mean - bass) < either)
+            reading.doubt = {all(low ? Hands::Right : Hands::Left),
+                low ? "for the left hand" : "for the right hand",
+                low ? "for the right hand" : "for the left hand"};
+        // One line over more keys than lie under a hand may be broken chords of both.
+        const auto [bottom, top] =
+            std::ranges::minmax_element(notes, {}, [](const Note *note) { return note->pitch; });
+        if (!reading.doubt && (*top)->pitch - (*bottom)->pitch > octave * 2)
+            reading.doubt = {spread(divideBetweenHands(notes).hands), "all for one hand",
+                "shared between the hands"};
+        return reading;
+    }
+
+    /// What lies between the hands, and costs either of them about as much, may be either's: the
+    /// other reading has it all in the hand that has less of it now.
+    static std::optional<HandsInDoubt> doubtIn(const Division &division)
+    {
+        constexpr double hardlyMore = 2; ///< in what hands reach and move
+        constexpr double enough = 0.16; ///< of the notes
+        constexpr std::size_t few = 6;
+        std::size_t doubtful = 0;
+        std::size_t left = 0;
+        for (std::size_t i = 0; i < division.hands.size(); ++i) {
+            const bool doubt = division.margins[i] < hardlyMore;
+            doubtful += doubt;
+            left += doubt && division.hands[i] == Hands::Left;
+        }
+        if (doubtful < few
+            || static_cast<double>(doubtful) < enough * static_cast<double>(division.hands.size()))
+            return {};
+        const Hands other = left * 2 > doubtful ? Hands::Right : Hands::Left;
+        HandsInDoubt doubt{division.hands, "what lies between the hands is mostly for the left one",
+            "it is for the right one"};
+        if (other == Hands::Left)
+            std::swap(doubt.firstIs, doubt.secondIs);
+        for (std::size_t i = 0; i < division.hands.size(); ++i) {
+            if (division.margins[i] < hardlyMore)
+                doubt.second[i] = other;
+        }
+        return doubt;
+    }
+
+    const Piece &piece_;
+    Lines lines_;
+};
+
 } // namespace
 
 std::vector<Hands> handsOf(const Piece &piece)
 {
-    std::vector<Hands> hands(piece.notes.size(), Hands::Both);
-    if (piece.marks.size() == piece.notes.size()) {
-        std::ranges::transform(piece.marks, hands.begin(), &NoteMark::hand);
-        return hands;
+    return Reader(piece).read().hands;
+}
+
+std::optional<HandsInDoubt> handsInDoubt(const Piece &piece)
+{
+    return Reader(piece).read().doubt;
+}
+
+Piece withReading(const Piece &piece, int reading)
+{
+    Piece read = piece;
+    auto [hands, doubt] = Reader(piece).read();
+    if (doubt && reading == 2)
+        hands = std::move(doubt->second);
+    if (read.marks.empty() && doubt) {
+        for (const Hands hand : hands)
+            read.marks.push_back({hand});
     }
-    const auto each = [&](auto handOfTrack) {
-        for (std::size_t i = 0; i < piece.notes.size(); ++i) {
-            if (piece.notes[i].channel != drumChannel)
-                hands[i] = handOfTrack(piece.notes[i].track);
-        }
-        return hands;
-    };
-    Lines lines = linesOf(piece);
-    if (std::ranges::any_of(
-            lines, [](const auto &line) { return line.second.named != Hands::Both; }))
-        return each([&](int track) { return lines[track].named; });
-    if (std::ranges::any_of(lines, [](const auto &line) { return line.second.keyboard; }))
-        std::erase_if(lines, [](const auto &line) { return !line.second.keyboard; });
-    constexpr std::size_t mostStaves = 4; ///< that one player reads
-    if (lines.size() == 2 || lines.size() > mostStaves) {
-        const auto [low, high] = lowestAndHighest(lines);
-        return each([left = low, right = high](int track) {
-            return track == right ? Hands::Right : track == left ? Hands::Left : Hands::Both;
-        });
-    }
-    std::vector<const Note *> notes;
-    std::vector<std::size_t> places;
-    for (std::size_t i = 0; i < piece.notes.size(); ++i) {
-        if (lines.contains(piece.notes[i].track) && piece.notes[i].channel != drumChannel) {
-            notes.push_back(&piece.notes[i]);
-            places.push_back(i);
-        }
-    }
-    if (notes.empty())
-        return hands;
-    const bool low = lines.begin()->second.mean() < bass;
-    const std::vector<Hands> divided = single(notes)
-        ? std::vector(notes.size(), low ? Hands::Left : Hands::Right)
-        : TwoHands::divide(notes);
-    for (std::size_t i = 0; i < places.size(); ++i)
-        hands[places[i]] = divided[i];
-    return hands;
+    return read;
 }
 
 } // namespace kelo::engine

@@ -2,6 +2,7 @@
 
 #include "music/written.h"
 
+#include <cstddef>
 #include <vector>
 
 namespace kelo::engine {
@@ -14,8 +15,13 @@ struct Stretch {
     friend bool operator==(const Stretch &, const Stretch &) = default;
 };
 
-/// A piece in phrases that a listener would hear: they end with rests, long notes, slurs and
-/// repeats, have half a bar to eight bars, and cover the whole piece.
-[[nodiscard]] std::vector<Stretch> phrasesOf(const WrittenPiece &piece);
+/// What a phrase may have at most, of moments at which something begins.
+inline constexpr std::size_t mostOfPhrase = 200;
+
+/// A piece in phrases that a listener would hear: they end with cadences, rests, long notes, slurs
+/// and repeats, have half a bar to eight bars, and cover the whole piece. Where `most` asks for
+/// shorter ones, a longer phrase is divided where that hurts least.
+[[nodiscard]] std::vector<Stretch> phrasesOf(
+    const WrittenPiece &piece, std::size_t most = mostOfPhrase);
 
 } // namespace kelo::engine
