@@ -19,7 +19,9 @@ Scroller {
     // Room for the longest line of a caption, wrapped: words leave some of a line empty.
     readonly property int letter: link.large ? 36 : 24
     readonly property int lettersALine: Math.max(1, (width - 2 * sideInset) / (0.602 * letter) - 1)
-    readonly property real captionHeight: Math.max(44, Math.ceil(86 / lettersALine) * letter * 1.17 + 4)
+    // Where that is more than shows at once, large letters become smaller.
+    readonly property real captionHeight: Math.max(44, Math.min(height - 2 * inset,
+        Math.ceil(86 / lettersALine) * letter * 1.17 + 4))
 
     // The ring stands above the conversation, or where it would leave that too low beside the keys.
     readonly property bool ringAtKeys: !stacked && core !== null && height - captionHeight < 640

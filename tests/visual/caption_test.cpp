@@ -35,6 +35,13 @@ private Q_SLOTS:
         QTEST(captionColour(ahead, contrast).toQColor().toRgb(), "colour");
     }
 
+    void largeLettersGiveWayToWholeLines()
+    {
+        for (const auto &[width, height, size] : {std::tuple{900.0, 127.0, 36.0},
+                 {900.0, 126.0, 34.0}, {324.0, 228.0, 32.0}, {324.0, 40.0, 24.0}})
+            QCOMPARE(captionSize(36, {width, height}), size);
+    }
+
     void cellsCoverThePictureOnce_data()
     {
         const Table<QString, double> row{"text", "width"};

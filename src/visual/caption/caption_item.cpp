@@ -88,7 +88,7 @@ void CaptionItem::advance(Link &link, double now)
     const QFont oldFont = font_;
     scene_.update(link, now);
     contrast_ = link.contrast;
-    font_ = mono(link.large ? largeSize : normalSize, QFont::Medium);
+    font_ = mono(captionSize(link.large ? largeSize : normalSize, size()), QFont::Medium);
     if (text() != oldText || font_ != oldFont)
         Q_EMIT lineChanged();
     if (isShown() != wasShown)

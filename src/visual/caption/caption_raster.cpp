@@ -12,6 +12,12 @@ namespace kelo {
 
 namespace {
 
+constexpr double usualSize = 24; // points
+constexpr double sizeStep = 2;
+constexpr double longestLine = 86; // letters
+constexpr double letterWidth = 0.602; // of the size
+constexpr double lineHeight = 1.17; // likewise
+
 constexpr double glowRadius = 9; // points
 constexpr double glowMargin = 14; // beyond that not one step of the light is left
 
@@ -121,6 +127,17 @@ void blur(QImage &grey, double radius)
 }
 
 } // namespace
+
+double captionSize(double wanted, QSizeF room)
+{
+    const auto fits = [room](double size) {
+        const double letters = room.width() / (letterWidth * size) - 1; // words leave some empty
+        return std::ceil(longestLine / std::max(letters, 1.0)) * lineHeight * size <= room.height();
+    };
+    while (wanted > usualSize && !fits(wanted))
+        wanted = std::max(wanted - sizeStep, usualSize);
+    return wanted;
+}
 
 CaptionRaster rasterise(const QString &text, const QFont &font, double width, double pixels)
 {

@@ -32,6 +32,10 @@ struct CaptionRaster {
     std::vector<Word> words; ///< in their order
 };
 
+/// The size of letters, in points, in which even the longest line of a caption fits into `room`:
+/// `wanted`, or as much less as it takes, but never less than captions have usually.
+[[nodiscard]] double captionSize(double wanted, QSizeF room);
+
 /// Lays `text` out centred in `width` points, wrapped between words, and draws it and its blurred
 /// light at `pixels` pixels a point.
 [[nodiscard]] CaptionRaster rasterise(
