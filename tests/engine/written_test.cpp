@@ -1,3 +1,4 @@
+#include "braille/braille_page.h"
 #include "composing/composer.h"
 #include "composing/music_xml.h"
 #include "reading/description.h"
@@ -282,7 +283,7 @@ private Q_SLOTS:
             sums.last() = qChecksum(QByteArray::number(sums.last()) + everythingIn(*written)
                 + everythingOf(performed(written, Repeats::Played))
                 + everythingOf(performed(written, Repeats::Skipped))
-                + everythingTold(written, chance));
+                + everythingTold(written, chance) + brfOf(*written).c_str());
         }
         QCOMPARE(unlikeKept(u"scores"_s, sums), QString());
     }
