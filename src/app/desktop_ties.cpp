@@ -11,16 +11,24 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <cmath>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
 namespace kelo {
 
-bool keepsAwake(const QString &mode, bool rolling, bool paused)
+double awakeFor(const Doings &doings, double now)
 {
     constexpr std::array practice{
         QStringView(u"teach"), QStringView(u"jazz"), QStringView(u"compose")};
-    return (rolling && !paused) || std::ranges::find(practice, mode) != practice.end();
+    constexpr double patience = 10 * 60;
+    if (doings.rolling && !doings.paused)
+        return std::numeric_limits<double>::infinity();
+    if (std::ranges::find(practice, doings.mode) == practice.end())
+        return 0;
+    return std::max(0.0, doings.lastSign + patience - now);
 }
 
 DesktopTies::DesktopTies(const Parts &parts, QObject *parent)
@@ -31,12 +39,16 @@ DesktopTies::DesktopTies(const Parts &parts, QObject *parent)
     new DesktopSettings([this](const DesktopWishes &wishes) { follow(wishes); }, this);
 
     const Link *link = parts.link;
-    const auto lookAtWork = [this, link] {
-        sleepGuard_.keepAwake(keepsAwake(link->mode, link->rolling, link->paused));
+    const auto signOfUser = [this, link] {
+        lastWord_ = link->uptime();
+        lookAtWork();
     };
-    connect(link, &Link::modeChanged, this, lookAtWork);
-    connect(link, &Link::rollingChanged, this, lookAtWork);
-    connect(link, &Link::pausedChanged, this, lookAtWork);
+    for (const auto sign :
+        {&Link::modeChanged, &Link::rollingChanged, &Link::pausedChanged, &Link::heardChanged})
+        connect(link, sign, this, signOfUser);
+    connect(link, &Link::keysChanged, this, &DesktopTies::lookAtWork);
+    lookAgain_.setSingleShot(true);
+    connect(&lookAgain_, &QTimer::timeout, this, &DesktopTies::lookAtWork);
 
     connect(link, &Link::speakingChanged, this, &DesktopTies::tellOfSize);
     connect(&keys_, &GlobalKeys::listenPressed, this, &DesktopTies::listenNow);
@@ -54,6 +66,20 @@ void DesktopTies::follow(const DesktopWishes &wishes) const
     // Not kept: it goes on following the desktop until the user switches it here.
     if (!parts_.settings->contains(u"contrast"_s) && parts_.link->contrast != wishes.contrast)
         parts_.link->followContrast(wishes.contrast);
+}
+
+void DesktopTies::lookAtWork()
+{
+    const Link &link = *parts_.link;
+    const double lastKey = link.ripples.isEmpty() ? 0 : link.ripples.constLast().at;
+    const double now = link.uptime();
+    const double awake =
+        awakeFor({link.mode, link.rolling, link.paused, std::max(lastWord_, lastKey)}, now);
+    sleepGuard_.keepAwake(awake > 0);
+    if (awake > 0 && std::isfinite(awake))
+        lookAgain_.start(std::chrono::seconds(static_cast<qint64>(std::ceil(awake))));
+    else
+        lookAgain_.stop();
 }
 
 void DesktopTies::windowClosed()

@@ -5,6 +5,7 @@
 #include "app/desktop/sleep_guard.h"
 
 #include <QObject>
+#include <QTimer>
 
 class QSettings;
 
@@ -16,8 +17,17 @@ class Link;
 class LoginItem;
 class VoiceControl;
 
-/// Whether somebody is at it who may touch neither keyboard nor mouse for a long time.
-[[nodiscard]] bool keepsAwake(const QString &mode, bool rolling, bool paused);
+/// What goes on that somebody may be at who touches neither keyboard nor mouse.
+struct Doings {
+    QString mode;
+    bool rolling = false;
+    bool paused = false;
+    double lastSign = 0; ///< seconds of uptime: the user pressed a key of the piano, or was heard
+};
+
+/// For how many seconds from `now` on, in seconds of uptime, the screen is not to go dark. A lesson
+/// that was left open does not keep it lit for ever; infinite where the end comes by itself.
+[[nodiscard]] double awakeFor(const Doings &doings, double now);
 
 /// What Kelo and the user's desktop are to each other while it runs: the display follows the
 /// desktop's wishes, the desktop stays awake for a lesson, gives Kelo keys, and shows where it is
@@ -47,6 +57,7 @@ Q_SIGNALS:
 
 private:
     void follow(const DesktopWishes &wishes) const;
+    void lookAtWork();
     void listenNow() const;
     void tellOfSize();
     void speak(const QString &text) const;
@@ -55,6 +66,8 @@ private:
     GlobalKeys keys_;
     Notifier notifier_;
     SleepGuard sleepGuard_;
+    QTimer lookAgain_;
+    double lastWord_ = 0; ///< seconds of uptime: the user was heard, or changed what goes on
 };
 
 } // namespace kelo

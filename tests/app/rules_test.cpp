@@ -96,8 +96,13 @@ private Q_SLOTS:
 
     void staysAwakeForWhoPlays()
     {
-        QVERIFY(keepsAwake(u"teach"_s, false, false) && keepsAwake(u"idle"_s, true, false));
-        QVERIFY(!keepsAwake(u"idle"_s, true, true) && !keepsAwake(u"menu"_s, false, false));
+        const double always = std::numeric_limits<double>::infinity();
+        checkRows<Doings, double>([](const Doings &each) { return awakeFor(each, 1000); },
+            {{"a lesson", {.mode = u"teach"_s, .lastSign = 990}, 590},
+                {"left open", {.mode = u"jazz"_s, .lastSign = 300}, 0},
+                {"a piece", {.mode = u"idle"_s, .rolling = true}, always},
+                {"paused", {.mode = u"idle"_s, .rolling = true, .paused = true}, 0},
+                {"a menu", {.mode = u"menu"_s, .lastSign = 990}, 0}});
     }
 
     void opensNoWindowAtLogin()
