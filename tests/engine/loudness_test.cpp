@@ -102,7 +102,7 @@ private Q_SLOTS:
             kelo::test::writeFile(folder.filePath(QString::fromUtf8(name)), QByteArray(size, 'x'));
         };
         write("TimGM6mb.sf2", 900);
-        write("my_own-piano.SF2", 5); // by another name
+        write("my_own-piano.SF2", 5); // as some systems name it
         write("small one.sf3", 10);
         write("large_one.sf2", 100);
         write("MuseScore_General.sf3", 1);
@@ -114,8 +114,8 @@ private Q_SLOTS:
         for (const Soundfont &found : findSoundfonts(std::array{path, path, path / "nowhere"}))
             names << QString::fromStdString(found.name);
         QCOMPARE(names,
-            QStringList(
-                {u"MuseScore General"_s, u"Fluid"_s, u"large one"_s, u"small one"_s, u"Tim"_s}));
+            QStringList({u"MuseScore General"_s, u"Fluid"_s, u"large one"_s, u"small one"_s,
+                u"my own piano"_s, u"Tim"_s}));
     }
 
     void otherInstrumentsGoOnWithWhatWasSet()

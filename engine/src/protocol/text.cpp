@@ -1,5 +1,7 @@
 #include "protocol/text.h"
 
+#include <algorithm>
+
 namespace kelo::engine {
 
 namespace {
@@ -51,6 +53,13 @@ std::string oneLine(std::string_view text, std::size_t most)
     if (first == std::string::npos)
         return {};
     return line.substr(first, line.find_last_not_of(' ') - first + 1);
+}
+
+std::string lowered(std::string text)
+{
+    std::ranges::transform(text, text.begin(),
+        [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return text;
 }
 
 std::vector<int> utf16Offsets(std::string_view text)

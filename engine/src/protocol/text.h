@@ -13,6 +13,9 @@ inline constexpr std::size_t longestText = 4000;
 /// spaces, the ends are trimmed and what exceeds `most` bytes is cut off at a whole character.
 [[nodiscard]] std::string oneLine(std::string_view text, std::size_t most = longestText);
 
+/// `text` with the letters A to Z small.
+[[nodiscard]] std::string lowered(std::string text);
+
 /// The offset in UTF-16 code units of every character of `text` (valid UTF-8), and of its end:
 /// one entry more than there are characters.
 [[nodiscard]] std::vector<int> utf16Offsets(std::string_view text);

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cstdint>
 #include <fstream>
 #include <iterator>
@@ -23,13 +22,6 @@ namespace {
 
 constexpr std::uintmax_t largestMidiFile = 8 << 20;
 constexpr std::array<std::string_view, 4> kinds{".mid", ".midi", ".musicxml", ".mxl"};
-
-std::string lowered(std::string text)
-{
-    std::ranges::transform(
-        text, text.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
-}
 
 bool isMusic(const std::filesystem::path &file)
 {

@@ -1,5 +1,7 @@
 #include "sound/soundfonts.h"
 
+#include "protocol/text.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -60,7 +62,7 @@ std::vector<Soundfont> findSoundfonts(std::span<const fs::path> folders)
         std::error_code error;
         for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
              entry.increment(error)) {
-            const std::string kind = entry->path().extension().string();
+            const std::string kind = lowered(entry->path().extension().string());
             std::error_code unreadable;
             const fs::path file = fs::canonical(entry->path(), unreadable);
             const std::uintmax_t size = unreadable ? 0 : fs::file_size(file, unreadable);

@@ -1,5 +1,6 @@
 #include "written/hand_division.h"
 
+#include "protocol/text.h"
 #include "written/two_hands.h"
 
 #include <algorithm>
@@ -21,13 +22,6 @@ constexpr int lastKeyboardProgram = 7; ///< pianos and their kin in General MIDI
 constexpr double writtenTogether = 0.04; ///< seconds within which the keys of a chord are written
 constexpr int octave = 12;
 constexpr double bass = 50; ///< a single line below it is the left hand's
-
-std::string lowered(std::string text)
-{
-    std::ranges::transform(text, text.begin(),
-        [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    return text;
-}
 
 /// The hand that a track is named after; Both for none.
 Hands handNamed(const std::string &name)

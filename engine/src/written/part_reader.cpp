@@ -46,9 +46,7 @@ std::string shortText(const char *text)
 
 double tempoOf(std::string_view words)
 {
-    std::string first(words.substr(0, words.find_first_of(" ,.")));
-    std::ranges::transform(first, first.begin(),
-        [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    const std::string first = lowered(std::string(words.substr(0, words.find_first_of(" ,."))));
     return named(first, tempoWords).value_or(0);
 }
 
