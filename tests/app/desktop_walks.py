@@ -176,7 +176,10 @@ def sandbox(start):
         press("F10")
         until(lambda: len(shown_windows("--class", "kelo")) == 2, "the window's menu")
         press("Up", "Up", "Up", "Return")
+        (asked,) = host.wait_for("CreateSession")
+        assert asked["session_handle_token"] == "kelo", asked  # the same at every start
         keys, *_ = host.wait_for("BindShortcuts", session)
+        assert asked["shortcuts"] == keys, asked
         assert [key for key, about in keys if about["preferred_trigger"]] == ["listen", "show"], keys
         until(lambda: "everywhere. Listen: Control K. Show: Control K." in program.input(), "the keys")
 

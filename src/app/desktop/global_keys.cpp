@@ -19,8 +19,12 @@ namespace {
 
 const QString name = u"GlobalShortcuts"_s;
 const QString wantedKey = u"globalKeys"_s;
+const QString shortcuts = u"shortcuts"_s;
 const QString listen = u"listen"_s;
 const QString show = u"show"_s;
+// The same at every start: a desktop that is not told which program asks keeps the user's choice
+// under this name.
+const QString sessionToken = u"kelo"_s;
 
 struct Shortcut {
     QString id;
@@ -43,12 +47,25 @@ const QDBusArgument &operator>>(const QDBusArgument &from, Shortcut &shortcut)
     return from;
 }
 
+QList<Shortcut> wanted()
+{
+    const auto about = [](const QString &description, const QString &trigger) {
+        return QVariantMap{{u"description"_s, description}, {u"preferred_trigger"_s, trigger}};
+    };
+    return {{listen, about(GlobalKeys::tr("Listen now"), u"CTRL+ALT+k"_s)},
+        {show, about(GlobalKeys::tr("Show Kelo"), u"CTRL+ALT+SHIFT+k"_s)}};
+}
+
+QList<Shortcut> given(const QVariantMap &results)
+{
+    return qdbus_cast<QList<Shortcut>>(results.value(shortcuts));
+}
+
 /// What the desktop says the keys are.
 QStringList triggers(const QVariantMap &results)
 {
     QStringList found;
-    const auto given = qdbus_cast<QList<Shortcut>>(results.value(u"shortcuts"_s));
-    for (const Shortcut &each : given) {
+    for (const Shortcut &each : given(results)) {
         const QString trigger = each.about.value(u"trigger_description"_s).toString();
         if (!trigger.isEmpty())
             found += each.about.value(u"description"_s).toString() + u": "_s + trigger;
@@ -91,26 +108,22 @@ void GlobalKeys::want()
 
 void GlobalKeys::openSession()
 {
-    const QString token = portal::newToken();
+    // Plasma 5 takes the shortcuts from here alone, and says at once which keys they have. To bind
+    // them shows its settings each time, which nobody wants at every start.
     portal::Request::send(portal::call(name, u"CreateSession"_s, {}),
-        {{u"session_handle_token"_s, token}}, this,
-        [this](bool granted, const QVariantMap &results) {
+        {{u"session_handle_token"_s, sessionToken}, {shortcuts, QVariant::fromValue(wanted())}},
+        this, [this](bool granted, const QVariantMap &results) {
             session_ = granted ? results.value(u"session_handle"_s).toString() : QString();
-            if (granted)
+            if (granted && (asked_ || given(results).isEmpty()))
                 bind();
         });
 }
 
 void GlobalKeys::bind()
 {
-    const QList<Shortcut> wanted{
-        {listen, {{u"description"_s, tr("Listen now")}, {u"preferred_trigger"_s, u"CTRL+ALT+k"_s}}},
-        {show,
-            {{u"description"_s, tr("Show Kelo")}, {u"preferred_trigger"_s, u"CTRL+ALT+SHIFT+k"_s}}},
-    };
     portal::Request::send(portal::call(name, u"BindShortcuts"_s,
                               {QVariant::fromValue(QDBusObjectPath(session_)),
-                                  QVariant::fromValue(wanted), QString()}),
+                                  QVariant::fromValue(wanted()), QString()}),
         {}, this, [this](bool granted, const QVariantMap &results) {
             if (!granted)
                 settings_.setValue(wantedKey, false);
