@@ -75,6 +75,7 @@ int main(int argc, char *argv[])
 {
     const int lines = claimStandardOutput();
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN); // a write beyond what the user may write fails, and no more
     std::signal(SIGCHLD, SIG_IGN);
     const int news = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
     bool open = true;

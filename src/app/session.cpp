@@ -93,6 +93,8 @@ bool prepareDisplay()
 
 void catchEndRequests()
 {
+    // A write beyond what the user may write fails, as on a full disk, and ends nothing.
+    std::signal(SIGXFSZ, SIG_IGN);
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, signalSockets.data()) != 0)
         return;
     struct sigaction action { };

@@ -5,6 +5,7 @@ It needs a bus and a screen of its own."""
 import functools
 import os
 import pathlib
+import resource
 import signal
 import socket
 import subprocess
@@ -275,7 +276,11 @@ def beginnings(start):
         ended = subprocess.run([start.program], env=blind | nobody, timeout=60,
                                capture_output=True, text=True)
         assert ended.returncode == 1 and all(name in ended.stderr for name in nobody), ended
-    with start(arguments=["--hidden"]) as program:
+    usual = resource.getrlimit(resource.RLIMIT_FSIZE)
+    resource.setrlimit(resource.RLIMIT_FSIZE, (8192, usual[1]))  # no room for shaders
+    program = start(arguments=["--hidden"])
+    resource.setrlimit(resource.RLIMIT_FSIZE, usual)
+    with program:
         assert not shown_windows()
         assert run(KELO_HOME=str(program.home / "data")).returncode == 0
         program.wait_for_window()  # the second start raised the first one's

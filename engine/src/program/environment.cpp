@@ -99,6 +99,7 @@ bool openWithDesktop(const std::filesystem::path &page)
     sigemptyset(&ignored);
     sigaddset(&ignored, SIGCHLD);
     sigaddset(&ignored, SIGPIPE);
+    sigaddset(&ignored, SIGXFSZ);
     posix_spawnattr_t usual{};
     posix_spawnattr_init(&usual);
     posix_spawnattr_setsigdefault(&usual, &ignored);
