@@ -36,19 +36,32 @@ bool play(Session &session, std::variant<Piece, ReadFault> read, const std::stri
 void playFile(Session &session, const std::filesystem::path &file, const Moment &now)
 {
     const std::string title = oneLine(file.stem().string());
+    readFile(
+        session, file, title,
+        [&session, title](std::variant<Piece, ReadFault> read, const Moment &then) {
+            return play(session, std::move(read), title, then);
+        },
+        now);
+}
+
+bool readFile(Session &session, const std::filesystem::path &file, const std::string &title,
+    WhenRead whenRead, const Moment &now)
+{
     auto loader = std::make_unique<PieceLoader>(file);
     if (auto read = loader->take(atOnce))
-        play(session, std::move(*read), title, now);
-    else
-        session.host.begin(
-            std::make_unique<LoadingActivity>(session, std::move(loader), title), now);
+        return whenRead(std::move(*read), now);
+    session.host.begin(
+        std::make_unique<LoadingActivity>(session, std::move(loader), title, std::move(whenRead)),
+        now);
+    return true;
 }
 
 LoadingActivity::LoadingActivity(
-    Session &shared, std::unique_ptr<PieceLoader> loader, std::string title)
+    Session &shared, std::unique_ptr<PieceLoader> loader, std::string title, WhenRead whenRead)
     : Activity(shared)
     , loader_(std::move(loader))
     , title_(std::move(title))
+    , whenRead_(std::move(whenRead))
 {
 }
 
@@ -64,7 +77,7 @@ void LoadingActivity::advance(const Moment &now)
         return;
     nextLook_ = now.uptime + lookEvery;
     if (auto read = loader_->take()) {
-        if (!play(session_, std::move(*read), title_, now))
+        if (!whenRead_(std::move(*read), now))
             begin<HomeActivity>(now);
     } else if (now.uptime >= nextWord_) {
         nextWord_ = now.uptime + wordEvery;

@@ -133,16 +133,7 @@ void ActivityRequests::noLesson(const Request &, const Moment &now)
 
 void ActivityRequests::album(const Request &, const Moment &now)
 {
-    refreshSongs(session_);
-    for (std::size_t song = session_.library.firstFile(); song < session_.library.size(); ++song) {
-        auto read = session_.library.load(song);
-        if (auto *piece = std::get_if<Piece>(&read)) {
-            begin<AlbumActivity>(
-                now, song, Heard{session_.library.names()[song].title, std::move(*piece)});
-            return;
-        }
-    }
-    session_.say("Your album is empty. S keeps what you play.", now);
+    playAlbum(session_, now);
 }
 
 void ActivityRequests::makeUp(const Request &request, const Moment &now)

@@ -25,6 +25,11 @@ public:
     [[nodiscard]] std::size_t size() const { return names_.size(); }
 
     [[nodiscard]] std::variant<Piece, ReadFault> load(std::size_t song) const;
+    /// Where a song lies that is a file.
+    [[nodiscard]] const std::filesystem::path &file(std::size_t song) const
+    {
+        return files_.at(song - firstFile());
+    }
 
     static constexpr std::size_t mostFiles = 500;
 
