@@ -10,11 +10,11 @@
 
 namespace kelo::engine {
 
-/// Reads a file of music on a thread of its own, so that a large one keeps nobody waiting.
+/// Reads a file of music, a large one on a thread of its own, so that it keeps nobody waiting.
 class PieceLoader {
 public:
     /// `progress` is told of it, and that it was given up.
-    explicit PieceLoader(std::filesystem::path file,
+    explicit PieceLoader(const std::filesystem::path &file,
         std::shared_ptr<MidiProgress> progress = std::make_shared<MidiProgress>());
 
     /// Gives up reading, which takes a moment.
