@@ -153,6 +153,11 @@ void Overlay::place()
     QRect frame(QPoint(), (panelSize * parts_.scale->factor()).boundedTo(area.size()));
     frame.moveCenter(area.center());
     frame.moveBottom(area.bottom() - gapBelow);
+    if (!x11::connection()) {
+        // Compositors that tile let a window of one size alone float above the others.
+        window_->setMinimumSize(frame.size());
+        window_->setMaximumSize(frame.size());
+    }
     window_->setScreen(QGuiApplication::primaryScreen());
     window_->setGeometry(frame);
 }
