@@ -155,6 +155,27 @@ private Q_SLOTS:
         QVERIFY(!desk.choose(2));
     }
 
+    void instrumentsDoWhatAPieceTellsThem()
+    {
+        const auto heard = [](ChannelMessage told) {
+            Rendered sound;
+            Piece piece;
+            piece.messages = {{0, {0xc0, 19, 0}}, {0, told}};
+            piece.notes = {{0.01, 0.9, 69, 100}};
+            sound.play(sound.mixer.music(), piece, 0.8);
+            int waves = 0; // from 0.4 seconds to the end
+            for (auto i = std::size_t(0.4 * sampleRate); i < sound.left.size(); ++i)
+                waves += sound.left[i - 1] < 0 && sound.left[i] >= 0 ? 1 : 0;
+            return std::pair(waves, sound.loudness());
+        };
+        const auto [waves, loudness] = heard({0xb0, 11, 127});
+        QVERIFY(std::abs(heard({0xe0, 127, 127}).first / double(waves) - 1.122) < 0.02);
+        QVERIFY(std::abs(heard({0xe0, 0, 32}).first / double(waves) - 0.944) < 0.02);
+        QVERIFY(heard({0xb0, 11, 40}).second < loudness - 6);
+        QVERIFY(heard({0x80, 69, 0}).second > loudness - 1); // not begun yet
+        QVERIFY(heard({0xc0, 0, 0}).first != waves);
+    }
+
     void theDeskKeepsWithinItsBounds()
     {
         Rendered sound(noSoundfont);
