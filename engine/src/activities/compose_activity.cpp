@@ -228,8 +228,10 @@ void ComposeActivity::save(const Request &, const Moment &now)
             now);
 }
 
-void ComposeActivity::newPiece(const Request &, const Moment &now)
+void ComposeActivity::newPiece(const Request &request, const Moment &now)
 {
+    if (request.metre)
+        metre_ = request.metre;
     phrase_.clear();
     variation_ = -1;
     session_.player.stop();
@@ -246,8 +248,6 @@ void ComposeActivity::nextPiece(const Request &request, const Moment &now)
         say("I couldn't save your piece, so I keep it here.", now);
         return;
     }
-    if (request.metre)
-        metre_ = request.metre;
     newPiece(request, now);
 }
 

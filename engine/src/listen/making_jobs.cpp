@@ -28,7 +28,7 @@ constexpr Job makingTable[] = {
     {Action::SavePiece, InCompose, "←", "Saves your piece as MIDI and as a score.",
         {{{"save piece|composition|score|midi ?my|it|file|as", "save my piece"}}}},
     {Action::NewPiece, InCompose, "⌫", "Starts over, without saving.",
-        {{{"new piece|tune", "new piece"}}}},
+        {{{"new piece|tune", "new piece"}}}, TakesMetre},
     {Action::ComposingIdea, InCompose, "T", "Teaches a composing idea on your own theme.",
         {{{"idea ?composing|learn|new|teach|another|next|give", "a composing idea"}}}},
     {Action::Lullaby, InIdle | InTalk | InCompose, "LULL", "Your piece as a lullaby.",
