@@ -66,6 +66,14 @@ BarRange allOf(const Piece &piece)
     return {piece.barNumbers.empty() ? 1 : piece.barNumbers.front(), std::max(1, last)};
 }
 
+/// Why some bars cannot be followed; empty where they can.
+std::string faultOf(const Piece &piece, BarRange bars, bool silent)
+{
+    if (!hasBar(piece, bars.first) || !hasBar(piece, bars.last))
+        return "The last bar is " + numberInWords(allOf(piece).last) + ".";
+    return silent ? "There is nothing to play there for these hands." : "";
+}
+
 } // namespace
 
 FollowActivity::FollowActivity(Session &shared, Heard what, const Request &request)
@@ -80,9 +88,9 @@ FollowActivity::FollowActivity(Session &shared, Heard what, const Request &reque
 {
 }
 
-bool FollowActivity::possible() const
+std::string FollowActivity::fault() const
 {
-    return !follower_.steps().empty() && hasBar(piece_, bars_.first);
+    return faultOf(piece_, bars_, follower_.steps().empty());
 }
 
 std::string FollowActivity::task() const
@@ -177,8 +185,8 @@ void FollowActivity::pauseOrCarryOn(const Moment &now)
 void FollowActivity::change(BarRange bars, Hands hands, const Moment &now)
 {
     auto steps = stepsFor(piece_, bars, hands);
-    if (steps.empty() || !hasBar(piece_, bars.first)) {
-        say("There is nothing to play there for these hands.", now);
+    if (const std::string fault = faultOf(piece_, bars, steps.empty()); !fault.empty()) {
+        say(fault, now);
         return;
     }
     bars_ = bars;

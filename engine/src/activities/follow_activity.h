@@ -16,8 +16,9 @@ public:
     /// `request` may say hands, bars and a tempo in percent.
     FollowActivity(Session &shared, Heard what, const Request &request);
 
-    /// These bars are there, and the hands have notes in them.
-    [[nodiscard]] bool possible() const;
+    /// Why it cannot be done: bars that are not there, or hands that have no notes in them. Empty
+    /// where it can.
+    [[nodiscard]] std::string fault() const;
 
     void enter(const Moment &now) override;
     void leave(const Moment &now) override;

@@ -88,7 +88,7 @@ const std::vector<Scene> &scenes()
         script.says("metronome in triplets", 2);
         script.says("teach me the ode to joy", 2);
         script.waitsForQuiet(0.3); // for the part that is played
-        melody({64, 64, 65, 67, 67, 65, 64, 62}, 0.45);
+        melody({64, 64, 65, 67, 67, 65, 64, 62, 60, 60, 62, 64, 64, 62, 62}, 0.45);
         script.says("play my album", 1.5);
         script.says("reaper control", 2);
         script.says("go home", 0.5);

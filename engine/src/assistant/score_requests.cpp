@@ -37,8 +37,8 @@ void ScoreRequests::follow(const Request &request, const Moment &now)
     if (!song || askForHands(session_, *song, request, now))
         return;
     auto next = std::make_unique<FollowActivity>(session_, std::move(*song), request);
-    if (!next->possible())
-        session_.say("There is nothing to play there for these hands.", now);
+    if (const std::string fault = next->fault(); !fault.empty())
+        session_.say(fault, now);
     else
         session_.host.begin(std::move(next), now);
 }

@@ -9,6 +9,7 @@ constexpr Job lessonsTable[] = {
         "Follows you: you play some bars with one hand, the other waits for you.",
         {{{"follow|accompany me ?bars|in|with|count|loop|percent|tempo|at|play", "follow me"},
             {"loop $bars ?count|in|me|percent|tempo|at|play", "loop bars five to eight"},
+            {"loop ?it|this|that|again", "loop it"},
             {"follow|accompany me @ ?in|with", "follow me in @"}}},
         TakesHands | TakesBars | TakesNumber},
     {Action::NoteNames, InLesson | InMenu | InEar | InScore, "N", "Says the notes of the part.",

@@ -59,10 +59,16 @@ public:
             if (isCourtesy(parts[i].text))
                 continue;
             all += isLabel[i] ? 0 : 1;
-            if (const auto at = find(parts[i].text, named)) {
+            const auto at = find(parts[i].text, named);
+            if (at)
                 named[*at] = true;
+            // What a title has twice need be said but once.
+            const auto here = parts.begin() + static_cast<std::ptrdiff_t>(i);
+            const bool again = std::any_of(parts.begin(), here, [&](const Word &part) {
+                return part.text == here->text && saidBefore(part.text, named);
+            });
+            if (at || again)
                 ++(isLabel[i] ? labels : said);
-            }
         }
         return said == 0 ? 0.0 : static_cast<double>(said) / all + labelWeight * labels;
     }
@@ -80,6 +86,15 @@ private:
                 return i;
         }
         return {};
+    }
+
+    [[nodiscard]] bool saidBefore(const std::string &part, const std::vector<bool> &named) const
+    {
+        for (std::size_t i = 0; i < words_.size(); ++i) {
+            if (named[i] && words_[i].text == part)
+                return true;
+        }
+        return false;
     }
 
     std::span<const Word> words_;
