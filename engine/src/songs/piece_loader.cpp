@@ -11,7 +11,7 @@ namespace kelo::engine {
 
 namespace {
 
-constexpr std::uintmax_t soonRead = 32 * 1024; // bytes
+constexpr std::uintmax_t soonRead = 32'768; // bytes
 
 /// A small file is read when it is wanted: to wait for a thread on a busy machine takes longer.
 std::launch howToRead(const std::filesystem::path &file)
