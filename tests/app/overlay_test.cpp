@@ -37,7 +37,7 @@ private Q_SLOTS:
         link_ = std::make_unique<LinkFixture>();
         voice_ = std::make_unique<VoiceControl>();
         delegate_ = std::make_unique<AppDelegate>(link_->link(), *voice_);
-        delegate_->launch({});
+        QVERIFY(delegate_->launch({}));
         QVERIFY(QTest::qWaitForWindowActive(delegate_->window(), 20'000));
     }
 
