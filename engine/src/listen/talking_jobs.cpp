@@ -112,7 +112,7 @@ constexpr Job displayTable[] = {
         {{{"microphone|mic $microphone ?in|use|with|listen|hear|take|try|switch|change|back|to",
               "next microphone"},
             {"microphone|mic use $microphone ?in", "use the usb microphone"},
-            {"microphone|mic change|switch", "change the microphone"}}}},
+            {"microphone|mic change|switch|use", "change the microphone"}}}},
     {Action::WhichMicrophone, InIdle | InTalk, "", "Which microphone I listen with.",
         {{{"microphone|mic which|what ?use|using|hear|listen|with", "which microphone"}}}},
     {Action::FullScreen, InIdle | InTalk, "", "Full screen, on or off.",
