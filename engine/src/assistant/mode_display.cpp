@@ -4,21 +4,26 @@
 
 #include <array>
 #include <cstdio>
+#include <utility>
 
 namespace kelo::engine {
 
 void ModeDisplay::show(const Activity &activity, bool talking)
 {
     const std::string_view mode = talking && activity.mode() == "idle" ? "talk" : activity.mode();
-    if (mode_ == mode)
-        return;
-    mode_ = mode;
-    session_.wire.send("mode", mode);
     std::string phrases;
     for (const std::string &phrase :
         vocabulary(activity.where() | (talking ? InTalk : 0U), session_.library.names()))
         phrases += (phrases.empty() ? "" : "|") + phrase;
-    session_.wire.send("vocab", phrases);
+    const bool another = mode_ != mode;
+    if (another) {
+        mode_ = mode;
+        session_.wire.send("mode", mode);
+    }
+    if (another || phrases_ != phrases) {
+        phrases_ = std::move(phrases);
+        session_.wire.send("vocab", phrases_);
+    }
 }
 
 void ModeDisplay::showTime(const Moment &now)

@@ -26,6 +26,7 @@ public:
 private:
     Session &session_;
     std::string mode_;
+    std::string phrases_; ///< of the last "@vocab"
     int minute_ = -1; ///< of the day
 };
 

@@ -51,7 +51,7 @@ bool WordInput::understands(std::span<const Word> words, bool allOfIt) const
     return (request && (request->whole || !allOfIt)) || chosen(words);
 }
 
-std::optional<Request> WordInput::chosen(std::span<const Word> words) const
+std::optional<OpenQuestion::Answer> WordInput::chosen(std::span<const Word> words) const
 {
     return question_ ? question_->chosen(words, session_.library.names()) : std::nullopt;
 }
@@ -87,18 +87,27 @@ void WordInput::obey(std::string_view text, const Moment &now)
         words.erase(words.begin());
     if (question_ && question_->expired(now.uptime))
         question_.reset();
-    const auto choice = chosen(words);
+    const auto answer = chosen(words);
     question_.reset();
-    if (choice) {
-        session_.host.perform(*choice, now);
+    if (answer && answer->request) {
+        undertake(*answer->request, now);
+        return;
+    }
+    if (answer) {
+        session_.say("Then say it again, please.", now);
+        answerExpected_ = true;
         return;
     }
     const auto request = understandKindly(words, session_.library.names());
     const bool leaves = request && std::ranges::find(leaving, request->action) != std::end(leaving);
-    if (request && (request->whole || !leaves || !current_->busy()) && !namesNoSong(*request))
+    const bool unknownSong = request && namesNoSong(*request);
+    if (request && (request->whole || !leaves || !current_->busy()) && !unknownSong)
         undertake(*request, now);
-    else if ((request && namesNoSong(*request))
-        || std::ranges::find(words, "play", &Word::text) != words.end())
+    else if (auto sounded = unknownSong
+            ? std::nullopt
+            : soundedRequest(words, current_->where(), session_.library.names()))
+        suppose(std::move(*sounded), now);
+    else if (unknownSong || std::ranges::find(words, "play", &Word::text) != words.end())
         session_.say("I don't know that song. Ask which songs there are, or press L.", now);
     else
         session_.say("I didn't understand that. Ask what you can say, or press H for help.", now);
@@ -119,6 +128,20 @@ void WordInput::undertake(const Request &request, const Moment &now)
     first.other.reset();
     session_.host.ask(
         names[*first.song].title + ", or " + names[*other.song].title + "?", first, other, now);
+}
+
+/// What it sounds like is done where that is certain, else asked about.
+void WordInput::suppose(Sounded meant, const Moment &now)
+{
+    if (meant.certain) {
+        undertake(meant.likeliest.request, now);
+        return;
+    }
+    session_.say("Did you mean: " + meant.likeliest.words
+            + (meant.other ? ", or: " + meant.other->words : "") + "?",
+        now);
+    question_.emplace(std::move(meant), now.uptime);
+    answerExpected_ = true;
 }
 
 void WordInput::ask(const Request &first, const Request &second, const Moment &now)

@@ -53,9 +53,10 @@ public:
 
 private:
     [[nodiscard]] bool understands(std::span<const Word> words, bool allOfIt) const;
-    [[nodiscard]] std::optional<Request> chosen(std::span<const Word> words) const;
+    [[nodiscard]] std::optional<OpenQuestion::Answer> chosen(std::span<const Word> words) const;
     void heard(const std::string &command, const Moment &now);
     void undertake(const Request &request, const Moment &now);
+    void suppose(Sounded meant, const Moment &now);
 
     Session &session_;
     const Settings &settings_;

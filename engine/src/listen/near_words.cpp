@@ -14,6 +14,10 @@ namespace kelo::engine {
 namespace {
 
 constexpr std::size_t certainSounds = 3; ///< shorter words sound like too many others
+/// From so many sounds on, one in ten may be another. Of shorter phrases, those that sounded nearly
+/// like one in 300 sentences, called and talked, none was meant.
+constexpr std::size_t manySounds = 11;
+constexpr double allowedPerSound = 0.1;
 constexpr std::size_t longestPhrase = 40; ///< words; nobody asks for anything at such length
 
 using Words = std::set<std::string, std::less<>>;
@@ -127,6 +131,24 @@ std::vector<Word> nearWords(std::span<const Word> words, std::span<const SongNam
         near.push_back(std::move(word));
     }
     return near;
+}
+
+std::string soundsOfWords(std::span<const Word> words)
+{
+    std::string sounds;
+    for (const Word &word : words.first(std::min(words.size(), longestPhrase)))
+        sounds += soundsOf(word.text);
+    return sounds;
+}
+
+bool soundTheSame(std::span<const Word> words, std::span<const Word> others)
+{
+    const std::string one = soundsOfWords(words);
+    const std::string other = soundsOfWords(others);
+    const std::size_t sounds = std::min(one.size(), other.size());
+    return one == other
+        || (sounds >= manySounds
+            && distanceOfSounds(one, other) <= allowedPerSound * static_cast<double>(sounds));
 }
 
 } // namespace kelo::engine

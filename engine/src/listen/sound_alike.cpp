@@ -98,8 +98,11 @@ std::string soundsOf(std::string_view word)
 
 double soundDistance(std::string_view word, std::string_view other)
 {
-    const std::string a = soundsOf(word);
-    const std::string b = soundsOf(other);
+    return distanceOfSounds(soundsOf(word), soundsOf(other));
+}
+
+double distanceOfSounds(std::string_view a, std::string_view b)
+{
     std::vector<double> row(b.size() + 1);
     for (std::size_t j = 1; j <= b.size(); ++j)
         row[j] = row[j - 1] + lost(b[j - 1]);

@@ -16,6 +16,9 @@ namespace kelo::engine {
 /// consonant that is missing or of another kind.
 [[nodiscard]] double soundDistance(std::string_view word, std::string_view other);
 
+/// The same for what `soundsOf` made of them.
+[[nodiscard]] double distanceOfSounds(std::string_view sounds, std::string_view others);
+
 /// A spelling that may well be meant for `name`. The limit grows with the name's length.
 [[nodiscard]] bool soundsLike(std::string_view word, std::string_view name);
 

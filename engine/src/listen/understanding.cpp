@@ -272,8 +272,9 @@ std::optional<Request> understandKindly(
     auto exactly = understand(words, songs);
     if (exactly && exactly->whole)
         return exactly;
-    auto roughly = understand(nearWords(words, songs), songs, Spoken::Roughly);
-    return roughly && (roughly->whole || !exactly) ? roughly : exactly;
+    const auto near = nearWords(words, songs);
+    auto roughly = understand(near, songs, Spoken::Roughly);
+    return roughly && roughly->whole && soundTheSame(words, near) ? roughly : exactly;
 }
 
 std::vector<std::string> vocabulary(unsigned where, std::span<const SongName> songs)

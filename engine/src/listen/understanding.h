@@ -21,7 +21,7 @@ enum class Spoken { Exactly, Roughly };
     std::span<const Word> words, std::span<const SongName> songs, Spoken how = Spoken::Exactly);
 
 /// The same where it is certain that something was asked for: what cannot be understood is tried
-/// again with the words that it sounds like.
+/// again with words that sound the same.
 [[nodiscard]] std::optional<Request> understandKindly(
     std::span<const Word> words, std::span<const SongName> songs);
 
