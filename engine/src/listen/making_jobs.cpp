@@ -26,7 +26,7 @@ constexpr Job makingTable[] = {
     {Action::Variation, InCompose, "→", "The next variation of your piece.",
         {{{"variation|vary ?next|play|another|it", "next variation"}}}},
     {Action::SavePiece, InCompose, "←", "Saves your piece as MIDI and as a score.",
-        {{{"save piece|composition|score|midi ?my|it|file|as", "save my piece"}}}},
+        {{{"save piece|composition|score|midi ?my|this|it|file|as", "save my piece"}}}},
     {Action::NewPiece, InCompose, "⌫", "Starts over, without saving.",
         {{{"new piece|tune", "new piece"}}}, TakesMetre},
     {Action::ComposingIdea, InCompose, "T", "Teaches a composing idea on your own theme.",

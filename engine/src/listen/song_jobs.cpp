@@ -89,7 +89,7 @@ constexpr Job playingTable[] = {
             {"transpose", ""}}},
         TakesNumber | TakesKey},
     {Action::Keep, Everywhere, "S", "Keeps what you just played as a MIDI file.",
-        {{{"keep|save ?what|that|i|played|playing|just|recording", "keep that"}}}},
+        {{{"keep|save ?what|that|this|it|piece|i|played|playing|just|recording", "keep that"}}}},
     {Action::PlayKept, Everywhere, "", "Plays back what you just played, as fast as you like.",
         {{{"play back ?it|what|i|played|that|recording|at|tempo|speed|percent", "play it back"},
             {"play back half tempo|speed ?it|what|i|played|that|at", "play it back at half tempo"},
