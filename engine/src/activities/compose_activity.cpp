@@ -84,7 +84,7 @@ void ComposeActivity::note(int pitch, int velocity, const Moment &now)
     lastKey_ = now.uptime;
     if (velocity > 0) {
         if (phrase_.size() < mostNotes)
-            phrase_.push_back({now.uptime, 0, pitch, velocity, 0, 0});
+            phrase_.emplace_back(now.uptime, 0, pitch, velocity, 0, 0);
         return;
     }
     const auto held = std::find_if(phrase_.rbegin(), phrase_.rend(),

@@ -68,8 +68,8 @@ void DroneActivity::sound(const Moment &now)
 {
     Piece piece;
     piece.messages.push_back({0, {0xc0, strings, 0}});
-    piece.notes.push_back({0, held, root_, velocity});
-    piece.notes.push_back({0, held, root_ + 7, velocity / 2});
+    piece.notes.emplace_back(0, held, root_, velocity);
+    piece.notes.emplace_back(0, held, root_ + 7, velocity / 2);
     measureLength(piece);
     session_.player.demonstrate(std::move(piece), now.uptime);
     sounding_ = true;

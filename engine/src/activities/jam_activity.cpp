@@ -43,7 +43,7 @@ void JamActivity::note(int pitch, int velocity, const Moment &now)
     if (velocity > 0) {
         ++held_;
         if (phrase_.size() < longestPhrase)
-            phrase_.push_back({now.uptime, 0, pitch, velocity, 0, 0});
+            phrase_.emplace_back(now.uptime, 0, pitch, velocity, 0, 0);
         return;
     }
     held_ = std::max(held_ - 1, 0);

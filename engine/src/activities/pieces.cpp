@@ -40,7 +40,7 @@ std::optional<Heard> heardFrom(Session &session, std::variant<Piece, ReadFault> 
         session.say(explain(*fault), now);
         return {};
     }
-    Piece &piece = std::get<Piece>(read);
+    auto &piece = std::get<Piece>(read);
     if (const auto reading = session.practice.readingOf(title))
         piece = withReading(piece, *reading);
     return Heard{title, std::move(piece)};

@@ -96,7 +96,7 @@ void PracticeActivity::add(Part part, const std::string &piece, Hands hands, con
         song < names.size() ? session_.library.load(song) : std::variant<Piece, ReadFault>();
     if (!std::holds_alternative<Piece>(read))
         return;
-    const Piece &whole = std::get<Piece>(read);
+    const auto &whole = std::get<Piece>(read);
     const auto reading = session_.practice.readingOf(piece);
     Lesson lesson(studied(reading ? withReading(whole, *reading) : whole), piece, hands);
     // Where one hand rests, both hands together are the other one alone.

@@ -106,7 +106,7 @@ void SongRequests::playNote(const Request &request, const Moment &now)
 {
     constexpr double length = 1.2;
     Piece piece;
-    piece.notes.push_back({0, length, std::clamp(*request.pitch, 21, 108), 84, 0, 0});
+    piece.notes.emplace_back(0, length, std::clamp(*request.pitch, 21, 108), 84, 0, 0);
     measureLength(piece);
     if (!session_.player.playing() && !session_.player.paused())
         session_.player.demonstrate(std::move(piece), now.uptime);

@@ -61,9 +61,9 @@ Piece pieceOf(const Score &score)
                 static_cast<unsigned char>(player.volume)}});
     }
     for (const Tone &tone : score.tones) {
-        piece.notes.push_back(
-            {tone.at * tick, tone.length * tick * held, std::clamp(tone.pitch, 0, 127),
-                std::clamp(tone.velocity, 1, 127), tone.part, channelOf(score, tone.part)});
+        piece.notes.emplace_back(tone.at * tick, tone.length * tick * held,
+            std::clamp(tone.pitch, 0, 127), std::clamp(tone.velocity, 1, 127), tone.part,
+            channelOf(score, tone.part));
     }
     for (int bar = 0; bar < score.bars(); ++bar)
         piece.bars.push_back(bar * score.barTicks() * tick);

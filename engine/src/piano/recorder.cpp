@@ -52,7 +52,7 @@ void Recorder::key(int pitch, int velocity, double now)
     if (velocity <= 0 || notes_.size() >= mostNotes)
         return;
     note = notes_.size();
-    notes_.push_back({now - begun_, 0, pitch, velocity, 0, 0});
+    notes_.emplace_back(now - begun_, 0, pitch, velocity, 0, 0);
     unwritten_ = true;
 }
 

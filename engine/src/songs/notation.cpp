@@ -160,8 +160,8 @@ std::optional<Piece> readSheet(const Sheet &sheet)
             const bool downbeat = (tone.at - upbeat) % bar == 0;
             const int velocity =
                 (track == 0 ? rightVelocity : leftVelocity) + (downbeat ? downbeatStress : 0);
-            piece.notes.push_back({tone.at * perTick, tone.length * perTick * legato, tone.pitch,
-                velocity, track, track});
+            piece.notes.emplace_back(tone.at * perTick, tone.length * perTick * legato, tone.pitch,
+                velocity, track, track);
         }
         return true;
     };

@@ -138,7 +138,7 @@ Piece ChordTrainer::demo() const
     const bool together = levels[static_cast<std::size_t>(level_)].together;
     double at = 0;
     for (const int pitch : notes_) {
-        piece.notes.push_back({at, chordLength, pitch, velocity, 0, 0});
+        piece.notes.emplace_back(at, chordLength, pitch, velocity, 0, 0);
         at += together ? 0 : noteEvery;
     }
     measureLength(piece);

@@ -102,7 +102,7 @@ Piece EarTrainer::demo() const
     Piece piece;
     double at = 0;
     const auto add = [&](int pitch) {
-        piece.notes.push_back({at, noteLength, pitch, 84, 0, 0});
+        piece.notes.emplace_back(at, noteLength, pitch, 84, 0, 0);
         at += noteEvery;
     };
     if (notes_.size() == 1)

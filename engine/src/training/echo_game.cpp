@@ -81,8 +81,8 @@ Piece EchoGame::demo() const
     Piece piece;
     double at = 0;
     for (std::size_t i = 0; i < melody_.size(); ++i, at += noteEvery)
-        piece.notes.push_back(
-            {at, i + 1 < melody_.size() ? noteLength : lastLength, melody_[i], velocity, 0, 0});
+        piece.notes.emplace_back(
+            at, i + 1 < melody_.size() ? noteLength : lastLength, melody_[i], velocity, 0, 0);
     measureLength(piece);
     return piece;
 }
