@@ -94,7 +94,8 @@ private:
 };
 
 /// Finds for each release the press that it ends: the oldest one of that key. Until then a note's
-/// duration holds the bits of the place of the next note that waits on its key, so that no second list is needed.
+/// duration holds the bits of the place of the next note that waits on its key, so that no second
+/// list is needed.
 class NotePairing {
 public:
     explicit NotePairing(std::vector<Note> &pieceNotes)
