@@ -296,6 +296,9 @@ private Q_SLOTS:
         QCOMPARE(demo.notes.size(), 5U);
         QCOMPARE(demo.notes.front().at, 0.0);
         QVERIFY(demo.notes.front().track == 1 && demo.length <= 4.0);
+        Piece brief; // over at once, without bars
+        brief.notes = {{0, 0, 60, 80}};
+        QCOMPARE(excerptsOf(brief, Hands::Both).size(), 1U);
         Piece staccato = piece; // its last note is over at once, and belongs to its part
         staccato.notes.back().duration = 0.02F;
         staccato.length = staccato.notes.back().at + 0.02;

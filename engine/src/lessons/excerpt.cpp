@@ -122,9 +122,11 @@ public:
         : piece_(piece)
     {
         starts_ = piece.bars;
-        for (double at = 0; piece.bars.empty() && at < piece.length && starts_.size() < mostBars;
-             at += barWithoutMetre)
-            starts_.push_back(at);
+        if (starts_.empty())
+            starts_.push_back(0);
+        while (piece.bars.empty() && starts_.back() + barWithoutMetre < piece.length
+            && starts_.size() < mostBars)
+            starts_.push_back(starts_.back() + barWithoutMetre);
         if (piece.written && piece.written->bars.size() == starts_.size()) {
             written_ = piece.written;
             return;
@@ -192,7 +194,7 @@ private:
     }
 
     const Piece &piece_;
-    std::vector<double> starts_; ///< of the bars; never empty where there are notes
+    std::vector<double> starts_; ///< of the bars; never empty
     std::shared_ptr<const WrittenPiece> written_;
 };
 
