@@ -278,7 +278,7 @@ def beginnings(start):
         assert ended.returncode == 1 and all(name in ended.stderr for name in nobody), ended
     usual = resource.getrlimit(resource.RLIMIT_FSIZE)
     resource.setrlimit(resource.RLIMIT_FSIZE, (8192, usual[1]))  # no room for shaders
-    program = start(arguments=["--hidden"])
+    program = start(arguments=["--hidden"], QML_DISABLE_DISK_CACHE="1")  # reads back what it lost
     resource.setrlimit(resource.RLIMIT_FSIZE, usual)
     with program:
         assert not shown_windows()
