@@ -21,9 +21,8 @@ constexpr double alone = 0.8; ///< seconds around a key that is named
 
 DroneActivity::DroneActivity(Session &shared, const Request &wanted)
     : Activity(shared)
+    , root_(wanted.key ? wanted.key->tonic : wanted.pitch.value_or(0))
 {
-    const int note = wanted.key ? wanted.key->tonic : wanted.pitch.value_or(0);
-    root_ = lowest + ((note - lowest) % octave + octave) % octave;
 }
 
 void DroneActivity::enter(const Moment &now)

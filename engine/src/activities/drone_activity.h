@@ -33,7 +33,7 @@ private:
     void moveTo(int note, const Moment &now);
     void sound(const Moment &now);
 
-    int root_ = 48;
+    int root_;
     bool sounding_ = false;
     std::optional<int> key_; ///< played by itself, not yet named
     int keys_ = 0; ///< since it was quiet

@@ -28,16 +28,20 @@ public:
     /// What was asked, in words.
     [[nodiscard]] virtual std::string answer() const = 0;
     /// It was asked for the answer, so that finding it is worth nothing any more.
-    virtual void tell() = 0;
+    void tell() { told_ = true; }
 
     /// It has said and played what it wanted to; it is the player's turn.
     virtual void listen() = 0;
-    [[nodiscard]] virtual bool listening() const = 0;
+    [[nodiscard]] bool listening() const { return waiting_; }
     [[nodiscard]] virtual Reply press(int pitch) = 0;
 
     /// "This is ear training."
     [[nodiscard]] virtual std::string_view place() const = 0;
     [[nodiscard]] virtual std::string_view help() const = 0;
+
+protected:
+    bool waiting_ = false; ///< for the player
+    bool told_ = false; ///< the answer
 };
 
 } // namespace kelo::engine

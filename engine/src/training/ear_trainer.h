@@ -25,9 +25,7 @@ public:
     [[nodiscard]] std::string tally() const override;
     [[nodiscard]] Piece demo() const override;
     [[nodiscard]] std::string answer() const override;
-    void tell() override { told_ = true; }
     void listen() override;
-    [[nodiscard]] bool listening() const override { return waiting_; }
     [[nodiscard]] Reply press(int pitch) override;
 
     [[nodiscard]] std::string_view place() const override { return "This is ear training."; }
@@ -46,8 +44,6 @@ private:
     int currentLevel_ = 0;
     std::vector<int> notes_;
     std::vector<int> played_;
-    bool waiting_ = false; ///< for the player
-    bool told_ = false; ///< the answer
     int triesLeft_ = 0;
     int streak_ = 0; ///< right ones in a row, or below 0 missed ones
     int asking_ = 0; ///< how many have been asked and dealt with

@@ -26,9 +26,7 @@ public:
     [[nodiscard]] std::string tally() const override;
     [[nodiscard]] Piece demo() const override;
     [[nodiscard]] std::string answer() const override;
-    void tell() override { told_ = true; }
     void listen() override;
-    [[nodiscard]] bool listening() const override { return waiting_; }
     [[nodiscard]] Reply press(int pitch) override;
 
     [[nodiscard]] std::string_view place() const override { return "This is the echo game."; }
@@ -48,8 +46,6 @@ private:
     int shift_ = 0; ///< the octave that the player chose, in semitones
     std::size_t best_ = 0; ///< the longest that was played back
     int missed_ = 0; ///< times, of this melody
-    bool waiting_ = false;
-    bool told_ = false;
 };
 
 } // namespace kelo::engine
