@@ -26,12 +26,14 @@ bool holdsFocus(const QQuickItem *item)
     return canBeUsed(item) && item->hasActiveFocus() && isControl(*item);
 }
 
-void collectStops(QQuickItem *item, QList<QPointer<QQuickItem>> &stops)
+QList<QPointer<QQuickItem>> stopsIn(QQuickItem *item)
 {
+    QList<QPointer<QQuickItem>> stops;
     if (item->activeFocusOnTab())
         stops.append(item);
     for (QQuickItem *child : item->childItems())
-        collectStops(child, stops);
+        stops += stopsIn(child);
+    return stops;
 }
 
 bool isWithin(QQuickItem *item, const QQuickItem *screen)
@@ -103,12 +105,16 @@ void FocusKeeper::hold(QQuickItem *control)
     holding_ = control != nullptr;
     if (!control)
         return;
-    heldScreen_ = screen_ && isWithin(control, screen_) ? screen_.data() : nullptr;
-    stops_.clear();
-    collectStops(window()->contentItem(), stops_);
-    place_ = stops_.indexOf(control);
+    heldScreen_ = isWithin(control, screen_) ? screen_.data() : nullptr;
+    lookAround();
     for (const auto changed : {&QQuickItem::visibleChanged, &QQuickItem::enabledChanged})
         connect(control, changed, this, &FocusKeeper::settleSoon, Qt::UniqueConnection);
+}
+
+void FocusKeeper::lookAround()
+{
+    stops_ = stopsIn(window()->contentItem());
+    place_ = stops_.indexOf(held_);
 }
 
 /// Once all that changes together has changed.
@@ -140,11 +146,8 @@ QQuickItem *FocusKeeper::successor()
         if (QQuickItem *opener = openers_.value(screen_); canBeUsed(opener))
             return opener;
     }
-    if (screenLeft || (held_ && held_->window())) {
-        stops_.clear();
-        collectStops(window()->contentItem(), stops_);
-        place_ = stops_.indexOf(held_);
-    }
+    if (screenLeft || (held_ && held_->window()))
+        lookAround();
     const QQuickItem *within = screenLeft ? screen_ : heldScreen_;
     const auto fits = [within](
                           QQuickItem *item) { return canBeUsed(item) && isWithin(item, within); };

@@ -51,6 +51,7 @@ protected:
 private:
     void follow();
     void hold(QQuickItem *control);
+    void lookAround();
     void settleSoon();
     void settle();
     [[nodiscard]] QQuickItem *successor();

@@ -11,6 +11,7 @@
 #include <QMetaEnum>
 #include <QQmlEngine>
 #include <QQmlExtensionPlugin>
+#include <QRegularExpression>
 #include <QStyleHints>
 #include <QTest>
 #include <QtGui/private/qguiapplication_p.h>
@@ -178,6 +179,21 @@ QString Console::standsUnlike(const QStringList &items, const QString &kept)
 {
     return unlikeLines(
         items, QStringLiteral(KEPT_ITEMS) + u'/' + kept + u".txt"_s, "KELO_KEEP_PICTURES");
+}
+
+QString Console::standsUnlikeAt(const QString &size) const
+{
+    static const QRegularExpression part(
+        u"^ *(UpdateBanner|Header|HudButton|Panel|VoiceLog|CommandList|Flow|Grid|GridLayout|Column|"
+        "Loader|Readout|VoiceReadout|Legend|Scroller|Console) "_s);
+    const auto wrong = [&] {
+        QStringList parts = itemsIn(*view.rootObject()).filter(part);
+        for (QString &each : parts)
+            each = each.section(u" | "_s, 0, 0).trimmed();
+        return standsUnlike(parts, u"at/"_s + QString(size).replace(u' ', u'-'));
+    };
+    (void)QTest::qWaitFor([&] { return wrong().isEmpty(); });
+    return wrong();
 }
 
 QStringList Console::touched(const QStringList &names)

@@ -45,6 +45,8 @@ public:
     [[nodiscard]] QString unlike(const QString &sheet, int number = 0);
     /// Where items are other than those that were kept.
     [[nodiscard]] static QString standsUnlike(const QStringList &items, const QString &kept);
+    /// Where its larger parts stand otherwise than at the size of that name.
+    [[nodiscard]] QString standsUnlikeAt(const QString &size) const;
     /// What is called so as it is while the mouse is over it, and while it is held.
     [[nodiscard]] QStringList touched(const QStringList &names);
 

@@ -63,6 +63,7 @@ private Q_SLOTS:
         const QByteArrayList teach = evening + QByteArrayList{"mode teach", "daw 1"};
         const QByteArrayList visualiser{"window visual 1", "rollnew Waltz"};
         row("evening at 2560", {2560, 1440}, evening, u"ONLINE"_s, false);
+        row("lesson at 1900", {1900, 700}, teach, u"ONLINE"_s, false);
         row("crowded at 3840", {3840, 2160}, crowded, u"OFFLINE"_s, false);
         for (const QSize size : {QSize(1240, 840), QSize(900, 600), QSize(827, 560),
                  QSize(620, 420), QSize(450, 300), QSize(360, 240)}) {
@@ -94,6 +95,7 @@ private Q_SLOTS:
         QTest::qWait(400);
         const QString wrong = faults(console);
         QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
+        QCOMPARE(console.standsUnlikeAt(QString::fromLatin1(QTest::currentDataTag())), u""_s);
 
         QStringList reached;
         for (;;) {

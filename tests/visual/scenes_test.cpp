@@ -129,11 +129,24 @@ public:
         , size_(head.section(u' ', 1, 1).toInt(), head.section(u' ', 2, 2).toInt())
     {
         fixture.bring(u"ONLINE"_s);
-        core_.resize(size_.width(), size_.height());
-        rain_.resize(size_.width(), size_.height());
-        flash_.setSize(size_);
         flash_.setLink(&fixture.link());
-        grid_.setSize(size_);
+        resize();
+    }
+
+    /// What is not the engine's to tell: the scene's size, and where its texts and its caption
+    /// begin.
+    bool isPlaced(const QStringList &words)
+    {
+        if (words[0] == u"size") {
+            size_ = {words[1].toInt(), words[2].toInt()};
+            resize();
+        } else if (words[0] == u"texts") {
+            rain_.setTextsTop(words[1].toDouble());
+            rain_.setCaptionTop(words[2].toDouble());
+        } else {
+            return false;
+        }
+        return true;
     }
 
     void frame(double now)
@@ -167,22 +180,32 @@ public:
     LinkFixture fixture;
 
 private:
+    void resize()
+    {
+        core_.resize(size_.width(), size_.height());
+        rain_.resize(size_.width(), size_.height());
+        flash_.setSize(size_);
+        grid_.setSize(size_);
+    }
+
     [[nodiscard]] QStringList ring()
     {
         const RingLook look = core_.look();
         const QRectF ring = core_.ringPlace();
         const QRectF scope = core_.scopePlace();
-        RingNode node;
-        node.show(ring, scope, look);
+        ring_.show(ring, scope, look);
+        std::vector<double> bands(look.bands.begin(), look.bands.end());
+        for (double &band : bands)
+            band *= 100;
         QStringList lines = told(core_.picture(), size_);
         lines << u"-- dial"_s << told(core_.dial()) << meshOf(core_.dial(), size_.height())
               << u"-- ring"_s
               << numbersOf({ring.x(), ring.y(), ring.width(), scope.x(), scope.y(), scope.width(),
-                     scope.height(), look.level, look.amplitude, look.time, look.opacity,
-                     fixture.link().level})
-              << numbersOf({look.bands.begin(), look.bands.end()})
-              << lightOf(ringPicture({60, 60}, look)) << lightOf(scopePicture({80, 20}, look));
-        for (QSGNode *child = node.firstChild(); child; child = child->nextSibling())
+                     scope.height(), look.level * 100, look.amplitude * 100, look.time,
+                     look.opacity * 100, fixture.link().level * 100})
+              << numbersOf(bands) << lightOf(ringPicture({60, 60}, look))
+              << lightOf(scopePicture({80, 20}, look));
+        for (QSGNode *child = ring_.firstChild(); child; child = child->nextSibling())
             lines << meshOf(*static_cast<QSGGeometryNode *>(child));
         return lines;
     }
@@ -190,6 +213,7 @@ private:
     QString kind_;
     QSize size_;
     CoreScene core_;
+    RingNode ring_;
     RainScene rain_{fixture.link()};
     KeysStrip strip_;
     FlashFrame flash_;
@@ -225,7 +249,7 @@ private Q_SLOTS:
                         shown << u"   "_s + part;
                 }
                 before = look;
-            } else if (stage) {
+            } else if (stage && !stage->isPlaced(line.split(u' '))) {
                 play(stage->fixture, {line.toUtf8()}, [&](double now) { stage->frame(now); });
             }
         }

@@ -1,9 +1,12 @@
 #include "support/table.h"
 #include "voice/capture/resampler.h"
+#include "voice/recognition/decoding_recogniser.h"
 #include "voice/recognition/decoding_session.h"
 #include "voice/recognition/level_gate.h"
 
 #include <QTest>
+
+#include <semaphore>
 
 using namespace Qt::StringLiterals;
 using namespace kelo;
@@ -14,10 +17,19 @@ namespace {
 /// What happens, in order.
 class Events {
 public:
-    void add(const QString &event) { all_ << event; }
-    QString take() { return std::exchange(all_, {}).join(u"; "_s); }
+    void add(const QString &event)
+    {
+        const std::lock_guard lock(mutex_);
+        all_ << event;
+    }
+    QString take()
+    {
+        const std::lock_guard lock(mutex_);
+        return std::exchange(all_, {}).join(u"; "_s);
+    }
 
 private:
+    std::mutex mutex_;
     QStringList all_;
 };
 
@@ -144,6 +156,61 @@ private Q_SLOTS:
                     session->hear(voice(0.05));
             QCOMPARE(step.section(u" > "_s, 0, 0) + u" > "_s + hearing.events.take(), step);
         }
+    }
+
+    /// What comes after a result is the beginning of what is said next, unless it is long ago or
+    /// was not asked for any more.
+    void soundIsHandedOn_data()
+    {
+        const Table<bool, int, bool, QString> row{"finished", "age", "live", "heard"};
+        row("at once", true, 0, true, u"ends after 0.3"_s);
+        row("soon", true, 800, true, u"ends after 0.3"_s);
+        row("late", true, 1200, true, u"ends after 0.1"_s);
+        row("to a recording", true, 0, false, u"ends after 0.1"_s);
+        row("from what was given up", false, 0, true, u"ends after 0.1"_s);
+    }
+
+    void soundIsHandedOn()
+    {
+        QFETCH(const bool, finished);
+        QFETCH(const int, age);
+        Hearing hearing;
+        hearing.words = QStringList{u"play"_s};
+        hearing.speaks = !finished;
+        std::counting_semaphore<2> loading(finished ? 1 : 0);
+        DecodingRecogniser recogniser({{u"scripted"_s, true,
+            [&](const auto & /*stop*/) {
+                loading.acquire();
+                return std::make_unique<ScriptedDecoder>(hearing);
+            },
+            nullptr}});
+        QString told;
+        const auto tells = [&](const QString &event) {
+            return QTest::qWaitFor([&] { return (told += hearing.events.take()).contains(event); });
+        };
+        const auto sound = [](double seconds) {
+            const Samples samples = voice(seconds);
+            return AudioBuffer{{AudioFormat::Sample::Int16, 16000, 1},
+                {reinterpret_cast<const char *>(samples.data()),
+                    static_cast<qsizetype>(samples.size() * 2)}};
+        };
+        RecognitionRequest request;
+        const auto before = recogniser.start(request, into(hearing.events));
+        before->append(sound(0.05));
+        QVERIFY(!finished || tells(u"final"_s));
+        before->append(sound(0.2));
+        static_cast<DecodingTask &>(*before).appended -= std::chrono::milliseconds(age);
+        told.clear();
+        hearing.speaks = true;
+        QFETCH(const bool, live);
+        request.live = live;
+        const auto next = recogniser.start(request, into(hearing.events));
+        next->append(sound(0.1));
+        next->endAudio();
+        loading.release();
+        QVERIFY(tells(u"final"_s));
+        QFETCH(const QString, heard);
+        QVERIFY2(told.contains(heard), qPrintable(told));
     }
 
     void gateOpensForWhatRisesAboveTheRoom_data()

@@ -105,8 +105,7 @@ std::shared_ptr<RecognitionTask> DecodingRecogniser::start(
     const auto before = std::exchange(mailbox.newest, task);
     if (before && !before->finished)
         before->abandon();
-    else if (before && before->request.live && request.live
-        && DecodingTask::Clock::now() - before->appended < carriedOver)
+    else if (before && request.live && DecodingTask::Clock::now() - before->appended < carriedOver)
         std::swap(task->sound, before->sound);
     mailbox.changed.notify_one();
     return task;
