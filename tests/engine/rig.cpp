@@ -49,7 +49,7 @@ void Rig::start(bool known)
     library = std::make_unique<Library>(home / "songs");
     assistant = std::make_unique<Assistant>(
         Equipment{wire, speech, player, metronome, band, through, keys, *library, desk,
-            [](const std::filesystem::path &) { return false; }},
+            [](const std::filesystem::path &) { return false; }, &studio, &studio},
         Places{home / "profile.json", home / "commands.html", home / "songs", home / "takes",
             home / "composition.json", home / "progress.json", home / "practice.db",
             home / "downloads"},
@@ -69,16 +69,18 @@ Moment Rig::moment() const
 void Rig::write(std::string_view line)
 {
     lines << QString::fromUtf8(line.data(), static_cast<qsizetype>(line.size())).mid(1).chopped(1);
+    times << QByteArray::number(now, 'f', 3);
 }
 
 void Rig::run(double seconds)
 {
     const double end = now + seconds;
-    for (int turns = 0; turns < 200000; ++turns) {
+    for (int left = 200000; left > 0; --left) {
         const auto due = assistant->deadline();
         if (!due || *due > end)
             break;
         now = std::max(now, *due) + 1e-4;
+        ++turns;
         assistant->advance(moment());
         if (const auto next = assistant->deadline(); next && *next < now)
             qFatal("it would turn without a rest: what was due is due again");
@@ -104,6 +106,23 @@ void Rig::press(int pitch, int velocity)
     assistant->takePiano(
         {0x90, static_cast<unsigned char>(pitch), static_cast<unsigned char>(velocity)}, moment());
     assistant->advance(moment());
+}
+
+void Rig::playAfter(int skipped, int higher, double slower, int most)
+{
+    for (int left = 4000; left > 0 && (!assistant->quiet() || player.playing()); --left)
+        run(0.05);
+    Frame last = 0;
+    for (const auto &[frame, message] : std::vector(music.played)) {
+        const bool note = message.channel() != 9 && (message.presses() || message.releases());
+        if (!note || (message.presses() && skipped-- > 0) || skipped > 0)
+            continue;
+        if (message.presses() && most-- <= 0)
+            break;
+        run(last > 0 ? seconds(std::max<Frame>(frame - last, 0)) * slower : 0);
+        last = frame;
+        press(message.first + higher, message.releases() ? 0 : message.second);
+    }
 }
 
 void Rig::control(int number, int value)
@@ -206,7 +225,8 @@ QString toldBy(const Rig &rig, qsizetype from)
             hidden += QByteArray::number(frame) + ' ' + char(message.status) + char(message.first)
                 + char(message.second);
     }
-    hidden += rig.keeps();
+    hidden += rig.keeps() + rig.passedOn + rig.studio.asked + rig.times.mid(from).join(' ')
+        + QByteArray::number(rig.turns);
     close();
     return told.join(u'\n');
 }
@@ -275,7 +295,7 @@ QString failureOf(Rig &rig, const QStringList &steps)
             const bool together = verb == u"hold";
             const QStringList pressed = together ? words.mid(0, words.size() - 1) : words;
             for (const QString &key : pressed) {
-                rig.press(key.toInt());
+                rig.press(key.toInt(), 40 + key.toInt() * 7 % 60); // none as loud as the next
                 if (together)
                     continue;
                 rig.run(0.2);
@@ -292,6 +312,15 @@ QString failureOf(Rig &rig, const QStringList &steps)
                 rig.press(key.toInt());
         } else if (verb == u"pedal") {
             rig.control(words[0].toInt(), words[1].toInt());
+        } else if (verb == u"echo") {
+            rig.playAfter(words.value(0).toInt(), words.value(1).toInt(),
+                words.value(2, u"1"_s).toDouble(), words.value(3, u"999"_s).toInt());
+        } else if (verb == u"studio") {
+            rig.studio.there = !rig.studio.there;
+            rig.run(0.1);
+        } else if (verb == u"give") {
+            const QStringList files = rest.split(u" > "_s);
+            kelo::test::writeFile(rig.path(files[1]), kelo::test::readFile(rig.path(files[0])));
         } else if (verb == u"wait") {
             rig.run(rest.toDouble());
         } else if (verb == u"restart") {

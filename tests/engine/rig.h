@@ -6,6 +6,7 @@
 #include "protocol/input.h"
 #include "sound/sound_desk.h"
 #include "stage.h"
+#include "studio/studio_control.h"
 
 #include <QStringList>
 #include <QTemporaryDir>
@@ -43,6 +44,20 @@ private:
     std::optional<double> end_;
 };
 
+/// A workstation that answers only while it is there.
+class Workstation : public kelo::engine::StudioControl {
+public:
+    [[nodiscard]] bool connected() const override { return there; }
+    bool send(kelo::engine::StudioCommand command) override
+    {
+        asked += QByteArray::number(int(command)) + ' ';
+        return there;
+    }
+
+    bool there = false;
+    QByteArray asked;
+};
+
 /// The assistant with all its music, in a time of its own: an hour passes in a moment, and always
 /// in the same way.
 class Rig {
@@ -57,6 +72,8 @@ public:
     /// Lines, keys and bytes as a display sends them.
     void send(const QByteArray &bytes);
     void press(int pitch, int velocity = 80);
+    /// Plays what the assistant plays next, but for some notes, so much higher and slower.
+    void playAfter(int skipped, int higher, double slower, int most);
     void control(int number, int value);
     void plug(const QString &piano);
 
@@ -73,6 +90,8 @@ public:
     [[nodiscard]] QByteArray keeps() const;
 
     QStringList lines; ///< without "@"
+    QByteArrayList times; ///< when each line came
+    int turns = 0; ///< how often it was asked to go on
     qsizetype seen = 0; ///< lines that have matched, and those before them
     double now = 10;
     kelo::engine::AudioClock clock{0};
@@ -81,7 +100,11 @@ public:
     Recording keys;
     kelo::engine::Wire wire{[this](std::string_view line) { write(line); }};
     SilentSpeech speech{wire};
-    kelo::engine::MidiThru through{music, clock, [](kelo::engine::ChannelMessage) {}};
+    QByteArray passedOn; ///< to the piano
+    kelo::engine::MidiThru through{
+        music, clock, [this](kelo::engine::ChannelMessage message) {
+            passedOn += QByteArray::number(message.status * 128 + message.first) + ' ';
+        }};
     kelo::engine::Player player{wire, through, clock};
     kelo::engine::Metronome metronome{wire, rhythm, clock};
     kelo::engine::Band band{wire, rhythm, clock};
@@ -90,6 +113,7 @@ public:
     kelo::engine::Mixer mixer{
         std::make_unique<kelo::engine::Synth>(std::span<const std::string>{}), clock};
     kelo::engine::SoundDesk desk{mixer, {}, {}, [] {}};
+    Workstation studio;
 
 private:
     void write(std::string_view line);
@@ -107,7 +131,12 @@ private:
 ///     ! PATTERN       no such line has come since the last ">", nor comes for two seconds
 ///     tap 60 64       presses these keys one after the other; "hold 48 52 2" together, for seconds
 ///     press 60 64     presses these and lets none go
+///     echo 2 12 1.5 9 what it plays next is played back without two notes, an octave higher,
+///     slower
+///                     and no further than nine notes; all of these may be left out
 ///     wait 3          seconds pass
+///     studio          the workstations answer, or do no longer
+///     give FROM > TO  a file that is kept becomes another one
 ///     restart         the engine is gone without a word, and another begins
 ///     piano NAME      one is plugged in; without a name it is pulled out
 ///     sounds music    notes are begun there ("music", "rhythm", "keys"); "silent music": none

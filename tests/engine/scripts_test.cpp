@@ -44,12 +44,14 @@ private Q_SLOTS:
         for (const QString &line : strolls_.kept(name)) {
             const QString step = line.section(u" => "_s, 0, 0);
             const qsizetype from = rig.lines.size();
+            for (Recording *part : {&rig.music, &rig.keys, &rig.rhythm})
+                step.startsWith(u"echo") || step.startsWith(u"wait") ? void()
+                                                                     : part->played.clear();
+            rig.turns = 0;
             QCOMPARE(failureOf(rig, {step}), QString());
             QString said = rig.lines.mid(from).filter(QRegularExpression(u"^say "_s)).join(u' ');
             told << step + u" => "_s + said.remove(u"say "_s)
                     + u" %1"_s.arg(qChecksum(toldBy(rig, from).toUtf8()));
-            for (Recording *part : {&rig.music, &rig.keys, &rig.rhythm})
-                part->played.clear();
         }
         QCOMPARE(strolls_.unlikeKept(name, told.join(u'\n')), QString());
     }
