@@ -60,13 +60,13 @@ private Q_SLOTS:
             PieceLoader loader(file.toStdString(), progress);
             for (;;) {
                 if (auto piece = loader.take(1))
-                    return std::get<Piece>(*piece).notes.size();
+                    return std::get<Piece>(*piece).notes;
             }
         };
         const auto whole = std::make_shared<MidiProgress>();
-        QCOMPARE(read(whole), 100'000U);
+        QVERIFY(read(whole) == std::get<Piece>(readMidiFile(bytes)).notes);
         QVERIFY(whole->share > 0.95 && whole->share <= 1 && whole->cancelled);
-        QCOMPARE(read(whole), 2048U); // has stopped where it looked for the first time
+        QCOMPARE(read(whole).size(), 2048U); // has stopped where it looked for the first time
         QVERIFY(whole->share > 0.3 && whole->share < 0.35);
     }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -211,13 +212,12 @@ public:
     void setName(const MidiEvent &event)
     {
         constexpr std::size_t most = 256;
-        constexpr std::size_t longestName = 80;
         const auto track = static_cast<std::size_t>(event.track);
         if (track >= most)
             return;
         if (piece_.trackNames.size() <= track)
             piece_.trackNames.resize(track + 1);
-        piece_.trackNames[track] = event.name.substr(0, longestName);
+        piece_.trackNames[track] = event.name;
     }
 
     Piece finish()
@@ -235,31 +235,31 @@ private:
     double now_ = 0;
 };
 
-std::string_view tag(MidiBytes bytes)
+std::string tag(MidiReader &file)
 {
-    return {reinterpret_cast<const char *>(bytes.data()), bytes.size()};
+    return file.text(4, 4);
 }
 
-/// What a RIFF file of MIDI holds; other bytes as they are.
-MidiBytes unwrapped(MidiBytes bytes)
+/// What a RIFF file of MIDI holds; other files as they are.
+MidiReader unwrapped(const MidiSource &source)
 {
-    MidiReader file(bytes);
-    if (tag(file.take(4)) != "RIFF")
-        return bytes;
-    file.take(4); // its size; what is there counts
-    if (tag(file.take(4)) != "RMID")
-        return bytes;
+    MidiReader file(source);
+    if (tag(file) != "RIFF")
+        return MidiReader(source);
+    file.skip(4); // its size; what is there counts
+    if (tag(file) != "RMID")
+        return MidiReader(source);
     while (!file.atEnd()) {
-        const std::string_view name = tag(file.take(4));
+        const std::string name = tag(file);
         std::size_t size = 0;
         for (int shift = 0; shift < 32; shift += 8)
             size |= std::size_t{file.byte()} << shift;
-        const MidiBytes body = file.take(size);
+        MidiReader body = file.part(size);
         if (name == "data")
             return body;
-        file.take(size % 2);
+        file.skip(size % 2);
     }
-    return {};
+    return file;
 }
 
 struct Chunks {
@@ -267,15 +267,16 @@ struct Chunks {
     bool whole = true;
 };
 
-Chunks tracksOf(MidiReader file, std::size_t promised)
+Chunks tracksOf(MidiReader &file, std::size_t promised)
 {
+    constexpr std::size_t most = 0xffff; // as many as a header can promise
     Chunks found;
-    while (!file.atEnd()) {
-        const std::string_view name = tag(file.take(4));
+    while (!file.atEnd() && found.tracks.size() < most) {
+        const std::string name = tag(file);
         const std::uint32_t size = file.number(4);
-        const MidiBytes body = file.take(size);
+        MidiReader body = file.part(size);
         if (name == "MTrk")
-            found.tracks.emplace_back(body, static_cast<int>(found.tracks.size()));
+            found.tracks.emplace_back(std::move(body), static_cast<int>(found.tracks.size()));
     }
     found.whole = !file.failed() && found.tracks.size() >= promised;
     return found;
@@ -283,14 +284,26 @@ Chunks tracksOf(MidiReader file, std::size_t promised)
 
 } // namespace
 
-std::variant<Piece, ReadFault> readMidiFile(
-    std::span<const std::uint8_t> bytes, MidiProgress *progress)
+bool looksLikeMidi(MidiBytes begin)
+{
+    constexpr std::array<std::string_view, 2> marks{"MThd", "RIFF"};
+    return std::ranges::any_of(marks, [begin](std::string_view mark) {
+        return begin.size() >= mark.size() && std::equal(mark.begin(), mark.end(), begin.begin());
+    });
+}
+
+std::variant<Piece, ReadFault> readMidiFile(MidiBytes bytes, MidiProgress *progress)
+{
+    return readMidiFile(HeldMidi(bytes), progress);
+}
+
+std::variant<Piece, ReadFault> readMidiFile(const MidiSource &source, MidiProgress *progress)
 {
     constexpr std::size_t tellEvery = 4096;
-    MidiReader file(unwrapped(bytes));
-    if (tag(file.take(4)) != "MThd")
+    MidiReader file = unwrapped(source);
+    if (tag(file) != "MThd")
         return ReadFault::Unknown;
-    MidiReader header(file.take(file.number(4)));
+    MidiReader header = file.part(file.number(4));
     const std::uint32_t format = header.number(2);
     const std::uint32_t promised = header.number(2);
     const auto division = static_cast<std::uint16_t>(header.number(2));
@@ -304,7 +317,7 @@ std::variant<Piece, ReadFault> readMidiFile(
     // Counted first, so that no list takes twice what it needs while it grows.
     std::size_t notes = 0;
     std::size_t messages = 0;
-    const auto size = static_cast<double>(bytes.size());
+    const auto size = static_cast<double>(source.size());
     for (MidiTrack track : tracks) {
         while (const auto event = track.next()) {
             notes += event->message.presses() ? 1 : 0;

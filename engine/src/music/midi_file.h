@@ -1,11 +1,10 @@
 #pragma once
 
+#include "music/midi_reader.h"
 #include "music/piece.h"
 #include "music/read_fault.h"
 
 #include <atomic>
-#include <cstdint>
-#include <span>
 #include <variant>
 
 namespace kelo::engine {
@@ -20,6 +19,11 @@ struct MidiProgress {
 /// other. A damaged file gives what is whole in it; notes that are never released end with their
 /// track. What lies beyond a day is left out.
 [[nodiscard]] std::variant<Piece, ReadFault> readMidiFile(
-    std::span<const std::uint8_t> bytes, MidiProgress *progress = nullptr);
+    const MidiSource &source, MidiProgress *progress = nullptr);
+[[nodiscard]] std::variant<Piece, ReadFault> readMidiFile(
+    MidiBytes bytes, MidiProgress *progress = nullptr);
+
+/// Whether a file that begins so is one of MIDI.
+[[nodiscard]] bool looksLikeMidi(MidiBytes begin);
 
 } // namespace kelo::engine

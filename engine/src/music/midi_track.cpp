@@ -9,6 +9,12 @@ constexpr int nameEvent = 0x03;
 constexpr int metreEvent = 0x58;
 constexpr int keyEvent = 0x59;
 constexpr int endEvent = 0x2f;
+constexpr std::size_t longestName = 80; // bytes; what else is read of metas is shorter
+
+std::uint8_t byteOf(const std::string &data, std::size_t place)
+{
+    return static_cast<std::uint8_t>(data[place]);
+}
 
 } // namespace
 
@@ -25,7 +31,7 @@ std::optional<MidiEvent> MidiTrack::next()
         if (first == 0xff) {
             reader_.byte();
             const int kind = reader_.byte();
-            const MidiBytes data = reader_.take(reader_.variable());
+            const std::string data = reader_.text(reader_.variable(), longestName);
             if (reader_.failed())
                 return end(State::Broken);
             if (kind == endEvent)
@@ -36,7 +42,7 @@ std::optional<MidiEvent> MidiTrack::next()
         }
         if (first == 0xf0 || first == 0xf7) {
             reader_.byte();
-            reader_.take(reader_.variable());
+            reader_.skip(reader_.variable());
             running_ = 0;
             continue;
         }
@@ -54,18 +60,20 @@ std::optional<MidiEvent> MidiTrack::next()
     return {};
 }
 
-std::optional<MidiEvent> MidiTrack::meta(int kind, MidiBytes data) const
+std::optional<MidiEvent> MidiTrack::meta(int kind, const std::string &data) const
 {
     if (kind == tempoEvent && data.size() == 3) {
-        if (const std::uint32_t microseconds = MidiReader(data).number(3); microseconds > 0)
+        const int microseconds = byteOf(data, 0) << 16 | byteOf(data, 1) << 8 | byteOf(data, 2);
+        if (microseconds > 0)
             return MidiEvent{.at = now_, .track = number_, .tempo = microseconds / 1e6};
-    } else if (kind == metreEvent && data.size() >= 2 && data[0] > 0 && data[1] <= 6) {
-        return MidiEvent{.at = now_, .track = number_, .beats = data[0], .unit = 1 << data[1]};
+    } else if (kind == metreEvent && data.size() >= 2 && byteOf(data, 0) > 0
+        && byteOf(data, 1) <= 6) {
+        return MidiEvent{
+            .at = now_, .track = number_, .beats = byteOf(data, 0), .unit = 1 << byteOf(data, 1)};
     } else if (kind == keyEvent && !data.empty()) {
         return MidiEvent{.at = now_, .track = number_, .sharps = static_cast<std::int8_t>(data[0])};
     } else if (kind == nameEvent && !data.empty()) {
-        const std::string_view name(reinterpret_cast<const char *>(data.data()), data.size());
-        return MidiEvent{.at = now_, .track = number_, .name = name};
+        return MidiEvent{.at = now_, .track = number_, .name = data};
     }
     return {};
 }
@@ -87,8 +95,8 @@ MidiTracks::MidiTracks(std::vector<MidiTrack> tracks, bool oneAfterTheOther)
 
 void MidiTracks::read(std::size_t track)
 {
-    if (const auto event = tracks_[track].next()) {
-        waiting_.push_back({*event, track});
+    if (auto event = tracks_[track].next()) {
+        waiting_.push_back({std::move(*event), track});
         std::ranges::push_heap(waiting_, later());
     }
 }
@@ -104,7 +112,7 @@ std::optional<MidiEvent> MidiTracks::next()
     if (waiting_.empty())
         return {};
     std::ranges::pop_heap(waiting_, later());
-    Waiting soonest = waiting_.back();
+    Waiting soonest = std::move(waiting_.back());
     waiting_.pop_back();
     read(soonest.track);
     if (sequence_) {
@@ -115,7 +123,7 @@ std::optional<MidiEvent> MidiTracks::next()
         soonest.event.at += offset_;
     }
     last_ = soonest.event.at;
-    return soonest.event;
+    return std::move(soonest.event);
 }
 
 bool MidiTracks::broken() const

@@ -1,70 +1,18 @@
 #pragma once
 
 #include "midi/channel_message.h"
+#include "music/midi_reader.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <optional>
-#include <span>
-#include <string_view>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace kelo::engine {
 
-using MidiBytes = std::span<const std::uint8_t>;
 using Ticks = std::uint64_t;
-
-/// Reads big-endian numbers from the front; past the end it has failed and gives zeros.
-class MidiReader {
-public:
-    explicit MidiReader(MidiBytes all)
-        : bytes_(all)
-    {
-    }
-
-    [[nodiscard]] bool failed() const { return truncated_; }
-    [[nodiscard]] bool atEnd() const { return bytes_.empty(); }
-
-    [[nodiscard]] std::size_t left() const { return bytes_.size(); }
-
-    [[nodiscard]] int peek() const { return bytes_.empty() ? -1 : bytes_.front(); }
-
-    MidiBytes take(std::size_t count)
-    {
-        truncated_ = truncated_ || count > bytes_.size();
-        const MidiBytes taken = bytes_.first(std::min(count, bytes_.size()));
-        bytes_ = bytes_.subspan(taken.size());
-        return taken;
-    }
-
-    std::uint32_t number(std::size_t size)
-    {
-        std::uint32_t value = 0;
-        for (const std::uint8_t byte : take(size))
-            value = value << 8 | byte;
-        return value;
-    }
-
-    std::uint8_t byte() { return static_cast<std::uint8_t>(number(1)); }
-
-    /// Seven bits a byte, four bytes at most.
-    std::uint32_t variable()
-    {
-        std::uint32_t value = 0;
-        for (int i = 0; i < 4; ++i) {
-            const std::uint8_t next = byte();
-            value = value << 7 | (next & 0x7fU);
-            if ((next & 0x80) == 0)
-                return value;
-        }
-        truncated_ = true;
-        return value;
-    }
-
-private:
-    MidiBytes bytes_;
-    bool truncated_ = false;
-};
 
 /// What happens in a track.
 struct MidiEvent {
@@ -75,14 +23,14 @@ struct MidiEvent {
     int beats = 0; ///< of a bar from here on; 0 where nothing is said of it
     int unit = 4; ///< of a beat
     std::optional<int> sharps{}; ///< of the key signature; below 0 flats
-    std::string_view name{}; ///< of the track
+    std::string name{}; ///< of the track; as much of it as anybody reads
 };
 
 /// Reads the events of a track up to its end, or to where it is damaged.
 class MidiTrack {
 public:
-    MidiTrack(MidiBytes bytes, int number)
-        : reader_(bytes)
+    MidiTrack(MidiReader part, int number)
+        : reader_(std::move(part))
         , number_(number)
     {
     }
@@ -97,7 +45,7 @@ public:
 private:
     enum class State { Reading, Ended, Broken };
 
-    [[nodiscard]] std::optional<MidiEvent> meta(int kind, MidiBytes data) const;
+    [[nodiscard]] std::optional<MidiEvent> meta(int kind, const std::string &data) const;
     MidiEvent end(State state);
 
     MidiReader reader_;

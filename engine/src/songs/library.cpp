@@ -43,6 +43,13 @@ bool looksLikeXml(std::span<const std::uint8_t> bytes)
     return std::ranges::find(begin, '<') != begin.end();
 }
 
+std::vector<std::uint8_t> bytesOf(const MidiSource &source, std::size_t most)
+{
+    std::vector<std::uint8_t> bytes(most);
+    bytes.resize(source.read(0, bytes));
+    return bytes;
+}
+
 std::variant<Piece, ReadFault> pieceFrom(std::variant<WrittenPiece, ReadFault> read)
 {
     if (const auto *fault = std::get_if<ReadFault>(&read))
@@ -124,21 +131,22 @@ std::variant<Piece, ReadFault> loadPiece(const std::filesystem::path &path, Midi
     const std::uintmax_t size = std::filesystem::file_size(path, error);
     if (error || size > largestScore)
         return error ? ReadFault::Unknown : ReadFault::TooLarge;
-    std::ifstream file(path, std::ios::binary);
-    std::vector<std::uint8_t> bytes(size);
-    file.read(reinterpret_cast<char *>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    bytes.resize(static_cast<std::size_t>(file.gcount()));
+    std::ifstream file;
+    file.rdbuf()->pubsetbuf(nullptr, 0); // who reads it reads ahead
+    file.open(path, std::ios::binary);
+    const MidiFileBytes source(file, size);
+    if (looksLikeMidi(bytesOf(source, 4)))
+        return size > largestMidiFile ? ReadFault::TooLarge : readMidiFile(source, progress);
+    std::vector<std::uint8_t> bytes = bytesOf(source, size);
     if (isPackage(bytes)) {
         auto unpacked = unpackScore(bytes);
         if (const auto *fault = std::get_if<ReadFault>(&unpacked))
             return *fault;
-        return pieceFrom(readMusicXml(std::get<std::vector<std::uint8_t>>(unpacked)));
+        bytes = std::move(std::get<std::vector<std::uint8_t>>(unpacked));
+    } else if (!looksLikeXml(bytes)) {
+        return ReadFault::Unknown;
     }
-    if (looksLikeXml(bytes))
-        return pieceFrom(readMusicXml(bytes));
-    if (size > largestMidiFile)
-        return ReadFault::TooLarge;
-    return readMidiFile(bytes, progress);
+    return pieceFrom(readMusicXml(bytes));
 }
 
 std::filesystem::path newestPiece(const std::filesystem::path &folder)
