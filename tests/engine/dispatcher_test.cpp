@@ -20,6 +20,8 @@ class SpeechService {
 public:
     using Speak = std::function<QByteArrayList(const QByteArray &text, int message)>;
 
+    QByteArrayList set; ///< what was set before something was said
+
     SpeechService(const QString &path, Speak speak)
         : speak_(std::move(speak))
     {
@@ -70,6 +72,8 @@ private:
                 receives = true;
                 say("230 OK RECEIVING DATA\r\n");
             } else {
+                if (line.contains("VOLUME") || line.contains("RATE") || line.contains("PITCH"))
+                    set << line.mid(9);
                 say("200 OK\r\n");
             }
             line.clear();
@@ -132,8 +136,12 @@ private Q_SLOTS:
         expect("\n~say use the system's voice\n", {u"say I speak.*"_s, u"start"_s, u"done"_s});
         QCOMPARE(texts, 1);
         QVERIFY(engine->profile().value(u"systemVoice"_s).toBool());
+        for (const char *wish : {"quieter", "speak faster", "lower voice"})
+            expect("~say " + QByteArray(wish) + '\n', {u"say .*"_s, u"done"_s});
+        QCOMPARE(service.set.join(' '),
+            "VOLUME 60 RATE 0 PITCH 0 VOLUME 60 RATE 15 PITCH 0 VOLUME 60 RATE 15 PITCH -20");
         expect("~say use your own voice\n", {u"say .*"_s, u"spec \\d+ 0 .*"_s});
-        QCOMPARE(texts, 1);
+        QCOMPARE(texts, 4);
         QCOMPARE(engine->end(), QString());
     }
 

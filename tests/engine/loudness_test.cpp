@@ -16,6 +16,36 @@ namespace {
 constexpr std::string_view sentence =
     "Now we learn the right hand of this piece. Listen, then play it after me.";
 
+const std::array<std::string, 1> font{"/usr/share/sounds/sf2/TimGM6mb.sf2"};
+
+/// The left side of a part that is told all of it, half a second each.
+std::vector<float> heard(
+    Synth &synth, SynthPart part, std::initializer_list<ChannelMessage> messages)
+{
+    std::vector<float> all;
+    std::array<std::array<float, frames(0.5)>, 2 * synthParts> sides;
+    std::array<Stereo, synthParts> sound;
+    for (std::size_t i = 0; i < synthParts; ++i)
+        sound[i] = {sides[2 * i], sides[2 * i + 1]};
+    for (const ChannelMessage message : messages) {
+        synth.play(part, message);
+        synth.render(sound);
+        const auto left = sound[static_cast<std::size_t>(part)].left;
+        all.insert(all.end(), left.begin(), left.end());
+    }
+    return all;
+}
+
+/// The greatest difference between two sounds; silence is as long as need be.
+float unlike(const std::vector<float> &a, std::vector<float> b)
+{
+    float most = 0;
+    b.resize(a.size());
+    for (std::size_t i = 0; i < a.size(); ++i)
+        most = std::max(most, std::abs(a[i] - b[i]));
+    return most;
+}
+
 } // namespace
 
 /// What is heard, rendered in memory.
@@ -153,6 +183,47 @@ private Q_SLOTS:
         QVERIFY(load(0));
         QVERIFY(std::abs(organ() - before) < 0.2);
         QVERIFY(!desk.choose(2));
+    }
+
+    void otherInstrumentsSoundAsTheirForerunnersDid()
+    {
+        for (const ChannelMessage told :
+            {ChannelMessage{0xc3, 48, 0}, ChannelMessage{0xb3, 1, 127}, ChannelMessage{0xb3, 7, 50},
+                ChannelMessage{0xb3, 10, 5}, ChannelMessage{0xb3, 11, 40},
+                ChannelMessage{0xb3, 64, 127}, ChannelMessage{0xb3, 91, 127}}) {
+            Synth usual(font);
+            Synth changed(font);
+            Synth other(font);
+            changed.play(SynthPart::Band, told);
+            other.adopt(changed);
+            const auto left = [&](Synth &synth) {
+                return heard(synth, SynthPart::Band, {{0x93, 60, 90}, {0x83, 60, 0}});
+            };
+            const auto expected = left(changed);
+            QVERIFY(unlike(left(other), expected) < 1e-5 && unlike(left(usual), expected) > 1e-3);
+        }
+    }
+
+    void eachPartHasItsDrumsAndItsRoom()
+    {
+        for (std::size_t part = 0; part < synthParts; ++part) {
+            Synth synth(font);
+            QString levels; // in dB: while a key is held, after it, a drum, all let go
+            const auto sound = heard(synth, static_cast<SynthPart>(part),
+                {{0x90, 72, 90}, {0x80, 72, 0}, {0x99, 38, 90}, {0xb0, 64, 127}, {0x90, 60, 90},
+                    {0x80, 60, 0}});
+            for (std::size_t i = 0; i < sound.size(); i += sound.size() / 12) {
+                double squares = 0;
+                for (std::size_t k = i; k < i + sound.size() / 12; ++k)
+                    squares += sound[k] * sound[k];
+                levels += QString::number(std::lround(10 * std::log10(squares))) + u' ';
+            }
+            QCOMPARE(levels, u"16 10 -3 -35 17 -28 -38 -50 14 11 8 4 "_s);
+            synth.release(static_cast<SynthPart>(part));
+            heard(synth, static_cast<SynthPart>(part), {{0xb0, 7, 100}});
+            QVERIFY(
+                unlike(heard(synth, static_cast<SynthPart>(part), {{0xb0, 7, 100}}), {}) < 0.01);
+        }
     }
 
     void instrumentsDoWhatAPieceTellsThem()

@@ -249,6 +249,10 @@ private Q_SLOTS:
         QVERIFY(std::holds_alternative<Piece>(read));
         QCOMPARE(std::get<Piece>(read).notes.size(), 1U);
         QVERIFY(std::get<Piece>(read).length <= 86400);
+        const auto bars = readMidiFile(join({header(0, 1, 480),
+            track(join({at(0, {0xff, 0x58, 4, 1, 6, 24, 8}), at(0, {0x90, 60, 80}),
+                {0xff, 0xff, 0x7f, 0x80, 60, 0}, end}))}));
+        QCOMPARE(std::get<Piece>(bars).bars.size(), 20000U);
     }
 };
 

@@ -44,12 +44,14 @@ public:
         opened << QString::fromStdString(there.at(place));
         return true;
     }
-    void close() override { }
+    void close() override { opened << u"none"_s; }
     News news() override { return std::exchange(told, {}); }
-    std::vector<ChannelMessage> take() override { return {}; }
-    void send(ChannelMessage) override { }
+    int file() const override { return 77; }
+    std::vector<ChannelMessage> take() override { return {{0x90, 60, 80}}; }
+    void send(ChannelMessage message) override { opened << text({message}); }
 
-    std::vector<std::string> there{"Midi Through:Midi Through Port-0 14:0"};
+    std::vector<std::string> there{"Midi Through:Midi Through Port-0 14:0",
+        "RtMidi Output Client:x 128:0", "Kelo watch:news 129:0", "Timer:x 0:1"};
     News told;
     QStringList opened;
 };
@@ -168,7 +170,9 @@ private Q_SLOTS:
         for (unsigned seed = 0; seed < 60; ++seed) {
             Chance chance(seed);
             CommandKeys commands(60 + chance.below(60));
-            Recorder recorder;
+            const QTemporaryDir folder;
+            const std::string takes = seed % 6 == 0 ? folder.path().toStdString() : std::string();
+            std::optional<Recorder> recorder(takes);
             std::vector<ChannelMessage> sent;
             Recording speakers;
             AudioClock clock(0);
@@ -196,18 +200,26 @@ private Q_SLOTS:
                     ? ChannelMessage{0xb0, static_cast<unsigned char>(63 + chance.below(6)),
                         static_cast<unsigned char>(chance.below(2) * 127)}
                     : ChannelMessage{static_cast<unsigned char>(down ? 0x90 : 0x80), key, 70};
-                recorder.play(message, now);
+                recorder->play(message, now);
+                if (chance.oneIn(3))
+                    recorder->advance(now + chance.below(4));
+                all += QByteArray::number(recorder->deadline().value_or(0) - now, 'f', 2);
                 if (chance.oneIn(15))
-                    recorder.takeBack(pitch);
+                    recorder->takeBack(pitch);
                 through.play(clock.frameAt(now + chance.below(3) * 0.1), message);
                 through.advance(now);
                 all += QByteArray::number(through.deadline().value_or(0) - now, 'f', 2);
             }
-            for (const Piece &take : recorder.takes(now))
-                all += everythingOf(take);
-            all += QByteArray::number(int(recorder.takes(now).size())) + text(sent).toUtf8();
-            if (const auto last = recorder.lastTake(now + 1))
-                all += everythingOf(*last);
+            all += text(sent).toUtf8();
+            for (const bool again : {false, true}) { // and the next day
+                if (again)
+                    recorder.emplace(takes);
+                for (const Piece &take : recorder->takes(now))
+                    all += everythingOf(take);
+                all += QByteArray::number(int(recorder->takes(now).size()));
+                if (const auto last = recorder->lastTake(now + 1))
+                    all += everythingOf(*last);
+            }
         }
         QCOMPARE(unlikeKept(u"piano"_s, {qChecksum(all)}), QString());
     }
@@ -240,7 +252,7 @@ private Q_SLOTS:
             "7 90 65 60, 7.5 80 65 0, 8 80 64 0"_s);
         for (int i = 0; i < 100000; ++i)
             recorder.play({0x90, static_cast<unsigned char>(i % 128), 1}, 137 + i * 0.001);
-        QCOMPARE(recorder.lastTake(300).value().notes.size(), Recorder::mostNotes);
+        QCOMPARE(recorder.lastTake(300).value().notes.size(), 20000U);
     }
 
     void takesStay()
@@ -345,6 +357,19 @@ private Q_SLOTS:
         QCOMPARE(text(piano.take()), u"90 61 80"_s);
         close(again);
 
+        const int desk = posix_openpt(O_RDWR | O_NOCTTY); // a device that can be played, too
+        QVERIFY(grantpt(desk) == 0 && unlockpt(desk) == 0);
+        {
+            Piano device([] {}, ptsname(desk));
+            QVERIFY(device.look(0) && device.file() >= 0);
+            device.send({0xc0, 5, 99});
+            device.send({0x90, 60, 80});
+            QByteArray played(20, 0);
+            QCOMPARE(read(desk, played.data(), 20), 5);
+            QCOMPARE(played.left(5).toHex(), "c005903c50");
+        }
+        close(desk);
+
         Piano text([] {}, folder.filePath(u"x"_s).toStdString());
         QFile plain(folder.filePath(u"x"_s));
         QVERIFY(plain.open(QIODevice::WriteOnly));
@@ -366,9 +391,13 @@ private Q_SLOTS:
         desk.told = {true, {20}}; // and there it is again, of the same name and number
         QVERIFY(source.stirred() && source.look() && !source.look());
         QCOMPARE(source.name(), std::string("Stage Piano"));
-        QCOMPARE(desk.opened.size(), 2);
+        source.send({0x90, 61, 80});
+        const QString port = QString::fromStdString(desk.there.back());
+        QCOMPARE(desk.opened, (QStringList{u"none"_s, port, u"none"_s, port, u"90 61 80"_s}));
+        QVERIFY(source.file() == 77 && text(source.take()) == u"90 60 80");
         desk.there.pop_back();
         QVERIFY(source.look() && source.name().empty());
+        QCOMPARE(desk.opened.size(), 6);
     }
 
     void aMachineWithoutMidiIsNoFault()
@@ -405,6 +434,12 @@ private Q_SLOTS:
         through.setOn(false);
         QVERIFY(!through.deadline());
         QVERIFY(text(sent).endsWith(u"b0 64 0, b0 123 0"_s));
+        through.setOn(true);
+        for (int i = 0; i < 5000; ++i)
+            QVERIFY(through.play(frames(9), {0x90, 60, 80}));
+        sent.clear();
+        through.advance(9.1);
+        QCOMPARE(sent.size(), 4096U);
         QCOMPARE(speakers.silenced, 1);
     }
 };

@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sqlite3.h>
+
 using namespace Qt::StringLiterals;
 using namespace kelo::engine;
 using kelo::test::Table;
@@ -148,6 +150,40 @@ private Q_SLOTS:
         QCOMPARE(weekUntil(firstDay + std::chrono::days(6), {}, {}).cleanBefore, -1);
     }
 
+    void plansAnyPracticeAsEver()
+    {
+        QByteArray all;
+        const auto add = [&](std::initializer_list<double> numbers) {
+            for (const double each : numbers)
+                all += QByteArray::number(each) + ' ';
+        };
+        for (unsigned seed = 0; seed < 100; ++seed) {
+            Chance chance(seed);
+            std::vector<PlayedBar> played;
+            for (int day = 0, i = chance.below(40); i >= 0; --i, day += chance.oneIn(3))
+                played.push_back({noonOf(day), chance.of(QList{"A", "B", "C", "Gone"}),
+                    1 + chance.below(6), static_cast<Hands>(chance.below(3)),
+                    chance.oneIn(2) ? 0 : chance.below(5), chance.of(QList{0, 50, 89, 90, 100})});
+            const auto known = knownBars(played);
+            for (const KnownBar &each : known) {
+                all += each.piece.c_str();
+                add({double(each.bar), double(each.hands), double(each.wrong), double(each.tempo),
+                    double(each.grade), double(each.repetitions), each.ease,
+                    double((each.due - firstDay).count()), double((each.last - firstDay).count())});
+            }
+            const auto today = firstDay + std::chrono::days(5 + chance.below(12));
+            const PracticePlan plan = planFor(known, today, {"A", "B", "C"});
+            for (const Assignment &part : plan.weakest)
+                all += textOf(part).toUtf8();
+            all += (plan.untouched ? textOf(*plan.untouched).toUtf8() : "") + plan.known.c_str();
+            const PracticeWeek week = weekUntil(today, played, known);
+            for (const int each :
+                {week.days, week.bars, week.clean, week.cleanBefore, week.sure, week.known})
+                add({double(each)});
+        }
+        QCOMPARE(unlikeKept(u"practice"_s, {qChecksum(all)}), QString());
+    }
+
     void tellsBarsOfAPart()
     {
         const PlayedPart part{4, 6, Hands::Right, {{5, 2}, {0, 1}}, 80};
@@ -202,6 +238,8 @@ private Q_SLOTS:
         row("cut off", "half", true);
         row("another program's", "other", false);
         row("not to be written", "readonly", false);
+        row("held by somebody else", "held", false);
+        row("held when a hand is chosen", "chosen", false);
     }
 
     void goesOnWhateverTheFile()
@@ -215,8 +253,10 @@ private Q_SLOTS:
             kelo::test::writeFile(path, file);
         } else {
             PracticeLog whole(path.toStdString());
+            std::vector<PlayedBar> many;
             for (int i = 0; i < 300; ++i)
-                whole.add(played);
+                many.insert(many.end(), played.begin(), played.end());
+            whole.add(many);
         }
         QByteArray bytes = kelo::test::readFile(path);
         if (file == "half")
@@ -226,10 +266,20 @@ private Q_SLOTS:
         if (file == "readonly")
             QDir(folder.path()).mkdir(u"p.db-journal"_s); // no journal can be written there
         PracticeLog log(path.toStdString());
-        log.add(played);
+        const bool held = file == "held" || file == "chosen";
+        sqlite3 *other = nullptr;
+        if (held && sqlite3_open(path.toUtf8().constData(), &other) == SQLITE_OK)
+            sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
+        const auto closing = qScopeGuard([&] { sqlite3_close(other); });
+        if (file != "chosen")
+            log.add(played);
+        log.keepReading("A", 2);
+        if (file == "chosen")
+            log.add(played);
+        QCOMPARE(log.readingOf("A"), std::optional(2));
         QVERIFY(!log.takeTrouble().empty());
         QVERIFY2(log.takeTrouble().empty(), "it is said once");
-        QVERIFY(log.bars().size() >= 3);
+        QCOMPARE(log.bars().size(), held ? 903U : 3U);
         QCOMPARE(log.bars().back(), played.back());
         QCOMPARE(QFileInfo::exists(path + u".damaged"_s), aside);
     }

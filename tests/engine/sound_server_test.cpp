@@ -3,6 +3,7 @@
 #include <QStandardPaths>
 #include <QTest>
 
+#include <cmath>
 #include <csignal>
 
 using namespace Qt::StringLiterals;
@@ -30,6 +31,7 @@ private Q_SLOTS:
             serve();
             QVERIFY(!engine->waitFor(back).isEmpty());
             answersAtOnce();
+            isHeardOnBothSides();
             if (round == 0) {
                 end();
                 QTest::qWait(3000); // until it has noticed
@@ -68,6 +70,28 @@ private:
         engine->send("~say what time is it\n");
         QVERIFY(!engine->waitFor(u"say It is .*"_s, 1).isEmpty());
         QVERIFY(!engine->waitFor(u"done"_s, 5).isEmpty());
+    }
+
+    void isHeardOnBothSides()
+    {
+        QProcess ear;
+        ear.start(u"parec"_s,
+            {u"-s"_s, u"unix:"_s + engine->path(u"socket"_s), u"--raw"_s, u"--format=float32le"_s,
+                u"--rate=44100"_s, u"-d"_s, u"@DEFAULT_MONITOR@"_s});
+        QVERIFY(ear.waitForReadyRead());
+        engine->send("~speak One two three.\n");
+        QByteArray heard;
+        const auto loud = [&] {
+            heard += ear.readAllStandardOutput();
+            const auto *sides = reinterpret_cast<const float *>(heard.constData());
+            qsizetype count = 0;
+            for (qsizetype i = 0; i + 1 < heard.size() / 4; i += 2)
+                count += std::abs(sides[i]) > 0.05F && sides[i] == sides[i + 1];
+            return count;
+        };
+        QTRY_VERIFY(loud() > 2000);
+        ear.kill();
+        ear.waitForFinished();
     }
 
     QProcess server;

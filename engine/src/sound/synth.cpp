@@ -175,7 +175,7 @@ void Synth::release(SynthPart part)
 
 void Synth::adopt(const Synth &other)
 {
-    constexpr std::array<int, 7> controllers{1, 7, 10, 11, 64, 91, 93};
+    constexpr std::array<int, 6> controllers{1, 7, 10, 11, 64, 91};
     if (!sounds() || !other.sounds())
         return;
     for (int channel = 0; channel < channels; ++channel) {
