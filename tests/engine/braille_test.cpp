@@ -1,5 +1,6 @@
 #include "braille/braille_bar.h"
 #include "braille/braille_page.h"
+#include "support/files.h"
 #include "support/table.h"
 
 #include <QRegularExpression>
@@ -104,52 +105,21 @@ class BrailleTest : public QObject {
 private Q_SLOTS:
     void writesBars_data()
     {
-        const Table<QString, int, int, QString> row{"written", "beats", "unit", "braille"};
-        row("quarters", u"c4 d4 e4 f4"_s, 4, 4, u"⠐⠹⠱⠫⠻⠣⠅"_s);
-        row("eighths", u"b4/8 b4 b4 b4 b4 b4"_s, 6, 8, u"⠐⠚⠚⠚⠚⠚⠚⠣⠅"_s);
-        row("sixteenths", u"c4/16 d4 e4 f4 g4/4 r/2"_s, 4, 4, u"⠐⠽⠵⠯⠿⠳⠥⠣⠅"_s);
-        row("halves and wholes", u"a4/2 b4|c5/1"_s, 4, 4, u"⠐⠎⠞⠀⠽⠣⠅"_s);
-        row("a dot", u"c4/4. d4/8 e4/2"_s, 4, 4, u"⠐⠹⠄⠑⠏⠣⠅"_s);
-        row("each octave", u"c1 c2 c3 c4 c5 c6 c7"_s, 7, 4, u"⠈⠹⠘⠹⠸⠹⠐⠹⠨⠹⠰⠹⠠⠹⠣⠅"_s);
-        row("the ends of the keyboard", u"a0/2 c8"_s, 4, 4, u"⠈⠈⠎⠠⠠⠝⠣⠅"_s);
-        row("thirds need no octave", u"c4/8 e4 g4 a4/4 c5/8|d5/8 f5 a5 b5 d6 f6"_s, 6, 8,
-            u"⠐⠙⠋⠓⠪⠙⠀⠑⠛⠊⠚⠑⠛⠣⠅"_s);
-        row("fourths into another octave", u"g4/8 a4 b4 g4 c5 g4|d5/8 g4 e5/2"_s, 3, 4,
-            u"⠐⠓⠊⠚⠓⠨⠙⠐⠓⠀⠨⠑⠐⠓⠨⠏⠣⠅"_s);
-        row("fifths within one", u"c4/8 d4 e4 c4 f4 c4|g4/8 c4 a4/2"_s, 3, 4, u"⠐⠙⠑⠋⠙⠛⠙⠀⠓⠙⠐⠎⠣⠅"_s);
-        row("sixths and sevenths", u"c4/8 e4 g4 a4 c4 a4|c4/8 bb4 c4 a4 c4 a4|g4/2."_s, 6, 8,
-            u"⠐⠙⠋⠓⠊⠐⠙⠐⠊⠀⠐⠙⠣⠐⠚⠐⠙⠐⠊⠐⠙⠐⠊⠀⠗⠄⠣⠅"_s);
-        row("a melody",
-            u"e5/2 d5/4 c5|a4/4 d5/2 c5/4|b4/4 e5/2 d5/4|c5/2 f5/4 e5|d5/4 g5/2 f5/4|"
-            "e5/4 c5 a5 c5|b4/8 c5 d5 e5 f5 g5 a5 b5|c6/2 r"_s,
-            4, 4, u"⠨⠏⠱⠹⠀⠪⠨⠕⠹⠀⠺⠨⠏⠱⠀⠝⠻⠫⠀⠱⠗⠻⠀⠫⠹⠨⠪⠨⠹⠀⠚⠙⠑⠋⠛⠓⠊⠚⠀⠝⠥⠣⠅"_s);
-        row("rests", u"c4/4 r r/2|r/1"_s, 4, 4, u"⠐⠹⠧⠥⠀⠍⠣⠅"_s);
-        row("rests between beats", u"r/8 c4 r/4 r/8 c4 r/4"_s, 4, 4, u"⠭⠐⠙⠧⠭⠙⠧⠣⠅"_s);
-        row("a triplet", u"c5/4 e5/8t f5 g5"_s, 2, 4, u"⠨⠹⠆⠋⠛⠓⠣⠅"_s);
-        row("two triplets", u"e5/8t f5 g5 g5 f5 e5"_s, 2, 4, u"⠆⠨⠋⠛⠓⠆⠓⠛⠋⠣⠅"_s);
-        row("a chord from above", u"c4+e4+g4/1"_s, 4, 4, u"⠐⠷⠬⠔⠣⠅"_s);
-        row("seconds, fourths and sixths", u"c5+b4/2 c5+g4|c5+e4/2 c5+d4"_s, 4, 4,
-            u"⠨⠝⠌⠝⠼⠀⠝⠴⠝⠒⠣⠅"_s);
-        row("an octave", u"c4+c5/1"_s, 4, 4, u"⠨⠽⠤⠣⠅"_s);
-        row("a tenth", u"c4+e5/1"_s, 4, 4, u"⠨⠯⠐⠬⠣⠅"_s);
-        row("intervals an octave apart", u"c4+d5+f5/1"_s, 4, 4, u"⠨⠿⠬⠐⠼⠣⠅"_s);
-        row("two voices", u"c5/1&e4/4 d4 e4 f4|b4/1&g4/4 f4 e4 d4"_s, 4, 4,
-            u"⠨⠽⠣⠜⠐⠫⠱⠫⠻⠀⠐⠾⠣⠜⠐⠳⠻⠫⠱⠣⠅"_s);
-        row("a voice that rests", u"c5/1&r/2 e4"_s, 4, 4, u"⠨⠽⠣⠜⠥⠐⠏⠣⠅"_s);
-        row("a tie", u"c4/2~ c4"_s, 4, 4, u"⠐⠝⠈⠉⠝⠣⠅"_s);
-        row("a slur", u"c4/4( d4 e4) f4"_s, 4, 4, u"⠐⠹⠉⠱⠉⠫⠻⠣⠅"_s);
-        row("a long slur", u"g4/4( a4/8 b4|c5/4 d5/8 e5|f5/4 e5/8 d5|e5/4 c5/8) r"_s, 2, 4,
-            u"⠐⠳⠉⠉⠊⠚⠀⠹⠑⠋⠀⠻⠋⠑⠀⠫⠉⠙⠭⠣⠅"_s);
-        row("slurs that meet", u"c4/4( d4)( e4) f4"_s, 4, 4, u"⠐⠹⠉⠱⠉⠫⠻⠣⠅"_s);
-        row("fingers", u"c4:1/4 d4:2 e4:3 f4:4|g4:5+e4:3+c4:1/1"_s, 4, 4, u"⠐⠹⠁⠱⠃⠫⠇⠻⠂⠀⠷⠅⠬⠇⠔⠁⠣⠅"_s);
-        row("repeats", u"[ c4/1|d4/1 ]|e4/1"_s, 4, 4, u"⠣⠶⠐⠽⠀⠵⠣⠆⠀⠐⠯⠣⠅"_s);
+        const Table<QString, QString, QString> row{"written", "metre", "braille"};
+        const QByteArrayList lines =
+            kelo::test::readFile(QFINDTESTDATA("braille.txt")).trimmed().split('\n');
+        for (const QByteArray &line : lines.mid(2)) {
+            const QStringList parts = QString::fromUtf8(line).split(u"; "_s);
+            row(line.left(line.indexOf(';')).constData(), parts[2], parts[1], parts[3]);
+        }
     }
 
     void writesBars()
     {
         QFETCH(QString, written);
-        QFETCH(int, beats);
-        QFETCH(int, unit);
+        QFETCH(QString, metre);
+        const int beats = metre.section(u'/', 0, 0).toInt();
+        const int unit = metre.section(u'/', 1).toInt();
         QTEST(brailleOf(::written(written, beats, unit), Hands::Right), "braille");
     }
 
