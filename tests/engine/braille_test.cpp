@@ -1,6 +1,5 @@
 #include "braille/braille_bar.h"
 #include "braille/braille_page.h"
-#include "support/files.h"
 #include "support/table.h"
 
 #include <QRegularExpression>
@@ -106,12 +105,8 @@ private Q_SLOTS:
     void writesBars_data()
     {
         const Table<QString, QString, QString> row{"written", "metre", "braille"};
-        const QByteArrayList lines =
-            kelo::test::readFile(QFINDTESTDATA("braille.txt")).trimmed().split('\n');
-        for (const QByteArray &line : lines.mid(2)) {
-            const QStringList parts = QString::fromUtf8(line).split(u"; "_s);
-            row(line.left(line.indexOf(';')).constData(), parts[2], parts[1], parts[3]);
-        }
+        for (const QStringList &parts : kelo::test::arrowed(QFINDTESTDATA("braille.txt")))
+            row(qPrintable(parts[0]), parts[2], parts[1], parts[3]);
     }
 
     void writesBars()

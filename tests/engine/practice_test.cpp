@@ -98,28 +98,9 @@ private Q_SLOTS:
 
     void plansADay_data()
     {
-        // weakest | untouched | known
         const Table<QString, QString> row{"played", "plan"};
-        row("nothing", u""_s, u" |  | "_s);
-        row("what went wrong most", u"b1 w1, b5 w4, b9 w2"_s,
-            u"A 5-5 both w4 9 days; A 9-9 both w2 9 days; A 1-1 both w1 9 days | A 1-1 both w1 9 "
-            "days | "_s);
-        row("bars beside each other", u"D9 b1 w1, D9 b2 w3, D9 b3 w2, D9 b5 w3"_s,
-            u"A 1-3 both w6 0 days; A 5-5 both w3 0 days |  | "_s);
-        row("no more than four together", u"D9 b1 w3, D9 b2 w3, D9 b3 w3, D9 b4 w3, D9 b5 w3"_s,
-            u"A 1-4 both w12 0 days; A 5-5 both w3 0 days |  | "_s);
-        row("hands by themselves", u"D9 b1 w2, D9 b2 w2 left"_s,
-            u"A 1-1 both w2 0 days; A 2-2 left w2 0 days |  | "_s);
-        row("what is fresh is left out", u"D9 b1 t100, D8 b2 t100"_s,
-            u"A 2-2 both w0 1 days |  | A"_s);
-        row("what waited longest", u"D9 b1 w2, D4 b1 B, D5 b1 C"_s,
-            u"A 1-1 both w2 0 days; B 1-1 both w0 5 days; C 1-1 both w0 4 days | B 1-1 both w0 5 "
-            "days | B"_s);
-        row("the piece that goes best", u"D9 b1 B, D9 b1, D9 b2, D9 b3, D9 b4 w3"_s,
-            u"A 4-4 both w3 0 days |  | A"_s);
-        row("not one that goes by halves", u"D9 b1 B, D9 b1, D9 b2, D9 b3 w3, D9 b4 w3"_s,
-            u"A 3-4 both w6 0 days |  | B"_s);
-        row("no piece that is gone", u"D1 b1 w3 Gone, D9 b1 Gone, D9 b2 Gone"_s, u" |  | "_s);
+        for (const QStringList &parts : kelo::test::arrowed(QFINDTESTDATA("plans.txt")))
+            row(qPrintable(parts[0]), parts[1], parts[2]);
     }
 
     void plansADay()
@@ -131,7 +112,7 @@ private Q_SLOTS:
         for (const Assignment &part : plan.weakest)
             weakest << textOf(part);
         QTEST(weakest.join(u"; "_s) + u" | "_s + (plan.untouched ? textOf(*plan.untouched) : u""_s)
-                + u" | "_s + QString::fromStdString(plan.known),
+                + u" | "_s + QString::fromStdString(plan.known) + u'.',
             "plan");
     }
 
@@ -287,19 +268,9 @@ private Q_SLOTS:
     void namesTheFingersOfAScale_data()
     {
         const Table<int, bool, QString, QString> row{"tonic", "minor", "right", "left"};
-        row("C major", 0, false, u"12312345"_s, u"54321321"_s);
-        row("F major", 5, false, u"12341234"_s, u"54321321"_s);
-        row("B major", 11, false, u"12312345"_s, u"43214321"_s);
-        row("B flat major", 10, false, u"41231234"_s, u"32143213"_s);
-        row("E flat major", 3, false, u"31234123"_s, u"32143213"_s);
-        row("A flat major", 8, false, u"34123123"_s, u"32143213"_s);
-        row("D flat major", 1, false, u"23123412"_s, u"32143213"_s);
-        row("F sharp major", 6, false, u"23412312"_s, u"43213214"_s);
-        row("A minor", 9, true, u"12312345"_s, u"54321321"_s);
-        row("E flat minor", 3, true, u"31234123"_s, u"21432132"_s);
-        row("B flat minor", 10, true, u"41231234"_s, u"21321432"_s);
-        row("F sharp minor", 6, true, u"34123123"_s, u"43213214"_s);
-        row("B minor", 11, true, u"12312345"_s, u"43214321"_s);
+        for (const QStringList &parts : kelo::test::arrowed(QFINDTESTDATA("fingers.txt")))
+            row(qPrintable(parts[0]), parts[1].toInt(), parts[0].endsWith(u"minor"), parts[2],
+                parts[3]);
     }
 
     void namesTheFingersOfAScale()

@@ -1,6 +1,7 @@
 #include "setup/greeting.h"
 #include "setup/profile.h"
 #include "setup/progress.h"
+#include "setup/voice_log.h"
 #include "support/files.h"
 #include "support/table.h"
 
@@ -170,6 +171,18 @@ private Q_SLOTS:
             writeFile(path(u"progress.json"_s), text);
             QVERIFY(Progress(file).jazz() == JazzPlace());
         }
+    }
+
+    void theVoiceLogBeginsAnewWhenItIsLong()
+    {
+        for (const int size : {1 << 20, (1 << 20) + 1}) {
+            writeFile(path(u"voice-log.txt"_s), QByteArray(size, 'x'));
+            prepareVoiceLog(folder.path().toStdString());
+            QCOMPARE(readFile(path(u"voice-log.txt"_s)).size(), size == 1 << 20 ? size : 0);
+            QCOMPARE(readFile(path(u"voice-log.old.txt"_s)).size(), size == 1 << 20 ? 0 : size);
+        }
+        prepareVoiceLog(path(u"deep/er"_s).toStdString());
+        QVERIFY(QFile::exists(path(u"deep/er/voice-log.txt"_s)));
     }
 
     void failsWithoutADisk()

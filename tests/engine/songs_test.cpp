@@ -161,6 +161,10 @@ private Q_SLOTS:
         library.refresh();
         QCOMPARE(library.size(), shipped + 3);
         QCOMPARE(Library("/nowhere/at/all").size(), shipped);
+        for (int i = 0; i < 500; ++i)
+            writeFile(folder.filePath(u"%1.mid"_s.arg(i)), "x");
+        library.refresh();
+        QCOMPARE(library.size(), shipped + 500);
     }
 
     void findsTheMusicFolder_data()

@@ -368,7 +368,8 @@ private Q_SLOTS:
             "<!DOCTYPE a [<!ENTITY b 'x'><!ENTITY c '&b;&b;'>]>"
                 + score(bar(note("C4 4", "<lyric><text>&c;</text></lyric>"))),
             -1);
-        row("too large", QByteArray(int(largestScore) + 1, ' '), int(ReadFault::TooLarge));
+        row("too large", QByteArray((16 << 20) + 1, ' '), int(ReadFault::TooLarge));
+        row("not quite", QByteArray(16 << 20, ' '), int(ReadFault::Unknown));
     }
 
     void refusesBadFiles()
@@ -381,6 +382,23 @@ private Q_SLOTS:
             for (const WrittenNote &each : std::get<WrittenPiece>(result).notes)
                 QVERIFY(each.pitch < 128 && each.length >= 0 && each.length <= 40 * writtenQuarter);
         }
+    }
+
+    void readsAndPlaysNoMoreThanAScore()
+    {
+        const QByteArray again = "<barline><repeat direction='backward' times='9'/></barline>";
+        const QByteArray bars = bar(note("C4 4")).repeated(4999) + bar(note("C4 4") + again);
+        const auto read_ =
+            read(score(bars + bars)
+                     .insert(16, "<movement-title>" + QByteArray(300, 'x') + "</movement-title>"));
+        const auto &piece = std::get<WrittenPiece>(read_);
+        QCOMPARE(piece.title.size(), 200U);
+        QCOMPARE(piece.bars.size(), 5000U);
+        QCOMPARE(piece.bars.back().repeatEnds, 8);
+        QCOMPARE(playedBars(piece, Repeats::Played).size(), 20000U);
+        const auto graces = read(
+            score(bar(note("C4 4") + QByteArray("<note><grace/><rest/></note>").repeated(200000))));
+        QCOMPARE(std::get<WrittenPiece>(graces).notes.size(), 200000U);
     }
 
     void unpacksNoMoreThanAScore()

@@ -27,6 +27,15 @@ public:
     }
 };
 
+/// The lines of a text file after its first two, each cut at its arrows.
+inline QList<QStringList> arrowed(const QString &file)
+{
+    QList<QStringList> all;
+    for (const QString &line : QString::fromUtf8(readFile(file)).trimmed().split(u'\n').mid(2))
+        all << line.split(QStringLiteral(" -> "));
+    return all;
+}
+
 /// A row, with the column "script", for each part of a text file that begins with "== " and its
 /// name. Returns what stands before them.
 inline QString scriptRows(const QString &file)
