@@ -112,8 +112,12 @@ void Rig::playAfter(int skipped, int higher, double slower, int most)
 {
     for (int left = 4000; left > 0 && (!assistant->quiet() || player.playing()); --left)
         run(0.05);
+    const std::vector fresh(
+        music.played.begin() + static_cast<std::ptrdiff_t>(answered), music.played.end());
+    if (std::ranges::any_of(fresh, [](const auto &each) { return each.message.presses(); }))
+        heard_ = fresh;
     Frame last = 0;
-    for (const auto &[frame, message] : std::vector(music.played)) {
+    for (const auto &[frame, message] : heard_) {
         const bool note = message.channel() != 9 && (message.presses() || message.releases());
         if (!note || (message.presses() && skipped-- > 0) || skipped > 0)
             continue;
@@ -122,6 +126,7 @@ void Rig::playAfter(int skipped, int higher, double slower, int most)
         run(last > 0 ? seconds(std::max<Frame>(frame - last, 0)) * slower : 0);
         last = frame;
         press(message.first + higher, message.releases() ? 0 : message.second);
+        answered = message.presses() ? music.played.size() : answered;
     }
 }
 

@@ -72,7 +72,8 @@ public:
     /// Lines, keys and bytes as a display sends them.
     void send(const QByteArray &bytes);
     void press(int pitch, int velocity = 80);
-    /// Plays what the assistant plays next, but for some notes, so much higher and slower.
+    /// Plays what the assistant plays next, but for some notes, so much higher and slower; where it
+    /// plays nothing, the same again.
     void playAfter(int skipped, int higher, double slower, int most);
     void control(int number, int value);
     void plug(const QString &piano);
@@ -91,6 +92,7 @@ public:
 
     QStringList lines; ///< without "@"
     QByteArrayList times; ///< when each line came
+    std::size_t answered = 0; ///< messages of the music that have been played back
     int turns = 0; ///< how often it was asked to go on
     qsizetype seen = 0; ///< lines that have matched, and those before them
     double now = 10;
@@ -122,6 +124,7 @@ private:
     QTemporaryDir folder_;
     kelo::engine::InputReader input_;
     double sentAt_ = 0;
+    std::vector<Recording::Played> heard_; ///< that is played back
 };
 
 /// Goes through a script, a line a step, and says which step failed and how; empty where none did.

@@ -44,9 +44,10 @@ private Q_SLOTS:
         for (const QString &line : strolls_.kept(name)) {
             const QString step = line.section(u" => "_s, 0, 0);
             const qsizetype from = rig.lines.size();
+            const bool answers = step.startsWith(u"echo") || step.startsWith(u"wait");
             for (Recording *part : {&rig.music, &rig.keys, &rig.rhythm})
-                step.startsWith(u"echo") || step.startsWith(u"wait") ? void()
-                                                                     : part->played.clear();
+                answers ? void() : part->played.clear();
+            rig.answered = answers ? rig.answered : 0;
             rig.turns = 0;
             QCOMPARE(failureOf(rig, {step}), QString());
             QString said = rig.lines.mid(from).filter(QRegularExpression(u"^say "_s)).join(u' ');
