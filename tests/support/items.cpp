@@ -1,6 +1,7 @@
 #include "items.h"
 
 #include <QColor>
+#include <QEasingCurve>
 #include <QFont>
 #include <QMetaProperty>
 #include <QQmlComponent>
@@ -38,6 +39,8 @@ QString shown(const QVariant &value)
             .arg(font.weight())
             .arg(font.letterSpacing());
     }
+    if (value.typeId() == QMetaType::QEasingCurve)
+        return QString::number(value.toEasingCurve().type());
     if (value.typeId() == QMetaType::Double || value.typeId() == QMetaType::Float)
         return QString::number(value.toDouble(), 'g', 5);
     if (value.metaType().flags() & QMetaType::IsEnumeration)
@@ -118,7 +121,9 @@ QString lineOf(const QObject &object)
 void collect(const QObject &object, const QString &indent, QStringList &lines)
 {
     lines << indent + lineOf(object);
-    for (const QObject *child : object.children()) {
+    for (QObject *child : object.children()) {
+        if (child->inherits("QQuickBehavior"))
+            qmlExecuteDeferred(child); // its animation is made when it first moves
         if (child->inherits("QQuickAbstractAnimation") || child->inherits("QQmlTimer")
             || child->inherits("QQuickBehavior"))
             collect(*child, indent + u"  "_s, lines);

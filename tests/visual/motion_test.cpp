@@ -50,6 +50,15 @@ private Q_SLOTS:
             QVERIFY2(due[i] - due[i - 1] <= gap + 1, QByteArray::number(due[i] - due[i - 1]));
     }
 
+    void framesAtOnceAreFramesEach()
+    {
+        FrameCadence cadence;
+        int due = 0;
+        for (int i = 0; i < 9; ++i)
+            due += cadence.isDue(100, 1.0 / 240, 60);
+        QCOMPARE(due, 4); // two that were owed, then every fourth
+    }
+
     void fallingIsSmoothUnderAJitteryClock_data()
     {
         // refresh: frames a second; leftOut: every so many frames one is

@@ -178,12 +178,15 @@ private Q_SLOTS:
         hearing.words = QStringList{u"play"_s};
         hearing.speaks = !finished;
         std::counting_semaphore<2> loading(finished ? 1 : 0);
-        DecodingRecogniser recogniser({{u"scripted"_s, true,
-            [&](const auto & /*stop*/) {
-                loading.acquire();
-                return std::make_unique<ScriptedDecoder>(hearing);
-            },
-            nullptr}});
+        const auto fails = [](const auto & /*stop*/) { return nullptr; };
+        const auto loads = [&](const auto & /*stop*/) {
+            loading.acquire();
+            return std::make_unique<ScriptedDecoder>(hearing);
+        };
+        DecodingRecogniser recogniser({{u"gone"_s, false, fails, nullptr},
+            {u"broken"_s, true, fails, nullptr}, {u"scripted"_s, true, loads, nullptr}});
+        QCOMPARE(recogniser.name(), u"broken"_s);
+        QTest::ignoreMessage(QtWarningMsg, "broken: the model could not be loaded");
         QString told;
         const auto tells = [&](const QString &event) {
             return QTest::qWaitFor([&] { return (told += hearing.events.take()).contains(event); });
@@ -195,6 +198,7 @@ private Q_SLOTS:
                     static_cast<qsizetype>(samples.size() * 2)}};
         };
         RecognitionRequest request;
+        request.log = [&](const QString &line) { hearing.events.add(line); };
         const auto before = recogniser.start(request, into(hearing.events));
         before->append(sound(0.05));
         QVERIFY(!finished || tells(u"final"_s));
@@ -211,6 +215,7 @@ private Q_SLOTS:
         QVERIFY(tells(u"final"_s));
         QFETCH(const QString, heard);
         QVERIFY2(told.contains(heard), qPrintable(told));
+        QCOMPARE(recogniser.name(), u"scripted"_s);
     }
 
     void gateOpensForWhatRisesAboveTheRoom_data()

@@ -148,7 +148,8 @@ ngram 3=5
         WakeTraining training;
         training.name = u"Kelo"_s;
         training.phrases = {{u"hey Kelo"_s, 3}, {u"Kelo stop zzyx"_s, 2}};
-        training.pronunciation = CustomPronunciation{u"Kelo"_s, {u"k e l oU"_s}};
+        training.pronunciation = CustomPronunciation{
+            u"Kelo"_s, {u"k e l oU"_s, u"m i r A b u t oU"_s, u"O r eI l i @ k l E r"_s}};
         const TaughtModel model = prepareTaughtModel(training, files, dictionary);
         const auto words = readTaughtModel(model);
         QVERIFY(words);
@@ -161,7 +162,7 @@ ngram 3=5
         const QList<Phones> ways = words->vocabulary.first().pronunciations;
         QVERIFY(ways.contains(Phones({u"K"_s, u"EY"_s, u"L"_s, u"OW"_s})));
         QVERIFY(ways.contains(Phones({u"K"_s, u"EH"_s, u"L"_s, u"OW"_s}))); // an accent
-        QVERIFY(ways.size() > 3 && ways.size() <= 20);
+        QCOMPARE(ways.size(), 20);
 
         const auto reason = [&](const WakeTraining &each, const QString &path, bool stopped) {
             std::stop_source stop;
