@@ -23,6 +23,7 @@ public:
     [[nodiscard]] std::string place() const override;
     [[nodiscard]] std::string_view help() const override;
     [[nodiscard]] std::string_view suggestions() const override;
+    [[nodiscard]] bool everyKeyIsMusic() const override { return true; }
 
 private:
     void set(const Request &request, const Moment &now);

@@ -1,6 +1,5 @@
 #include "activities/exercise_activity.h"
 
-#include "activities/home_activity.h"
 #include "lessons/exercises.h"
 #include "listen/words.h"
 
@@ -208,11 +207,6 @@ Reply ExerciseActivity::goOn(Reply reply, const Moment &now)
     const std::string praise = reply.words.empty() ? "" : "Good. ";
     const Reply opened = lesson_.open(praise + opening());
     return {reply.good, opened.words, opened.demo};
-}
-
-void ExerciseActivity::over(const Moment &now)
-{
-    begin<HomeActivity>(now);
 }
 
 void ExerciseActivity::advance(const Moment &now)

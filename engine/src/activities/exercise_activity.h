@@ -28,7 +28,6 @@ private:
     [[nodiscard]] const Lesson &current() const override { return lesson_; }
     [[nodiscard]] Lesson &current() override { return lesson_; }
     [[nodiscard]] Reply press(int pitch, const Moment &now) override;
-    void over(const Moment &now) override;
 
     void change(const Request &request, const Moment &now);
     void again(const Request &request, const Moment &now);
