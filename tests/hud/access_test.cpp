@@ -30,6 +30,11 @@ private Q_SLOTS:
                 "daw 1"},
             u"OFFLINE"_s, u"NEW UPDATE"_s);
         row("lesson", {"mode teach"}, u"ONLINE"_s, u"Kelo"_s);
+        row("more-than-there-is-room-for",
+            {"name " + QByteArray("Name").repeated(15), "kbd " + QByteArray("Piano ").repeated(40),
+                "update " + QByteArray("2.4").repeated(20) + '|'
+                    + QByteArray("Notes. ").repeated(600)},
+            u"ONLINE"_s, u"NEW UPDATE"_s);
         row("composing", {"mode compose"}, u"ONLINE"_s, u"Kelo"_s);
         row("visualiser", {"window visual 1"}, u"ONLINE"_s, u"PLAY"_s);
         row("visualiser-roll", {"rollnew Waltz"}, u"ONLINE"_s, u"STOP"_s);
