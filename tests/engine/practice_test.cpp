@@ -22,7 +22,7 @@ constexpr std::chrono::local_days firstDay{std::chrono::year(2025) / 3 / 1};
 
 std::chrono::local_seconds noonOf(int day)
 {
-    return firstDay + std::chrono::days(day) + std::chrono::hours(12);
+    return firstDay + std::chrono::days(day) + std::chrono::seconds(12 * 3600 + 34 * 60 + 56);
 }
 
 /// "D3 b5 w2 t80 left Piece": the day, the bar, wrong keys, percent; both hands and a piece "A"
@@ -42,8 +42,8 @@ std::vector<PlayedBar> playedFrom(const QString &text)
                 bar.wrong = number;
             else if (word.startsWith(u't'))
                 bar.tempo = number;
-            else if (word == u"left")
-                bar.hands = Hands::Left;
+            else if (word == u"left" || word == u"right")
+                bar.hands = word == u"left" ? Hands::Left : Hands::Right;
             else
                 bar.piece = word.toStdString();
         }
@@ -181,7 +181,8 @@ private Q_SLOTS:
     {
         const QTemporaryDir folder;
         const auto file = std::filesystem::path(folder.path().toStdString()) / "new" / "p.db";
-        const auto played = playedFrom(u"D0 b1 w1 t80, D0 b2 left Für, D400 b3, D2 b3 t100 It's"_s);
+        const auto played =
+            playedFrom(u"D0 b1 w1 t80, D0 b2 left Für, D400 b3, D2 b3 right t100 It's"_s);
         {
             PracticeLog log(file);
             log.add(played);
@@ -207,8 +208,8 @@ private Q_SLOTS:
         QCOMPARE(kept.size(), 2U);
         QCOMPARE(QString::fromStdString(tableOf(kept)),
             u"time,piece,bar,hand,wrong keys,tempo percent\r\n"
-            "2025-03-01 12:00:00,\"Für\",2,left,0,\r\n"
-            "2025-03-03 12:00:00,\"It's\",3,both,0,100\r\n"_s);
+            "2025-03-01 12:34:56,\"Für\",2,left,0,\r\n"
+            "2025-03-03 12:34:56,\"It's\",3,right,0,100\r\n"_s);
         QCOMPARE(tableOf(playedFrom(u"\"q\""_s)).find("\"\"\"q\"\"\"") != std::string::npos, true);
     }
 

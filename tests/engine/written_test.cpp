@@ -327,7 +327,7 @@ private Q_SLOTS:
                 sums << 0;
             sums.last() = qChecksum(QByteArray::number(sums.last()) + everythingIn(*written)
                 + hands(piece).toUtf8() + everythingOf(studied(piece))
-                + everythingTold(written, chance));
+                + everythingTold(written, chance) + brfOf(*written).c_str());
         }
         QCOMPARE(unlikeKept(u"transcripts"_s, sums), QString());
     }
