@@ -315,13 +315,8 @@ private Q_SLOTS:
         take.messages = {{0, {0xb0, 64, 127}}, {0.7, {0xc0, 5, 0}}};
         measureLength(take);
         const Piece read = std::get<Piece>(readMidiFile(writeMidiFile(take)));
-        QCOMPARE(read.notes.size(), take.notes.size());
-        for (std::size_t i = 0; i < take.notes.size(); ++i) {
-            QVERIFY(std::abs(read.notes[i].at - take.notes[i].at) < 0.001);
-            QVERIFY(std::abs(read.notes[i].duration - take.notes[i].duration) < 0.002);
-            QCOMPARE(read.notes[i].velocity, take.notes[i].velocity);
-        }
-        QCOMPARE(read.messages.size(), take.messages.size());
+        QVERIFY(writeMidiFile(read) == writeMidiFile(take));
+        QVERIFY(std::abs(read.notes[1].at - 5.25) < 0.001 && read.notes[1].velocity == 81);
         QCOMPARE(read.messages[0].message, (ChannelMessage{0xb0, 64, 127}));
     }
 
