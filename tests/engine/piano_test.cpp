@@ -250,8 +250,11 @@ private Q_SLOTS:
         QCOMPARE(messages.join(u", "_s),
             u"0 b0 64 127, 0 90 60 80, 1 80 60 0, 2 b0 64 0, 5 90 64 70, 6 80 64 0, 6 90 64 75, "
             "7 90 65 60, 7.5 80 65 0, 8 80 64 0"_s);
-        for (int i = 0; i < 100000; ++i)
+        for (int i = 0; i < 100000; ++i) {
             recorder.play({0x90, static_cast<unsigned char>(i % 128), 1}, 137 + i * 0.001);
+            recorder.play({0xb0, 66, static_cast<unsigned char>(i % 128)}, 137 + i * 0.001);
+        }
+        QCOMPARE(recorder.lastTake(300).value().messages.size(), 20000U);
         QCOMPARE(recorder.lastTake(300).value().notes.size(), 20000U);
     }
 

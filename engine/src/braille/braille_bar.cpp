@@ -51,15 +51,13 @@ Cells octaveMark(int octave)
 Cells accidental(int alter)
 {
     constexpr std::array<std::u32string_view, 5> signs{U"⠣⠣", U"⠣", U"⠡", U"⠩", U"⠩⠩"};
-    const int place = std::clamp(alter, -2, 2) + 2;
-    return Cells(signs[static_cast<std::size_t>(place)]);
+    return Cells(signs[static_cast<std::size_t>(alter + 2)]);
 }
 
 Cells finger(int number)
 {
     constexpr std::u32string_view fingers = U"⠁⠃⠇⠂⠅";
-    return number >= 1 && number <= 5 ? Cells(1, fingers[static_cast<std::size_t>(number) - 1])
-                                      : Cells();
+    return number > 0 ? Cells(1, fingers[static_cast<std::size_t>(number) - 1]) : Cells();
 }
 
 /// A second to an octave, and again from there on (5-3).
