@@ -107,10 +107,17 @@ private Q_SLOTS:
         link_->say({"flash wrong"});
         QTest::qWait(100);
         QVERIFY(!panelShows());
-        link_->say({"flash good"});
-        QTRY_VERIFY(panelShows());
-        link_->time.advance(9.1);
-        QTRY_VERIFY2(!panelShows(), "its time is over");
+        for (const auto &[line, seconds] :
+            {std::pair{"flash good", 9.0}, {"heard two", 9.0}, {"done", 3.5}}) {
+            link_->say({"say One.", line});
+            QTRY_VERIFY(panelShows());
+            link_->say({"done", line});
+            link_->time.advance(seconds - 0.1);
+            QTest::qWait(600);
+            QVERIFY2(panelShows(), line);
+            link_->time.advance(0.2);
+            QTRY_VERIFY2(!panelShows(), line); // its time is over
+        }
 
         link_->say({"heard one"});
         QTRY_VERIFY(panelShows());

@@ -263,9 +263,12 @@ private Q_SLOTS:
                 {"between the steps", 1.3, 1.25}, {"too large", 2.6, 1.0}, {"too small", 0.7, 1.0},
                 {"no number", u"nan"_s, 1.0}});
         DisplayScale scale(settings);
+        int changes = 0;
+        connect(&scale, &DisplayScale::factorChanged, this, [&changes] { ++changes; });
         for (int i = 0; i < 20; ++i)
             scale.larger();
         QCOMPARE(scale.factor(), 2.5);
+        QCOMPARE(changes, 6);
         for (int i = 0; i < 20; ++i)
             scale.smaller();
         QCOMPARE(DisplayScale(settings).factor(), 0.75);

@@ -57,8 +57,10 @@ private Q_SLOTS:
                 {"vowel signs stay", u"मीरा देवी"_s, u"मीरादेवी"_s}, {"emoji", u"🎹🎹🎹🎹"_s, listed},
                 {"half a character", QString(QChar(0xd801)) + u"bob"_s, u"Bob"_s}});
         Answers answers{.custom = u"Max"_s};
-        answers.chooseName(0);
-        QCOMPARE(answers.chosen(), u"Kelo"_s);
+        for (const int index : {0, -1, 9999}) {
+            answers.chooseName(index);
+            QCOMPARE(answers.chosen(), u"Kelo"_s);
+        }
     }
 
     void keepsDaysWithinTheMonth()
