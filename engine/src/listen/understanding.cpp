@@ -26,8 +26,7 @@ template <typename Take> void split(std::string_view text, char separator, Take 
 {
     while (!text.empty()) {
         const std::size_t end = std::min(text.find(separator), text.size());
-        if (end > 0)
-            take(text.substr(0, end));
+        take(text.substr(0, end));
         text.remove_prefix(std::min(end + 1, text.size()));
     }
 }
