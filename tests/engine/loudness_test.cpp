@@ -204,6 +204,15 @@ private Q_SLOTS:
         }
     }
 
+    void instrumentsThatComeLaterAreHeard()
+    {
+        Rendered sound(noSoundfont);
+        sound.mixer.setInstruments(std::make_unique<Synth>(font));
+        sound.mixer.music().play(0, {0x90, 60, 90});
+        sound.render(0.5);
+        QVERIFY(sound.mixer.sounds() && sound.peak() > 0.01F);
+    }
+
     void eachPartDoesWhatItIsTold()
     {
         // Waves and dB of each quarter of a second.

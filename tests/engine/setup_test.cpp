@@ -181,8 +181,6 @@ private Q_SLOTS:
             QCOMPARE(readFile(path(u"voice-log.txt"_s)).size(), size == 1 << 20 ? size : 0);
             QCOMPARE(readFile(path(u"voice-log.old.txt"_s)).size(), size == 1 << 20 ? 0 : size);
         }
-        prepareVoiceLog(path(u"deep/er"_s).toStdString());
-        QVERIFY(QFile::exists(path(u"deep/er/voice-log.txt"_s)));
     }
 
     void failsWithoutADisk()
