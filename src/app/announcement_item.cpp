@@ -82,7 +82,7 @@ void AnnouncementItem::sayNext()
 {
     if (waiting_.isEmpty())
         return;
-    text_ = std::exchange(waiting_, {}).join(u". "_s);
+    text_ = joined(std::exchange(waiting_, {}));
     hold_.start();
     Q_EMIT textChanged();
     if (!QAccessible::isActive())

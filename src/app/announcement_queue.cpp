@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace kelo {
 
 namespace {
@@ -17,6 +19,17 @@ bool isTheEngines(Topic topic)
 }
 
 } // namespace
+
+QString joined(const QStringList &announcements)
+{
+    QString all;
+    for (const QString &text : announcements) {
+        if (!all.isEmpty())
+            all += u".!?…"_s.contains(all.back()) ? u" "_s : u". "_s;
+        all += text;
+    }
+    return all;
+}
 
 void AnnouncementQueue::state(Topic topic, const QString &text, double now)
 {

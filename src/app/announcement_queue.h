@@ -28,6 +28,9 @@ enum class Topic {
     Scale,
 };
 
+/// One text to be spoken, of several; those that end no sentence are made to.
+[[nodiscard]] QString joined(const QStringList &announcements);
+
 /// Decides what of all that changes is announced to a screen reader, and when: at most one a
 /// second of each topic, the latest of a burst, and nothing that was the last word already. What
 /// the engine changes it often speaks of itself; then it is not announced over its voice.

@@ -108,7 +108,7 @@ void Announcer::sayWhatIsDue()
 {
     const QStringList texts = queue_.take(link_->uptime());
     if (!texts.isEmpty())
-        Q_EMIT said(texts.join(u". "_s));
+        Q_EMIT said(joined(texts));
     schedule();
 }
 

@@ -214,6 +214,7 @@ private Q_SLOTS:
                 {"much later", {Topic::Mode, 100.8}, u"new"_s},
                 {"playing", {Topic::Playing, 100}, QString()},
                 {"the scale is the display's", {Topic::Scale, 100}, u"new"_s}});
+        QCOMPARE(joined({u"One."_s, u"Two"_s, u"Three?"_s, u"Four"_s}), u"One. Two. Three? Four"_s);
     }
 
     void isLargeEnoughOnEveryScreen()

@@ -20,6 +20,7 @@ private Q_SLOTS:
         row("twenty-third", 23, 2);
         row("a hundred and four songs", 104, 4);
         row("hundred", -1, 0);
+        row("hundred and ninety percent", 190, 3);
         row("a hundred and", 100, 2);
         row("one twenty", 120, 2); // as tempos are said
         row("one twenty five", 125, 3);

@@ -2,6 +2,7 @@
 
 #include "activities/pieces.h"
 #include "music/midi_writer.h"
+#include "songs/library.h"
 
 #include <algorithm>
 #include <cmath>
@@ -87,7 +88,8 @@ bool PlaybackActivity::request(const Request &request, const Moment &now)
         {Action::PlayBars, &PlaybackActivity::toBars},
         {Action::Transpose, &PlaybackActivity::transpose},
     };
-    if (request.action == Action::Keep && kind_ == Kind::MadeUp) {
+    if (request.action == Action::Keep
+        && (kind_ == Kind::MadeUp || !session_.recorder.lastTake(now.uptime))) {
         keep(now);
         return true;
     }
@@ -101,9 +103,14 @@ void PlaybackActivity::note(int, int, const Moment &)
 
 void PlaybackActivity::keep(const Moment &now)
 {
+    const std::string &title = session_.heard->title;
+    const auto &songs = session_.library.names();
+    if (kind_ == Kind::Known && std::ranges::find(songs, title, &SongName::title) != songs.end()) {
+        say(title + " is among your songs already.", now);
+        return;
+    }
     const auto bytes = writeMidiFile(session_.heard->piece);
-    const bool kept =
-        keepFile(session_, session_.heard->title, ".mid", std::string(bytes.begin(), bytes.end()));
+    const bool kept = keepFile(session_, title, ".mid", std::string(bytes.begin(), bytes.end()));
     refreshSongs(session_);
     say(kept ? "I kept this piece among your songs." : "I couldn't write it to the songs folder.",
         now);
@@ -150,7 +157,9 @@ void PlaybackActivity::toBars(const Request &request, const Moment &now)
         const std::size_t last = piece.barNumbers.empty()
             ? piece.bars.size()
             : static_cast<std::size_t>(std::ranges::max(piece.barNumbers));
-        say("This piece has " + std::to_string(last) + " bars.", now);
+        say(last == 0 ? "Nobody has drawn bars in this piece."
+                      : "This piece has " + std::to_string(last) + " bars.",
+            now);
         return;
     }
     session_.metronome.stop();

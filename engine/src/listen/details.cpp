@@ -161,7 +161,8 @@ std::optional<Detail<int>> pitchIn(std::span<const Word> words)
         const bool middle = before == "middle";
         const bool kind = isOneOf(at(words, i + 1), {"major", "minor"});
         if (words[i].text == "a" && !shift && !middle && !kind
-            && !isOneOf(before, {"note", "an", "key", "the", "in", "of"}))
+            && !isOneOf(before, {"note", "an", "key", "the", "in", "of"})
+            && (before != "on" || i + 1 < words.size()))
             continue;
         std::size_t end = i + (shift ? 2 : 1);
         int octave = middleOctave;

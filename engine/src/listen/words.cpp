@@ -104,6 +104,8 @@ std::optional<SpokenNumber> numberAt(std::span<const Word> words)
     if (text(0) == "a" && (text(1) == "hundred" || text(1) == "thousand")) {
         open = 1;
         taken = 1;
+    } else if (text(0) == "hundred" && text(1) == "and") {
+        open = 1;
     }
     for (; taken < words.size(); ++taken) {
         const std::string_view word = text(taken);
