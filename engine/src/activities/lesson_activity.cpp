@@ -146,7 +146,8 @@ void LessonActivity::over(const Moment &now)
 
 std::string LessonActivity::place() const
 {
-    return "You are in a lesson on " + lesson_.title() + ". " + lesson_.whereWeAre();
+    return "You are in a lesson on " + lesson_.title() + ". " + lesson_.whereWeAre() + " "
+        + lesson_.partOfAll();
 }
 
 std::string_view LessonActivity::help() const

@@ -53,6 +53,16 @@ void SongRequests::learn(const Request &request, const Moment &now)
     begin<LessonActivity>(now, std::move(lesson), request.bars);
 }
 
+void SongRequests::goOnLearning(const Request &, const Moment &now)
+{
+    const auto &songs = session_.library.names();
+    const auto left = std::ranges::find(songs, session_.progress.lastPiece(), &SongName::title);
+    if (left == songs.end())
+        session_.say("No lesson waits for you. Say teach me, and the name of a song.", now);
+    else
+        learn({.action = Action::Learn, .number = static_cast<int>(left - songs.begin()) + 1}, now);
+}
+
 void SongRequests::chooseHands(const Request &, const Moment &now)
 {
     session_.say("There is nothing to choose between now.", now);

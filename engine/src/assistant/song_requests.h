@@ -22,6 +22,7 @@ public:
     void playDownload(const Request &request, const Moment &now);
     void playNote(const Request &request, const Moment &now);
     void playBars(const Request &request, const Moment &now);
+    void goOnLearning(const Request &request, const Moment &now);
     void noteNames(const Request &request, const Moment &now);
     void transpose(const Request &request, const Moment &now);
     void nextHands(const Request &request, const Moment &now);
@@ -32,6 +33,7 @@ public:
         {Action::Learn, &SongRequests::learn},
         {Action::ChooseHands, &SongRequests::chooseHands},
         {Action::ListSongs, &SongRequests::listSongs},
+        {Action::GoOnLearning, &SongRequests::goOnLearning},
         {Action::CountSongs, &SongRequests::countSongs},
         {Action::Keep, &SongRequests::keep},
         {Action::PlayKept, &SongRequests::playKept},

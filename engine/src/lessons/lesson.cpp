@@ -54,6 +54,12 @@ std::string Lesson::whereWeAre() const
     return bars() + ", " + spoken(excerpts_[place_].hands) + ".";
 }
 
+std::string Lesson::partOfAll() const
+{
+    const auto spoken = [](std::size_t number) { return numberInWords(static_cast<int>(number)); };
+    return "Part " + spoken(place_ + 1) + " of " + spoken(excerpts_.size()) + ".";
+}
+
 int Lesson::bar() const
 {
     auto part = excerpts_.begin() + static_cast<std::ptrdiff_t>(place_);

@@ -48,6 +48,8 @@ public:
 
     /// "Bars one and two, right hand."
     [[nodiscard]] std::string whereWeAre() const;
+    /// "Part three of twelve."
+    [[nodiscard]] std::string partOfAll() const;
 
     /// The part may begin with this key.
     [[nodiscard]] bool entersWith(int pitch) const;

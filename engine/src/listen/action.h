@@ -14,6 +14,7 @@ enum class Action : std::uint8_t {
     ListSongs,
     ListChoices,
     CountSongs,
+    GoOnLearning,
     Keep,
     PlayKept,
     PlayWithMe,

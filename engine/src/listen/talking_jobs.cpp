@@ -43,6 +43,8 @@ constexpr Job voiceTable[] = {
             {"today what|date|day", ""}}}},
     {Action::WhereAmI, Everywhere, "", "Where you are, and what plays.",
         {{{"where am i", "where am I"},
+            {"how many parts|phrases ?are|there|left|lesson|in|the|this",
+                "how many parts are there"},
             {"what song|playing|piece this|that|playing", "what is this song"},
             {"what playing", ""}, {"what mode", ""}, {"what doing", ""}}}},
     {Action::Help, Everywhere, "H", "Help for where you are.",

@@ -64,6 +64,11 @@ void Progress::reach(const std::string &piece, int bar)
     save();
 }
 
+std::string Progress::lastPiece() const
+{
+    return lessons_.empty() ? std::string() : lessons_.back().piece;
+}
+
 void Progress::forget(const std::string &piece)
 {
     if (std::erase_if(lessons_, [&](const Lesson &lesson) { return lesson.piece == piece; }) > 0)

@@ -27,6 +27,8 @@ public:
     /// The bar where the lesson on this piece goes on, from 1.
     [[nodiscard]] int barOf(const std::string &piece) const;
     void reach(const std::string &piece, int bar);
+    /// Whose lesson was left last; empty where all were ended.
+    [[nodiscard]] std::string lastPiece() const;
     void forget(const std::string &piece);
 
     [[nodiscard]] JazzPlace jazz() const { return jazz_; }

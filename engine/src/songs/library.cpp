@@ -12,6 +12,7 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <set>
 #include <span>
 #include <string_view>
 #include <system_error>
@@ -21,11 +22,17 @@ namespace kelo::engine {
 namespace {
 
 constexpr std::uintmax_t largestMidiFile = 8 << 20;
-constexpr std::array<std::string_view, 4> kinds{".mid", ".midi", ".musicxml", ".mxl"};
+constexpr std::array<std::string_view, 2> midiKinds{".mid", ".midi"};
+constexpr std::array<std::string_view, 2> scoreKinds{".musicxml", ".mxl"};
+
+bool isOneOf(const std::filesystem::path &file, std::span<const std::string_view> kinds)
+{
+    return std::ranges::find(kinds, lowered(file.extension().string())) != kinds.end();
+}
 
 bool isMusic(const std::filesystem::path &file)
 {
-    return std::ranges::find(kinds, lowered(file.extension().string())) != kinds.end();
+    return isOneOf(file, midiKinds) || isOneOf(file, scoreKinds);
 }
 
 std::string titleOf(const std::filesystem::path &file)
@@ -33,6 +40,18 @@ std::string titleOf(const std::filesystem::path &file)
     std::string title = oneLine(file.stem().string());
     std::ranges::replace(title, '_', ' ');
     return title;
+}
+
+/// What is there as MIDI and as a score is one piece, and the score tells more of it.
+void dropTwins(std::vector<std::filesystem::path> &files)
+{
+    std::set<std::filesystem::path> scores;
+    for (const auto &file : files) {
+        if (isOneOf(file, scoreKinds))
+            scores.insert(file.stem());
+    }
+    std::erase_if(files,
+        [&](const auto &file) { return isOneOf(file, midiKinds) && scores.contains(file.stem()); });
 }
 
 /// XML in whatever encoding begins with "<", after a mark of the encoding or without one.
@@ -100,6 +119,7 @@ void Library::refresh()
         if (isMusic(it->path()) && it->is_regular_file(unreadable))
             files_.push_back(it->path());
     }
+    dropTwins(files_);
     std::ranges::sort(files_, {},
         [](const std::filesystem::path &file) { return lowered(file.stem().string()); });
     for (const auto &file : files_)
