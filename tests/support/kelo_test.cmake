@@ -17,7 +17,7 @@ endfunction()
 function(kelo_test name)
     cmake_parse_arguments(PARSE_ARGV 1 TEST "DISPLAY" "TIMEOUT" "LIBRARIES")
     if(NOT TEST_TIMEOUT)
-        set(TEST_TIMEOUT 120)
+        set(TEST_TIMEOUT 300)
     endif()
     set(home ${CMAKE_BINARY_DIR}/tests/home/${name})
     set(environment
