@@ -87,6 +87,12 @@ private Q_SLOTS:
             const QString words = recognised(recogniser, taughtTo(recogniser, u"Luna"_s), speech);
             QVERIFY2(words.contains(u"Luna"_s), qPrintable(words));
         }
+        DecodingRecogniser recogniser({sphinxKind(model)});
+        const QString request = recognised(recogniser, taughtTo(recogniser, u"Kelo"_s),
+            spoken(u"Hey Kelo, stop"_s, u"gmw/en"_s, 160),
+            u"stop|song ten|song two|go home|tempo two|tempo ten|song menu|louder|slower"_s.split(
+                u'|'));
+        QVERIFY2(request.endsWith(u"Kelo stop"_s), qPrintable(request));
     }
 
     void doubtsLeaveTheOtherWords()

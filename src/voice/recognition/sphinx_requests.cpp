@@ -55,7 +55,7 @@ std::optional<QStringList> SphinxRequests::hear(
         || !search(
             graphOfCalls(name_, {{requests_, 0}, {shortTalk(), 0}, {{words}, wordsAfterName}})))
         return std::nullopt;
-    utterance.again(requestSearch, first);
+    utterance.requestAgain(requestSearch, first);
     const QStringList heard = utterance.words();
     const QStringList request = heard.sliced(heard.indexOf(name_) + 1);
     if (request.isEmpty() || request.size() == heard.size() || request == words

@@ -28,6 +28,10 @@ constexpr int keyPhraseOffset = 1500;
 /// what was expected so wrong, a third of the names is lost.
 constexpr float farLouder = 8;
 
+/// A mean of a few seconds is as much of what was said as of the voice. So this many frames of the
+/// speech that the model was made with count beside them.
+constexpr int typicalFrames = 200;
+
 /// "read(2)" is another way to say "read"; "<sil>" and "[NOISE]" are no words.
 QString tokenOf(const char *word)
 {
@@ -50,6 +54,7 @@ template <typename Visit> void forEachSegment(ps_decoder_t *decoder, Visit visit
 
 SphinxUtterance::SphinxUtterance(ps_decoder_t *decoder)
     : decoder_(decoder)
+    , typical_(mean().now)
 {
 }
 
@@ -58,6 +63,7 @@ void SphinxUtterance::begin(const std::stop_token &stop)
     stop_ = stop;
     features_.clear();
     before_ = mean();
+    hardlyKnown_ = before_.frames < typicalFrames;
     ps_start_utt(decoder_);
 }
 
@@ -104,7 +110,7 @@ void SphinxUtterance::end()
     ps_end_utt(decoder_);
     if (const Mean after = mean(); std::abs(after.now[0] - before_.now[0]) > farLouder) {
         before_ = after;
-        repeat(0);
+        repeat(before_, 0);
     }
 }
 
@@ -121,13 +127,19 @@ bool SphinxUtterance::inSpeech() const
 void SphinxUtterance::again(const char *search, int first) const
 {
     ps_set_search(decoder_, search);
-    repeat(first);
+    repeat(before_, first);
 }
 
-void SphinxUtterance::repeat(int first) const
+void SphinxUtterance::requestAgain(const char *search, int first) const
+{
+    ps_set_search(decoder_, search);
+    repeat(hardlyKnown_ ? withTypical(mean()) : before_, first);
+}
+
+void SphinxUtterance::repeat(const Mean &expected, int first) const
 {
     const Mean after = mean();
-    setMean(before_);
+    setMean(expected);
     ps_start_utt(decoder_);
     const std::size_t from = std::min(features_.size(), static_cast<std::size_t>(first) * width());
     process({features_.begin() + static_cast<std::ptrdiff_t>(from), features_.end()});
@@ -140,6 +152,16 @@ SphinxUtterance::Mean SphinxUtterance::mean() const
     const cmn_t &mean = *ps_get_feat(decoder_)->cmn_struct;
     return {{mean.cmn_mean, mean.cmn_mean + mean.veclen}, {mean.sum, mean.sum + mean.veclen},
         mean.nframe};
+}
+
+/// How loud it is stays: that is the microphone's.
+SphinxUtterance::Mean SphinxUtterance::withTypical(Mean mean) const
+{
+    const auto heard = static_cast<float>(mean.frames);
+    const float share = heard / (heard + typicalFrames);
+    for (std::size_t i = 1; i < mean.now.size(); ++i)
+        mean.now[i] = share * mean.now[i] + (1 - share) * typical_[i];
+    return mean;
 }
 
 void SphinxUtterance::setMean(const Mean &mean) const

@@ -35,6 +35,9 @@ public:
     /// The ended utterance from frame `first` on, with the search of that name, which stays the
     /// decoder's. It is heard as it was the first time and leaves no trace in what comes after it.
     void again(const char *search, int first = 0) const;
+    /// The same for what follows a name, which needs more to be known of the voice than a name
+    /// does: while little has been heard, typical speech counts beside it.
+    void requestAgain(const char *search, int first) const;
 
     [[nodiscard]] QStringList words() const;
     /// How likely they are, by sound and language model as the decoder weighs them, as a natural
@@ -54,15 +57,18 @@ private:
         int frames = 0; ///< in the sum
     };
 
-    void repeat(int first) const;
+    void repeat(const Mean &expected, int first) const;
     void process(std::vector<float> features) const;
     [[nodiscard]] std::size_t width() const;
     [[nodiscard]] Mean mean() const;
+    [[nodiscard]] Mean withTypical(Mean mean) const;
     void setMean(const Mean &mean) const;
 
     ps_decoder_s *decoder_;
+    std::vector<float> typical_; ///< the mean of what the model was made with
     std::stop_token stop_;
     Mean before_; ///< with which the utterance was heard
+    bool hardlyKnown_ = false; ///< the voice, when the utterance began
     std::vector<float> features_; // frame after frame
 };
 
