@@ -304,8 +304,13 @@ private Q_SLOTS:
         const auto takes = recorder.takes(now);
         QCOMPARE(firstKeys(takes), (QList{90, 61, 60, 59, 58, 57, 56, 55, 54, 53}));
         QCOMPARE(takes[1].notes.size(), 5U);
+        const QString draft = folder.filePath(u"takes/take-14.mid.new"_s);
+        QVERIFY(QDir().mkdir(draft)); // nothing can be written there
         play(recorder, 70, 4);
         recorder.advance(now + 3);
+        QTRY_VERIFY(!recorder.keep());
+        QVERIFY(QDir().rmdir(draft));
+        QTRY_VERIFY(recorder.keep());
         QTRY_VERIFY(QDir(folder.filePath(u"takes"_s)).exists(u"take-14.mid"_s));
         QTRY_COMPARE(QDir(folder.filePath(u"takes"_s)).entryList({u"take-*"_s}).size(), 10);
         QVERIFY(QFile::exists(folder.filePath(u"takes/notes.txt"_s)));

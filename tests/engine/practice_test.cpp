@@ -264,6 +264,13 @@ private Q_SLOTS:
         QCOMPARE(log.bars().size(), held ? 903U : 3U);
         QCOMPARE(log.bars().back(), played.back());
         QCOMPARE(QFileInfo::exists(path + u".damaged"_s), aside);
+        sqlite3_close(std::exchange(other, nullptr));
+        QDir(folder.path()).rmdir(u"p.db-journal"_s);
+        QVERIFY(log.keep());
+        QCOMPARE(log.takeTrouble().empty(), aside || file == "other");
+        PracticeLog later(path.toStdString());
+        QCOMPARE(later.bars().size(), file == "other" ? 0U : aside ? 3U : 903U);
+        QCOMPARE(later.readingOf("A").has_value(), file != "other");
     }
 
     void namesTheFingersOfAScale_data()

@@ -326,6 +326,9 @@ QString failureOf(Rig &rig, const QStringList &steps)
         } else if (verb == u"give") {
             const QStringList files = rest.split(u" > "_s);
             kelo::test::writeFile(rig.path(files[1]), kelo::test::readFile(rig.path(files[0])));
+        } else if (verb == u"deny" || verb == u"allow") {
+            const QString draft = rig.path(rest + u".new"_s);
+            good = verb == u"deny" ? QDir().mkdir(draft) : QDir().rmdir(draft);
         } else if (verb == u"wait") {
             rig.run(rest.toDouble());
         } else if (verb == u"restart") {

@@ -140,6 +140,7 @@ private:
 ///     wait 3          seconds pass
 ///     studio          the workstations answer, or do no longer
 ///     give FROM > TO  a file that is kept becomes another one
+///     deny NAME       that file cannot be written; "allow NAME": it can again
 ///     restart         the engine is gone without a word, and another begins
 ///     piano NAME      one is plugged in; without a name it is pulled out
 ///     sounds music    notes are begun there ("music", "rhythm", "keys"); "silent music": none

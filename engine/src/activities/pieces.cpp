@@ -120,13 +120,14 @@ void loadDraft(Session &session)
     session.composition = themeFromJson(text);
 }
 
-void keepDraft(const Session &session)
+void keepDraft(Session &session)
 {
     std::error_code error;
-    if (session.composition)
-        replaceFile(session.draft, themeToJson(*session.composition));
-    else
+    session.draftKept = true;
+    if (!session.composition)
         std::filesystem::remove(session.draft, error);
+    else if (!session.draft.empty())
+        session.draftKept = replaceFile(session.draft, themeToJson(*session.composition));
 }
 
 std::string stampOf(const Moment &now)

@@ -36,7 +36,7 @@ void refreshSongs(Session &session);
 void loadDraft(Session &session);
 
 /// Writes the composition where it outlives the engine, or forgets what was written.
-void keepDraft(const Session &session);
+void keepDraft(Session &session);
 
 /// "2025-03-07 14.05", for names of files.
 [[nodiscard]] std::string stampOf(const Moment &now);

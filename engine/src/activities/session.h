@@ -76,6 +76,7 @@ struct Session {
     Progress progress{};
     PracticeLog practice{};
     std::optional<Score> composition{}; ///< the user's theme
+    bool draftKept = true; ///< as it is
     std::map<Action, double> done{}; ///< when something was last asked for
     bool pianoPresent = false;
 

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <utility>
 
 namespace kelo::engine {
@@ -98,7 +99,10 @@ Assistant::Assistant(const Equipment &equipment, const Places &places, std::uint
     loadDraft(session_);
 }
 
-Assistant::~Assistant() = default;
+Assistant::~Assistant()
+{
+    keepAll();
+}
 
 void Assistant::begin(std::string_view piano, bool asksQuestions, const Moment &now)
 {
@@ -124,6 +128,7 @@ void Assistant::greet(std::string_view trouble, const Moment &now)
     } else {
         troubleLeft_ = trouble; // the first question is about to interrupt
     }
+    toldOfFolder_ = trouble.find(takesNothing) != std::string_view::npos;
     say(greeting.append(session_.practice.takeTrouble()).append(trouble), now);
     greeted_ = true;
 }
@@ -268,6 +273,31 @@ void Assistant::advance(const Moment &now)
         if (const std::string trouble = session_.practice.takeTrouble(); !trouble.empty())
             say(trouble, now);
     }
+    if (now.uptime >= nextKeeping_ && greeted_ && settings_.known() && quiet())
+        keep(now);
+}
+
+/// Writes what could not be written before; false where it still cannot.
+bool Assistant::keepAll()
+{
+    if (!session_.draftKept)
+        keepDraft(session_);
+    const std::array kept{session_.draftKept, settings_.keep(), session_.progress.keep(),
+        session_.practice.keep(), session_.recorder.keep()};
+    return std::ranges::all_of(kept, std::identity());
+}
+
+/// Says when the folder begins to take nothing, and when it takes what it did not.
+void Assistant::keep(const Moment &now)
+{
+    constexpr double every = 5; // seconds
+    nextKeeping_ = now.uptime + every;
+    const bool before = std::exchange(kept_, keepAll());
+    if (kept_ && !before)
+        say("I can write to my folder again, and have kept what you did meanwhile.", now);
+    else if (!kept_ && !toldOfFolder_)
+        say(takesNothing, now);
+    toldOfFolder_ = kept_ ? toldOfFolder_ && before : true;
 }
 
 std::optional<double> Assistant::deadline() const

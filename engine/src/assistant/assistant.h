@@ -65,6 +65,10 @@ public:
     Assistant &operator=(const Assistant &) = delete;
     ~Assistant() override;
 
+    /// What is said where files cannot be written.
+    static constexpr std::string_view takesNothing =
+        "I can't write to my folder, so what you set and play now won't be kept. ";
+
     /// Tells the display how things are. Who has never been here is asked the first questions,
     /// if `asksQuestions`.
     void begin(std::string_view piano, bool asksQuestions, const Moment &now);
@@ -111,6 +115,8 @@ private:
     void hush() override;
     void showMode();
     void tellNames();
+    bool keepAll();
+    void keep(const Moment &now);
 
     Wire &wire_;
     TextToSpeech &speech_;
@@ -137,6 +143,9 @@ private:
     bool talking_ = false; ///< talk mode, beside whatever the activity is
     std::string lastSaid_;
     bool greeted_ = false;
+    bool toldOfFolder_ = false; // that it takes nothing
+    bool kept_ = true; // all there is, the last time
+    double nextKeeping_ = 0;
     std::string troubleLeft_; // to tell of once the questions are answered
     bool quit_ = false;
 };

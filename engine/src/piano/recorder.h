@@ -43,6 +43,9 @@ public:
 
     /// Writes what has come to rest.
     void advance(double now);
+
+    /// Tries again what could not be written. False while the disk would not have it.
+    bool keep() { return store_.keep(); }
     [[nodiscard]] std::optional<double> deadline() const;
 
 private:

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <fstream>
 #include <functional>
 #include <optional>
@@ -77,19 +78,46 @@ void TakeStore::save(std::uint64_t number, const Piece &piece, std::size_t most)
     if (folder_.empty())
         return;
     if (writing_.valid())
-        writing_.wait(); // the last one is long done, unless the disk hangs
-    writing_ = std::async(
-        std::launch::async, [folder = folder_, number, most, bytes = writeMidiFile(piece)] {
+        collect(); // the last one is long done, unless the disk hangs
+    waiting_[number] = writeMidiFile(piece);
+    if (waiting_.size() > most)
+        waiting_.erase(waiting_.begin());
+    most_ = most;
+    write();
+}
+
+bool TakeStore::keep()
+{
+    if (writing_.valid() && writing_.wait_for(std::chrono::seconds(0)) == std::future_status::ready)
+        collect();
+    if (!waiting_.empty())
+        write();
+    return !failed_;
+}
+
+void TakeStore::collect()
+{
+    waiting_ = writing_.get();
+    failed_ = !waiting_.empty();
+}
+
+void TakeStore::write()
+{
+    writing_ = std::async(std::launch::async,
+        [folder = folder_, most = most_, files = std::exchange(waiting_, {}),
+            known = failed_]() mutable {
             std::error_code error;
             fs::create_directories(folder, error);
-            if (!replaceFile(fileOf(folder, number),
-                    {reinterpret_cast<const char *>(bytes.data()), bytes.size()})) {
+            std::erase_if(files, [&](const Files::value_type &file) {
+                const auto *bytes = reinterpret_cast<const char *>(file.second.data());
+                return replaceFile(fileOf(folder, file.first), {bytes, file.second.size()});
+            });
+            if (!files.empty() && !known)
                 log(LogLevel::Warning, "piano", "cannot write to " + folder.string());
-                return;
-            }
             const auto numbers = numbersIn(folder);
             for (std::size_t i = most; i < numbers.size(); ++i)
                 fs::remove(fileOf(folder, numbers[i]), error);
+            return files;
         });
 }
 

@@ -5,12 +5,13 @@
 #include <cstdint>
 #include <filesystem>
 #include <future>
+#include <map>
 #include <vector>
 
 namespace kelo::engine {
 
 /// Takes on disk, a MIDI file each, so that they outlive a crash. A file is written whole or not at
-/// all, on another thread.
+/// all, on another thread. What a full disk would not have is tried again with the next one.
 class TakeStore {
 public:
     /// Nothing is kept where `folder` is empty.
@@ -31,9 +32,20 @@ public:
     /// Writes one take, in place of what has its number, and removes all but the newest `most`.
     void save(std::uint64_t number, const Piece &piece, std::size_t most);
 
+    /// Tries again what could not be written. False while the disk would not have it.
+    bool keep();
+
 private:
+    using Files = std::map<std::uint64_t, std::vector<std::uint8_t>>; ///< bytes by number
+
+    void write();
+    void collect();
+
     std::filesystem::path folder_;
-    std::future<void> writing_;
+    std::size_t most_ = 0;
+    Files waiting_; ///< to be written
+    bool failed_ = false; ///< the last time
+    std::future<Files> writing_; ///< what could not be
 };
 
 } // namespace kelo::engine

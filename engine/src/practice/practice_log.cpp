@@ -15,8 +15,9 @@ namespace kelo::engine {
 
 namespace {
 
+constexpr int patience = 200; // milliseconds, while somebody else writes
+
 constexpr const char *schema = R"(
-    PRAGMA busy_timeout = 200;
     PRAGMA synchronous = NORMAL;
     PRAGMA secure_delete = ON;
     CREATE TABLE IF NOT EXISTS played(
@@ -129,20 +130,23 @@ PracticeLog::PracticeLog(std::filesystem::path file)
     : file_(std::move(file))
 {
     if (file_.empty()) {
-        open(":memory:");
+        file_ = ":memory:";
+        usable_ = open(file_) == Found::Whole;
         return;
     }
     std::error_code error;
     std::filesystem::create_directories(file_.parent_path(), error);
     const Found found = open(file_);
-    if (found == Found::Whole)
+    usable_ = found == Found::Whole;
+    if (usable_)
         return;
     if (found == Found::Damaged) {
         database_.reset();
         std::filesystem::rename(file_, file_.string() + ".damaged", error);
     }
-    if (found == Found::Unusable || open(file_) != Found::Whole) {
-        retreat();
+    usable_ = found == Found::Damaged && open(file_) == Found::Whole;
+    if (!usable_) {
+        complain();
         return;
     }
     log(LogLevel::Warning, "practice", file_.string() + " was damaged, and is put aside");
@@ -155,6 +159,7 @@ PracticeLog::Found PracticeLog::open(const std::filesystem::path &file)
     const int result = sqlite3_open_v2(
         file.c_str(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
     database_.reset(database);
+    sqlite3_busy_timeout(database, patience);
     const bool opened = result == SQLITE_OK && perform(database, schema);
     const int fault = sqlite3_errcode(database);
     if (!opened)
@@ -169,27 +174,30 @@ PracticeLog::Found PracticeLog::open(const std::filesystem::path &file)
     return ours && perform(database, "PRAGMA user_version = 1") ? Found::Whole : Found::Unusable;
 }
 
-/// Goes on in memory, with what can still be read of the file.
-void PracticeLog::retreat()
+/// Goes on in memory.
+void PracticeLog::complain()
 {
+    if (std::exchange(failed_, true))
+        return;
     log(LogLevel::Warning, "practice", file_.string() + ": " + sqlite3_errmsg(database_.get()));
+    const bool full = sqlite3_errcode(database_.get()) == SQLITE_FULL;
+    sqlite3_busy_timeout(database_.get(), 0); // it is tried again and again
     // Where the folder takes nothing at all, that is told as one.
-    if (::access(file_.parent_path().c_str(), W_OK) == 0)
-        trouble_ = "I can't keep what you practise, so I remember it only until I end. ";
-    const auto kept = bars();
-    open(":memory:");
-    write(kept);
+    if (full || ::access(file_.parent_path().c_str(), W_OK) != 0)
+        return;
+    told_ = true;
+    trouble_ = "I can't keep what you practise. I remember it, and try again until I end. ";
 }
 
-bool PracticeLog::write(std::span<const PlayedBar> bars)
+/// All that is late, or nothing.
+bool PracticeLog::write()
 {
     sqlite3 *database = database_.get();
-    if (!perform(database, "BEGIN IMMEDIATE"))
-        return false;
-    bool good = true;
-    {
+    bool good = perform(database, "BEGIN IMMEDIATE");
+    if (good) {
         Statement insert(database, "INSERT INTO played VALUES(?, ?, ?, ?, ?, nullif(?, 0))");
-        for (const PlayedBar &each : bars) {
+        Statement replace(database, "INSERT OR REPLACE INTO hands VALUES(?, ?)");
+        for (const PlayedBar &each : late_) {
             const std::string at = stamp(each.at);
             const std::string hand(nameOf(each.hands));
             insert.bind(1, at);
@@ -200,19 +208,43 @@ bool PracticeLog::write(std::span<const PlayedBar> bars)
             insert.bind(6, each.tempo);
             good = good && insert.perform();
         }
+        for (const auto &[piece, reading] : lateReadings_) {
+            replace.bind(1, piece);
+            replace.bind(2, reading);
+            good = good && replace.perform();
+        }
+        if (!good)
+            complain(); // before the statements go, and what was wrong with them
     }
     good = good && perform(database, "COMMIT");
-    if (!good)
+    if (good) {
+        late_.clear();
+        lateReadings_.clear();
+    } else {
+        complain();
         perform(database, "ROLLBACK");
+    }
     return good;
+}
+
+bool PracticeLog::keep()
+{
+    if (late_.empty() && lateReadings_.empty())
+        return true;
+    usable_ = usable_ || open(file_) == Found::Whole;
+    if (!usable_ || !write())
+        return told_;
+    if (std::exchange(told_, false))
+        trouble_ = "What you practised is kept now. ";
+    if (std::exchange(failed_, false))
+        sqlite3_busy_timeout(database_.get(), patience);
+    return true;
 }
 
 void PracticeLog::add(std::span<const PlayedBar> bars)
 {
-    if (bars.empty() || write(bars))
-        return;
-    retreat();
-    write(bars);
+    late_.insert(late_.end(), bars.begin(), bars.end());
+    keep();
 }
 
 std::vector<PlayedBar> PracticeLog::bars()
@@ -227,11 +259,14 @@ std::vector<PlayedBar> PracticeLog::bars()
             handsOf(select.text(3)), select.number(4), select.number(5)});
     if (!select.done())
         log(LogLevel::Warning, "practice", sqlite3_errmsg(database_.get()));
+    all.insert(all.end(), late_.begin(), late_.end());
     return all;
 }
 
 std::optional<int> PracticeLog::readingOf(const std::string &piece)
 {
+    if (const auto late = lateReadings_.find(piece); late != lateReadings_.end())
+        return late->second;
     Statement select(database_.get(), "SELECT reading FROM hands WHERE piece = ?");
     select.bind(1, piece);
     return select.step() ? std::optional(select.number(0)) : std::nullopt;
@@ -239,28 +274,23 @@ std::optional<int> PracticeLog::readingOf(const std::string &piece)
 
 void PracticeLog::keepReading(const std::string &piece, int reading)
 {
-    const auto write = [&] {
-        Statement replace(database_.get(), "INSERT OR REPLACE INTO hands VALUES(?, ?)");
-        replace.bind(1, piece);
-        replace.bind(2, reading);
-        return replace.perform();
-    };
-    if (write())
-        return;
-    retreat();
-    write();
+    lateReadings_[piece] = reading;
+    keep();
 }
 
 std::size_t PracticeLog::forget(const std::string &piece)
 {
+    lateReadings_.erase(piece);
+    const std::size_t late =
+        std::erase_if(late_, [&](const PlayedBar &bar) { return bar.piece == piece; });
     Statement removeReading(database_.get(), "DELETE FROM hands WHERE piece = ?");
     removeReading.bind(1, piece);
     removeReading.perform();
     Statement remove(database_.get(), "DELETE FROM played WHERE piece = ?");
     remove.bind(1, piece);
     if (!remove.perform())
-        return 0;
-    return static_cast<std::size_t>(sqlite3_changes(database_.get()));
+        return late;
+    return late + static_cast<std::size_t>(sqlite3_changes(database_.get()));
 }
 
 std::string PracticeLog::takeTrouble()

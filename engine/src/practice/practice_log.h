@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -19,8 +20,8 @@ namespace kelo::engine {
 /// "right", "left"), `wrong` (keys) and `tempo` (percent of what is written, or nothing); and
 /// `hands`, which of two readings of the hands the user chose for a `piece`.
 ///
-/// Whatever is the matter with the file, the log goes on in memory: a damaged one is put aside,
-/// under its name and ".damaged".
+/// Whatever is the matter with the file, the log goes on in memory until it can be written to; a
+/// damaged one is put aside, under its name and ".damaged".
 class PracticeLog {
 public:
     static constexpr int mostBars = 100'000; ///< that are read; the newest ones
@@ -28,7 +29,7 @@ public:
     /// An empty name keeps everything in memory.
     explicit PracticeLog(std::filesystem::path file = {});
 
-    /// Keeps all of them or none.
+    /// Keeps all of them or, for now, none.
     void add(std::span<const PlayedBar> bars);
 
     /// The oldest first.
@@ -40,6 +41,10 @@ public:
 
     /// Says how many rows are gone of what was played.
     std::size_t forget(const std::string &piece);
+
+    /// Tries again what could not be written. False while there is no room for it; what else is
+    /// the matter is told as trouble.
+    bool keep();
 
     /// What the user has to know about the file; once, then empty.
     [[nodiscard]] std::string takeTrouble();
@@ -53,12 +58,17 @@ private:
     enum class Found { Whole, Damaged, Unusable };
 
     Found open(const std::filesystem::path &file);
-    void retreat();
-    bool write(std::span<const PlayedBar> bars);
+    void complain();
+    bool write();
 
     std::filesystem::path file_;
     Database database_;
     std::string trouble_;
+    bool usable_ = false; ///< the file
+    bool failed_ = false; ///< the last time
+    bool told_ = false; ///< of it, as trouble
+    std::vector<PlayedBar> late_; ///< that are not in the file yet
+    std::map<std::string, int> lateReadings_;
 };
 
 /// The same as a table for other programs, as RFC 4180 has it: a heading, then a row a bar.

@@ -31,7 +31,7 @@ std::string troubleWith(
         trouble += "I found no soundfont, so you won't hear music. The package timgm6mb-soundfont "
                    "has one. ";
     if (!keepsFiles(home))
-        trouble += "I can't write to my folder, so what you set and play now won't be kept. ";
+        trouble += Assistant::takesNothing;
     return trouble.append(piano.trouble());
 }
 

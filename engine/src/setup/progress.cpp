@@ -81,14 +81,21 @@ void Progress::reach(JazzPlace place)
         save();
 }
 
-void Progress::save() const
+bool Progress::keep()
+{
+    if (!kept_)
+        save();
+    return kept_;
+}
+
+void Progress::save()
 {
     if (file_.empty())
         return;
     Json lessons = Json::array();
     for (const Lesson &lesson : lessons_)
         lessons.push_back({{"piece", lesson.piece}, {"bar", lesson.bar}});
-    writeJsonFile(
+    kept_ = writeJsonFile(
         file_, {{"lessons", lessons}, {"jazz", {{"lesson", jazz_.lesson}, {"key", jazz_.key}}}});
 }
 

@@ -16,7 +16,7 @@ struct JazzPlace {
 };
 
 /// How far the user has come in lessons and in the jazz course. Each change is on the disk before
-/// the call returns, so that not even a crash loses it.
+/// the call returns, where the disk has room for it, so that not even a crash loses it.
 class Progress {
 public:
     static constexpr std::size_t mostPieces = 500; ///< the one left longest ago is forgotten
@@ -34,6 +34,9 @@ public:
     [[nodiscard]] JazzPlace jazz() const { return jazz_; }
     void reach(JazzPlace place);
 
+    /// Tries again what could not be written. False while the disk would not have it.
+    bool keep();
+
 private:
     struct Lesson {
         std::string piece;
@@ -42,9 +45,10 @@ private:
         friend bool operator==(const Lesson &, const Lesson &) = default;
     };
 
-    void save() const;
+    void save();
 
     std::filesystem::path file_;
+    bool kept_ = true;
     std::vector<Lesson> lessons_; ///< the last one last
     JazzPlace jazz_;
 };

@@ -20,10 +20,17 @@ void Settings::answer(std::string_view fields)
     save();
 }
 
-void Settings::save() const
+bool Settings::keep()
 {
-    if (known_)
-        static_cast<void>(saveProfile(profile_, file_));
+    if (!kept_)
+        save();
+    return kept_;
+}
+
+void Settings::save()
+{
+    if (known_ && !file_.empty())
+        kept_ = saveProfile(profile_, file_);
 }
 
 } // namespace kelo::engine

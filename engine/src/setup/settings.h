@@ -28,12 +28,16 @@ public:
     /// The answers of the first questions.
     void answer(std::string_view fields);
 
+    /// Tries again what could not be written. False while the disk would not have it.
+    bool keep();
+
 private:
-    void save() const;
+    void save();
 
     std::filesystem::path file_;
     Profile profile_;
     bool known_ = false;
+    bool kept_ = true;
 };
 
 } // namespace kelo::engine
