@@ -106,7 +106,10 @@ void AppDelegate::makeWindow()
     connect(window_.get(), &MainWindow::closed, this, &AppDelegate::windowClosed);
     connect(
         window_.get(), &QQuickWindow::frameSwapped, this,
-        [] { qCDebug(appLog) << "first frame after" << Link::clock() << "s of uptime"; },
+        [] {
+            session::takeRoomForShaders();
+            qCDebug(appLog) << "first frame after" << Link::clock() << "s of uptime";
+        },
         static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 

@@ -1,9 +1,12 @@
 #include "app/session.h"
 
+#include <QFile>
 #include <QSocketNotifier>
+#include <QStandardPaths>
 
 #include <fcntl.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 #include <xcb/xcb.h>
@@ -13,6 +16,9 @@
 #include <csignal>
 #include <cstdio>
 #include <memory>
+#include <system_error>
+
+using namespace Qt::StringLiterals;
 
 namespace kelo::session {
 
@@ -30,6 +36,11 @@ void reportSignal(int)
     ::alarm(longestEnd); // ends a program whose event loop hangs
     const char byte = 1;
     [[maybe_unused]] const auto written = ::write(signalSockets[0], &byte, sizeof byte);
+}
+
+QString caches()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
 }
 
 bool xAnswers()
@@ -73,8 +84,37 @@ void openMissingStreams()
     }
 }
 
+bool hasRoom(std::filesystem::path folder)
+{
+    constexpr std::uintmax_t enough = 64 << 20; // bytes
+    std::error_code error;
+    auto room = std::filesystem::space(folder, error);
+    while (error && folder.has_relative_path()) {
+        folder = folder.parent_path();
+        room = std::filesystem::space(folder, error);
+    }
+    return !error && room.available >= enough;
+}
+
+void takeRoomForShaders()
+{
+    // There by now, and full of holes.
+    const int index =
+        ::open(QFile::encodeName(caches() + "/mesa_shader_cache/index"_L1).constData(),
+            O_WRONLY | O_CLOEXEC);
+    struct stat found { };
+    if (index >= 0 && ::fstat(index, &found) == 0 && S_ISREG(found.st_mode))
+        ::fallocate(index, FALLOC_FL_KEEP_SIZE, 0, found.st_size);
+    if (index >= 0)
+        ::close(index);
+}
+
 bool prepareDisplay()
 {
+    // Mesa maps the index of the shaders that it keeps, and a page of it that a full disk cannot
+    // hold ends the process.
+    if (!hasRoom(caches().toStdString()))
+        qputenv("MESA_SHADER_CACHE_DISABLE", "true");
     if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         return true;
     // Only X11 lets a program place a window of its own, which the caption panel needs. What does

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 
 class QObject;
@@ -15,6 +16,13 @@ void openMissingStreams();
 /// stand by then. False, and told why on standard error, when there is no display to show anything
 /// on.
 [[nodiscard]] bool prepareDisplay();
+
+/// Whether a file in `folder`, which need not be there yet, may be mapped and written to without a
+/// look at what the disk has left.
+[[nodiscard]] bool hasRoom(std::filesystem::path folder);
+
+/// To be called once something has been drawn: from then on a disk that fills is survived.
+void takeRoomForShaders();
 
 /// From here on, the system's requests to end the process (SIGTERM, SIGINT, SIGHUP) wait for
 /// `onEndRequested`. One that is not followed within seconds ends the process all the same.

@@ -5,11 +5,13 @@
 #include "app/display_scale.h"
 #include "app/launch.h"
 #include "app/overlay_rules.h"
+#include "app/session.h"
 #include "app/single_instance.h"
 #include "app/window_frame.h"
 #include "support/table.h"
 
 #include <QDBusVariant>
+#include <QDir>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -36,6 +38,12 @@ private Q_SLOTS:
         first.listen();
         second.join();
         QVERIFY(raised);
+    }
+
+    void looksForRoomWhereAFolderWillBe()
+    {
+        QVERIFY(session::hasRoom(QDir::tempPath().toStdString() + "/not/there"));
+        QVERIFY(!session::hasRoom("/proc/not/there"));
     }
 
     void readsTheCommandLine()
