@@ -29,7 +29,7 @@ std::optional<double> AccompanimentPart::deadline(const ScoreFollower &follower)
     if (step + 1 < steps.size() && note.at > steps[step + 1].at - writtenTogether)
         return {}; // the player comes first
     const double after = note.at - steps[step].at;
-    return follower.since() + (after > writtenTogether ? after * follower.pace() : 0);
+    return after > writtenTogether ? follower.dueAt(note.at) : follower.since();
 }
 
 std::vector<Note> AccompanimentPart::take(const ScoreFollower &follower, double now)

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "following/player_time.h"
+
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace kelo::engine {
@@ -15,11 +18,15 @@ struct FollowedStep {
 /// Finds, key by key, where in a piece a player is, through wrong, added and left out notes,
 /// changes of tempo, and bars that are skipped or repeated.
 ///
-/// A hidden Markov model as E. Nakamura, T. Nakamura, Y. Saito, N. Ono and S. Sagayama describe it
+/// A hidden Markov model after E. Nakamura, T. Nakamura, Y. Saito, N. Ono and S. Sagayama
 /// ("Outer-product hidden Markov model and polyphonic MIDI score following", Journal of New Music
-/// Research 43, 2014): a step's neighbours are reached by transitions of their own, all others by
-/// one that is the product of leaving and arriving, so that a key costs time in proportion to the
-/// piece's length. The time between keys is weighed against the player's own pace.
+/// Research 43, 2014): every step is believed in a little at all times, so that who has jumped is
+/// awaited everywhere at once. A step's neighbours are reached by transitions of their own, all
+/// others by one that is the product of leaving and arriving; a key costs time in proportion to
+/// the piece's length. As in C. Raphael's accompanists ("Music Plus One and machine learning",
+/// 2010) each place has a time of its own: when its step was begun, what of its chord has sounded,
+/// and the player's pace on the likeliest way there. So the time of a key is weighed against what
+/// this way foretells, and a way that was wrong leaves nothing behind.
 class ScoreFollower {
 public:
     explicit ScoreFollower(std::vector<FollowedStep> steps, double pace = 1);
@@ -35,26 +42,37 @@ public:
     void restart();
 
     /// Seconds that a second of the piece takes.
-    [[nodiscard]] double pace() const { return pace_; }
+    [[nodiscard]] double pace() const { return time_.pace(); }
     [[nodiscard]] bool begun() const { return begun_; }
     [[nodiscard]] std::size_t step() const { return place_; }
     [[nodiscard]] bool atEnd() const { return begun_ && place_ + 1 == steps_.size(); }
     /// When the step where the player is was begun.
     [[nodiscard]] double since() const { return since_; }
+    /// When something written after that step is due, by the player's own time.
+    [[nodiscard]] double dueAt(double written) const;
     [[nodiscard]] const std::vector<FollowedStep> &steps() const { return steps_; }
 
 private:
-    [[nodiscard]] double emission(const FollowedStep &step, int pitch) const;
-    [[nodiscard]] double timing(double seconds, double written) const;
-    void follow(std::size_t to, bool right, double now);
+    struct Place {
+        double belief = 0; ///< that the player is here
+        double since = 0; ///< when the first of its keys came
+        std::uint64_t sounded = 0; ///< which of its keys came
+        PlayerTime time{};
+    };
+
+    [[nodiscard]] double left(std::size_t place) const;
+    [[nodiscard]] Place reached(std::size_t to, int pitch, double now) const;
+    [[nodiscard]] double timeOfJump(double now) const;
+    void weighJumps();
 
     std::vector<FollowedStep> steps_;
-    std::vector<double> arriving_; ///< where a jump goes, adding up to 1
-    std::vector<double> belief_; ///< that the player is at each step
-    double firstPace_;
-    double pace_;
+    std::vector<int> bars_; ///< of each step, counted
+    std::vector<Place> places_;
+    std::vector<double> arriving_; ///< where a jump from the likeliest place goes, adding up to 1
+    double jumpTime_ = 0; ///< how likely the time of this key is for a jump
+    std::size_t likeliest_ = 0;
+    PlayerTime time_;
     bool begun_ = false;
-    bool paceKnown_ = false; ///< something was learned of it since the beginning
     std::size_t place_ = 0;
     double since_ = 0;
     double last_ = 0; ///< when the last key came
