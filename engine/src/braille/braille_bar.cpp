@@ -51,7 +51,7 @@ Cells octaveMark(int octave)
 Cells accidental(int alter)
 {
     constexpr std::array<std::u32string_view, 5> signs{U"⠣⠣", U"⠣", U"⠡", U"⠩", U"⠩⠩"};
-    return Cells(signs[static_cast<std::size_t>(alter + 2)]);
+    return Cells(*(signs.begin() + alter + 2));
 }
 
 Cells finger(int number)
