@@ -171,6 +171,11 @@ private Q_SLOTS:
             writeFile(path(u"progress.json"_s), text);
             QVERIFY(Progress(file).jazz() == JazzPlace());
         }
+        QByteArrayList many;
+        for (std::size_t i = 0; i <= Progress::mostPieces; ++i)
+            many << "{\"bar\": 2, \"piece\": \"P" + QByteArray::number(i) + "\"}";
+        writeFile(path(u"progress.json"_s), "{\"lessons\": [" + many.join(',') + "]}");
+        QCOMPARE(Progress(file).lastPiece(), std::string("P499"));
     }
 
     void theVoiceLogBeginsAnewWhenItIsLong()
