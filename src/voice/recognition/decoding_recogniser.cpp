@@ -105,7 +105,8 @@ std::shared_ptr<RecognitionTask> DecodingRecogniser::start(
     const auto before = std::exchange(mailbox.newest, task);
     if (before && !before->finished)
         before->abandon();
-    else if (before && request.live && DecodingTask::Clock::now() - before->appended < carriedOver)
+    else if (before && before->request.live && request.live
+        && DecodingTask::Clock::now() - before->appended < carriedOver)
         std::swap(task->sound, before->sound);
     mailbox.changed.notify_one();
     return task;
