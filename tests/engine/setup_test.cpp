@@ -1,6 +1,7 @@
 #include "setup/greeting.h"
 #include "setup/profile.h"
 #include "setup/progress.h"
+#include "setup/sound_queue.h"
 #include "setup/voice_log.h"
 #include "support/files.h"
 #include "support/table.h"
@@ -69,6 +70,32 @@ private Q_SLOTS:
         QVERIFY(json[u"user"_s].toString().startsWith(u"Ann"_s));
         QCOMPARE(
             QDir(folder.path()).entryList(QDir::Files), QStringList(u"profile.json"_s)); // no draft
+    }
+
+    void beginsWithTheSoundThatWasNeeded_data()
+    {
+        // needed, one start after the other: what the next begins with
+        const Table<QByteArray, QList<double>, double> row{"file", "needed", "next"};
+        row("first start", {}, {0.012}, 0);
+        row("first start, ran dry", {}, {0.012, 0.018, 0.018}, 0.018);
+        row("ran dry again", R"({"queue": 0.02})", {0.02, 0.03}, 0.03);
+        row("needed no more", R"({"queue": 0.02})", {0.02, 0.015}, 0.018);
+        row("no number", R"({"queue": "0.02"})", {0.012}, 0);
+        row("nonsense", "queue", {0.012}, 0);
+    }
+
+    void beginsWithTheSoundThatWasNeeded()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QList<double>, needed);
+        QFETCH(double, next);
+        QFile::remove(path());
+        if (!file.isEmpty())
+            writeFile(path(), file);
+        SoundQueue queue(path().toStdString());
+        for (const double seconds : needed)
+            queue.needed(seconds);
+        QCOMPARE(SoundQueue(path().toStdString()).first(), next);
     }
 
     void survivesAnyFile_data()

@@ -1,4 +1,5 @@
 #include "engine_process.h"
+#include "setup/sound_queue.h"
 
 #include <QStandardPaths>
 #include <QTest>
@@ -7,6 +8,7 @@
 #include <csignal>
 
 using namespace Qt::StringLiterals;
+using namespace kelo::engine;
 
 /// A sound server that starts late, ends, comes back and hangs; the engine minds none of it.
 class SoundServerTest : public EngineTest {
@@ -21,18 +23,15 @@ private Q_SLOTS:
 
     void soundComesBackAndNobodyWaits()
     {
-        const QString back = u"say I have sound now\\."_s;
-        engine->start({},
-            {{u"KELO_SOUND"_s, u"pulseaudio"_s},
-                {u"PULSE_SERVER"_s, u"unix:"_s + engine->path(u"socket"_s)}});
-        QVERIFY(engine->waitFor(u"say Good .*"_s).contains(u"no way to make sound"_s));
+        startsWithoutSound();
         for (int round = 0; round < 2; ++round) {
             answersAtOnce();
             serve();
-            QVERIFY(!engine->waitFor(back).isEmpty());
+            soundComesBack();
             answersAtOnce();
             isHeardOnBothSides();
             if (round == 0) {
+                runsDry();
                 end();
                 QTest::qWait(3000); // until it has noticed
             }
@@ -45,7 +44,41 @@ private Q_SLOTS:
         end();
     }
 
+    void serverThatHangsAtTheStartKeepsNobodyWaiting()
+    {
+        serve();
+        QTRY_VERIFY(QFile::exists(engine->path(u"socket"_s)));
+        kill(static_cast<pid_t>(server.processId()), SIGSTOP);
+        startsWithoutSound();
+        answersAtOnce();
+        kill(static_cast<pid_t>(server.processId()), SIGCONT);
+        soundComesBack();
+        QCOMPARE(engine->end(), QString());
+        end();
+    }
+
 private:
+    void startsWithoutSound()
+    {
+        engine->start({},
+            {{u"KELO_SOUND"_s, u"pulseaudio"_s},
+                {u"PULSE_SERVER"_s, u"unix:"_s + engine->path(u"socket"_s)}});
+        QVERIFY(engine->waitFor(u"say Good .*"_s).contains(u"no way to make sound"_s));
+    }
+
+    void soundComesBack() { QVERIFY(!engine->waitFor(u"say I have sound now\\."_s).isEmpty()); }
+
+    /// More sound is on its way after that, and the next start will know.
+    void runsDry()
+    {
+        const auto pid = static_cast<pid_t>(engine->process->processId());
+        QTest::qWait(600); // a growth just before would have to show what it is worth first
+        kill(pid, SIGSTOP);
+        QTest::qWait(200);
+        kill(pid, SIGCONT);
+        QTRY_VERIFY(SoundQueue(engine->path(u"sound.json"_s).toStdString()).first() >= 0.015);
+    }
+
     void serve()
     {
         server.setStandardErrorFile(QProcess::nullDevice());

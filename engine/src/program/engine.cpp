@@ -40,12 +40,12 @@ std::string troubleWith(
 Engine::Engine(Wire &lines, std::function<void()> news, bool showsItself)
     : wire_(lines)
     , desk_(mixer_, soundfonts(), mixer_.soundfont(), news)
-    , output_(mixer_, clock_, setting("KELO_SOUND"), news)
+    , data_(showsItself)
+    , output_(mixer_, clock_, setting("KELO_SOUND"), queue_.first(), news)
     , dispatcher_(setting("KELO_SPEECH") == "speech-dispatcher", news)
     , voice_(news)
     , piano_(news, setting("KELO_PIANO"))
     , surfacePort_("Kelo Control", std::move(news))
-    , data_(showsItself)
 {
     piano_.look(monotonicNow());
     if (showsItself)
@@ -67,6 +67,7 @@ void Engine::advance(std::span<const Input> inputs)
         assistant_.pianoChanged(piano_.name(), currentMoment());
     if (!std::exchange(audible_, output_.audible()) && audible_)
         assistant_.soundCame(currentMoment());
+    queue_.needed(output_.queue());
     if (demo_)
         show();
     mackie_.advance(monotonicNow());

@@ -7,6 +7,7 @@
 #include "program/environment.h"
 #include "protocol/input.h"
 #include "protocol/wire.h"
+#include "setup/sound_queue.h"
 #include "songs/library.h"
 #include "sound/mixer.h"
 #include "sound/monotonic_time.h"
@@ -49,6 +50,9 @@ private:
     AudioClock clock_{monotonicNow()};
     Mixer mixer_{std::make_unique<Synth>(firstSoundfonts()), clock_};
     SoundDesk desk_;
+    const DataFolder data_;
+    const std::filesystem::path &home_ = data_.path();
+    SoundQueue queue_{home_ / "sound.json"};
     Output output_;
     SpeechDispatcher dispatcher_;
     Synthesiser voice_;
@@ -61,8 +65,6 @@ private:
     Player player_{wire_, through_, clock_};
     Metronome metronome_{wire_, mixer_.ticks(), clock_};
     Band band_{wire_, mixer_.band(), clock_};
-    const DataFolder data_;
-    const std::filesystem::path &home_ = data_.path();
     const std::filesystem::path songs_ = data_.songs();
     Library library_{songs_};
     ReaperControl reaper_{home_ / "reaper", millisecondsSinceEpoch()};

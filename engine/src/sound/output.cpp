@@ -39,14 +39,15 @@ private:
     std::jthread thread_;
 };
 
-Output::Output(
-    Mixer &source, AudioClock &audioClock, const std::string &driver, std::function<void()> changed)
+Output::Output(Mixer &source, AudioClock &audioClock, const std::string &driver, double firstQueue,
+    std::function<void()> changed)
     : mixer_(source)
     , clock_(audioClock)
     , drivers_(driver.empty()      ? std::vector<std::string>{"pulseaudio", "alsa"}
               : driver == "silent" ? std::vector<std::string>{}
                                    : std::vector<std::string>{driver})
     , notify_(std::move(changed))
+    , queue_(firstQueue)
 {
     keeper_ = std::jthread([this](const std::stop_token &stop) { keepOpen(stop); });
     std::unique_lock lock(mutex_);
@@ -79,7 +80,7 @@ void Output::keepOpen(const std::stop_token &stop)
 std::unique_ptr<Device> Output::open()
 {
     for (const std::string &name : drivers_) {
-        auto device = name == "pulseaudio" ? openPulseDevice(mixer_, clock_)
+        auto device = name == "pulseaudio" ? openPulseDevice(mixer_, clock_, queue_)
                                            : openFluidDevice(mixer_, clock_, name);
         if (!device)
             continue;

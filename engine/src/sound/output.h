@@ -21,13 +21,14 @@ namespace kelo::engine {
 class Output {
 public:
     /// `driver` is "pulseaudio", "alsa" or another that FluidSynth knows; "silent" for none;
-    /// empty takes the first that works. `changed` is called on a thread of its own when
-    /// `audible` changes.
-    Output(
-        Mixer &source, AudioClock &audioClock, const std::string &driver,
-        std::function<void()> changed = [] {});
+    /// empty takes the first that works. `firstQueue` is how many seconds of sound to have on their
+    /// way at least. `changed` is called on a thread of its own when `audible` changes.
+    Output(Mixer &source, AudioClock &audioClock, const std::string &driver, double firstQueue,
+        std::function<void()> changed);
 
     [[nodiscard]] bool audible() const { return heard_; }
+    /// How many seconds are on their way: more each time that the server ran dry.
+    [[nodiscard]] double queue() const { return queue_; }
 
 private:
     class Silence;
@@ -42,6 +43,7 @@ private:
     std::vector<std::string> drivers_; ///< that may work
     std::function<void()> notify_;
     std::atomic<bool> heard_ = false;
+    std::atomic<double> queue_;
     std::mutex mutex_;
     std::condition_variable_any news_;
     bool tried_ = false; ///< guarded by `mutex`

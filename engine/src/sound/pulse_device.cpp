@@ -26,7 +26,7 @@ constexpr std::size_t frameBytes = 2 * sizeof(float);
 
 class PulseDevice : public Device {
 public:
-    PulseDevice(Mixer &source, AudioClock &audioClock);
+    PulseDevice(Mixer &source, AudioClock &audioClock, std::atomic<double> &queue);
     ~PulseDevice() override;
 
     /// Waits until the server has answered, or long enough.
@@ -50,6 +50,7 @@ private:
     }
 
     AudioClock &clock_;
+    std::atomic<double> &queue_; ///< seconds; only the library's thread changes it
     std::binary_semaphore settled_{0};
     std::atomic<bool> playing_ = false;
     std::atomic<pid_t> unfavoured_ = 0; ///< the library's thread, where it has no right of its own
@@ -59,14 +60,15 @@ private:
     // The library's thread's own, once that runs.
     pa_stream *stream_ = nullptr;
     bool answered_ = false;
-    double queue_ = firstQueue; ///< seconds
     double lastGrowth_ = 0;
 };
 
-PulseDevice::PulseDevice(Mixer &source, AudioClock &audioClock)
+PulseDevice::PulseDevice(Mixer &source, AudioClock &audioClock, std::atomic<double> &queue)
     : Device(source)
     , clock_(audioClock)
+    , queue_(queue)
 {
+    queue_ = std::clamp(queue.load(), firstQueue, longestQueue);
     context_ = pa_context_new(pa_threaded_mainloop_get_api(loop_), "Kelo");
     pa_context_set_state_callback(
         context_, &forward<pa_context, &PulseDevice::contextChanged>, this);
@@ -173,7 +175,7 @@ void PulseDevice::ranDry()
     if (now - lastGrowth_ < growthEvery || queue_ >= longestQueue)
         return;
     lastGrowth_ = now;
-    queue_ = std::min(queue_ * queueGrowth, longestQueue);
+    queue_ = std::min(queueGrowth * queue_, longestQueue);
     clock_.setLatency(queue_);
     const pa_buffer_attr attributes = shape();
     if (pa_operation *growing = pa_stream_set_buffer_attr(stream_, &attributes, nullptr, nullptr))
@@ -182,9 +184,9 @@ void PulseDevice::ranDry()
 
 } // namespace
 
-std::unique_ptr<Device> openPulseDevice(Mixer &mixer, AudioClock &clock)
+std::unique_ptr<Device> openPulseDevice(Mixer &mixer, AudioClock &clock, std::atomic<double> &queue)
 {
-    auto device = std::make_unique<PulseDevice>(mixer, clock);
+    auto device = std::make_unique<PulseDevice>(mixer, clock, queue);
     if (!device->connected())
         return {};
     device->favour();

@@ -9,6 +9,8 @@ namespace kelo::engine {
 /// By a server that speaks PulseAudio's protocol; empty where there is none, and where this was
 /// built without its library. The sound on its way starts short, for a key is to be heard at
 /// once, and grows for as long as the server runs dry.
-[[nodiscard]] std::unique_ptr<Device> openPulseDevice(Mixer &mixer, AudioClock &clock);
+/// It begins with `queue`, in seconds, where that is longer, and leaves there what it needed.
+[[nodiscard]] std::unique_ptr<Device> openPulseDevice(
+    Mixer &mixer, AudioClock &clock, std::atomic<double> &queue);
 
 } // namespace kelo::engine

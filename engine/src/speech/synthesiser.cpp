@@ -170,3 +170,12 @@ bool Synthesiser::deliver(SpeechChunk chunk)
 }
 
 } // namespace kelo::engine
+
+/// eSpeak NG's library opens a way to the loudspeakers by this when it starts, even where it only
+/// hands back what it says; and then it waits for a sound server that hangs, for ever. It finds
+/// this one before that of its own library, and does without.
+extern "C" [[gnu::visibility("default")]] void *create_audio_device_object(
+    const char * /*device*/, const char * /*application*/, const char * /*description*/)
+{
+    return nullptr;
+}
