@@ -138,7 +138,9 @@ void ScoreActivity::show(Stretch stretch, Hands hands, std::string words, const 
 
 void ScoreActivity::advance(const Moment &now)
 {
-    if (!braille_.empty() && !session_.host.speaking()) {
+    if (session_.host.speaking())
+        return; // an answer to something asked meanwhile comes first
+    if (!braille_.empty()) {
         session_.wire.send("say", std::exchange(braille_, {}));
         session_.wire.send("done");
     }

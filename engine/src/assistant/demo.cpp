@@ -63,7 +63,7 @@ const std::vector<Scene> &scenes()
             for (const int pitch : pitches)
                 script.plays({pitch}, beat * 0.8, beat * 0.2);
         };
-        script.hears("Hello, I'm Kelo. Two minutes with me.");
+        script.hears("Hello, I'm Kelo. Three minutes with me.");
         script.says("play me something happy", 0.2);
         script.says("compose", 6.5);
         script.waitsForQuiet(0.3);
@@ -89,7 +89,13 @@ const std::vector<Scene> &scenes()
         script.says("teach me the ode to joy", 2);
         script.waitsForQuiet(0.3); // for the part that is played
         melody({64, 64, 65, 67, 67, 65, 64, 62, 60, 60, 62, 64, 64, 62, 62}, 0.45);
-        script.says("play my album", 1.5);
+        script.says("follow me in the ode to joy right hand", 1.5);
+        script.waitsForQuiet(0.3);
+        melody({64, 64, 65, 67, 67, 65, 64, 62}, 0.55);
+        script.says("read the score", 1);
+        script.says("next", 0.6);
+        script.says("what shall I practise", 2);
+        script.says("play my album", 0.6);
         script.says("reaper control", 2);
         script.says("go home", 0.5);
         return script.scenes;

@@ -9,7 +9,7 @@
 
 namespace kelo::engine {
 
-/// Two minutes in which one of each activity happens by itself, for someone who has neither
+/// Three minutes in which one of each activity happens by itself, for someone who has neither
 /// keyboard nor microphone: what a user would have said, pressed and played. Seconds throughout.
 class Demo {
 public:
