@@ -85,13 +85,14 @@ QList<Voice> voices()
     return all;
 }
 
-const QStringList &requests()
+QStringList requests()
 {
-    static const QStringList list =
+    static const QStringList list = qEnvironmentVariable("KELO_BENCH_REQUESTS",
         u"what time is it|play some music|stop|metronome at ninety|song menu|ear training|louder|"
         "play the minuet in g|go home|what can I say|repeat|play song twelve|slower|help|"
         "teach me the ode to joy|jazz lesson three|what day is it|change the voice|"
-        "list the songs|play something happy|metronome off|next"_s.split(u'|');
+        "list the songs|play something happy|metronome off|next"_s)
+                                        .split(u'|');
     return list;
 }
 

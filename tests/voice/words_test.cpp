@@ -229,9 +229,11 @@ ngram 3=5
         };
         const WordGraph graph = graphOfCalls(u"kelo"_s,
             {{{sentence("stop"), sentence("song menu"), sentence("song three"),
-                  sentence("in three four")},
+                  sentence("in three four"), sentence("the b flat major scale"),
+                  sentence("minuet in G"), sentence("play middle c"), sentence("drone on d"),
+                  sentence("read the left hand")},
                  0},
-                {{sentence("who knows"), sentence("stop")}, -3}});
+                {{sentence("who knows"), sentence("stop"), sentence("two of them")}, -3, true}});
         // The likeliest way to say it; 1 where there is none.
         const auto weight = [&](const QString &said) {
             QMap<int, double> reached{{WordGraph::start, 0}};
@@ -254,9 +256,18 @@ ngram 3=5
                 {"no number", u"kelo song twenty eleven"_s, 1},
                 {"a metre", u"kelo in three four"_s, 0},
                 {"another metre", u"kelo in three five"_s, 1},
+                {"another scale", u"kelo the c minor scale"_s, 0},
+                {"with a sharp", u"kelo the f sharp minor scale"_s, 0},
+                {"no scale", u"kelo the c scale"_s, 1}, {"a title", u"kelo minuet in g"_s, 0},
+                {"another title", u"kelo minuet in d"_s, 1},
+                {"middle c", u"kelo play middle c"_s, 0}, {"no middle", u"kelo play middle d"_s, 1},
+                {"another note", u"kelo drone on e flat"_s, 0},
+                {"the other hand", u"kelo read the right hand"_s, 0},
+                {"no hand", u"kelo read the flat hand"_s, 1},
                 {"politely", u"kelo please stop"_s, -8},
                 {"very politely", u"kelo could you stop please"_s, -16},
-                {"talk", u"kelo who knows"_s, -3}, {"the name", u"kelo"_s, 1},
+                {"talk", u"kelo who knows"_s, -3}, {"two of them", u"kelo two of them"_s, -3},
+                {"others", u"kelo six of them"_s, 1}, {"the name", u"kelo"_s, 1},
                 {"no name", u"stop"_s, 1}, {"half of it", u"kelo song"_s, 1}});
     }
 

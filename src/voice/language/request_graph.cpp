@@ -33,7 +33,11 @@ const QStringList &tens()
     return words;
 }
 
+/// What stands for any of its kind.
 const auto anyNumber = u"#"_s;
+const auto anyNote = u"<note>"_s;
+const auto anyScale = u"<scale>"_s;
+const auto anyHand = u"<hand>"_s;
 
 /// Rarer than none, or what is left of a noise is taken for one.
 constexpr double courtesy = -8;
@@ -45,13 +49,51 @@ bool isNumber(const QString &word)
         && (ones().contains(word) || teens().contains(word) || tens().contains(word));
 }
 
+/// "a" is hardly ever one, and there is only one middle C.
+bool isNote(const QStringList &sentence, qsizetype at)
+{
+    return sentence[at].size() == 1 && sentence[at] >= u"b"_s && sentence[at] <= u"g"_s
+        && (at == 0 || sentence[at - 1] != u"middle"_s);
+}
+
+const QStringList &scales()
+{
+    static const QStringList words{u"major"_s, u"minor"_s};
+    return words;
+}
+
+const QStringList &hands()
+{
+    static const QStringList words{u"left"_s, u"right"_s};
+    return words;
+}
+
+const QStringList &accidentals()
+{
+    static const QStringList words{u"flat"_s, u"sharp"_s};
+    return words;
+}
+
 /// A number alone may be any; of several in a row none, since they are a metre.
-QStringList generalised(QStringList sentence)
+QStringList generalised(const QStringList &sentence)
 {
     const auto numbers = std::ranges::count_if(sentence, isNumber);
-    for (QString &word : sentence)
-        word = numbers == 1 && isNumber(word) ? anyNumber : word;
-    return sentence;
+    QStringList general;
+    for (qsizetype at = 0; at < sentence.size(); ++at) {
+        const QString &word = sentence[at];
+        const bool afterNote = general.endsWith(anyNote);
+        if (numbers == 1 && isNumber(word))
+            general.append(anyNumber);
+        else if (isNote(sentence, at))
+            general.append(anyNote);
+        else if (afterNote && scales().contains(word))
+            general.append(anyScale);
+        else if (hands().contains(word) && sentence.value(at + 1) == u"hand"_s)
+            general.append(anyHand);
+        else if (!afterNote || !accidentals().contains(word))
+            general.append(word.toLower());
+    }
+    return general;
 }
 
 class Builder {
@@ -93,8 +135,27 @@ private:
     {
         if (word == anyNumber)
             addNumber(from, to, weight);
+        else if (word == anyNote)
+            addNote(from, to, weight);
+        else if (word == anyScale || word == anyHand)
+            addAny(word == anyScale ? scales() : hands(), from, to, weight);
         else
             add(from, to, word, weight);
+    }
+
+    void addAny(const QStringList &words, int from, int to, double weight)
+    {
+        for (const QString &word : words)
+            add(from, to, word, weight);
+    }
+
+    void addNote(int from, int to, double weight)
+    {
+        static const QStringList letters = u"a b c d e f g"_s.split(u' ');
+        const int letter = graph_.states++;
+        addAny(letters, from, to, weight);
+        addAny(letters, from, letter, 0);
+        addAny(accidentals(), letter, to, weight);
     }
 
     void addNumber(int from, int to, double weight)
@@ -142,7 +203,7 @@ WordGraph graphOfCalls(const QString &name, const QList<WeighedSentences> &alter
         for (const QStringList &sentence : each.sentences) {
             const QStringList general = generalised(sentence);
             if (!sentence.isEmpty() && !known.contains(general))
-                builder.addSentence(general, each.weight);
+                builder.addSentence(each.exact ? sentence : general, each.weight);
             known.insert(general);
         }
     }

@@ -29,10 +29,13 @@ struct WordGraph {
 struct WeighedSentences {
     QList<QStringList> sentences;
     double weight = 0; ///< a natural logarithm
+    bool exact = false; ///< no other number or note is meant
 };
 
 /// A call: `name`, a courtesy or none, then one of the sentences; of equal ones the first counts.
-/// Where one has a number, any number up to 299 may be said.
+/// Where one has a number, any number up to 299 may be said; where it has a note, "c" or "b flat",
+/// any note, and either of major and minor; where it has a hand, either. A note in capitals is part
+/// of a title and stays.
 [[nodiscard]] WordGraph graphOfCalls(
     const QString &name, const QList<WeighedSentences> &alternatives);
 

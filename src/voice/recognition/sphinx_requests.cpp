@@ -52,8 +52,8 @@ std::optional<QStringList> SphinxRequests::hear(
     const SphinxUtterance &utterance, int first, const QStringList &words) const
 {
     if (words.isEmpty()
-        || !search(
-            graphOfCalls(name_, {{requests_, 0}, {shortTalk(), 0}, {{words}, wordsAfterName}})))
+        || !search(graphOfCalls(
+            name_, {{requests_, 0}, {shortTalk(), 0}, {{words}, wordsAfterName, true}})))
         return std::nullopt;
     utterance.requestAgain(requestSearch, first);
     const QStringList heard = utterance.words();
