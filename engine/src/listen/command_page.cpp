@@ -41,7 +41,7 @@ std::string escaped(std::string_view text)
     return html;
 }
 
-/// "#" and "@" as a reader takes them.
+/// "#", "@" and "~" as a reader takes them.
 std::string spoken(std::string_view example)
 {
     std::string text;
@@ -50,6 +50,8 @@ std::string spoken(std::string_view example)
             text += "three";
         else if (c == '@')
             text += "minuet in g";
+        else if (c == '~')
+            text += "sad";
         else
             text += c;
     }

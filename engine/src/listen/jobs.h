@@ -41,7 +41,7 @@ enum Takes : unsigned {
 /// are "$bars", "$note", "$metre", "$parts", "$key", "$mood", "$hands" and "$microphone".
 struct Phrase {
     std::string_view words;
-    std::string_view example; ///< how the command page and the recogniser have it, if at all
+    std::string_view example; ///< for command page and recogniser; "~" is any of the moods
     std::optional<bool> on{}; ///< for what is switched on or off by this very phrase
 };
 

@@ -7,7 +7,7 @@ namespace {
 constexpr Job makingTable[] = {
     {Action::MakeUp, InIdle | InTalk | InMenu, "♪", "Plays something that it makes up.",
         {{{"play something|anything ?me|nice|music|new", "play me something"},
-            {"play|something|hear $mood ?something|me|piece|music|hear|love", "play something sad"},
+            {"play|something|hear $mood ?something|me|piece|music|hear|love", "play something ~"},
             {"play music ?some", ""}, {"make|think up ?something|piece|music|tune", ""},
             {"improvise ?something|me", "improvise"}, {"song random|any ?play", ""}}},
         TakesMood | TakesKey},

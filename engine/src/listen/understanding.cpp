@@ -5,6 +5,7 @@
 #include "listen/song_match.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 #include <utility>
 
@@ -14,6 +15,7 @@ namespace {
 
 constexpr int songsNamedByNumber = 10;
 constexpr int songsNamedByTitle = 40;
+constexpr std::array<std::string_view, 5> moodsNamed{"sad", "happy", "calm", "slow", "mysterious"};
 
 /// "what's" and "today's" are what they begin with.
 std::string_view stem(std::string_view word)
@@ -290,11 +292,15 @@ std::vector<std::string> vocabulary(unsigned where, std::span<const SongName> so
                 continue;
             for (const Phrase &phrase : job.phrases) {
                 const bool song = phrase.example.find('@') != std::string_view::npos;
+                const bool mood = phrase.example.find('~') != std::string_view::npos;
                 const bool number = phrase.example.find('#') != std::string_view::npos;
                 if (song) {
                     for (std::size_t i = 0;
                          i < std::min<std::size_t>(songs.size(), songsNamedByTitle); ++i)
                         add(filled(phrase.example, "@", songs[i].title));
+                } else if (mood) {
+                    for (const std::string_view name : moodsNamed)
+                        add(filled(phrase.example, "~", name));
                 } else if (number) {
                     for (int i = 1; i <= songsNamedByNumber; ++i)
                         add(filled(phrase.example, "#", numberInWords(i)));
