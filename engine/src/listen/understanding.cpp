@@ -17,6 +17,15 @@ constexpr int songsNamedByNumber = 10;
 constexpr int songsNamedByTitle = 40;
 constexpr std::array<std::string_view, 5> moodsNamed{"sad", "happy", "calm", "slow", "mysterious"};
 
+/// What a number after it is the tempo of.
+constexpr std::array timed{Action::Metronome, Action::Tempo, Action::Follow};
+
+/// Nothing goes so slowly: "nineteen" is how "ninety" was heard.
+int likelyTempo(int heard)
+{
+    return heard > 12 && heard < 20 ? (heard - 10) * 10 : heard;
+}
+
 /// "what's" and "today's" are what they begin with.
 std::string_view stem(std::string_view word)
 {
@@ -157,10 +166,13 @@ private:
 
     bool takeNumber()
     {
-        return keep((job_.takes & TakesMetre) != 0 ? details_.numberBesideMetre
-                : (job_.takes & TakesBars) != 0    ? details_.otherNumber
-                                                   : details_.number,
+        const bool found = keep((job_.takes & TakesMetre) != 0 ? details_.numberBesideMetre
+                : (job_.takes & TakesBars) != 0                ? details_.otherNumber
+                                                               : details_.number,
             request_.number);
+        if (found && std::ranges::find(timed, job_.action) != std::end(timed))
+            request_.number = likelyTempo(*request_.number);
+        return found;
     }
 
     bool takeSong()
