@@ -53,7 +53,9 @@ void WindowFrame::restore(QWindow &window, const QSettings &settings, double sca
     const QRect first(QPoint(-100'000, -100'000), firstSize * scale); // nowhere
     const QRect kept = settings.value(frameKey, first).toRect();
     const QSize least = smallestOn(window.screen()->availableSize());
-    window.setMinimumSize(least);
+    // A tile on Wayland may be smaller; what may not become so is drawn beyond its edge there.
+    if (!QGuiApplication::platformName().startsWith(u"wayland"_s))
+        window.setMinimumSize(least);
     window.setGeometry(placed(QRect(kept.topLeft(), kept.size().expandedTo(least)), screens));
     if (settings.value(maximisedKey).toBool())
         window.setWindowStates(Qt::WindowMaximized);
