@@ -32,7 +32,8 @@ std::vector<std::string> firstSoundfonts()
     if (std::string chosen = setting("KELO_SOUNDFONT"); !chosen.empty())
         return {std::move(chosen)};
     return {"/usr/share/sounds/sf2/default-GM.sf2", "/usr/share/sounds/sf2/TimGM6mb.sf2",
-        "/usr/share/sounds/sf2/FluidR3_GM.sf2", "/usr/share/sounds/sf3/default-GM.sf3"};
+        "/usr/share/sounds/sf2/FluidR3_GM.sf2", "/usr/share/sounds/sf3/default-GM.sf3",
+        "/app/share/sounds/sf2/TimGM6mb.sf2"}; // in a Flatpak
 }
 
 std::filesystem::path homeFolder()

@@ -86,7 +86,7 @@ std::vector<fs::path> soundfontFolders(const fs::path &home)
 {
     return {home / ".local/share/soundfonts", home / ".local/share/sounds/sf2",
         "/usr/local/share/soundfonts", "/usr/share/soundfonts", "/usr/share/sounds/sf2",
-        "/usr/share/sounds/sf3"};
+        "/usr/share/sounds/sf3", "/app/share/sounds/sf2"};
 }
 
 } // namespace kelo::engine
