@@ -11,7 +11,7 @@ namespace {
 
 /// What the engine may have to say something about when it changes.
 constexpr std::array theEngines{Topic::Mode, Topic::Typing, Topic::LargeCaptions,
-    Topic::HighContrast, Topic::Playing, Topic::Paused, Topic::LoginItem};
+    Topic::HighContrast, Topic::Playing, Topic::Paused, Topic::LoginItem, Topic::Settings};
 
 bool isTheEngines(Topic topic)
 {

@@ -26,6 +26,7 @@ enum class Topic {
     Panel,
     LoginItem,
     Scale,
+    Settings,
 };
 
 /// One text to be spoken, of several; those that end no sentence are made to.

@@ -66,6 +66,9 @@ void Announcer::followLink(Link *link)
         [link] { return link->large ? tr("Larger captions on") : tr("Larger captions off"); });
     follow(Topic::HighContrast, link, &Link::contrastChanged,
         [link] { return link->contrast ? tr("High contrast on") : tr("High contrast off"); });
+    follow(Topic::Settings, link, &Link::settingsKeptChanged, [link] {
+        return link->settingsKept ? tr("Settings are kept") : tr("Settings are not kept");
+    });
     const auto update = [link] {
         return link->updateVersion->isEmpty()
             ? QString()

@@ -43,6 +43,7 @@ AppDelegate::AppDelegate(Link &link, VoiceControl &voice, QObject *parent)
     connect(&menuBar_, &MenuBar::chosen, this, &AppDelegate::choose);
     connect(&menuBar_, &MenuBar::opening, &voice_, &VoiceControl::refreshMicrophones);
     connect(&windowMenu_, &ActionMenu::chosen, this, &AppDelegate::choose);
+    connect(&keeper_, &SettingsKeeper::keptChanged, &link_, &Link::setSettingsKept);
     connect(&questions_, &WelcomeQuestions::asked, this, [this] { closedHalfWay_ = false; });
 }
 
@@ -61,9 +62,8 @@ bool AppDelegate::launch(const Arguments &arguments, bool startedByLogin)
 {
     if (session::endRequested())
         return false;
-    if (!settings_.isWritable())
-        qCWarning(appLog) << "no setting can be kept in" << settings_.fileName();
     makeWindow();
+    keeper_.keep();
     theDelegate = this;
     if (session::endRequested())
         return false; // before a window shows that would have to be drawn first
@@ -147,7 +147,7 @@ void AppDelegate::windowClosed()
 void AppDelegate::tellHowToComeBack()
 {
     const QString text = tr("I’m still here, without a window. Start me again to bring it back.");
-    link_.send(u"~speak "_s + text + u'\n');
+    link_.speak(text);
     qCInfo(appLog) << "no tray to reach Kelo from: start it again to bring its window back";
 }
 

@@ -6,6 +6,7 @@
 #include "app/main_window.h"
 #include "app/menu_bar.h"
 #include "app/midi_chooser.h"
+#include "app/settings_keeper.h"
 #include "app/window_menu.h"
 #include "link/shell.h"
 #include "welcome/welcome_questions.h"
@@ -80,6 +81,7 @@ private:
     Link &link_;
     VoiceControl &voice_;
     QSettings settings_;
+    SettingsKeeper keeper_{settings_};
     WelcomeQuestions questions_;
     DisplayScale scale_;
     std::unique_ptr<LoginItem> loginItem_ = LoginItem::make(settings_);

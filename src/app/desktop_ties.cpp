@@ -53,7 +53,7 @@ DesktopTies::DesktopTies(const Parts &parts, QObject *parent)
     connect(link, &Link::speakingChanged, this, &DesktopTies::tellOfSize);
     connect(&keys_, &GlobalKeys::listenPressed, this, &DesktopTies::listenNow);
     connect(&keys_, &GlobalKeys::showPressed, this, &DesktopTies::showWanted);
-    connect(&keys_, &GlobalKeys::told, this, &DesktopTies::speak);
+    connect(&keys_, &GlobalKeys::told, parts.link, &Link::speak);
     connect(&notifier_, &Notifier::chosen, this, &DesktopTies::showWanted);
     connect(parts.login, &LoginItem::refused, this,
         [this] { parts_.link->send(u"~login failed\n"_s); });
@@ -102,14 +102,10 @@ void DesktopTies::tellOfSize()
 {
     if (parts_.link->speaking || parts_.link->welcome || !parts_.scale->takeNews())
         return;
-    speak(tr("I draw everything at %1 percent, to suit your screen. Control with plus or minus "
-             "makes it larger or smaller.")
-              .arg(qRound(parts_.scale->factor() * 100)));
-}
-
-void DesktopTies::speak(const QString &text) const
-{
-    parts_.link->send(u"~speak "_s + text + u'\n');
+    parts_.link->speak(
+        tr("I draw everything at %1 percent, to suit your screen. Control with plus or minus "
+           "makes it larger or smaller.")
+            .arg(qRound(parts_.scale->factor() * 100)));
 }
 
 } // namespace kelo

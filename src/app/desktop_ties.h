@@ -60,7 +60,6 @@ private:
     void lookAtWork();
     void listenNow() const;
     void tellOfSize();
-    void speak(const QString &text) const;
 
     Parts parts_;
     GlobalKeys keys_;

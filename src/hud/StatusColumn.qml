@@ -62,6 +62,13 @@ Scroller {
 
     Readout {
         width: parent.width
+        label: qsTr("SETTINGS")
+        value: qsTr("NOT KEPT")
+        visible: !status.link.settingsKept
+    }
+
+    Readout {
+        width: parent.width
         label: qsTr("LOGIC / REAPER")
         value: status.link.daw ? qsTr("LINKED") : qsTr("NOT OPEN")
         lit: status.link.daw

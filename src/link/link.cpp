@@ -142,7 +142,16 @@ void Link::playFile(const QString &path)
 
 void Link::playUrl(const QUrl &url)
 {
-    playFile(url.toLocalFile()); // empty, and so ignored, for what is no file
+    if (url.isLocalFile())
+        playFile(url.toLocalFile());
+    else
+        speak(tr("I play files of this computer, and that is an address of the net. Save it among "
+                 "your files, then drop it here."));
+}
+
+void Link::speak(const QString &text)
+{
+    send(u"~speak "_s + text + u'\n');
 }
 
 // ---- what the display asks for ----
@@ -164,6 +173,14 @@ void Link::followContrast(bool on)
     if (shell_)
         shell_->setHighContrast(on);
     Q_EMIT willChange(); // what reads the theme and not the field must redraw too
+}
+
+void Link::setSettingsKept(bool kept)
+{
+    change(
+        {&Link::settingsKeptChanged}, [kept](LinkState &all) { all.display.settingsKept = kept; });
+    speak(kept ? tr("The settings of the display are kept again.")
+               : tr("I can’t keep the settings of the display. They hold until you quit."));
 }
 
 void Link::showVisualiser(bool shown)

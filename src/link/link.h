@@ -70,6 +70,7 @@ class Link : public QObject {
     Q_PROPERTY(QString hands READ hands NOTIFY handsChanged)
     Q_PROPERTY(bool large READ large NOTIFY largeChanged)
     Q_PROPERTY(bool contrast READ contrast NOTIFY contrastChanged)
+    Q_PROPERTY(bool settingsKept READ settingsKept NOTIFY settingsKeptChanged)
     Q_PROPERTY(QString flash READ flash NOTIFY flashChanged)
     Q_PROPERTY(double flashAt READ flashAt NOTIFY flashAtChanged)
     Q_PROPERTY(qint64 beat READ beat NOTIFY beatChanged)
@@ -122,11 +123,14 @@ public:
     /// Writes `text` to the engine as it is, or switches something of our own when it is "#large",
     /// "#contrast" or "#voice". Dropped while the link is offline.
     Q_INVOKABLE void send(const QString &text);
+    /// Has the engine say `text`, one line, aloud.
+    void speak(const QString &text);
     /// Lets the user choose a MIDI file, then plays it.
     Q_INVOKABLE void chooseFile();
     /// Has the engine play the MIDI file at `path` while the visualiser shows it.
     void playFile(const QString &path);
-    /// The same for a file that was dropped onto the display.
+    /// The same for a file that was dropped onto the display. Has the engine say why an address of
+    /// the net is not played.
     Q_INVOKABLE void playUrl(const QUrl &url);
 
     // ---- what the display asks for ----
@@ -135,6 +139,8 @@ public:
     void setAccess(const QString &key, bool on);
     /// Shows high contrast because the desktop does; not stored, so that it goes on following it.
     void followContrast(bool on);
+    /// Whether the disk takes the display's settings; speaks of it when that changes.
+    void setSettingsKept(bool kept);
     Q_INVOKABLE void showVisualiser(bool shown = true);
     /// Asks the first-run questions.
     void askWelcome();
@@ -198,6 +204,7 @@ public:
     Reading<KeyTaker> welcomeKey{state_.display.welcomeKey};
     Reading<bool> large{state_.display.large};
     Reading<bool> contrast{state_.display.contrast};
+    Reading<bool> settingsKept{state_.display.settingsKept};
 
     // ---- polled ----
 
@@ -267,6 +274,7 @@ Q_SIGNALS:
     void welcomeKeyChanged();
     void largeChanged();
     void contrastChanged();
+    void settingsKeptChanged();
 
     /// `buttons` was replaced. Not a published value, but the display lists it.
     void buttonsChanged();

@@ -58,6 +58,7 @@ struct Display {
     int welcomeStepForSnapshot = 0;
     bool large = false;
     bool contrast = false;
+    bool settingsKept = true;
 };
 
 /// Everything that `Link` shares. Nobody but the link holds one.

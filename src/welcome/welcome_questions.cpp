@@ -96,17 +96,12 @@ void WelcomeQuestions::say()
     } else {
         QString spoken = words;
         spoken.remove(u'“').remove(u'”').replace(u'\n', u' ').replace(u'\r', u' ');
-        speak(spoken);
+        link_.speak(spoken);
         // The others' keys are told with the control that takes the keyboard focus.
         if (step_ >= Step::Birthday && readerRuns())
             Q_EMIT choiceAnnounced(now.hint);
     }
     Q_EMIT asked();
-}
-
-void WelcomeQuestions::speak(const QString &text)
-{
-    link_.send(u"~speak "_s + text + u'\n');
 }
 
 void WelcomeQuestions::next()
@@ -171,7 +166,7 @@ bool WelcomeQuestions::readerRuns() const
 void WelcomeQuestions::speakChoice(const QString &choice)
 {
     if (!readerRuns())
-        speak(choice);
+        link_.speak(choice);
 }
 
 const QObject *WelcomeQuestions::focused() const
@@ -184,7 +179,7 @@ const QObject *WelcomeQuestions::focused() const
 void WelcomeQuestions::tell(const QString &choice, const QObject *focusBefore)
 {
     if (!readerRuns())
-        speak(choice);
+        link_.speak(choice);
     else if (focused() == focusBefore)
         Q_EMIT choiceAnnounced(choice);
 }

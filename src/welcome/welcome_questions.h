@@ -91,7 +91,6 @@ private:
     void edit(void (Answers::*choose)(int), int value);
     void goTo(int step);
     [[nodiscard]] bool readerRuns() const;
-    void speak(const QString &text);
     void tell(const QString &choice, const QObject *focusBefore);
     [[nodiscard]] const QObject *focused() const;
 

@@ -295,6 +295,14 @@ def beginnings(start):
         program.say("window visual 1")
         program.wait_for_window()
         program.find("BACK  [ F ]")
+        limits = resource.prlimit(program.process.pid, resource.RLIMIT_FSIZE, (0, usual[1]))
+        press("f", "ctrl+plus")
+        program.find("SETTINGS: NOT KEPT")
+        resource.prlimit(program.process.pid, resource.RLIMIT_FSIZE, limits)
+        program.settings_say("scale=1.25")
+        until(lambda: "The settings of the display are kept again." in program.input(), "the news")
+        assert program.input().count("I can’t keep the settings") == 1
+        assert not [n for n in program.nodes() if n.get_name().startswith("SETTINGS")]
     nowhere = subprocess.Popen([start.program], env=dict(
         os.environ, KELO_PAYLOAD="/nowhere", KELO_HOME="/dev/null/nowhere", HOME="/dev/null",
         XDG_CONFIG_HOME="/dev/null", DBUS_SESSION_BUS_ADDRESS="unix:path=/dev/null"))

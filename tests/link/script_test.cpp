@@ -242,6 +242,7 @@ private:
                 }},
             {u"take-keys"_s,
                 [&] { link().setWelcomeKey([](int, const QString &) { return true; }); }},
+            {u"settings-kept"_s, [&] { link().setSettingsKept(on); }},
             {u"follow-contrast"_s, [&] { link().followContrast(on); }},
             {u"level"_s, [&] { link().setLevel(argument.toDouble()); }},
             {u"bars"_s, [&] { link().updateBars(link().uptime()); }},
