@@ -199,6 +199,8 @@ std::vector<std::string> requests()
                     example.replace(at, 1, "three");
                 if (const auto at = example.find('@'); at != std::string::npos)
                     example.replace(at, 1, "minuet in g");
+                if (const auto at = example.find('~'); at != std::string::npos)
+                    example.replace(at, 1, "sad");
                 if (!example.empty())
                     all.push_back("say " + example);
             }
@@ -239,6 +241,7 @@ void byChance(OfflineEngine &engine)
     print(u"a request is dealt with, median"_s, thinking[thinking.size() / 2], u"ms"_s);
     print(u"at most"_s, thinking.back(), u"ms"_s);
     print(u"one turn of the loop, at most"_s, busiest * 1000, u"ms"_s);
+    print(u"11.6 ms of sound are made in, at most"_s, engine.longestRender() * 1000, u"ms"_s);
     for (std::size_t i = 0; i < memory.size(); ++i)
         print(u"memory after part %1 of %2"_s.arg(i + 1).arg(parts), memory[i], u"MiB"_s);
 }

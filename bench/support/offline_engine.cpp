@@ -3,12 +3,26 @@
 #include <QElapsedTimer>
 #include <QThread>
 
+#include <algorithm>
 #include <chrono>
+#include <ctime>
 #include <utility>
 
 namespace kelo::bench {
 
 using namespace engine;
+
+namespace {
+
+/// Of this thread, in seconds.
+double processorTime()
+{
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+}
+
+} // namespace
 
 OfflineEngine::OfflineEngine(std::function<void(std::string_view)> lines)
     : wire_(std::move(lines))
@@ -48,7 +62,9 @@ void OfflineEngine::press(int pitch, int velocity)
 
 double OfflineEngine::step()
 {
+    const double before = processorTime();
     mixer_.render(left_, right_, now_);
+    longestRender_ = std::max(longestRender_, processorTime() - before);
     now_ += seconds(block);
     QElapsedTimer timer;
     timer.start();

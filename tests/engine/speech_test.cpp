@@ -180,6 +180,24 @@ private Q_SLOTS:
             QString());
     }
 
+    void soundIsMadeOfALongTextAsItIsHeard()
+    {
+        const AudioClock clock(0);
+        Wire wire([](std::string_view) {});
+        SpeechDispatcher none(false, [] {});
+        SlowVoice voice;
+        Loudspeaker output;
+        Speaker speaker(wire, none, voice, output, clock);
+        std::string text;
+        for (int i = 0; i < 100; ++i)
+            text += "word ";
+        speaker.say(text, 5);
+        for (int i = 0; i < 100; ++i)
+            speaker.advance(5);
+        const auto waiting = voice.chunks.size(); // of 0.3 s each
+        QVERIFY2(waiting > 85 && waiting < 92, QByteArray::number(int(waiting)));
+    }
+
     void eachVoiceAndStyleIsHeard()
     {
         Synthesiser maker([] {});

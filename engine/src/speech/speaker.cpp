@@ -14,6 +14,7 @@ namespace {
 constexpr double lead = 0.08; ///< longer than any block is on its way to the loudspeaker
 constexpr double soundAhead = 0.5; ///< seconds of voice that outlast a busy moment
 constexpr double bandsAhead = 0.25;
+constexpr double gatheredAhead = 3; ///< seconds: reading a whole piece aloud takes minutes
 constexpr double feedEvery = 0.1;
 constexpr double anchorBeforeWord = 0.03; ///< the display lays its first frame there
 constexpr double secondsPerUnspokenByte = 0.06;
@@ -133,6 +134,8 @@ void Speaker::followDispatcher(double now)
 
 void Speaker::gather(double now)
 {
+    if (utterance_->samples.size() > static_cast<std::size_t>(frames(gatheredAhead)))
+        return;
     for (SpeechChunk &chunk : synthesiser_.take()) {
         if (!utterance_->origin && !chunk.samples.empty())
             utterance_->origin = clock_.frameAt(now + lead);
