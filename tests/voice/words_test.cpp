@@ -230,7 +230,9 @@ ngram 3=5
         const WordGraph graph = graphOfCalls(u"kelo"_s,
             {{{sentence("stop"), sentence("song menu"), sentence("song three"),
                   sentence("in three four"), sentence("the b flat major scale"),
-                  sentence("minuet in G"), sentence("play middle c"), sentence("drone on d"),
+                  withTitledNotes(u"Minuet in G"_s, sentence("minuet in g")),
+                  sentence("play middle c"),
+                  withTitledNotes(u"drone on Dd d"_s, sentence("drone on d")),
                   sentence("read the left hand")},
                  0},
                 {{sentence("who knows"), sentence("stop"), sentence("two of them")}, -3, true}});

@@ -1,6 +1,7 @@
 #include "voice/language/request_graph.h"
 
 #include <QMap>
+#include <QRegularExpression>
 #include <QSet>
 
 #include <algorithm>
@@ -189,6 +190,16 @@ private:
 };
 
 } // namespace
+
+QStringList withTitledNotes(const QString &phrase, QStringList words)
+{
+    static const QRegularExpression note(u"(?<!\\S)[A-G](?!\\S)"_s);
+    if (phrase.contains(note)) {
+        for (QString &word : words)
+            word = word.size() == 1 ? word.toUpper() : word;
+    }
+    return words;
+}
 
 QStringList numberWords()
 {

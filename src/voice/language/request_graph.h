@@ -39,6 +39,9 @@ struct WeighedSentences {
 [[nodiscard]] WordGraph graphOfCalls(
     const QString &name, const QList<WeighedSentences> &alternatives);
 
+/// The words of a phrase with its notes in capitals, where it has one in capitals: "Minuet in G".
+[[nodiscard]] QStringList withTitledNotes(const QString &phrase, QStringList words);
+
 /// The words that numbers are made of.
 [[nodiscard]] QStringList numberWords();
 

@@ -2,8 +2,6 @@
 
 #include "voice/name/taught_name.h"
 
-#include <QRegularExpression>
-
 #include <pocketsphinx.h>
 
 #include <algorithm>
@@ -98,15 +96,10 @@ std::optional<QString> SphinxDecoder::expect(const std::optional<TaughtModel> &t
 /// The phrases without those that name the assistant.
 QList<QStringList> SphinxDecoder::requestsAmong(const QStringList &phrases) const
 {
-    static const QRegularExpression noteInTitle(u"(?<!\\S)[A-G](?!\\S)"_s);
     QList<QStringList> requests;
     const SphinxModels::Expectation &expected = models_->expected();
     for (const QString &phrase : phrases) {
-        QStringList tokens = tokensOf(phrase, expected.name);
-        if (phrase.contains(noteInTitle)) {
-            for (QString &token : tokens)
-                token = token.size() == 1 ? token.toUpper() : token;
-        }
+        const QStringList tokens = withTitledNotes(phrase, tokensOf(phrase, expected.name));
         if (!tokens.isEmpty() && !tokens.contains(expected.token))
             requests.append(tokens);
     }
