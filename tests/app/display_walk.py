@@ -305,11 +305,13 @@ def beginnings(start):
         assert not [n for n in program.nodes() if n.get_name().startswith("SETTINGS")]
     nowhere = subprocess.Popen([start.program], env=dict(
         os.environ, KELO_PAYLOAD="/nowhere", KELO_HOME="/dev/null/nowhere", HOME="/dev/null",
-        XDG_CONFIG_HOME="/dev/null", DBUS_SESSION_BUS_ADDRESS="unix:path=/dev/null"))
+        XDG_CONFIG_HOME="/dev/null", DBUS_SESSION_BUS_ADDRESS="unix:path=/dev/null"),
+        stderr=subprocess.PIPE, text=True)
     until(shown_windows, "a window without anything")
     time.sleep(1)
     nowhere.terminate()
-    assert nowhere.wait(60) == 0
+    told = nowhere.communicate(timeout=60)[1]
+    assert nowhere.returncode == 0 and "no setting can be kept" in told, told
 
 
 def asked_to_end(program, **environment):
