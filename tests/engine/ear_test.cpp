@@ -11,12 +11,12 @@ using kelo::test::Table;
 
 namespace {
 
-/// A line from the microphone: when it comes, whether final, whether the assistant speaks.
+/// A line from the microphone: when it comes, whether final, what the assistant is saying.
 struct Line {
     double at;
     QString words;
     bool final = false;
-    bool speaking = false;
+    const char *saying = nullptr;
 };
 
 bool isCommand(std::span<const Word> words)
@@ -40,7 +40,10 @@ QStringList heard(Ear &ear, const QList<Line> &lines)
     };
     for (const Line &line : lines) {
         expireUntil(line.at);
-        note(ear.hear(line.final, line.words.toStdString(), line.speaking, line.at), line.at);
+        std::optional<Ear::Saying> saying;
+        if (line.saying)
+            saying.emplace(line.saying, QLatin1StringView(line.saying).endsWith(u'?'));
+        note(ear.hear(line.final, line.words.toStdString(), saying, line.at), line.at);
     }
     expireUntil(1e9);
     return all;
@@ -94,21 +97,33 @@ private Q_SLOTS:
         row("the name that was only misheard for a moment",
             {{0, u"kelo"_s}, {0.3, u"hello there"_s}, {2, u"hello there"_s, true}}, {});
         row("its own voice",
-            {{0, u"kelo play song three"_s, false, true},
-                {1, u"kelo play song three says"_s, true, true}},
+            {{0, u"kelo play song three"_s, false, "Say Kelo, play song three, or stop."},
+                {1, u"kelo play song three says"_s, true, "Say Kelo, play song three, or stop."}},
             {});
         row("its own voice, after it has ended",
-            {{0, u"say kelo help"_s, false, true}, {1.0, u"say kelo help"_s},
+            {{0, u"say kelo help"_s, false, "Say Kelo, help."}, {1.0, u"say kelo help"_s},
                 {1.5, u"say kelo help"_s, true}},
             {});
         row("stop cuts in at once",
-            {{0, u"the third note"_s, false, true},
-                {0.4, u"the third note kelo stop"_s, false, true},
+            {{0, u"the third note"_s, false, "The third note is C."},
+                {0.4, u"the third note kelo stop"_s, false, "The third note is C."},
                 {0.6, u"the third note kelo stop"_s}},
             {u"0.4: stop"_s});
+        row("a command over what it says",
+            {{0, u"the third"_s, false, "The third note is C."},
+                {0.3, u"the third kelo"_s, false, "The third note is C."},
+                {0.6, u"the third kelo louder"_s, false, "The third note is C."},
+                {1.2, u"the third kelo louder please"_s}},
+            {u"1.9: louder please"_s});
+        row("the name alone, or half of a command, over what it says",
+            {{0, u"kelo"_s, true, "One."}, {20, u"kelo next week"_s, true, "Two."}}, {});
+        row("an answer over the question",
+            {{0, u"yes"_s, false, "Yes?"}, {0.2, u"yes"_s, true, "Yes?"},
+                {2, u"song"_s, false, "Yes?"}, {2.4, u"song three"_s, true, "Yes?"}},
+            {u"2.4: song three"_s});
         row("a command that follows its own voice",
-            {{0, u"the third note"_s, false, true}, {1.0, u"the third note kelo"_s},
-                {1.3, u"the third note kelo next"_s, true}},
+            {{0, u"the third note"_s, false, "The third note is C."},
+                {1.0, u"the third note kelo"_s}, {1.3, u"the third note kelo next"_s, true}},
             {u"1.3: next"_s});
         row("nothing at all", {{0, u""_s}, {1, u""_s, true}, {2, u"  . "_s, true}}, {});
     }
@@ -141,8 +156,8 @@ private Q_SLOTS:
                 if (chance.oneIn(6) && !said.isEmpty())
                     said.removeLast();
                 said << chance.of(words);
-                lines << Line{
-                    now, QString::fromUtf8(said.join(' ')), chance.oneIn(3), chance.oneIn(4)};
+                lines << Line{now, QString::fromUtf8(said.join(' ')), chance.oneIn(3),
+                    chance.oneIn(4) ? "Song three?" : nullptr};
             }
             if (session % 3 == 0)
                 ear.expectAnswer(now / 2);

@@ -34,6 +34,8 @@ public:
 
     virtual void say(std::string_view text, const Moment &now) = 0;
     [[nodiscard]] virtual bool speaking() const = 0;
+    /// What was said last, whether that is over or not.
+    [[nodiscard]] virtual std::string_view lastSaid() const = 0;
     virtual void hush() = 0;
 
     /// Leaves the current activity, which lives on until what it is doing has returned.

@@ -104,6 +104,7 @@ public:
 private:
     void say(std::string_view text, const Moment &now) override;
     [[nodiscard]] bool speaking() const override { return speech_.speaking(); }
+    [[nodiscard]] std::string_view lastSaid() const override { return lastSaid_; }
     void begin(std::unique_ptr<Activity> next, const Moment &now) override;
     void perform(const Request &request, const Moment &now) override;
     void ask(std::string_view question, const Request &first, const Request &second,

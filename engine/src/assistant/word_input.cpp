@@ -62,7 +62,10 @@ void WordInput::hear(std::string_view line, const Moment &now)
     if (typing_ || (!final && !line.starts_with('0')) || (line.size() > 1 && line[1] != ' '))
         return;
     const std::string_view words = line.size() > 2 ? line.substr(2) : std::string_view{};
-    if (const auto command = ear_.hear(final, words, session_.host.speaking(), now.uptime))
+    std::optional<Ear::Saying> saying;
+    if (session_.host.speaking())
+        saying.emplace(session_.host.lastSaid(), answerExpected_);
+    if (const auto command = ear_.hear(final, words, saying, now.uptime))
         heard(*command, now);
 }
 

@@ -20,6 +20,15 @@ std::string joined(std::span<const Word> words)
     return text;
 }
 
+/// All of them are in `text`, in any order: what is heard of oneself has gaps.
+bool isIn(std::span<const Word> words, std::string_view text)
+{
+    const auto said = wordsOf(text);
+    return std::ranges::all_of(words, [&](const Word &word) {
+        return std::ranges::find(said, word.text, &Word::text) != said.end();
+    });
+}
+
 bool silences(std::string_view command)
 {
     return command == "stop" || command.starts_with("stop ");
@@ -74,30 +83,58 @@ std::optional<std::string> Ear::commandIn(std::span<const Word> words, double no
     return {};
 }
 
+/// Said while the assistant speaks.
+std::optional<std::string> Ear::commandOver(std::span<const Word> words, const Saying &saying) const
+{
+    std::span<const Word> command;
+    if (const auto found = findCommand(words, name_, understandsAll_))
+        command = words.subspan(found->first, found->count);
+    else if (saying.asks)
+        command = words;
+    const std::string text = joined(command);
+    const bool certain = silences(text)
+        || (!command.empty() && understandsAll_(command) && !isIn(command, saying.text));
+    return certain ? std::optional(text) : std::nullopt;
+}
+
+/// How many of `words` will never ask for anything: what comes before the name, unless no name is
+/// needed, and all of it where the rest is what the assistant says itself.
+std::size_t Ear::ownWords(std::span<const Word> words, const Saying &saying) const
+{
+    const auto name = std::ranges::find(words.rbegin(), words.rend(), name_, &Word::text);
+    std::size_t own = words.size();
+    if (saying.asks)
+        own = 0;
+    else if (name != words.rend())
+        own = static_cast<std::size_t>(words.rend() - name) - 1;
+    return isIn(words.subspan(own), saying.text) ? words.size() : own;
+}
+
 std::optional<std::string> Ear::hear(
-    bool final, std::string_view transcript, bool speaking, double now)
+    bool final, std::string_view transcript, const std::optional<Saying> &saying, double now)
 {
     std::vector<Word> words = wordsOf(transcript);
-    const auto fresh = std::span(words).subspan(spentWords(words, final, now));
-    if (speaking) {
-        overheard_ = true;
-        const auto found = findCommand(fresh, name_, understands_);
-        std::string command = found ? joined(fresh.subspan(found->first, found->count)) : "";
-        spend(std::move(words), final, now);
-        return silences(command) ? std::optional("stop") : std::nullopt;
-    }
-    auto command = commandIn(fresh, now);
+    const std::size_t spent = spentWords(words, final, now);
+    const auto fresh = std::span(words).subspan(spent);
+    auto command = saying ? commandOver(fresh, *saying) : commandIn(fresh, now);
     if (!command) {
         pending_.reset();
+        if (!saying)
+            return {};
+        const std::size_t own = final ? fresh.size() : ownWords(fresh, *saying);
+        overheard_ = own == fresh.size();
+        words.resize(spent + own);
+        spend(std::move(words), final, now);
         return {};
     }
     if (!pending_ || pending_->command != *command)
         pending_ = Pending{*command, now, command->empty() || understands_(wordsOf(*command))};
     latest_ = std::move(words);
-    if (!final)
+    overheard_ = false;
+    if (!final && !(saying && silences(*command)))
         return {};
     answerUntil_ = -1;
-    spend(std::move(latest_), true, now);
+    spend(std::move(latest_), final, now);
     return command;
 }
 

@@ -11,8 +11,9 @@
 namespace kelo::engine {
 
 /// Follows what the recogniser makes of the microphone, line by line, and gives each command
-/// once, when no more words are to be expected. While the assistant speaks it hears mostly
-/// itself: nothing counts then but its name and "stop". Seconds throughout.
+/// once, when no more words are to be expected. While the assistant speaks it may hear itself:
+/// nothing counts then but its name with what is wholly understood, or such an answer where it
+/// asks for one, and never what it is saying. Seconds throughout.
 class Ear {
 public:
     /// How long words must have stood before they are taken, final ones aside.
@@ -36,10 +37,16 @@ public:
     /// What is said next needs no name, if it comes soon.
     void expectAnswer(double now) { answerUntil_ = now + answerTime; }
 
+    /// What the assistant is saying, and whether that wants an answer.
+    struct Saying {
+        std::string_view text;
+        bool asks = false;
+    };
+
     /// The whole of what this session of the recogniser has understood so far. Gives the words
     /// of a command that is complete; none of them where only the name was said.
     [[nodiscard]] std::optional<std::string> hear(
-        bool final, std::string_view transcript, bool speaking, double now);
+        bool final, std::string_view transcript, const std::optional<Saying> &saying, double now);
 
     /// A command that has stood for long enough.
     [[nodiscard]] std::optional<std::string> expire(double now);
@@ -60,6 +67,9 @@ private:
     [[nodiscard]] std::size_t spentWords(std::span<const Word> words, bool final, double now);
     [[nodiscard]] std::optional<std::string> commandIn(
         std::span<const Word> words, double now) const;
+    [[nodiscard]] std::optional<std::string> commandOver(
+        std::span<const Word> words, const Saying &saying) const;
+    [[nodiscard]] std::size_t ownWords(std::span<const Word> words, const Saying &saying) const;
     void spend(std::vector<Word> words, bool final, double now);
 
     Understands understands_;
