@@ -1,12 +1,14 @@
 // How well calls are heard, voice by voice: the name, and what is asked for after it.
-//   voice_calls_bench [steady|alternating|first|talk] [CALLS] [NAME...]
+//   voice_calls_bench [steady|alternating|first|talk|over] [CALLS] [NAME...]
 // prints two tables, voice by room, in per cent with the 95 % confidence interval of each row's
 // sum. CALLS is per voice and room, 40 unless given. "steady" hears one room after the other, as in
 // use; in "alternating" every call is in another room; in "first" every call is a recogniser's
 // first. "talk" counts instead what is understood where nothing was asked for: CALLS questions a
 // voice that are put to the assistant by its name, but are beyond it, and as many sentences to
-// others. A request is understood when the engine would do the same as for the words that were
-// said.
+// others. "over" makes CALLS calls a voice while the assistant speaks from a loudspeaker, as loud
+// at the microphone as the call, and listens as long to the assistant alone; with and without
+// cancelling of the echo. A request is understood when the engine would do the same as for the
+// words that were said.
 //
 // The voices are espeak-ng's, and flite's and festival's where those are installed. Those marked
 // with "*" are for choosing by, the others for telling how it came out. KELO_BENCH_SPEECH names a
@@ -14,6 +16,7 @@
 
 #include "listen/understanding.h"
 #include "songs/library.h"
+#include "voice/capture/echo_canceller.h"
 #include "voice/name/taught_name.h"
 #include "voice/name/wake_training.h"
 #include "voice/recognition/decoding_recogniser.h"
@@ -133,6 +136,7 @@ class Bench {
 public:
     void run(const QString &order, int calls, const QStringList &names);
     void talk(int sentences, const QStringList &names);
+    void over(int calls, const QStringList &names);
     void print() const;
 
 private:
@@ -148,8 +152,13 @@ private:
     void call(DecodingRecogniser &recogniser, const TaughtModel &model, const Voice &voice,
         const QString &request, std::size_t room);
 
+    Samples assistant(std::size_t count);
+    Samples echoOf(const Samples &played);
+
     QTemporaryDir folder_;
     std::mt19937 random_{20};
+    std::size_t at_ = 0; // in what the assistant says
+    Samples past_; // what the loudspeaker has played
     QMap<QString, Outcome> outcomes_;
     engine::Library library_{{}};
     const QStringList phrases_ = expectedPhrases();
@@ -274,6 +283,123 @@ void Bench::talk(int sentences, const QStringList &names)
         put, invented, seconds / 60, falseNames, falseCalls);
 }
 
+/// What the assistant says, for `count` samples from somewhere in it.
+Samples Bench::assistant(std::size_t count)
+{
+    static const QString text =
+        u"Good evening, Ann. There are twelve songs. The minuet in G is in three four, and has "
+        "thirty two bars. Play the right hand first, slowly: D, G, A, B, C, D, G, G. That was "
+        "nearly "
+        "right; the fourth note is C. Once more, from bar five. You have practised for twenty "
+        "minutes today, and the ode to joy is ready to be played again. What would you like to do "
+        "next? You can say play song three, teach me the ode to joy, or ear training."_s;
+    static const auto all = spoken({u"espeak-ng"_s, u"gmw/en-US+m3"_s}, text);
+    if (!all)
+        throw std::runtime_error("espeak-ng is missing");
+    Samples some;
+    for (; some.size() < count; at_ = (at_ + 1) % all->size())
+        some.push_back((*all)[at_]);
+    return some;
+}
+
+/// From the loudspeaker to the microphone: 80 ms later 6 dB less, and its echoes in the room.
+Samples Bench::echoOf(const Samples &played)
+{
+    static const auto room = [] {
+        std::mt19937 random(5);
+        std::normal_distribution<double> any;
+        std::vector<double> taps(1280 + 2400);
+        for (std::size_t i = 1280; i < taps.size(); ++i)
+            taps[i] = 0.05 * any(random) * std::exp(-static_cast<double>(i - 1280) / 700);
+        taps[1280] = 0.5;
+        return taps;
+    }();
+    past_.insert(past_.end(), played.begin(), played.end());
+    Samples echo;
+    for (std::size_t i = past_.size() - played.size(); i < past_.size(); ++i) {
+        double sum = 0;
+        for (std::size_t k = 1280; k < std::min(room.size(), i + 1); ++k)
+            sum += room[k] * past_[i - k];
+        echo.push_back(static_cast<qint16>(std::clamp(sum, -32768.0, 32767.0)));
+    }
+    past_.erase(past_.begin(),
+        past_.end() - static_cast<std::ptrdiff_t>(std::min(past_.size(), room.size())));
+    return echo;
+}
+
+void Bench::over(int calls, const QStringList &names)
+{
+    std::array<Tally, 2> named;
+    std::array<Tally, 2> understood;
+    std::array<int, 2> ownNames{};
+    std::array<int, 2> ownRequests{};
+    std::array<double, 2> loudness{};
+    double seconds = 0;
+    const auto all = voices();
+    for (const QString &name : names) {
+        std::array<DecodingRecogniser, 2> recognisers{
+            DecodingRecogniser({sphinxKind(QStringLiteral(KELO_POCKETSPHINX))}),
+            DecodingRecogniser({sphinxKind(QStringLiteral(KELO_POCKETSPHINX))})};
+        const TaughtModel model = recognisers[0].teacher()(
+            WakeTraining::of(name), SpeechModelFiles::of(folder_.path(), name), {});
+        EchoCanceller canceller;
+        const auto bothWays = [&](const Samples &call) {
+            const Samples played = assistant(call.size());
+            Samples heard = echoOf(played);
+            const double own = levelOf(heard);
+            const double theirs = levelOf(call);
+            for (std::size_t i = 0; i < heard.size(); ++i) {
+                const double with = heard[i] + (theirs > 0 ? call[i] * own / theirs : 0);
+                heard[i] = static_cast<qint16>(std::clamp(with, -32768.0, 32767.0));
+            }
+            constexpr std::size_t piece = 320; // as both come in use
+            Samples cleaned;
+            for (std::size_t at = 0; at < heard.size(); at += piece) {
+                const auto part = [&](const Samples &whole) {
+                    const auto from = whole.begin() + static_cast<std::ptrdiff_t>(at);
+                    return Samples(from,
+                        from + static_cast<std::ptrdiff_t>(std::min(piece, whole.size() - at)));
+                };
+                canceller.play(part(played));
+                const Samples some = canceller.hear(part(heard));
+                cleaned.insert(cleaned.end(), some.begin(), some.end());
+            }
+            return std::array{heard, cleaned};
+        };
+        for (int k = 0; k < calls; ++k) {
+            for (qsizetype v = 0; v < all.size(); ++v) {
+                const QString &request = requests()[(v + 3 * k) % requests().size()];
+                const auto speech = spoken(all[v], "Hey "_L1 + name + ", "_L1 + request);
+                if (!speech)
+                    continue;
+                const auto alone = bothWays(Samples(speech->size() + 24000));
+                const auto called = bothWays(inRoom(*speech, {}, random_));
+                seconds += secondsOf(alone[0]);
+                for (std::size_t way = 0; way < 2; ++way) {
+                    if (listed_)
+                        std::printf("%s, way %zu: %s\n", qPrintable(all[v].title()), way,
+                            qPrintable(request));
+                    const Heard own = heard(recognisers[way], model, alone[way]);
+                    ownNames[way] += own.name;
+                    ownRequests[way] += own.request.has_value();
+                    loudness[way] += levelOf(alone[way]);
+                    const Heard result = heard(recognisers[way], model, called[way]);
+                    named[way].add(result.name);
+                    understood[way].add(
+                        result.name && result.request && result.request == requestIn(request));
+                }
+            }
+        }
+    }
+    std::printf("over the assistant's own speech   as it is      cancelled\n"
+                "name, %%                    %14s %14s\nrequest, %%                 %14s %14s\n",
+        qPrintable(named[0].withInterval()), qPrintable(named[1].withInterval()),
+        qPrintable(understood[0].withInterval()), qPrintable(understood[1].withInterval()));
+    std::printf("in %.0f minutes of it alone: names %d, %d; requests %d, %d; %.1f dB taken away\n",
+        seconds / 60, ownNames[0], ownNames[1], ownRequests[0], ownRequests[1],
+        20 * std::log10(loudness[0] / loudness[1]));
+}
+
 void Bench::print() const
 {
     for (const bool requested : {false, true}) {
@@ -301,6 +427,10 @@ int main(int argc, char **argv)
     Bench bench;
     if (order == u"talk"_s) {
         bench.talk(calls, some.isEmpty() ? names() : some);
+        return 0;
+    }
+    if (order == u"over"_s) {
+        bench.over(calls, some.isEmpty() ? names() : some);
         return 0;
     }
     bench.run(order, calls, some.isEmpty() ? names() : some);

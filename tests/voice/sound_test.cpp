@@ -1,5 +1,6 @@
 #include "support/table.h"
 #include "voice/capture/audio.h"
+#include "voice/capture/echo_canceller.h"
 #include "voice/capture/resampler.h"
 #include "voice/recognition/comfort_noise.h"
 #include "voice/recognition/noise_suppressor.h"
@@ -8,6 +9,7 @@
 #include <QTest>
 
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <random>
 
@@ -41,6 +43,8 @@ Samples chunk(int value)
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(std::function<int(int)>)
 
 /// From stored samples to what the meter, the queue and the recogniser get of them.
 class SoundTest : public QObject {
@@ -140,6 +144,74 @@ private Q_SLOTS:
         (void)suppressor.clean(noise(4800, 5, random));
         const double spoken = levelOf(suppressor.clean(noise(8000, 300, random)));
         QVERIFY2(spoken > 150, qPrintable(QString::number(spoken)));
+    }
+
+    /// What comes back of a loudspeaker 80 ms later and half as loud, after some seconds, and of a
+    /// tone that somebody whistles meanwhile; in per cent of each.
+    void takesWhatIsPlayedFromWhatIsHeard_data()
+    {
+        QTest::addColumn<std::function<int(int)>>("played"); // pieces of 20 ms until this one
+        QTest::newRow("evenly") << std::function([](int now) { return now + 1; });
+        QTest::newRow("a little late") << std::function([](int now) { return now; });
+        QTest::newRow("in heaps") << std::function([](int now) { return now / 4 * 4 + 1; });
+        QTest::newRow("in large heaps, ahead")
+            << std::function([](int now) { return now / 15 * 15 + 15; });
+        QTest::newRow("begun earlier") << std::function([](int now) { return now + 4; });
+        QTest::newRow("late from the fifth second on")
+            << std::function([](int now) { return now < 250 ? now + 1 : now - 3; });
+    }
+
+    void takesWhatIsPlayedFromWhatIsHeard()
+    {
+        QFETCH(std::function<int(int)>, played);
+        constexpr int pieces = 600;
+        std::mt19937 random(4);
+        const Samples sound = noise((pieces + 8) * 320, 3000, random);
+        EchoCanceller canceller;
+        Samples cleaned;
+        int told = 0;
+        const auto hear = [&](int from, int to) {
+            for (int piece = from; piece < to; ++piece) {
+                for (; told < played(piece); ++told)
+                    canceller.play({sound.begin() + told * 320, sound.begin() + (told + 1) * 320});
+                Samples heard(320);
+                for (int i = 0; i < 320; ++i) {
+                    const int at = piece * 320 + i;
+                    const double whistle = at > 500 * 320 ? 1500 * std::sin(0.3 * at) : 0;
+                    const double echo =
+                        at >= 1280 ? sound[static_cast<std::size_t>(at - 1280)] / 2. : 0;
+                    heard[static_cast<std::size_t>(i)] = static_cast<qint16>(echo + whistle);
+                }
+                const Samples some = canceller.hear(heard);
+                cleaned.insert(cleaned.end(), some.begin(), some.end());
+            }
+        };
+        hear(0, 490);
+        const double left = levelOf({cleaned.end() - 16000, cleaned.end()});
+        QVERIFY2(left < 0.1 * 1500, qPrintable(QString::number(left)));
+        hear(490, pieces);
+        QVERIFY(cleaned.size() >= (pieces - 8) * 320);
+        const double whistled = levelOf({cleaned.end() - 16000, cleaned.end()});
+        QVERIFY2(whistled > 700 && whistled < 1300, qPrintable(QString::number(whistled)));
+    }
+
+    void leavesAsItIsWhatNothingIsPlayedOver()
+    {
+        std::mt19937 random(4);
+        const Samples speech = noise(32000, 500, random);
+        EchoCanceller canceller;
+        Samples cleaned;
+        for (int silent : {0, 1}) { // nothing comes, or silence does
+            if (silent)
+                canceller.play(Samples(1600));
+            const Samples some = canceller.hear(speech);
+            cleaned.insert(cleaned.end(), some.begin(), some.end());
+        }
+        Samples twice = speech;
+        twice.insert(twice.end(), speech.begin(), speech.end());
+        QVERIFY(cleaned.size() > 62000);
+        twice.resize(cleaned.size());
+        QCOMPARE(cleaned, twice);
     }
 
     void resamplesPieceByPiece()

@@ -107,12 +107,18 @@ bool VirtualMicrophone::plugIn() const
     return control(QStringList{u"load-module"_s} + QString(plug).split(u' '));
 }
 
-bool VirtualMicrophone::speak(const QString &text)
+bool VirtualMicrophone::hearSpeakers() const
+{
+    return control({u"load-module"_s, u"module-loopback"_s, u"source=speakers.monitor"_s,
+        u"sink=vmic"_s, u"latency_msec=80"_s, u"adjust_time=0"_s});
+}
+
+bool VirtualMicrophone::speak(const QString &text, const QString &into)
 {
     const QString file = path("speech.wav");
     if (!speakToFile(text, u"gmw/en-US"_s, 150, file))
         return false;
-    speaker_.start(u"paplay"_s, {u"--latency-msec=30"_s, u"-d"_s, u"vmic"_s, file});
+    speaker_.start(u"paplay"_s, {u"--latency-msec=30"_s, u"-d"_s, into, file});
     return speaker_.waitForStarted();
 }
 

@@ -27,8 +27,11 @@ public:
     [[nodiscard]] bool pull() const;
     [[nodiscard]] bool plugIn() const;
 
-    /// Begins to say `text`; `isSpeaking` until it has been said.
-    bool speak(const QString &text);
+    /// From here on the microphone hears the loudspeakers, 80 ms later.
+    [[nodiscard]] bool hearSpeakers() const;
+
+    /// Begins to say `text`; `isSpeaking` until it has been said. Or the loudspeakers say it.
+    bool speak(const QString &text, const QString &into = QStringLiteral("vmic"));
     [[nodiscard]] bool isSpeaking() const { return speaker_.state() != QProcess::NotRunning; }
 
 private:

@@ -16,6 +16,23 @@ using namespace pulse;
 constexpr pa_usec_t serverPatience = 1'000'000; // microseconds
 constexpr pa_sample_spec captureSpec{PA_SAMPLE_S16NE, 16000, 1};
 constexpr uint32_t bufferBytes = 640; // 20 ms
+constexpr auto any = static_cast<uint32_t>(-1);
+constexpr pa_buffer_attr shape{any, any, any, any, bufferBytes};
+
+/// The samples that have come, piece by piece; a hole in the recording is left out.
+template <typename Take> void takeAll(pa_stream *stream, const Take &take)
+{
+    while (pa_stream_readable_size(stream) > 0) {
+        const void *data = nullptr;
+        std::size_t size = 0;
+        if (pa_stream_peek(stream, &data, &size) < 0 || size == 0)
+            return;
+        const auto *samples = static_cast<const qint16 *>(data);
+        if (samples)
+            take(Samples(samples, samples + size / sizeof(qint16)));
+        pa_stream_drop(stream);
+    }
+}
 
 } // namespace
 
@@ -24,6 +41,7 @@ struct PulseMicrophone::Search {
     std::vector<QPromise<QList<MicrophoneDevice>>> waiting;
     QList<MicrophoneDevice> devices;
     QString defaultId;
+    QByteArray output; // the default one
     bool asked = false;
 };
 
@@ -153,9 +171,13 @@ void PulseMicrophone::ask()
     forget(pa_context_get_server_info(
         context_,
         [](pa_context *, const pa_server_info *server, void *self) {
-            if (server)
-                static_cast<PulseMicrophone *>(self)->search_->defaultId =
-                    QString::fromUtf8(server->default_source_name);
+            if (!server)
+                return;
+            auto *microphone = static_cast<PulseMicrophone *>(self);
+            microphone->search_->defaultId = QString::fromUtf8(server->default_source_name);
+            const QByteArray output = server->default_sink_name;
+            if (std::exchange(microphone->search_->output, output) != output)
+                microphone->listenToOutput();
         },
         this));
     forget(pa_context_get_source_info_list(
@@ -218,16 +240,15 @@ QFuture<Microphone::Opening> PulseMicrophone::open(const MicrophoneDevice &devic
             static_cast<PulseMicrophone *>(self)->read(stream);
         },
         this);
-    constexpr auto any = static_cast<uint32_t>(-1);
-    const pa_buffer_attr attributes{any, any, any, any, bufferBytes};
     // Not moved: when its device is pulled the stream shall end rather than listen elsewhere.
     constexpr auto flags =
         static_cast<pa_stream_flags_t>(PA_STREAM_DONT_MOVE | PA_STREAM_ADJUST_LATENCY);
-    if (pa_stream_connect_record(stream_, device.id.toUtf8().constData(), &attributes, flags) < 0) {
+    if (pa_stream_connect_record(stream_, device.id.toUtf8().constData(), &shape, flags) < 0) {
         dropStream();
         return QtFuture::makeReadyFuture(Opening::NotAttached);
     }
     sink_ = std::move(sink);
+    listenToOutput();
     openingPatience_ = pa_context_rttime_new(
         context_, pa_rtclock_now() + serverPatience,
         [](pa_mainloop_api *, pa_time_event *, const timeval *, void *self) {
@@ -252,6 +273,7 @@ void PulseMicrophone::dropStream()
 {
     opening_.reset(); // unanswered, if it still is
     stop(openingPatience_);
+    dropOutput();
     if (!stream_)
         return;
     pa_stream_set_state_callback(stream_, nullptr, nullptr);
@@ -297,15 +319,51 @@ void PulseMicrophone::streamEnded(Opening reason)
 
 void PulseMicrophone::read(pa_stream *stream)
 {
-    while (pa_stream_readable_size(stream) > 0) {
-        const void *data = nullptr;
-        std::size_t size = 0;
-        if (pa_stream_peek(stream, &data, &size) < 0 || size == 0)
-            return;
-        if (data) // else a hole in the recording
-            sink_({{}, QByteArray(static_cast<const char *>(data), static_cast<qsizetype>(size))});
-        pa_stream_drop(stream);
-    }
+    takeAll(stream, [this](const Samples &heard) {
+        const Samples samples = canceller_ ? canceller_->hear(heard) : heard;
+        if (!samples.empty())
+            sink_({{},
+                QByteArray(reinterpret_cast<const char *>(samples.data()),
+                    static_cast<qsizetype>(samples.size() * sizeof(qint16)))});
+    });
+}
+
+// ---- what is played meanwhile ----
+
+/// Listens to the default output as it is now, if the microphone is open.
+void PulseMicrophone::listenToOutput()
+{
+    dropOutput();
+    if (!stream_ || search_->output.isEmpty())
+        return;
+    output_ = pa_stream_new(context_, "echo", &captureSpec, nullptr);
+    if (!output_)
+        return;
+    canceller_.emplace();
+    pa_stream_set_read_callback(
+        output_,
+        [](pa_stream *stream, size_t, void *self) {
+            auto &canceller = *static_cast<PulseMicrophone *>(self)->canceller_;
+            takeAll(stream, [&](const Samples &played) { canceller.play(played); });
+        },
+        this);
+    // An output where nothing plays may go to sleep all the same.
+    constexpr auto flags = static_cast<pa_stream_flags_t>(
+        PA_STREAM_DONT_MOVE | PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_INHIBIT_AUTO_SUSPEND);
+    if (pa_stream_connect_record(output_, (search_->output + ".monitor").constData(), &shape, flags)
+        < 0)
+        dropOutput();
+}
+
+void PulseMicrophone::dropOutput()
+{
+    canceller_.reset();
+    if (!output_)
+        return;
+    pa_stream_set_read_callback(output_, nullptr, nullptr);
+    pa_stream_disconnect(output_);
+    pa_stream_unref(output_);
+    output_ = nullptr;
 }
 
 } // namespace kelo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "voice/capture/echo_canceller.h"
 #include "voice/capture/microphone.h"
 
 #include <QPromise>
@@ -18,7 +19,9 @@ namespace kelo {
 
 /// Captures through the PulseAudio protocol, which PipeWire serves too. Everything but the short
 /// calls of its interface happens on the library's own thread; a server that is not there, dies or
-/// does not answer costs a `discover` without devices.
+/// does not answer costs a `discover` without devices. What the default output plays is listened to
+/// as well, so that the microphone's sound comes without its echo; where that cannot be had the
+/// sound comes as it is.
 class PulseMicrophone final : public Microphone {
     Q_OBJECT
 
@@ -49,10 +52,14 @@ private:
     void streamEnded(Opening reason);
     void read(pa_stream *stream);
     void dropStream();
+    void listenToOutput();
+    void dropOutput();
 
     pa_threaded_mainloop *loop_ = nullptr;
     pa_context *context_ = nullptr;
     pa_stream *stream_ = nullptr;
+    pa_stream *output_ = nullptr; // what is played, while the microphone is open
+    std::optional<EchoCanceller> canceller_;
     pa_time_event *patience_ = nullptr;
     std::unique_ptr<Search> search_;
     Sink sink_;
