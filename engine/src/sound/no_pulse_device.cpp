@@ -2,7 +2,7 @@
 
 namespace kelo::engine {
 
-std::unique_ptr<Device> openPulseDevice(Mixer &, AudioClock &, std::atomic<double> &)
+PulseAttempt openPulseDevice(Mixer &, AudioClock &, std::atomic<double> &)
 {
     return {};
 }

@@ -75,18 +75,21 @@ void Output::keepOpen(const std::stop_token &stop)
     }
 }
 
-/// The first device that works. Later on no other will do: one that goes around the server would
-/// keep it from coming back.
+/// The first device that works. Later on, and while a server does not answer yet, no other will do:
+/// one that goes around the server would keep it from coming back.
 std::unique_ptr<Device> Output::open()
 {
     for (const std::string &name : drivers_) {
-        auto device = name == "pulseaudio" ? openPulseDevice(mixer_, clock_, queue_)
-                                           : openFluidDevice(mixer_, clock_, name);
-        if (!device)
+        PulseAttempt attempt = name == "pulseaudio"
+            ? openPulseDevice(mixer_, clock_, queue_)
+            : PulseAttempt{openFluidDevice(mixer_, clock_, name), false};
+        if (attempt.hangs)
+            break;
+        if (!attempt.device)
             continue;
         log(LogLevel::Info, "sound", "plays by " + name);
         drivers_ = {std::string(name)};
-        return device;
+        return std::move(attempt.device);
     }
     clock_.setLatency(0);
     return {};

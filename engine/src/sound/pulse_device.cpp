@@ -29,8 +29,9 @@ public:
     PulseDevice(Mixer &source, AudioClock &audioClock, std::atomic<double> &queue);
     ~PulseDevice() override;
 
-    /// Waits until the server has answered, or long enough.
-    [[nodiscard]] bool connected() { return settled_.try_acquire_for(connectWithin) && playing_; }
+    /// Waits until the server has answered. False where that takes too long.
+    [[nodiscard]] bool answered() { return settled_.try_acquire_for(connectWithin); }
+    [[nodiscard]] bool playing() const { return playing_; }
 
     /// Sound goes before all else, where anybody allows it.
     void favour();
@@ -184,13 +185,15 @@ void PulseDevice::ranDry()
 
 } // namespace
 
-std::unique_ptr<Device> openPulseDevice(Mixer &mixer, AudioClock &clock, std::atomic<double> &queue)
+PulseAttempt openPulseDevice(Mixer &mixer, AudioClock &clock, std::atomic<double> &queue)
 {
     auto device = std::make_unique<PulseDevice>(mixer, clock, queue);
-    if (!device->connected())
+    if (!device->answered())
+        return {{}, true};
+    if (!device->playing())
         return {};
     device->favour();
-    return device;
+    return {std::move(device), false};
 }
 
 } // namespace kelo::engine
