@@ -54,7 +54,7 @@ QStringList commandsIn(const QStringList &steps, const QString &name, const Libr
     for (const QString &step : steps) {
         const bool final = step.startsWith(u'=');
         const std::string words = step.mid(final ? 1 : 0).toStdString();
-        if (const auto command = ear.hear(final, words, false, now))
+        if (const auto command = ear.hear(final, words, {}, now))
             commands << QString::fromStdString(*command);
         now += 0.1;
     }
