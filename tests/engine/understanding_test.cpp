@@ -133,6 +133,7 @@ private Q_SLOTS:
         row("south", "");
         row("you", "");
         row("is clear", "");
+        row("open the door", ""); // and not "open the", a courtesy put in for the rest
     }
 
     void understandsWhatSoundsAlike()

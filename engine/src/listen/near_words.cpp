@@ -62,6 +62,8 @@ public:
         std::optional<std::string> best;
         double least = 0;
         forEach([&](const std::string &known) {
+            if (isCourtesy(known))
+                return; // the word would count for nothing, and what is left be done
             const double distance = soundDistance(word, known);
             const bool alike =
                 soundsOf(known).size() < certainSounds ? distance <= 0 : soundsLike(word, known);
