@@ -45,6 +45,7 @@ private Q_SLOTS:
         row("skips three bars", u"0 1 2 3 16 17"_s, 1, 17);
         row("repeats a bar", u"0 1 2 3 4 5 6 7 4 5"_s, 1, 5);
         row("goes back to the beginning", u"0 1 2 3 4 5 6 0 1"_s, 1, 1);
+        row("jumps with a wrong key", u"0 1 2 3 x 17 18"_s, 1, 18);
         row("breaks off and begins the bar again", u"0 1 2 3 4 5 4 5 6"_s, 1, 6);
     }
 
@@ -123,7 +124,8 @@ private Q_SLOTS:
         };
         part.reach(follower, follower.press(60, 10));
         QCOMPARE(pitches(10), u"0 "_s); // with the player's key
-        QVERIFY(std::abs(*part.deadline(follower) - 10.25) < 1e-9);
+        const double due = *part.deadline(follower); // rather a little early than late
+        QVERIFY(due > 10.235 && due < 10.249);
         QCOMPARE(pitches(10.2), QString());
         QCOMPARE(pitches(10.26), u"1 "_s);
         QVERIFY(!part.deadline(follower)); // what follows belongs to the next key

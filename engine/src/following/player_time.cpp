@@ -8,7 +8,7 @@ namespace kelo::engine {
 
 namespace {
 
-constexpr double fingers = 0.025; ///< seconds, one standard deviation
+constexpr double fingers = 0.03; ///< seconds, one standard deviation
 constexpr double wandering = 0.034; ///< of the pace, in a second
 constexpr double firstSpread = 0.3; ///< of the pace, where nothing is known of it
 constexpr double anew = 0.1; ///< the same after a break

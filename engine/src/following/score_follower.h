@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <unordered_map>
 #include <vector>
 
 namespace kelo::engine {
@@ -22,11 +23,12 @@ struct FollowedStep {
 /// ("Outer-product hidden Markov model and polyphonic MIDI score following", Journal of New Music
 /// Research 43, 2014): every step is believed in a little at all times, so that who has jumped is
 /// awaited everywhere at once. A step's neighbours are reached by transitions of their own, all
-/// others by one that is the product of leaving and arriving; a key costs time in proportion to
-/// the piece's length. As in C. Raphael's accompanists ("Music Plus One and machine learning",
-/// 2010) each place has a time of its own: when its step was begun, what of its chord has sounded,
-/// and the player's pace on the likeliest way there. So the time of a key is weighed against what
-/// this way foretells, and a way that was wrong leaves nothing behind.
+/// others by one that is the product of leaving and arriving, which a bar's end and a bar's
+/// beginning make likely; what a key costs depends on how many steps sound like it. As in C.
+/// Raphael's accompanists ("Music Plus One and machine learning", 2010) each place has a time of
+/// its own: when its step was begun, what of its chord has sounded, and the player's pace on the
+/// likeliest way there. So the time of a key is weighed against what this way foretells, and a way
+/// that was wrong leaves nothing behind.
 class ScoreFollower {
 public:
     explicit ScoreFollower(std::vector<FollowedStep> steps, double pace = 1);
@@ -59,17 +61,32 @@ private:
         std::uint64_t sounded = 0; ///< which of its keys came
         PlayerTime time{};
     };
+    struct Way {
+        std::size_t to;
+        int by; ///< steps onward; below 0 from anywhere
+        double chance; ///< by all ways together
+    };
 
     [[nodiscard]] double left(std::size_t place) const;
-    [[nodiscard]] Place reached(std::size_t to, int pitch, double now) const;
+    [[nodiscard]] double nearness(int bar, bool first) const;
+    [[nodiscard]] double arriving(std::size_t place) const;
+    [[nodiscard]] double leaves(std::size_t place) const;
+    [[nodiscard]] std::vector<std::size_t> candidates(int pitch) const;
+    [[nodiscard]] Way wayTo(std::size_t to, int pitch, double now) const;
+    [[nodiscard]] Place reached(
+        const Way &way, int pitch, double now, const PlayerTime &likely) const;
     [[nodiscard]] double timeOfJump(double now) const;
     void weighJumps();
 
     std::vector<FollowedStep> steps_;
     std::vector<int> bars_; ///< of each step, counted
+    std::vector<double> weights_; ///< of each bar, its steps together, where jumps go
+    std::unordered_map<int, std::vector<std::size_t>> soundingLike_; ///< steps near a pitch
     std::vector<Place> places_;
-    std::vector<double> arriving_; ///< where a jump from the likeliest place goes, adding up to 1
-    double jumpTime_ = 0; ///< how likely the time of this key is for a jump
+    std::vector<std::size_t> believed_; ///< the places where the player may be
+    int expectedBar_ = 0; ///< that would have come
+    double jumpWeights_ = 1; ///< of all steps together, where jumps go
+    double jump_ = 0; ///< how likely a jump is made with this key
     std::size_t likeliest_ = 0;
     PlayerTime time_;
     bool begun_ = false;
