@@ -16,7 +16,8 @@ namespace {
 constexpr Hands hands[] = {Hands::Right, Hands::Left};
 
 /// "c4/4. e4+g4:2( f#5/8t~ r": names with octaves, chords, values with dots and triplets, which
-/// stay until there is another; fingers; slurs from "(" to ")"; ties. Bars end with "|", "[" and
+/// stay until there is another; fingers; "'d5" a grace note, "c5tr" a trill; slurs from "(" to ")";
+/// ties. Bars end with "|", "[" and
 /// "]" are repeats. Voices of a hand stand behind "&", the left hand behind "/".
 WrittenPiece written(const QString &text, int beats, int unit, int fifths = 0)
 {
@@ -54,13 +55,16 @@ WrittenPiece written(const QString &text, int beats, int unit, int fifths = 0)
                         length = match.captured(4).isEmpty() ? length : length * 2 / 3;
                         note.dots = match.captured(3).isEmpty() ? 0 : 1;
                     }
-                    note.length = length;
+                    const bool grace = token.startsWith(u"'"_s);
+                    note.length = grace ? 0 : length;
                     note.value = static_cast<std::int16_t>(value);
                     const QString signs = match.captured(5);
                     note.slurBegins = signs.contains(u'(');
                     note.slurEnds = signs.contains(u')');
                     note.tiedOn = signs.contains(u'~');
-                    for (const QString &name : match.captured(1).split(u'+')) {
+                    note.trill = match.captured(1).endsWith(u"tr"_s);
+                    for (QString name : match.captured(1).mid(grace ? 1 : 0).split(u'+')) {
+                        name.remove(u"tr"_s);
                         static const QRegularExpression parsed(
                             u"^([a-g])([#b]?)(\\d)(?::(\\d))?$"_s);
                         const auto pitch = parsed.match(name);
@@ -77,7 +81,7 @@ WrittenPiece written(const QString &text, int beats, int unit, int fifths = 0)
                         note.finger = static_cast<std::int8_t>(pitch.captured(4).toInt());
                         piece.notes.push_back(note);
                     }
-                    at += length;
+                    at += note.length;
                 }
             }
         }

@@ -1,5 +1,6 @@
 #include "lessons/attempt.h"
 #include "lessons/lesson.h"
+#include "lessons/touch.h"
 #include "songs/library.h"
 #include "songs/notation.h"
 #include "sums.h"
@@ -143,6 +144,108 @@ private Q_SLOTS:
         QTEST(passed ? u"Passed. "_s + QString::fromStdString(attempt.rhythm())
                      : QString::fromStdString(attempt.fault()),
             "verdict");
+    }
+
+    void hearsHowItIsTouched_data()
+    {
+        // A step is half a second, four a bar: a pitch as it is written, "." short, "_" with a rest
+        // after it, "!100" that loud instead of 80, "+" with the left hand's. Then how strong it
+        // came and, after "/", which part of the step it was held; 0.95 else.
+        const Table<QString, QString, QString> row{"written", "played", "verdict"};
+        const QString scale = u"60 62 64 65 67 69 71 72"_s;
+        const QString loud = u"60 62 64 65 67!110 69!110 71!110 72!110"_s;
+        const QString hands = u"72+48 74+50 76+52 77+53 79+55"_s;
+        row("as written", scale, u"70 70 72 69 70 74 70 70"_s,
+            u"The loudness was right. Nicely joined."_s);
+        row("all soft", scale, u"30 30 32 29 30 34 30 30"_s,
+            u"The loudness was right. Nicely joined."_s);
+        row("a forte that is not there", loud, u"70 70 70 70 70 70 70 70"_s,
+            u"Bar two is written louder. Nicely joined."_s);
+        row("half of a forte", loud, u"70 70 70 70 85 85 85 85"_s,
+            u"Bar two is written louder. Nicely joined."_s);
+        row("most of a forte", loud, u"70 70 70 70 92 92 92 92"_s,
+            u"The loudness was right. Nicely joined."_s);
+        row("too loud in the second bar", scale, u"60 60 60 60 60 80 80 80"_s,
+            u"Bar two is written softer. Nicely joined."_s);
+        row("an accent", scale, u"60 60 60 90 60 60 60 60"_s,
+            u"Bar one, beat four stood out. Nicely joined."_s);
+        row("a key that hardly sounds", scale, u"60 60 30 60 60 60 60 60"_s,
+            u"Bar one, beat three was hardly heard. Nicely joined."_s);
+        row("a left hand that covers", hands, u"60+75 60+75 60+75 60+75 60+75"_s,
+            u"Play the left hand softer: it covers the right one. Nicely joined."_s);
+        row("a left hand a little louder", hands, u"60+70 60+70 60+70 60+70 60+70"_s,
+            u"The loudness was right. Nicely joined."_s);
+        row("a left hand that hides", hands, u"80+50 80+50 80+50 80+50 80+50"_s,
+            u"The left hand may be a little louder. Nicely joined."_s);
+        row("three notes say nothing of loudness", u"60 62 64"_s, u"20 90 20"_s,
+            u"Nicely joined."_s);
+        row("two hands, one of them apart", hands, u"60/.5+60 60/.5+60 60/.5+60 60/.5+60 60+60"_s,
+            u"The loudness was right. Right hand: join the notes, hold each key until the next one "
+            "sounds."_s);
+        row("apart", scale, u"70/.6 70/.6 70/.6 70/.6 70/.6 70/.6 70/.6 70"_s,
+            u"The loudness was right. Join the notes, hold each key until the next one sounds."_s);
+        row("one gap", scale, u"70 70 70 70 70/.5 70 70 70"_s,
+            u"The loudness was right. Bar two, beat one: hold it until the next one sounds."_s);
+        row("blurred", scale, u"70/1.8 70/1.8 70/1.8 70/1.8 70/1.8 70/1.8 70 70"_s,
+            u"The loudness was right. Let go a little sooner, the notes run into each other."_s);
+        row("a slight overlap", scale, u"70/1.3 70/1.3 70/1.3 70/1.3 70/1.3 70/1.3 70 70"_s,
+            u"The loudness was right. Nicely joined."_s);
+        row("short notes", u"60. 62. 64. 65."_s, u"70/.5 70/.3 70/.6 70"_s,
+            u"The loudness was right. Nicely short."_s);
+        row("short notes held", u"60. 62. 64. 65."_s, u"70 70 70/.3 70"_s,
+            u"The loudness was right. Play the short notes shorter."_s);
+        row("one short note held", u"60. 62. 64. 65. 67. 65. 64. 62."_s,
+            u"70/.4 70/.4 70 70/.4 70/.4 70/.4 70/.4 70"_s,
+            u"The loudness was right. Bar one, beat three may be shorter."_s);
+        row("repeated notes cannot be joined", u"60 60 60 60"_s, u"70/.5 70/.5 70/.5 70"_s,
+            u"The loudness was right."_s);
+        row("a rest is no gap", u"60 62_ 64 65"_s, u"70 70/.5 70 70"_s,
+            u"The loudness was right. Nicely joined."_s);
+    }
+
+    void hearsHowItIsTouched()
+    {
+        QFETCH(QString, written);
+        QFETCH(QString, played);
+        constexpr double each = 0.5;
+        std::vector<Step> steps;
+        struct Event {
+            double at;
+            int pitch;
+            int velocity;
+        };
+        std::vector<Event> events;
+        const QStringList how = played.split(u' ');
+        for (const QString &text : written.split(u' ')) {
+            const int index = int(steps.size());
+            Step step{index * each, {}};
+            step.bar = 1 + index / 4;
+            step.beat = 1 + index % 4;
+            const QStringList keys = how[index].split(u'+');
+            const QStringList notes = text.split(u'+');
+            for (qsizetype i = notes.size() - 1; i >= 0; --i) { // the left hand's lies below
+                const bool shortened = notes[i].contains(u'.') || notes[i].contains(u'_');
+                const QStringList parts = notes[i].split(u'!');
+                step.pitches.push_back(notes[i].left(2).toInt());
+                step.hands.push_back(i == 0 ? Hands::Right : Hands::Left);
+                step.tones.push_back({parts.size() > 1 ? parts[1].toInt() : 80,
+                    step.at + each * (shortened ? 0.5 : 0.95)});
+                const QStringList key = keys[i].split(u'/');
+                const double held = key.size() > 1 ? key[1].toDouble() : 0.95;
+                events.push_back({10 + step.at, step.pitches.back(), key[0].toInt()});
+                events.push_back({10 + step.at + each * held, step.pitches.back(), 0});
+            }
+            steps.push_back(step);
+        }
+        std::ranges::stable_sort(events, {}, &Event::at);
+        Touch touch(steps);
+        for (const Event &event : events) {
+            if (event.at <= 10 + steps.back().at + 0.01) // the last key ends the part
+                touch.key(event.pitch, event.velocity, event.at);
+        }
+        const QString loudness = QString::fromStdString(touch.loudness().words);
+        const QString legato = QString::fromStdString(touch.legato().words);
+        QTEST((loudness + u' ' + legato).trimmed(), "verdict");
     }
 
     void judgesTheSameEachTime()

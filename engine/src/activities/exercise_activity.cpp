@@ -118,7 +118,7 @@ Lesson ExerciseActivity::lesson() const
         lesson.show(true);
     }
     lesson.sayAtEnd({});
-    lesson.setTalk(session_.talk);
+    lesson.setTalk(session_.talk, session_.attention);
     return lesson;
 }
 
@@ -211,7 +211,7 @@ Reply ExerciseActivity::goOn(Reply reply, const Moment &now)
 
 void ExerciseActivity::advance(const Moment &now)
 {
-    lesson_.setTalk(session_.talk);
+    lesson_.setTalk(session_.talk, session_.attention);
     if (!paused())
         teach(goOn(lesson_.advance(now.uptime), now), now);
     TeachingActivity::advance(now);

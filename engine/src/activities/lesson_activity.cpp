@@ -16,7 +16,7 @@ LessonActivity::LessonActivity(Session &shared, Lesson lesson, std::optional<Bar
 void LessonActivity::enter(const Moment &now)
 {
     session_.heard = {lesson_.title(), lesson_.wholePiece()};
-    lesson_.setTalk(session_.talk);
+    lesson_.setTalk(session_.talk, session_.attention);
     Reply reply = lesson_.begin(bars_ ? bars_->first : session_.progress.barOf(lesson_.title()));
     if (!session_.pianoPresent)
         reply.words.insert(0, "I don't see a piano yet. ");
@@ -56,7 +56,7 @@ bool LessonActivity::request(const Request &request, const Moment &now)
 
 void LessonActivity::advance(const Moment &now)
 {
-    lesson_.setTalk(session_.talk);
+    lesson_.setTalk(session_.talk, session_.attention);
     if (!paused())
         teach(lesson_.advance(now.uptime), now);
     TeachingActivity::advance(now);

@@ -33,6 +33,10 @@ protected:
     void listen(const Moment &now) override { current().listen(now.uptime); }
     [[nodiscard]] bool entersWith(int pitch) const override { return current().entersWith(pitch); }
     [[nodiscard]] bool listening() const override { return current().listening(); }
+    void touch(int pitch, int velocity, const Moment &now) override
+    {
+        current().touch(pitch, velocity, now.uptime);
+    }
     [[nodiscard]] Reply press(int pitch, const Moment &now) override
     {
         return current().press(pitch, now.uptime);

@@ -57,12 +57,12 @@ std::optional<Heard> loadSong(Session &session, std::size_t song, const Moment &
 
 bool chooseSong(Session &session, const Request &request, const Moment &now)
 {
-    if (request.song)
-        return session.songs.choose(static_cast<int>(*request.song) + 1);
-    if (!request.number || session.songs.choose(*request.number))
+    if (!request.song && !request.number)
         return true;
-    session.say(
-        "There is no song " + std::to_string(*request.number) + ". " + session.songs.count(), now);
+    const int number = request.song ? static_cast<int>(*request.song) + 1 : *request.number;
+    if (session.songs.choose(number))
+        return true;
+    session.say("There is no song " + std::to_string(number) + ". " + session.songs.count(), now);
     return false;
 }
 

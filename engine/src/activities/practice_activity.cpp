@@ -188,7 +188,7 @@ Reply PracticeActivity::goOn(Reply reply, const Moment &now)
         return reply;
     }
     stations_.erase(stations_.begin(), next);
-    stations_.front().lesson.setTalk(session_.talk);
+    stations_.front().lesson.setTalk(session_.talk, session_.attention);
     const Reply opened = stations_.front().lesson.open(reply.words + stations_.front().opening);
     return {reply.good, opened.words, opened.demo};
 }
@@ -222,7 +222,7 @@ void PracticeActivity::keep(const Moment &now)
 
 void PracticeActivity::advance(const Moment &now)
 {
-    stations_.front().lesson.setTalk(session_.talk);
+    stations_.front().lesson.setTalk(session_.talk, session_.attention);
     if (!paused())
         teach(goOn(current().advance(now.uptime), now), now);
     TeachingActivity::advance(now);

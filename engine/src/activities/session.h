@@ -73,6 +73,7 @@ struct Session {
     SongList songs{}; ///< with the song that was chosen last
     Hands hands = Hands::Both;
     Talk talk = Talk::All; ///< in lessons
+    Attention attention{}; ///< the same
     Recorder recorder{};
     std::optional<Heard> heard{}; ///< what was played last
     Progress progress{};

@@ -29,13 +29,18 @@ void TeachingActivity::resume(const Moment &now)
 
 void TeachingActivity::note(int pitch, int velocity, const Moment &now)
 {
-    if (velocity <= 0 || paused_)
+    if (paused_)
         return;
+    if (velocity <= 0) {
+        touch(pitch, 0, now);
+        return;
+    }
     if (!listening() && entersWith(pitch)) {
         session_.host.hush();
         endExample();
         listen(now);
     }
+    touch(pitch, velocity, now);
     teach(press(pitch, now), now);
 }
 

@@ -46,6 +46,8 @@ protected:
     virtual void listen(const Moment &now) = 0;
     [[nodiscard]] virtual bool listening() const = 0;
     [[nodiscard]] virtual Reply press(int pitch, const Moment &now) = 0;
+    /// How strong a key of the player is, and with 0 that it is let go.
+    virtual void touch(int, int, const Moment &) { }
     /// There is nothing left to teach.
     virtual void over(const Moment &) { }
 

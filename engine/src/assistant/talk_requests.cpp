@@ -58,6 +58,22 @@ void TalkRequests::soundsOnly(const Request &, const Moment &now)
         Talk::Sounds, "In lessons sounds tell you. Ask where am I, or for the notes.", now);
 }
 
+void TalkRequests::judgeLoudness(const Request &request, const Moment &now)
+{
+    session_.attention.loudness = request.on.value_or(true);
+    session_.say(session_.attention.loudness ? "In lessons I judge your loudness, too."
+                                             : "I don't judge your loudness.",
+        now);
+}
+
+void TalkRequests::judgeLegato(const Request &request, const Moment &now)
+{
+    session_.attention.legato = request.on.value_or(true);
+    session_.say(session_.attention.legato ? "In lessons I judge how you join the notes, too."
+                                           : "I don't judge how you join the notes.",
+        now);
+}
+
 void TalkRequests::stopListening(const Request &, const Moment &now)
 {
     session_.wire.send("ears", "off");

@@ -33,6 +33,8 @@ public:
     void sayAll(const Request &request, const Moment &now);
     void sayChanges(const Request &request, const Moment &now);
     void soundsOnly(const Request &request, const Moment &now);
+    void judgeLoudness(const Request &request, const Moment &now);
+    void judgeLegato(const Request &request, const Moment &now);
 
     static constexpr Handler<TalkRequests> handlers[] = {
         {Action::StopListening, &TalkRequests::stopListening},
@@ -51,6 +53,8 @@ public:
         {Action::SayAll, &TalkRequests::sayAll},
         {Action::SayChanges, &TalkRequests::sayChanges},
         {Action::SoundsOnly, &TalkRequests::soundsOnly},
+        {Action::JudgeLoudness, &TalkRequests::judgeLoudness},
+        {Action::JudgeLegato, &TalkRequests::judgeLegato},
     };
 
     static constexpr std::string_view noOtherVoice =

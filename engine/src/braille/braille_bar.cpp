@@ -198,6 +198,8 @@ private:
     void interval(const WrittenNote &note, const WrittenNote &written, const WrittenNote &before,
         Cells &cells)
     {
+        if (note.trill)
+            cells += U"⠖"; // before each note that it belongs to
         cells += alteration(note);
         const int fromWritten = std::abs(degreeOf(note) - degreeOf(written));
         const int fromBefore = std::abs(degreeOf(note) - degreeOf(before));

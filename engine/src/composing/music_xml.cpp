@@ -15,9 +15,10 @@ struct NoteValue {
     bool dotted;
 };
 
-constexpr std::array<NoteValue, 8> noteValues{
-    {{96, "whole", false}, {72, "half", true}, {48, "half", false}, {36, "quarter", true},
-        {24, "quarter", false}, {18, "eighth", true}, {12, "eighth", false}, {6, "16th", false}}};
+constexpr std::array<NoteValue, 9> noteValues{{{96, "whole", false}, {72, "half", true},
+    {48, "half", false}, {36, "quarter", true}, {24, "quarter", false}, {18, "eighth", true},
+    {12, "eighth", false}, {6, "16th", false}, {3, "32nd", false}}};
+constexpr int shortest = 3; ///< ticks of what is written
 
 std::string element(std::string_view name, std::string_view contents)
 {
@@ -57,6 +58,13 @@ public:
         , tones_(score.partTones(part))
         , flats_(sharpsOf(score.key) < 0)
     {
+        // What is shorter than any written value leaves no rest for programs to stumble over.
+        const auto onGrid = [](int ticks) { return (ticks + shortest / 2) / shortest * shortest; };
+        for (Tone &tone : tones_) {
+            const int end = onGrid(tone.at + tone.length);
+            tone.at = onGrid(tone.at);
+            tone.length = std::max(shortest, end - tone.at);
+        }
     }
 
     std::string measures()
@@ -84,8 +92,7 @@ private:
             + element("mode", score_.key.minor ? "minor" : "major") + "</key><time>"
             + element("beats", score_.metre.beats) + element("beat-type", score_.metre.unit)
             + "</time><clef>" + element("sign", low ? "F" : "G") + element("line", low ? 4 : 2)
-            + "</clef></attributes><direction><sound tempo=\"" + std::to_string(score_.tempo)
-            + "\"/></direction>";
+            + "</clef></attributes><sound tempo=\"" + std::to_string(score_.tempo) + "\"/>";
     }
 
     [[nodiscard]] std::string measure(int from) const
@@ -124,7 +131,7 @@ private:
         while (from < to) {
             const auto value = std::ranges::find_if(
                 noteValues, [&](const NoteValue &each) { return each.ticks <= to - from; });
-            const int ticks = value == noteValues.end() ? to - from : value->ticks;
+            const int ticks = value->ticks;
             const bool stop = tiedBefore;
             const bool start = tiedAfter || from + ticks < to;
             bool second = false;
@@ -134,8 +141,12 @@ private:
                 if (!chord.empty())
                     xml += std::string(stop ? "<tie type=\"stop\"/>" : "")
                         + (start ? "<tie type=\"start\"/>" : "");
-                if (value != noteValues.end())
-                    xml += element("type", value->type) + (value->dotted ? "<dot/>" : "");
+                xml += element("type", value->type) + (value->dotted ? "<dot/>" : "");
+                // One says that it sounds on, the other one that a tie is drawn.
+                if (!chord.empty() && (stop || start))
+                    xml += element("notations",
+                        std::string(stop ? "<tied type=\"stop\"/>" : "")
+                            + (start ? "<tied type=\"start\"/>" : ""));
                 xml += "</note>";
                 second = true;
             };
@@ -165,8 +176,14 @@ std::string musicXml(const Score &score)
         if (player.drums)
             continue;
         const std::string id = "P" + std::to_string(part + 1);
+        // Some programs know no part without an instrument.
+        const std::string instrument = "id=\"" + id + "-I1\">";
+        const int channel = part < 9 ? part + 1 : 16;
         list += "<score-part id=\"" + id + "\">" + element("part-name", escaped(player.name))
-            + "</score-part>";
+            + "<score-instrument " + instrument + element("instrument-name", escaped(player.name))
+            + "</score-instrument>" + "<midi-instrument " + instrument
+            + element("midi-channel", channel) + element("midi-program", player.program + 1)
+            + "</midi-instrument></score-part>";
         parts += "<part id=\"" + id + "\">\n" + PartWriter(score, part).measures() + "</part>\n";
     }
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"

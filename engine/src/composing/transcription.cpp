@@ -112,8 +112,8 @@ std::string lengthInWords(int ticks)
         std::string_view name;
     };
     constexpr std::array<Value, 8> values{
-        {{96, "semibreve"}, {72, "dotted minim"}, {48, "minim"}, {36, "dotted crotchet"},
-            {24, "crotchet"}, {18, "dotted quaver"}, {12, "quaver"}, {6, "semiquaver"}}};
+        {{96, "whole note"}, {72, "dotted half"}, {48, "half"}, {36, "dotted quarter"},
+            {24, "quarter"}, {18, "dotted eighth"}, {12, "eighth"}, {6, "sixteenth"}}};
     std::string words;
     for (const Value &value : values) {
         while (ticks >= value.ticks) {

@@ -19,7 +19,7 @@ void harmonise(Score &theme);
 /// Adds `more` from the next bar on.
 void append(Score &theme, const Score &more);
 
-/// The notes in words: "Bar one: C crotchet, E crotchet."
+/// The notes in words: "Bar one: C quarter, E quarter."
 [[nodiscard]] std::string readBack(const Score &theme);
 
 } // namespace kelo::engine

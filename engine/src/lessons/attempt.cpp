@@ -138,17 +138,6 @@ std::string Attempt::next() const
     return current_ == State::Going ? wordsFor(expected(), spelling_) : "";
 }
 
-/// "Bar five, beat two", or "The third note" of what has no bars.
-std::string Attempt::placeOf(std::size_t index) const
-{
-    const Step &step = steps_[index];
-    if (step.bar == 0)
-        return "The " + ordinalInWords(static_cast<int>(index) + 1)
-            + (step.pitches.size() > 1 ? " chord" : " note");
-    const std::string bar = "Bar " + numberInWords(step.bar);
-    return step.beat == 0 ? bar + ", upbeat" : bar + ", beat " + numberInWords(step.beat);
-}
-
 std::string Attempt::fault() const
 {
     if (current_ != State::Missed)
@@ -161,7 +150,7 @@ std::string Attempt::fault() const
     const auto meant = *std::ranges::min_element(left, {}, [this](int pitch) {
         return std::pair((pitch - wrong_) % 12 != 0, std::abs(pitch - wrong_));
     });
-    std::string place = placeOf(step_);
+    std::string place = placeOf(steps_, step_);
     const auto &hands = expected().hands;
     const bool bothPlay = std::ranges::any_of(steps_, [](const Step &step) {
         return std::ranges::find(step.hands, Hands::Left) != step.hands.end();
@@ -240,7 +229,7 @@ std::string Attempt::rhythm() const
         return std::string(inTime);
     if (odd > 2 && odd * 3 > ratios.size())
         return "The rhythm was uneven.";
-    return placeOf(worst + 1)
+    return placeOf(steps_, worst + 1)
         + (off(worst) > 0 ? " may come a little sooner." : " may wait a little longer.");
 }
 

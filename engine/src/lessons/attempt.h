@@ -51,6 +51,9 @@ public:
     /// Wrong keys by the bar in which they were pressed.
     [[nodiscard]] const std::map<int, int> &wrongKeys() const { return wrongKeys_; }
 
+    /// It passed without having been gone on with in between.
+    [[nodiscard]] bool atOneGo() const;
+
     /// How fast an attempt went that passed at one go, in percent of what is written; else 0.
     [[nodiscard]] int tempo() const;
 
@@ -64,12 +67,10 @@ private:
         double at;
     };
 
-    [[nodiscard]] bool atOneGo() const;
     [[nodiscard]] const Step &expected() const { return steps_[step_]; }
     [[nodiscard]] bool missing(int pitch) const;
     [[nodiscard]] bool ornament(int pitch) const;
     [[nodiscard]] bool mayComeEarly(int pitch) const;
-    [[nodiscard]] std::string placeOf(std::size_t step) const;
     void take(int pitch, double now);
     State miss(int pitch);
 

@@ -1,5 +1,6 @@
 #include "lessons/excerpt.h"
 
+#include "listen/words.h"
 #include "reading/walk.h"
 #include "written/hand_division.h"
 #include "written/transcript.h"
@@ -98,6 +99,8 @@ std::vector<Step> stepsOf(
         if (place != step.pitches.end() && *place == note.pitch)
             continue;
         step.hands.insert(step.hands.begin() + (place - step.pitches.begin()), owner);
+        step.tones.insert(step.tones.begin() + (place - step.pitches.begin()),
+            WrittenTouch{note.velocity, note.at + note.duration});
         step.pitches.insert(place, note.pitch);
     }
     return steps;
@@ -203,6 +206,16 @@ private:
 std::vector<Step> stepsOf(const Piece &piece, Hands hands, double from, double to)
 {
     return stepsOf(piece, handsOf(piece), hands, from, to);
+}
+
+std::string placeOf(const std::vector<Step> &steps, std::size_t index)
+{
+    const Step &step = steps[index];
+    if (step.bar == 0)
+        return "The " + ordinalInWords(static_cast<int>(index) + 1)
+            + (step.pitches.size() > 1 ? " chord" : " note");
+    const std::string bar = "Bar " + numberInWords(step.bar);
+    return step.beat == 0 ? bar + ", upbeat" : bar + ", beat " + numberInWords(step.beat);
 }
 
 std::vector<Excerpt> excerptsOf(const Piece &piece, Hands hands)

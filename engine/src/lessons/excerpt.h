@@ -4,9 +4,16 @@
 #include "music/piece.h"
 #include "written/phrases.h"
 
+#include <string>
 #include <vector>
 
 namespace kelo::engine {
+
+/// How a note is written besides.
+struct WrittenTouch {
+    int velocity = 80;
+    double until = 0; ///< seconds from the piece's beginning
+};
 
 /// Keys that are pressed together.
 struct Step {
@@ -17,6 +24,7 @@ struct Step {
     int bar = 0; ///< as it is printed; 0 where there are no bars
     int beat = 0; ///< from 1; 0 in an upbeat
     double beatAt = 0; ///< seconds where that beat begins
+    std::vector<WrittenTouch> tones{}; ///< one a pitch
 };
 
 /// What is learnt at a time: a phrase of one hand or both.
@@ -35,6 +43,9 @@ struct Excerpt {
 
 /// What hands play from one time of a piece to another, in seconds.
 [[nodiscard]] std::vector<Step> stepsOf(const Piece &piece, Hands hands, double from, double to);
+
+/// "Bar five, beat two" for one of the steps, or "The third note" of what has no bars.
+[[nodiscard]] std::string placeOf(const std::vector<Step> &steps, std::size_t index);
 
 /// The way through a piece for `hands`, phrase by phrase, as cadences, rests and repeats part them,
 /// none longer than one keeps in mind: for both hands each phrase comes with the right hand alone,

@@ -230,8 +230,33 @@ void Lesson::listen(double now)
         return;
     endAttempt();
     attempt_.emplace(excerpts_[place_].steps, piece_.spelling);
+    touch_.emplace(excerpts_[place_].steps);
     lastKey_ = now;
     reminded_ = false;
+}
+
+void Lesson::touch(int pitch, int velocity, double now)
+{
+    if (attempt_)
+        touch_->key(pitch, velocity, now);
+}
+
+/// What is said of how it was touched, where that was asked for; of what was good only by who says
+/// all.
+std::string Lesson::touched() const
+{
+    std::string text;
+    const auto add = [&](const Touch::Verdict &verdict) {
+        if (!verdict.words.empty() && (!verdict.good || talk_ == Talk::All))
+            text += (text.empty() ? "" : " ") + verdict.words;
+    };
+    if (!attempt_->atOneGo())
+        return text;
+    if (attention_.loudness)
+        add(touch_->loudness());
+    if (attention_.legato)
+        add(touch_->legato());
+    return text;
 }
 
 Reply Lesson::press(int pitch, double now)
@@ -260,6 +285,8 @@ Reply Lesson::passed()
         praise = rhythm.empty() ? "Good." : "Good. " + rhythm;
     else if (rhythm == Attempt::inTime)
         praise.clear();
+    if (const std::string touch = touched(); !touch.empty())
+        praise += (praise.empty() ? "" : " ") + touch;
     finish(true);
     Reply reply;
     if (place_ + 1 < excerpts_.size()) {

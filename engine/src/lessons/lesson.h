@@ -4,6 +4,7 @@
 #include "lessons/excerpt.h"
 #include "lessons/reply.h"
 #include "lessons/talk.h"
+#include "lessons/touch.h"
 #include "practice/played_bar.h"
 
 #include <map>
@@ -42,7 +43,11 @@ public:
     [[nodiscard]] Reply open(const std::string &words);
     /// Whether an example of each part is played.
     void show(bool examples) { shows_ = examples; }
-    void setTalk(Talk talk) { talk_ = talk; }
+    void setTalk(Talk talk, Attention attention = {})
+    {
+        talk_ = talk;
+        attention_ = attention;
+    }
     /// What follows the praise for the last part.
     void sayAtEnd(std::string words) { farewell_ = std::move(words); }
 
@@ -72,6 +77,8 @@ public:
     void listen(double now);
 
     [[nodiscard]] Reply press(int pitch, double now);
+    /// How strong each key is, before it is pressed, and when it is let go, with 0.
+    void touch(int pitch, int velocity, double now);
     [[nodiscard]] Reply advance(double now);
     [[nodiscard]] std::optional<double> deadline() const;
 
@@ -89,11 +96,13 @@ private:
     [[nodiscard]] Reply present(std::string before = {});
     [[nodiscard]] Reply missed();
     [[nodiscard]] Reply passed();
+    [[nodiscard]] std::string touched() const;
 
     Piece piece_;
     std::string title_;
     std::string farewell_;
     Talk talk_ = Talk::All;
+    Attention attention_{};
     std::string told_; ///< the bars that were named last
     std::size_t presented_ = 0; ///< the part that was shown last
     bool shows_ = true; ///< an example of each part
@@ -101,6 +110,7 @@ private:
     std::vector<Excerpt> excerpts_;
     std::size_t place_ = 0;
     std::optional<Attempt> attempt_;
+    std::optional<Touch> touch_; ///< of the attempt
     int misses_ = 0; ///< of this excerpt
     std::map<int, int> wrongKeys_; ///< of this excerpt, by bar
     std::optional<PlayedPart> played_;

@@ -8,4 +8,10 @@ namespace kelo::engine {
 /// that words come only when they are asked for.
 enum class Talk : std::uint8_t { All, Changes, Sounds };
 
+/// What is judged besides the right keys, where it is asked for.
+struct Attention {
+    bool loudness = false;
+    bool legato = false;
+};
+
 } // namespace kelo::engine

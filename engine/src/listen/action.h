@@ -63,6 +63,8 @@ enum class Action : std::uint8_t {
     SayAll,
     SayChanges,
     SoundsOnly,
+    JudgeLoudness,
+    JudgeLegato,
     // Practice.
     PracticePlan,
     PracticeReport,

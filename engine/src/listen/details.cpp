@@ -216,6 +216,17 @@ std::optional<Detail<std::string_view>> microphoneIn(std::span<const Word> words
     return {};
 }
 
+std::optional<Detail<std::size_t>> songNumberIn(std::span<const Word> words)
+{
+    for (std::size_t i = 0; i + 1 < words.size(); ++i) {
+        const auto number = numberAt(words.subspan(i + 1));
+        if (words[i].text == "song" && number && number->value > 0)
+            return Detail<std::size_t>{
+                static_cast<std::size_t>(number->value) - 1, i, number->words + 1};
+    }
+    return {};
+}
+
 std::optional<Detail<int>> numberIn(std::span<const Word> words)
 {
     const auto counts = [&](std::size_t i) {
@@ -223,7 +234,8 @@ std::optional<Detail<int>> numberIn(std::span<const Word> words)
     };
     for (std::size_t i = 0; i < words.size(); ++i) {
         const auto number = numberAt(words.subspan(i));
-        if (number && (counts(i) || number->words > 1 || words[i].text != "one"))
+        const bool one = words[i].text == "one" && at(words, i + 1) != "minute";
+        if (number && (counts(i) || number->words > 1 || !one))
             return Detail<int>{number->value, i, number->words};
     }
     for (std::size_t i = 0; i < words.size(); ++i) {

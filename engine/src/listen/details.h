@@ -43,6 +43,9 @@ template <typename Value> struct Detail {
 /// "next", "usb", "built in": which microphone, in the word that the display knows.
 [[nodiscard]] std::optional<Detail<std::string_view>> microphoneIn(std::span<const Word> words);
 
+/// "song nine": its place among the songs, from 0 on, whether there is one or not.
+[[nodiscard]] std::optional<Detail<std::size_t>> songNumberIn(std::span<const Word> words);
+
 /// A number that belongs to nothing above; "to" and "for" count after "song" and the like.
 /// "This one" is no number, "half speed" is fifty.
 [[nodiscard]] std::optional<Detail<int>> numberIn(std::span<const Word> words);

@@ -10,6 +10,7 @@ constexpr Job lessonsTable[] = {
         {{{"follow|accompany me ?bars|in|with|count|loop|percent|tempo|at|play", "follow me"},
             {"loop $bars ?count|in|me|percent|tempo|at|play", "loop bars five to eight"},
             {"loop ?it|this|that|again", "loop it"},
+            {"follow|accompany me $song ?in|with|percent|tempo|at|play", ""},
             {"follow|accompany me @ ?in|with", "follow me in @"}}},
         TakesHands | TakesBars | TakesNumber},
     {Action::NoteNames, InLesson | InMenu | InEar | InScore, "N", "Says the notes of the part.",
@@ -40,6 +41,18 @@ constexpr Job talkTable[] = {
             {"less say|talk ?to|please|in|lessons", ""}}}},
     {Action::SoundsOnly, InLesson, "", "In lessons sounds tell it, and I say nothing unasked.",
         {{{"only|just sounds ?make|use|with|in|lessons", "only sounds"}}}},
+    {Action::JudgeLoudness, InLesson, "", "In lessons I judge how loud you play, too, or not.",
+        {{{"judge|judging|check|hear loudness|dynamics ?my|the|to|listen|please|again",
+              "judge my loudness"},
+            {"listen to loudness|dynamics ?my|the|please", ""},
+            {"stop judge|judging|checking|hearing loudness|dynamics ?my|the", "", false}}},
+        TakesSwitch},
+    {Action::JudgeLegato, InLesson, "", "In lessons I judge how you join the notes, too, or not.",
+        {{{"judge|judging|check|hear legato|joining ?my|the|to|listen|please|again", ""},
+            {"listen to legato|joining ?my|the|please", "listen to my legato"},
+            {"stop judge|judging|checking|hearing|listening legato|joining ?my|the|to", "",
+                false}}},
+        TakesSwitch},
 };
 
 constexpr Job practiceTable[] = {
@@ -54,7 +67,8 @@ constexpr Job practiceTable[] = {
             {"progress ?my|what|is|how|say|tell", ""}}}},
     {Action::LeadPractice, InIdle | InTalk | InMenu, "LEAD",
         "Leads you through some minutes of practice: a scale, the weakest bars, a piece you know.",
-        {{{"minutes practice|practise|practising ?of|let's|do|start|lead|me|for|i|want|to|through "
+        {{{"minutes|minute practice|practise|practising "
+           "?of|let's|do|start|lead|me|for|i|want|to|through "
            "#",
               "fifteen minutes of practice"},
             {"practice session ?start|let's|do|led", "practice session"},

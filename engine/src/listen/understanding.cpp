@@ -62,6 +62,7 @@ struct Details {
         , mood(moodIn(words))
         , microphone(microphoneIn(words))
         , number(numberIn(words))
+        , songNumber(songNumberIn(words))
         , song(songIn(words, songs, how))
     {
         std::vector<Word> rest(words.begin(), words.end());
@@ -72,6 +73,12 @@ struct Details {
         if (bars)
             strike(bars->at, bars->words);
         otherNumber = numberIn(rest);
+        if (songNumber) {
+            std::vector<Word> besides = rest;
+            for (std::size_t i = 0; i < songNumber->words; ++i)
+                besides[songNumber->at + i].text.clear();
+            numberBesideSong = numberIn(besides);
+        }
         if (metre)
             strike(metre->at, metre->words);
         if (parts)
@@ -89,7 +96,9 @@ struct Details {
     std::optional<Detail<Mood>> mood;
     std::optional<Detail<std::string_view>> microphone;
     std::optional<Detail<int>> number;
+    std::optional<Detail<std::size_t>> songNumber;
     std::optional<Detail<int>> otherNumber; ///< beside the bars
+    std::optional<Detail<int>> numberBesideSong; ///< and beside the bars
     std::optional<Detail<int>> numberBesideMetre;
     std::optional<SongFound> song;
 };
@@ -166,9 +175,11 @@ private:
 
     bool takeNumber()
     {
-        const bool found = keep((job_.takes & TakesMetre) != 0 ? details_.numberBesideMetre
-                : (job_.takes & TakesBars) != 0                ? details_.otherNumber
-                                                               : details_.number,
+        const bool named = details_.songNumber && request_.song == details_.songNumber->value;
+        const bool found = keep(named            ? details_.numberBesideSong
+                : (job_.takes & TakesMetre) != 0 ? details_.numberBesideMetre
+                : (job_.takes & TakesBars) != 0  ? details_.otherNumber
+                                                 : details_.number,
             request_.number);
         if (found && std::ranges::find(timed, job_.action) != std::end(timed))
             request_.number = likelyTempo(*request_.number);
@@ -192,6 +203,8 @@ private:
             return takeNumber();
         if (group == "@")
             return takeSong();
+        if (group == "$song")
+            return keep(details_.songNumber, request_.song);
         if (group == "$bars")
             return keep(details_.bars, request_.bars);
         if (group == "$note")
