@@ -174,11 +174,10 @@ private Q_SLOTS:
     void writesDownWhatIsPlayed_data()
     {
         const Table<Tune, double, double, QString> row{"tune", "period", "jitter", "reading"};
-        const QString inC =
-            u"In C major, 4 4. Bar 1: E quarter, E quarter, F quarter, G quarter. "
-            "Bar 2: G quarter, F quarter, E quarter, D quarter. Bar 3: C quarter, "
-            "C quarter, D quarter, E quarter. Bar 4: E dotted quarter, D eighth, D "
-            "half."_s;
+        const QString inC = u"In C major, 4 4. Bar 1: E quarter, E quarter, F quarter, G quarter. "
+                            "Bar 2: G quarter, F quarter, E quarter, D quarter. Bar 3: C quarter, "
+                            "C quarter, D quarter, E quarter. Bar 4: E dotted quarter, D eighth, D "
+                            "half."_s;
         const QString inG =
             u"In G major, 3 4. Bar 1: G half, A quarter. Bar 2: B half, A quarter. Bar 3: G "
             u"half, "
