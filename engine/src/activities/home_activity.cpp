@@ -109,10 +109,7 @@ std::string_view HomeActivity::help() const
 std::string_view HomeActivity::suggestions() const
 {
     return "song menu; teach me song two; play the minuet in G; play me something calm; compose; "
-           "jam with me; practise the D major scale; arpeggio of F minor; cadence in G major; ear "
-           "training; "
-           "interval training; echo game; duet with myself; play it back at half tempo; metronome "
-           "at ninety; "
+           "jam with me; practise the D major scale; ear training; echo game; metronome at ninety; "
            "live band; or what time is it";
 }
 

@@ -58,7 +58,11 @@ void SongRequests::goOnLearning(const Request &, const Moment &now)
     const auto &songs = session_.library.names();
     const auto left = std::ranges::find(songs, session_.progress.lastPiece(), &SongName::title);
     if (left == songs.end())
-        session_.say("No lesson waits for you. Say teach me, and the name of a song.", now);
+        session_.say(session_.progress.lastPiece().empty()
+                ? "No lesson waits for you. Say teach me, and the name of a song."
+                : "Your lesson on " + session_.progress.lastPiece()
+                    + " goes on once you play its file again and say: teach me this.",
+            now);
     else
         learn({.action = Action::Learn, .number = static_cast<int>(left - songs.begin()) + 1}, now);
 }
