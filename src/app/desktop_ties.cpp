@@ -98,7 +98,7 @@ void DesktopTies::listenNow() const
 }
 
 /// After what is being said now, and not in the midst of the first questions.
-void DesktopTies::tellOfSize()
+void DesktopTies::tellOfSize() const
 {
     if (parts_.link->speaking || parts_.link->welcome || !parts_.scale->takeNews())
         return;

@@ -59,7 +59,7 @@ private:
     void follow(const DesktopWishes &wishes) const;
     void lookAtWork();
     void listenNow() const;
-    void tellOfSize();
+    void tellOfSize() const;
 
     Parts parts_;
     GlobalKeys keys_;

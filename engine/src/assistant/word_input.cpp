@@ -64,7 +64,7 @@ void WordInput::hear(std::string_view line, const Moment &now)
     const std::string_view words = line.size() > 2 ? line.substr(2) : std::string_view{};
     std::optional<Ear::Saying> saying;
     if (session_.host.speaking())
-        saying.emplace(session_.host.lastSaid(), answerExpected_);
+        saying = Ear::Saying{session_.host.lastSaid(), answerExpected_};
     if (const auto command = ear_.hear(final, words, saying, now.uptime))
         heard(*command, now);
 }

@@ -179,11 +179,13 @@ std::string musicXml(const Score &score)
         // Some programs know no part without an instrument.
         const std::string instrument = "id=\"" + id + "-I1\">";
         const int channel = part < 9 ? part + 1 : 16;
-        list += "<score-part id=\"" + id + "\">" + element("part-name", escaped(player.name))
-            + "<score-instrument " + instrument + element("instrument-name", escaped(player.name))
-            + "</score-instrument>" + "<midi-instrument " + instrument
-            + element("midi-channel", channel) + element("midi-program", player.program + 1)
-            + "</midi-instrument></score-part>";
+        for (const std::string &each :
+            {"<score-part id=\"" + id + "\">", element("part-name", escaped(player.name)),
+                "<score-instrument " + instrument, element("instrument-name", escaped(player.name)),
+                "</score-instrument><midi-instrument " + instrument,
+                element("midi-channel", channel), element("midi-program", player.program + 1),
+                std::string("</midi-instrument></score-part>")})
+            list += each;
         parts += "<part id=\"" + id + "\">\n" + PartWriter(score, part).measures() + "</part>\n";
     }
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"

@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <functional>
 #include <numbers>
-#include <ranges>
 #include <utility>
 
 namespace kelo::engine {
@@ -258,8 +257,7 @@ std::vector<std::size_t> ScoreFollower::candidates(int pitch) const
     if (const auto like = soundingLike_.find(pitch); like != soundingLike_.end())
         places.insert(places.end(), like->second.begin(), like->second.end());
     std::ranges::sort(places, std::greater());
-    const auto [first, last] = std::ranges::unique(places);
-    places.erase(first, last);
+    places.erase(std::unique(places.begin(), places.end()), places.end());
     return places;
 }
 
@@ -285,7 +283,7 @@ ScoreFollower::Match ScoreFollower::press(int pitch, double now)
         }
         places_[way.to] = place;
     }
-    likeliest_ = std::ranges::max(believed_ | std::views::reverse, {},
+    likeliest_ = *std::ranges::max_element(believed_.rbegin(), believed_.rend(), {},
         [this](std::size_t place) { return places_[place].belief; });
     weighJumps();
     last_ = now;
