@@ -39,8 +39,7 @@ enum Takes : unsigned {
 /// One way to ask. `words` are what must be said, in any order: alternatives are separated by
 /// "|"; "?" marks what may be left out, "#" is a number and "@" the name of a song. Other details
 /// are "$song", a song by its number, "$bars", "$note", "$metre", "$parts", "$key", "$mood",
-/// "$hands" and
-/// "$microphone".
+/// "$hands" and "$microphone".
 struct Phrase {
     std::string_view words;
     std::string_view example; ///< for command page and recogniser; "~" is any of the moods
