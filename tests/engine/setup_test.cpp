@@ -82,6 +82,8 @@ private Q_SLOTS:
         row("needed no more", R"({"queue": 0.02})", {0.02, 0.015}, 0.018);
         row("no number", R"({"queue": "0.02"})", {0.012}, 0);
         row("nonsense", "queue", {0.012}, 0);
+        row("more than can be", R"({"queue": 1e9})", {0.012, 0.018}, 0.018);
+        row("less than nothing", R"({"queue": -1})", {0.012, 0.018}, 0.018);
     }
 
     void beginsWithTheSoundThatWasNeeded()

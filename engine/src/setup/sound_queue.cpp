@@ -11,6 +11,7 @@ namespace {
 
 constexpr const char *field = "queue";
 constexpr double shrinking = 0.9;
+constexpr double absurd = 1; ///< seconds
 
 } // namespace
 
@@ -20,8 +21,11 @@ SoundQueue::SoundQueue(std::filesystem::path file)
     const nlohmann::json json = readJsonFile(file_);
     if (!json.contains(field) || !json[field].is_number())
         return;
-    longest_ = json[field].get<double>();
-    keep(shrinking * longest_);
+    const double kept = json[field].get<double>();
+    if (!(kept > 0 && kept < absurd))
+        return;
+    longest_ = kept;
+    keep(shrinking * kept);
 }
 
 void SoundQueue::needed(double seconds)
