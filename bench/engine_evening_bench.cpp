@@ -194,15 +194,8 @@ std::vector<std::string> requests()
     for (const JobGroup &group : jobGroups()) {
         for (const Job &job : group.jobs) {
             for (const Phrase &phrase : job.phrases) {
-                std::string example(phrase.example);
-                if (const auto at = example.find('#'); at != std::string::npos)
-                    example.replace(at, 1, "three");
-                if (const auto at = example.find('@'); at != std::string::npos)
-                    example.replace(at, 1, "minuet in g");
-                if (const auto at = example.find('~'); at != std::string::npos)
-                    example.replace(at, 1, "sad");
-                if (!example.empty())
-                    all.push_back("say " + example);
+                if (!phrase.example.empty())
+                    all.push_back("say " + sayable(phrase.example));
             }
         }
     }

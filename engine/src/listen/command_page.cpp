@@ -41,29 +41,12 @@ std::string escaped(std::string_view text)
     return html;
 }
 
-/// "#", "@" and "~" as a reader takes them.
-std::string spoken(std::string_view example)
-{
-    std::string text;
-    for (const char c : example) {
-        if (c == '#')
-            text += "three";
-        else if (c == '@')
-            text += "minuet in g";
-        else if (c == '~')
-            text += "sad";
-        else
-            text += c;
-    }
-    return text;
-}
-
 std::string row(const Job &job)
 {
     std::string say;
     for (const Phrase &phrase : job.phrases) {
         if (!phrase.example.empty())
-            say += (say.empty() ? "" : "<br>") + ("“" + escaped(spoken(phrase.example)) + "”");
+            say += (say.empty() ? "" : "<br>") + ("“" + escaped(sayable(phrase.example)) + "”");
     }
     const std::string key = job.key.empty() ? "" : "<kbd>" + escaped(job.key) + "</kbd>";
     return "<tr><td>" + say + "</td><td>" + key + "</td><td>" + escaped(job.meaning)

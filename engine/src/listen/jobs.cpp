@@ -24,4 +24,20 @@ std::span<const JobGroup> jobGroups()
     return groups;
 }
 
+std::string sayable(std::string_view example)
+{
+    std::string text;
+    for (const char c : example) {
+        if (c == '#')
+            text += "three";
+        else if (c == '@')
+            text += "minuet in g";
+        else if (c == '~')
+            text += "sad";
+        else
+            text += c;
+    }
+    return text;
+}
+
 } // namespace kelo::engine

@@ -5,6 +5,7 @@
 #include <array>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace kelo::engine {
@@ -65,5 +66,8 @@ struct JobGroup {
 /// Everything that can be asked for: what listens, what the recogniser is told to expect and
 /// what the command page shows all come from here.
 [[nodiscard]] std::span<const JobGroup> jobGroups();
+
+/// An example as somebody would say it, with a number, a song and a mood in place of the marks.
+[[nodiscard]] std::string sayable(std::string_view example);
 
 } // namespace kelo::engine
